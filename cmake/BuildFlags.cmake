@@ -1,0 +1,31 @@
+# One interface target with the flags that every target of the project is compiled with.
+add_library(tarnwell_flags INTERFACE)
+target_compile_options(tarnwell_flags INTERFACE
+  -Wall -Wextra -Wconversion -Wshadow -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual)
+
+option(TARNWELL_WERROR "Treat warnings as errors" OFF)
+if(TARNWELL_WERROR)
+  target_compile_options(tarnwell_flags INTERFACE -Werror)
+endif()
+
+if(TARNWELL_SANITIZE)
+  target_compile_options(tarnwell_flags INTERFACE
+    -fsanitize=${TARNWELL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  target_link_options(tarnwell_flags INTERFACE -fsanitize=${TARNWELL_SANITIZE})
+endif()
+
+# The release build is hardened: checked libc calls, guarded stack and control flow, read-only
+# relocations, position-independent executable.
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  include(CheckPIESupported)
+  check_pie_supported()
+  set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+  target_compile_options(tarnwell_flags INTERFACE
+    -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -D_GLIBCXX_ASSERTIONS -fstack-protector-strong)
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+    target_compile_options(tarnwell_flags INTERFACE -fcf-protection -fstack-clash-protection)
+  endif()
+  if(NOT APPLE)
+    target_link_options(tarnwell_flags INTERFACE -Wl,-z,relro,-z,now -Wl,--as-needed)
+  endif()
+endif()

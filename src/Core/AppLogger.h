@@ -1,0 +1,33 @@
+#pragma once
+
+/// The one way to log.
+///
+/// A call hands its message to the system's log, as public text under the application identifier and
+/// the category, and appends it to `LogBuffer::shared()`. Nothing goes to a standard stream. What must
+/// stay private never enters a message: passwords, mail text, subjects and search texts not at all, an
+/// e-mail address only through `redact`, a server's text only through the client's safe summary.
+///
+///     AppLogger::info(AppLogger::Category::imap, "Authenticated to IMAP for " + AppLogger::redact(email));
+///
+/// Threads: any, at the same time.
+
+#include <string>
+#include <string_view>
+
+namespace tarnwell::AppLogger {
+
+enum class Category { app, mcp, imap, security, tool, http };
+
+/// "app", "mcp", "imap", "security", "tool" or "http".
+std::string_view rawValue(Category category);
+
+void debug(Category category, std::string_view message);
+void info(Category category, std::string_view message);
+void notice(Category category, std::string_view message);
+void error(Category category, std::string_view message);
+
+/// Masks an address: at most the first two user-perceived characters before the first at sign, "***",
+/// and everything from the at sign on. A text without an at sign becomes "***".
+std::string redact(std::string_view email);
+
+}  // namespace tarnwell::AppLogger

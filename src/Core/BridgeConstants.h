@@ -1,0 +1,37 @@
+#pragma once
+
+/// The fixed values of the program, in one place.
+
+#include <chrono>
+#include <string_view>
+
+namespace tarnwell::BridgeConstants {
+
+inline constexpr std::string_view productName = "Tarnwell";
+inline constexpr std::string_view version = "0.1.0";
+
+/// The application identifier. It names the settings folder, the log subsystem and the password item,
+/// and is shared with the companion app.
+inline constexpr std::string_view bundleIdentifier = "app.tarnwell.Tarnwell";
+inline constexpr std::string_view keychainService = bundleIdentifier;
+/// The maker's team identifier, a full stop, the application identifier.
+inline constexpr std::string_view keychainAccessGroup = "TARNWELL01.app.tarnwell.Tarnwell";
+
+inline constexpr std::string_view defaultIMAPHost = "imap.mail.me.com";
+inline constexpr int defaultIMAPPort = 993;
+
+/// Counts of messages.
+inline constexpr int searchLimitDefault = 20;
+inline constexpr int searchLimitMax = 100;
+
+/// Lengths in user-perceived characters.
+inline constexpr int summarySnippetMaxChars = 1000;
+inline constexpr int bodyDefaultMaxChars = 4000;
+inline constexpr int bodyHardMaxChars = 10000;
+
+/// The bound on every single wait for the network, in seconds.
+inline constexpr std::chrono::duration<double> networkTimeoutSeconds{30.0};
+
+inline constexpr int defaultHTTPPort = 8765;
+
+}  // namespace tarnwell::BridgeConstants

@@ -1,0 +1,85 @@
+#pragma once
+
+/// Recognises mail that must not reach an assistant: one-time passwords, verification codes, password
+/// resets, security alerts.
+///
+/// The rule: subject, sender and the beginning of the body are lower-cased and searched for a fixed
+/// table of English and Japanese keywords. Each keyword is tried in each place; one match of any is
+/// enough. Two short Latin acronyms must stand as whole words, so that "hotpot" is no "OTP"; all other
+/// terms match anywhere.
+///
+///     auto assessment = EmailRiskDetector::shared().assess({.subject = "Your OTP: 4711"});
+///     assessment.shouldBlockBody();  // true
+///     assessment.signals;            // {{"otp", "otp", "subject"}}
+///
+/// Threads: an immutable value; any thread.
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnwell {
+
+/// One row of the detector's table.
+struct Keyword {
+  std::string_view term;
+  std::string_view category;
+  /// The term must stand as a whole word, in the sense of `WordPattern`.
+  bool wordBoundary;
+};
+
+/// One match. The JSON form has the same keys.
+struct RiskSignal {
+  std::string category;
+  std::string term;      // lower-cased
+  std::string location;  // "subject", "from" or "body"
+
+  bool operator==(const RiskSignal&) const = default;
+};
+
+struct RiskAssessment {
+  std::vector<RiskSignal> signals;
+
+  /// The assessment with no signals.
+  static const RiskAssessment none;
+
+  bool shouldBlockBody() const { return !signals.empty(); }
+
+  /// The distinct categories in order of first appearance.
+  std::vector<std::string> categories() const;
+
+  /// The sentence that stands for a withheld body; empty without signals.
+  std::string reason() const;
+
+  bool operator==(const RiskAssessment&) const = default;
+};
+
+class EmailRiskDetector {
+ public:
+  /// `bodyScanPrefix`: how many user-perceived characters of a body are scanned at least.
+  explicit EmailRiskDetector(std::size_t bodyScanPrefix);
+
+  /// The detector with a prefix of 800 characters.
+  static const EmailRiskDetector& shared();
+
+  /// What is looked at. `scanLimit` (user-perceived characters of the body) can widen the scan, never
+  /// narrow it.
+  struct Input {
+    std::optional<std::string_view> subject;
+    std::optional<std::string_view> from;
+    std::optional<std::string_view> bodyPrefix;
+    std::optional<std::size_t> scanLimit;
+  };
+
+  RiskAssessment assess(const Input& input) const;
+
+  std::span<const Keyword> keywords() const;
+
+ private:
+  std::size_t bodyScanPrefix_;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,28 @@
+#pragma once
+
+/// Instants as ISO 8601 internet date-times (RFC 3339), at whole-second precision.
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tarnwell {
+
+/// An instant in UTC, whole seconds.
+using Instant = std::chrono::sys_seconds;
+
+/// The present moment, cut to whole seconds.
+Instant currentInstant();
+
+/// For example "2024-05-01T09:30:00Z".
+std::string formatISO8601(Instant instant);
+
+/// Reads date, time and time zone ("2024-05-01T09:30:00Z", "2024-05-01T18:30:00+09:00"); absent for
+/// anything else, a date alone, fractions of seconds or trailing characters included.
+std::optional<Instant> parseISO8601(std::string_view text);
+
+/// Reads a date alone ("2024-05-01") as midnight UTC of that day; absent for anything else.
+std::optional<Instant> parseISO8601Day(std::string_view text);
+
+}  // namespace tarnwell

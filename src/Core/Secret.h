@@ -1,0 +1,59 @@
+#pragma once
+
+/// A password, or bytes that contain one.
+///
+/// It cannot be printed, compared into a log or converted to a text by accident, and its memory is
+/// overwritten when it dies or grows. Look at it with `view()` at the one place that sends it.
+///
+/// Threads: a plain value; one thread at a time.
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace tarnwell {
+
+/// Overwrites memory in a way that the compiler may not leave out.
+void wipe(void* memory, std::size_t size) noexcept;
+
+/// Overwrites every block of memory before giving it back.
+template <class T>
+struct WipingAllocator {
+  using value_type = T;
+
+  WipingAllocator() = default;
+  template <class U>
+  WipingAllocator(const WipingAllocator<U>&) noexcept {}
+
+  T* allocate(std::size_t count) { return std::allocator<T>().allocate(count); }
+  void deallocate(T* memory, std::size_t count) noexcept {
+    wipe(memory, count * sizeof(T));
+    std::allocator<T>().deallocate(memory, count);
+  }
+
+  template <class U>
+  bool operator==(const WipingAllocator<U>&) const noexcept {
+    return true;
+  }
+};
+
+/// The vector keeps no short values inside itself, so every byte lies in memory that gets wiped.
+class Secret {
+ public:
+  Secret() = default;
+  explicit Secret(std::string_view text) { append(text); }
+
+  void append(std::string_view text) { bytes_.insert(bytes_.end(), text.begin(), text.end()); }
+  void append(char byte) { bytes_.push_back(byte); }
+  void clear() { bytes_ = {}; }
+
+  bool empty() const { return bytes_.empty(); }
+  std::size_t size() const { return bytes_.size(); }
+  std::string_view view() const { return {bytes_.data(), bytes_.size()}; }
+
+ private:
+  std::vector<char, WipingAllocator<char>> bytes_;
+};
+
+}  // namespace tarnwell

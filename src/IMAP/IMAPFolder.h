@@ -1,0 +1,40 @@
+#pragma once
+
+/// A mailbox as the server lists it (RFC 3501, section 7.2.2; special uses of RFC 6154).
+/// Threads: plain values.
+
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tarnwell {
+
+/// The special-use attributes of RFC 6154, and the inbox.
+enum class SpecialUse { inbox, archive, drafts, sent, junk, trash, flagged, all };
+
+/// The attribute with its backslash, such as "\Trash"; also the JSON form.
+std::string_view rawValue(SpecialUse use);
+/// Exact, case-sensitive; absent for any other text.
+std::optional<SpecialUse> specialUse(std::string_view rawValue);
+
+struct IMAPFolder {
+  /// The last component of the path, for people.
+  std::string name;
+  /// The full mailbox name as the server spells it (modified UTF-7 is not decoded); what commands use.
+  std::string path;
+  /// The hierarchy delimiter, for example "/".
+  std::string delimiter;
+  /// One of the raw values of `SpecialUse`, kept as text.
+  std::optional<std::string> specialUse;
+  /// False when the server marks the mailbox \Noselect.
+  bool selectable = true;
+
+  bool operator==(const IMAPFolder&) const = default;
+};
+
+/// Keys are the field names; an absent special use is left out.
+void to_json(nlohmann::json& json, const IMAPFolder& folder);
+void from_json(const nlohmann::json& json, IMAPFolder& folder);
+
+}  // namespace tarnwell

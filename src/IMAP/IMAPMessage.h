@@ -1,0 +1,101 @@
+#pragma once
+
+/// The summary of one message: envelope, flags and what its body structure tells (RFC 3501,
+/// section 7.4.2).
+/// Threads: plain values.
+
+#include <cstdint>
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tarnwell {
+
+struct IMAPAddress {
+  /// The display name, decoded.
+  std::optional<std::string> name;
+  /// The local part.
+  std::optional<std::string> mailbox;
+  /// The domain.
+  std::optional<std::string> host;
+
+  /// Local part, at sign, domain; absent when either is missing. Empty parts count as present.
+  std::optional<std::string> email() const;
+
+  /// For people: `name <email>`, the bare address without a name, the bare name without an address, or
+  /// the empty text.
+  std::string display() const;
+
+  bool operator==(const IMAPAddress&) const = default;
+};
+
+struct IMAPEnvelope {
+  /// The Date field as sent, not parsed.
+  std::optional<std::string> date;
+  /// Decoded.
+  std::optional<std::string> subject;
+  std::vector<IMAPAddress> from;
+  std::vector<IMAPAddress> sender;
+  std::vector<IMAPAddress> replyTo;
+  std::vector<IMAPAddress> to;
+  std::vector<IMAPAddress> cc;
+  std::vector<IMAPAddress> bcc;
+  std::optional<std::string> inReplyTo;
+  std::optional<std::string> messageID;
+
+  /// The envelope with nothing in it.
+  static const IMAPEnvelope empty;
+
+  bool operator==(const IMAPEnvelope&) const = default;
+};
+
+/// Where the text of a message lies.
+struct IMAPTextPart {
+  /// The section number, such as "1" or "1.2" (RFC 3501, section 6.4.5).
+  std::string section;
+  /// The content transfer encoding, lower-cased.
+  std::string encoding;
+  /// The charset parameter as sent.
+  std::optional<std::string> charset;
+  /// The part is text/html.
+  bool isHTML = false;
+
+  bool operator==(const IMAPTextPart&) const = default;
+};
+
+/// What the body structure tells.
+struct IMAPBodyInfo {
+  bool hasAttachments = false;
+  /// The part to read, if there is one.
+  std::optional<IMAPTextPart> preferredText;
+
+  /// Stands for a body structure that could not be read.
+  static const IMAPBodyInfo unknown;
+
+  bool operator==(const IMAPBodyInfo&) const = default;
+};
+
+struct IMAPMessage {
+  std::uint32_t uid = 0;
+  /// As the server sent them.
+  std::vector<std::string> flags;
+  /// INTERNALDATE as sent, not parsed.
+  std::optional<std::string> internalDate;
+  IMAPEnvelope envelope;
+  IMAPBodyInfo bodyInfo;
+
+  /// No flag is \Seen, in any letter case.
+  bool isUnread() const;
+  bool hasAttachments() const { return bodyInfo.hasAttachments; }
+
+  bool operator==(const IMAPMessage&) const = default;
+};
+
+/// Keys are the field names; absent texts are left out, lists are always written.
+void to_json(nlohmann::json& json, const IMAPAddress& address);
+void from_json(const nlohmann::json& json, IMAPAddress& address);
+void to_json(nlohmann::json& json, const IMAPEnvelope& envelope);
+void from_json(const nlohmann::json& json, IMAPEnvelope& envelope);
+
+}  // namespace tarnwell

@@ -1,0 +1,53 @@
+#pragma once
+
+/// Reads one response of an IMAP server (RFC 3501, section 7).
+///
+/// The input is one logical line with its literals in place, as `LineAssembler` delivers it. Reading is
+/// forgiving: nothing throws, what cannot be read is skipped or left at its default, and a response of
+/// another shape gives an absent result. Every reader is linear in its input and needs no call stack for
+/// nesting. How bytes become readable text is in TextDecoding.h.
+///
+/// Threads: all operations are pure.
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "IMAP/IMAPFolder.h"
+#include "IMAP/IMAPMessage.h"
+#include "IMAP/IMAPToken.h"
+
+namespace tarnwell::IMAPParser {
+
+/// The outcome of a command: the status word of a tagged response (RFC 3501, section 7.1).
+struct Completion {
+  enum class Status { ok, no, bad };
+
+  Status status;
+  /// What follows the status word, blanks trimmed, a response code in brackets included.
+  std::string text;
+
+  bool operator==(const Completion&) const = default;
+};
+
+/// The tokens of a response. Stray closing parentheses are skipped; lists, quoted strings and literals
+/// that are cut short end with the input. `response` must outlive the result.
+IMAPTokens tokenize(std::string_view response);
+
+/// Reads `tag SP ("OK" / "NO" / "BAD") SP text`, status in any letter case; absent for another tag or
+/// status.
+std::optional<Completion> parseCompletion(std::string_view line, std::string_view tag);
+
+/// Reads `* LIST (flags) delimiter mailbox` and the same with LSUB (section 7.2.2).
+std::optional<IMAPFolder> parseList(IMAPTokenList tokens);
+
+/// Reads `* n FETCH (...)` (section 7.4.2); absent without a readable UID.
+std::optional<IMAPMessage> parseFetchMessage(IMAPTokenList tokens);
+
+/// Reads the elements of an ENVELOPE.
+IMAPEnvelope parseEnvelope(IMAPTokenList elements);
+
+/// Reads the elements of a BODYSTRUCTURE or BODY.
+IMAPBodyInfo parseBodyStructure(IMAPTokenList elements);
+
+}  // namespace tarnwell::IMAPParser

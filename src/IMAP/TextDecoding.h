@@ -1,0 +1,63 @@
+#pragma once
+
+/// From the bytes of mail to readable text: transfer encodings, charsets, encoded words, HTML, previews.
+///
+/// Nothing here fails or throws. What cannot be decoded falls back step by step (named charset, UTF-8,
+/// ISO 8859-1) or stays as it stands; the worst result is the empty text. Every operation is a single
+/// pass, linear in its input, and what comes back is valid UTF-8.
+///
+/// Threads: all operations are pure.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Platform/Charsets.h"
+
+namespace tarnwell::IMAPParser {
+
+/// A body part as text: the content transfer encoding undone (RFC 2045, section 6: "base64",
+/// "quoted-printable", any other name unchanged; letter case is ignored), then the charset.
+/// Base64 that yields nothing at all is taken as unencoded.
+std::string decodeText(std::string_view body, std::string_view encoding,
+                       std::optional<std::string_view> charset);
+
+/// The bytes in the named charset; when that does not succeed as a whole UTF-8, then ISO 8859-1.
+std::string decodeCharset(std::string_view bytes, std::optional<std::string_view> charset);
+
+/// The charset for a name found in mail. The common names are fixed, any other is looked up in the IANA
+/// registry; an absent or unknown name means UTF-8.
+Charset stringEncoding(std::optional<std::string_view> name);
+
+/// A header field with its encoded words decoded (RFC 2047). White space between two encoded words is
+/// dropped (section 6.2), all other text kept. Each word is decoded on its own.
+std::optional<std::string> decodeRFC2047(std::optional<std::string_view> text);
+
+enum class Underscore { isUnderscore, isSpace };
+
+/// Quoted-printable (RFC 2045, section 6.7), and with `isSpace` the Q encoding (RFC 2047, section 4.2).
+/// Soft line breaks vanish, also before a bare LF; a "=" that starts no escape stays.
+std::string decodeQuotedPrintable(std::string_view bytes, Underscore underscore);
+
+/// Base64 (RFC 2045, section 6.8), with or without its padding, every other character ignored; absent
+/// when there is something to decode but not a single whole byte.
+std::optional<std::string> decodeBase64(std::string_view text);
+
+/// HTML as plain text: scripts, styles and head removed, closing block tags as line feeds, other tags as
+/// spaces, entities decoded. White space is not collapsed.
+std::string htmlToText(std::string_view html);
+
+/// The result of `snippet`.
+struct Snippet {
+  std::string text;
+  bool truncated = false;
+
+  bool operator==(const Snippet&) const = default;
+};
+
+/// A preview: white space collapsed to single spaces, trimmed, and cut to `maxChars` user-perceived
+/// characters. A cut text ends in "…", which is not counted.
+Snippet snippet(std::string_view text, std::int64_t maxChars);
+
+}  // namespace tarnwell::IMAPParser

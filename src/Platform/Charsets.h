@@ -1,0 +1,50 @@
+#pragma once
+
+/// Conversion of bytes in the character sets of mail into UTF-8.
+///
+/// A `Charset` is made from one of the constants below or from a name of the IANA registry. A
+/// conversion is strict: it succeeds as a whole or not at all, so that the caller can try the next
+/// candidate.
+///
+///     convertToUTF8("\xA4\xE9", Charset::shiftJIS)       // "､" and then a lone lead byte: absent
+///     Charset::named("KOI8-R")                           // a charset
+///     Charset::named("no-such-charset")                  // absent
+///
+/// The Japanese charsets decode as the supersets that mail programs really send: code page 932 for
+/// Shift_JIS, and the same repertoire (NEC row 13, the NEC and IBM extensions, half-width katakana) in
+/// the EUC-JP and ISO-2022-JP framings.
+/// UTF-16 reads the byte order from the byte-order mark and is big-endian without one (RFC 2781,
+/// section 4.3).
+///
+/// Threads: all functions may run at the same time on any thread.
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tarnwell {
+
+/// A character encoding, as a small value.
+class Charset {
+ public:
+  static const Charset utf8, ascii, latin1, latin2, windows1252, windows1251, shiftJIS, eucJP, iso2022JP,
+      utf16, gb18030;
+
+  /// The charset with this name in the IANA registry (RFC 2978), without regard to case; absent when
+  /// the system knows no such name. The name is not trimmed.
+  static std::optional<Charset> named(std::string_view ianaName);
+
+  /// The converter's name, for tests and messages.
+  std::string_view name() const { return name_; }
+
+  bool operator==(const Charset&) const = default;
+
+ private:
+  explicit Charset(std::string name) : name_(std::move(name)) {}
+  std::string name_;
+};
+
+/// The bytes as UTF-8; absent when any of them is not valid in the charset.
+std::optional<std::string> convertToUTF8(std::string_view bytes, const Charset& charset);
+
+}  // namespace tarnwell
