@@ -78,6 +78,8 @@ class EmailRiskDetector {
 
   std::span<const Keyword> keywords() const;
 
+  std::size_t bodyScanPrefix() const { return bodyScanPrefix_; }
+
  private:
   std::size_t bodyScanPrefix_;
 };
