@@ -8,17 +8,13 @@
 
 namespace tarnwell {
 
-namespace {
-
-std::uint16_t endpointPort(std::int64_t port) {
+std::uint16_t IMAPConnection::endpointPort(std::int64_t port) {
   if (!std::in_range<std::uint16_t>(port)) {
     std::abort();
   }
   constexpr std::uint16_t imapsPort = 993;
   return port == 0 ? imapsPort : static_cast<std::uint16_t>(port);
 }
-
-}  // namespace
 
 IMAPConnection::IMAPConnection(const std::string& host, std::int64_t port,
                                std::chrono::duration<double> timeout)

@@ -23,12 +23,16 @@ namespace tarnwell {
 
 class IMAPConnection {
  public:
-  /// Implicit TLS to a host. Touches no network. A port outside 0 to 65535 is a programming error and ends
-  /// the process; port 0, to which nobody can connect, means 993. `timeout` bounds each single wait.
+  /// Implicit TLS to a host. Touches no network. `timeout` bounds each single wait; for the port see
+  /// `endpointPort`.
   IMAPConnection(const std::string& host, std::int64_t port, std::chrono::duration<double> timeout);
 
   /// Over any stream.
   explicit IMAPConnection(std::unique_ptr<ByteStream> stream) : stream_(std::move(stream)) {}
+
+  /// The port to connect to. One outside 0 to 65535 is a programming error and ends the process; 0, to which
+  /// nobody can connect, means 993.
+  static std::uint16_t endpointPort(std::int64_t port);
 
   /// Throws `IMAPError`: `connectionFailed` or `timeout`.
   void connect();

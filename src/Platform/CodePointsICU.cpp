@@ -15,10 +15,11 @@ char32_t takeCodePoint(std::string_view& text) {
 
 void appendCodePoint(std::string& text, char32_t codePoint) {
   const bool isScalarValue = codePoint < 0xD800 || (codePoint > 0xDFFF && codePoint <= 0x10FFFF);
-  char bytes[U8_MAX_LENGTH];
+  const auto scalar = static_cast<std::uint32_t>(isScalarValue ? codePoint : U'\uFFFD');
+  std::uint8_t bytes[U8_MAX_LENGTH];
   std::size_t length = 0;
-  U8_APPEND_UNSAFE(bytes, length, static_cast<UChar32>(isScalarValue ? codePoint : U'\uFFFD'));
-  text.append(bytes, length);
+  U8_APPEND_UNSAFE(bytes, length, scalar);
+  text.append(reinterpret_cast<const char*>(bytes), length);
 }
 
 }  // namespace tarnwell
