@@ -21,10 +21,20 @@ GVariant* finishRefusal(SecretService* /*service*/, GAsyncResult* result, GError
   return static_cast<GVariant*>(g_task_propagate_pointer(G_TASK(result), error));
 }
 
+/// The parent's constructor chooses the bus that all libraries of a process share, whatever the caller
+/// asked for. The choice is taken back, so that the connection of the caller counts.
+GObject* constructOnConnection(GType type, guint count, GObjectConstructParam* properties) {
+  auto* parent = G_OBJECT_CLASS(g_type_class_peek(SECRET_TYPE_SERVICE));
+  GObject* service = parent->constructor(type, count, properties);
+  g_object_set(service, "g-bus-type", G_BUS_TYPE_NONE, nullptr);
+  return service;
+}
+
 /// libsecret asks the service object to prompt, through its class. This class says no.
 GType unpromptingServiceType() {
   static const GType type = [] {
     auto initializeClass = [](gpointer classRecord, gpointer /*data*/) {
+      G_OBJECT_CLASS(classRecord)->constructor = constructOnConnection;
       auto* functions = SECRET_SERVICE_CLASS(classRecord);
       functions->prompt_async = refusePrompt;
       functions->prompt_finish = finishRefusal;
