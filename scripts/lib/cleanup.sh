@@ -7,9 +7,9 @@ cleanup_directories=()
 
 # start_process COMMAND...: runs the command in the background, sets started_process.
 # The kernel ends it should this script be killed outright (setpriv --pdeathsig). Not to be called in a
-# command substitution, whose subshell would be that parent.
+# command substitution, whose subshell would be that parent. (<&0: else the shell gives /dev/null.)
 start_process() {
-  setpriv --pdeathsig KILL -- "$@" &
+  setpriv --pdeathsig KILL -- "$@" <&0 &
   started_process=$!
   cleanup_processes+=("$started_process")
 }

@@ -35,7 +35,7 @@ CONFIGURATION
     [ -S "$bus" ] && break
     sleep 0.02
   done
-  [ -S "$bus" ] || fail "the private session bus did not start: $(cat "$directory/bus.log")"
+  [ -S "$bus" ] || fail "the private session bus did not start: $(head -n 5 "$directory/bus.log")"
   # The unlock password comes on standard input and makes the login collection; it must not be empty.
   printf 'unlock\n' >"$directory/unlock"
   start_process env "${keyring_environment[@]}" \
@@ -46,7 +46,7 @@ CONFIGURATION
     if store_password "probe@example.org" probe 2>/dev/null; then break; fi
     sleep 0.05
   done
-  ((tries < 100)) || fail "the private keyring did not start: $(cat "$directory/keyring.log")"
+  ((tries < 100)) || fail "the private keyring did not start: $(head -n 5 "$directory/keyring.log")"
   clear_password "probe@example.org"
 }
 
