@@ -1,0 +1,56 @@
+# shellcheck shell=bash
+# Whatever a script starts or makes is noted here and taken away when the script ends, however it ends.
+# Processes are ended by their id, newest first.
+
+cleanup_processes=()
+cleanup_directories=()
+
+# start_process COMMAND...: runs the command in the background, sets started_process.
+# The kernel ends it should this script be killed outright (setpriv --pdeathsig). Not to be called in a
+# command substitution, whose subshell would be that parent. (<&0: else the shell gives /dev/null.)
+start_process() {
+  setpriv --pdeathsig KILL -- "$@" <&0 &
+  started_process=$!
+  cleanup_processes+=("$started_process")
+}
+
+# new_directory VARIABLE: a fresh temporary directory, its name in VARIABLE. The names are kept short: a
+# socket path has room for 107 bytes. Others may pass through, for servers that run as another user.
+new_directory() {
+  local made
+  made=$(mktemp -d /tmp/tw.XXXXXX)
+  chmod 711 "$made"
+  cleanup_directories+=("$made")
+  printf -v "$1" %s "$made"
+}
+
+process_is_running() { kill -0 "$1" 2>/dev/null; }
+
+# end_process ID: asks politely, insists after three seconds.
+end_process() {
+  local process=$1 tries
+  kill -TERM "$process" 2>/dev/null || return 0
+  for ((tries = 0; tries < 60; tries++)); do
+    process_is_running "$process" || break
+    sleep 0.05
+  done
+  kill -KILL "$process" 2>/dev/null || true
+  wait "$process" 2>/dev/null || true
+}
+
+cleanup() {
+  local status=$? index directory
+  trap - EXIT INT TERM HUP
+  for ((index = ${#cleanup_processes[@]} - 1; index >= 0; index--)); do
+    end_process "${cleanup_processes[index]}"
+  done
+  for directory in "${cleanup_directories[@]}"; do
+    rm -rf -- "$directory"
+  done
+  exit "$status"
+}
+
+trap cleanup EXIT
+trap 'exit 129' HUP
+trap 'exit 130' INT
+trap 'exit 143' TERM

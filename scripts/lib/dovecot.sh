@@ -1,0 +1,115 @@
+# shellcheck shell=bash
+# A throw-away Dovecot with TLS on a loopback port, as root (its mail then belongs to nobody) or as an
+# ordinary user. Uses messages.sh, cleanup.sh, ports.sh; certificates from certificates.sh.
+
+mail_address=user@example.org
+mail_password=app-pass-word
+
+# start_dovecot DIRECTORY [EXTRA_CONFIGURATION_FILE]: DIRECTORY holds server.pem and server.key, and the
+# mail in mail/home/Maildir. Sets dovecot_port and dovecot_process once the server has greeted.
+start_dovecot() {
+  local directory=$1 extra=${2:-} attempt
+  [ -x /usr/sbin/dovecot ] || fail "Dovecot is missing: install the package dovecot-imapd"
+  local user group as_user=()
+  user=$(id -un) group=$(id -gn)
+  if [ "$(id -u)" = 0 ]; then
+    user=nobody group=nogroup
+    # A change of user forgets the signal of start_process: it is asked for again.
+    as_user=(setpriv --reuid=nobody --regid=nogroup --clear-groups --pdeathsig KILL --)
+  fi
+  mkdir -p "$directory/mail/home/Maildir"
+  cp "$directory/server.pem" "$directory/server.key" "$directory/mail/"
+  printf '%s:{PLAIN}%s::::::\n' "$mail_address" "$mail_password" >"$directory/mail/users"
+  # Between the choice of a port and its use another program may take it: then another is tried.
+  for attempt in 1 2 3; do
+    dovecot_port=$(free_port)
+    write_dovecot_configuration "$directory/mail" "$user" "$group" >"$directory/mail/dovecot.conf"
+    [ -z "$extra" ] || cat "$extra" >>"$directory/mail/dovecot.conf"
+    if [ "$(id -u)" = 0 ]; then chown -R nobody:nogroup "$directory/mail"; fi
+    start_process "${as_user[@]}" /usr/sbin/dovecot -F -c "$directory/mail/dovecot.conf"
+    dovecot_process=$started_process
+    if await_greeting "$directory/ca.pem" "$dovecot_port" "$dovecot_process"; then return; fi
+    end_process "$dovecot_process"
+  done
+  cat "$directory/mail/dovecot.log" >&2 || true
+  fail "Dovecot did not greet on a loopback port (attempt $attempt)"
+}
+
+# await_greeting CA PORT PROCESS: until the server answers "* OK ... ready." over TLS. A server that is
+# asked too early says first that it waits for its own parts.
+await_greeting() {
+  local ca=$1 port=$2 process=$3 tries greeting
+  for ((tries = 0; tries < 100; tries++)); do
+    process_is_running "$process" || return 1
+    greeting=$(printf 'a1 LOGOUT\n' | timeout 5 openssl s_client -connect "127.0.0.1:$port" -quiet -crlf \
+      -CAfile "$ca" -verify_hostname localhost -verify_return_error 2>/dev/null | head -n 1) || true
+    case $greeting in "* OK "*"ready."*) return 0 ;; esac
+    sleep 0.05
+  done
+  return 1
+}
+
+# The answers to failed logins are not delayed (auth_failure_delay, anvil-auth-penalty).
+write_dovecot_configuration() {
+  local mail=$1 user=$2 group=$3
+  cat <<CONFIGURATION
+protocols = imap
+listen = 127.0.0.1
+base_dir = $mail/run
+state_dir = $mail/state
+log_path = $mail/dovecot.log
+default_internal_user = $user
+default_internal_group = $group
+default_login_user = $user
+ssl = required
+ssl_cert = <$mail/server.pem
+ssl_key = <$mail/server.key
+ssl_min_protocol = TLSv1.2
+auth_mechanisms = plain login
+auth_failure_delay = 0
+mail_location = maildir:~/Maildir
+passdb {
+  driver = passwd-file
+  args = username_format=%u $mail/users
+}
+userdb {
+  driver = static
+  args = uid=$user gid=$group home=$mail/home
+}
+namespace inbox {
+  inbox = yes
+  separator = /
+  mailbox Trash {
+    special_use = \\Trash
+  }
+  mailbox Archive {
+    special_use = \\Archive
+  }
+  mailbox "Sent Messages" {
+    special_use = \\Sent
+  }
+  mailbox Junk {
+    special_use = \\Junk
+  }
+  mailbox Drafts {
+    special_use = \\Drafts
+  }
+}
+service anvil {
+  chroot =
+  unix_listener anvil-auth-penalty {
+    mode = 0
+  }
+}
+service imap-login {
+  chroot =
+  inet_listener imap {
+    port = 0
+  }
+  inet_listener imaps {
+    port = $dovecot_port
+    ssl = yes
+  }
+}
+CONFIGURATION
+}

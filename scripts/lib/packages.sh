@@ -1,0 +1,52 @@
+# shellcheck shell=bash disable=SC2034 # the lists are used by scripts/setup
+# The Debian packages that the build, the demonstration and the tests need: installed as root, named to an
+# ordinary user. Uses messages.sh.
+
+packages_to_build=(cmake g++ libboost1.81-dev libhowardhinnant-date-dev libicu-dev libsecret-1-dev
+  libssl-dev ninja-build nlohmann-json3-dev pkg-config)
+packages_to_run=(ca-certificates dbus dovecot-imapd gnome-keyring libsecret-tools openssl python3
+  util-linux)
+packages_to_test=(clang-format-14 dovecot-dev libgmock-dev libgtest-dev strace systemd)
+
+# require_packages NAME...
+require_packages() {
+  local missing=() name
+  for name in "$@"; do
+    package_is_installed "$name" || missing+=("$name")
+  done
+  [ "${#missing[@]}" -gt 0 ] || return 0
+  if [ "$(id -u)" != 0 ]; then
+    printf 'error: these packages are missing: %s\n' "${missing[*]}" >&2
+    printf 'Install them, then start again:\n  sudo apt-get install --no-install-recommends %s\n' \
+      "${missing[*]}" >&2
+    exit 1
+  fi
+  command -v apt-get >/dev/null || fail "apt-get is missing; install by other means: ${missing[*]}"
+  say "Installing ${missing[*]}"
+  install_packages "${missing[@]}"
+}
+
+package_is_installed() {
+  [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# Debian starts a server the moment it is installed. Here its programs are wanted, not a mail server that
+# listens on this machine: the policy hook (invoke-rc.d) says no while the packages go in.
+install_packages() {
+  local policy=/usr/sbin/policy-rc.d own_policy=
+  if [ ! -e "$policy" ]; then
+    own_policy=yes
+    printf '#!/bin/sh\nexit 101\n' >"$policy"
+    chmod 755 "$policy"
+  fi
+  local status=0
+  {
+    apt-get update -q &&
+      DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "$@"
+  } </dev/null >&2 || status=$?
+  [ -z "$own_policy" ] || rm -f "$policy"
+  [ "$status" = 0 ] || fail "apt-get could not install: $*"
+  case " $* " in
+    *" dovecot-imapd "*) systemctl disable --quiet dovecot.service dovecot.socket 2>/dev/null || true ;;
+  esac
+}

@@ -1,0 +1,40 @@
+// A TLS server between the program and the mail server that hands every byte on in both directions and
+// writes down what the program sent: one JSON line for each command line or literal, with its connection.
+//
+//   node wire-recorder.mjs DIRECTORY UPSTREAM_PORT
+//
+// DIRECTORY holds server.pem, server.key and ca.pem; the record is appended to DIRECTORY/wire before the
+// bytes travel on. The port chosen is printed when the recorder listens. It runs until it is ended.
+import fs from 'node:fs';
+import tls from 'node:tls';
+import { CommandReader } from './command-reader.mjs';
+
+const [directory, upstreamPort] = process.argv.slice(2);
+const record = fs.openSync(`${directory}/wire`, 'a');
+let connections = 0;
+
+const server = tls.createServer({
+  key: fs.readFileSync(`${directory}/server.key`),
+  cert: fs.readFileSync(`${directory}/server.pem`),
+}, (client) => {
+  const connection = ++connections;
+  const reader = new CommandReader();
+  const upstream = tls.connect({
+    host: '127.0.0.1', port: Number(upstreamPort), servername: 'localhost',
+    ca: fs.readFileSync(`${directory}/ca.pem`),
+  });
+  client.on('data', (bytes) => {
+    for (const piece of reader.push(bytes)) {
+      fs.writeSync(record, JSON.stringify({ connection, ...piece }) + '\n');
+    }
+    upstream.write(bytes);
+  });
+  upstream.on('data', (bytes) => client.write(bytes));
+  client.on('end', () => upstream.end());
+  upstream.on('end', () => client.end());
+  client.on('error', () => upstream.destroy());
+  upstream.on('error', () => client.destroy());
+});
+
+server.on('tlsClientError', () => {});  // a client that refuses our certificate: the tests look at the client
+server.listen(0, '127.0.0.1', () => console.log(server.address().port));
