@@ -225,8 +225,8 @@ std::string repeated(const std::string& text, std::size_t count) {
 
 TEST(BodyStructureReader, readsMillionsOfNestedMultiparts) {
   EXPECT_EQ(described(std::string(10'000'000, '(')), "none");
-  const std::string info = described(std::string(5'000'000, '(') + "\"text\"");
-  EXPECT_EQ(info.size(), std::string(" 7bit -").size() + 2 * 5'000'000 - 1);
+  const std::string info = described(std::string(1'000'000, '(') + "\"text\"");
+  EXPECT_EQ(info.size(), std::string(" 7bit -").size() + 2 * 1'000'000 - 1);
   EXPECT_EQ(info.substr(0, 6), "1.1.1.");
 }
 
