@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <utility>
 
 #include "IMAP/ASCIICase.h"
 #include "IMAP/IMAPParser.h"
@@ -8,9 +9,10 @@
 namespace tarnwell {
 namespace {
 
-/// The bytes that end an atom. Deliberately only these: brackets, backslashes, wildcards and angle
-/// brackets stay inside, so that BODY[1.2]<0>, [READ-WRITE] and \Noselect are one atom each; CR and LF
-/// stay too, since within a response they occur only behind a literal's announcement.
+/// The bytes that end an atom.
+/// Deliberate: only these. Brackets, backslashes, wildcards and angle brackets stay inside, so that
+/// BODY[1.2]<0>, [READ-WRITE] and \Noselect are one atom each; CR and LF stay too, since within a response
+/// they occur only behind a literal's announcement.
 constexpr std::array<bool, 256> endsAtom = [] {
   std::array<bool, 256> table{};
   for (const char byte : {' ', '\t', '"', '(', ')', '{'}) {
