@@ -14,6 +14,13 @@ start_process() {
   cleanup_processes+=("$started_process")
 }
 
+# run_process COMMAND...: runs the command and waits for its end; its status is the result. A signal to the
+# script is acted upon at once, not when the command has ended by itself.
+run_process() {
+  start_process "$@"
+  wait "$started_process"
+}
+
 # new_directory VARIABLE: a fresh temporary directory, its name in VARIABLE. The names are kept short: a
 # socket path has room for 107 bytes. Others may pass through, for servers that run as another user.
 new_directory() {
