@@ -101,7 +101,7 @@ test('everySampleIsShownAsItIs', async () => {
 
 test('htmlLosesItsMarkupScriptsAndStyles', async () => {
   const [{ snippet }] = (await search({ subject: 'ferry' })).messages;
-  for (const leftOver of ['<', 'font-family', 'opened', '&nbsp;', '&#233;']) {
+  for (const leftOver of ['<p', '</', '<li', 'font-family', 'opened', '&nbsp;', '&#233;']) {
     assert.ok(!snippet.includes(leftOver), `"${leftOver}" is left in "${snippet}"`);
   }
 });
