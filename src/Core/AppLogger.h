@@ -14,6 +14,8 @@
 #include <string>
 #include <string_view>
 
+#include "Platform/SystemLog.h"
+
 namespace tarnwell::AppLogger {
 
 enum class Category { app, mcp, imap, security, tool, http };
@@ -25,6 +27,10 @@ void debug(Category category, std::string_view message);
 void info(Category category, std::string_view message);
 void notice(Category category, std::string_view message);
 void error(Category category, std::string_view message);
+
+/// Makes the calls write to another system log, which must outlive them, and returns the one in use until
+/// then. For tests, which listen at an address of their own.
+const SystemLog& replaceSystemLog(const SystemLog& log);
 
 /// Masks an address: at most the first two user-perceived characters before the first at sign, "***",
 /// and everything from the at sign on. A text without an at sign becomes "***".

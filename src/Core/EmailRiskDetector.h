@@ -68,15 +68,17 @@ class EmailRiskDetector {
   /// What is looked at. `scanLimit` (user-perceived characters of the body) can widen the scan, never
   /// narrow it.
   struct Input {
-    std::optional<std::string_view> subject;
-    std::optional<std::string_view> from;
-    std::optional<std::string_view> bodyPrefix;
-    std::optional<std::size_t> scanLimit;
+    std::optional<std::string_view> subject = std::nullopt;
+    std::optional<std::string_view> from = std::nullopt;
+    std::optional<std::string_view> bodyPrefix = std::nullopt;
+    std::optional<std::size_t> scanLimit = std::nullopt;
   };
 
   RiskAssessment assess(const Input& input) const;
 
   std::span<const Keyword> keywords() const;
+
+  std::size_t bodyScanPrefix() const { return bodyScanPrefix_; }
 
  private:
   std::size_t bodyScanPrefix_;

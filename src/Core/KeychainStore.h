@@ -15,6 +15,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "Core/Secret.h"
 #include "Platform/SecretItems.h"
@@ -66,9 +67,8 @@ class KeychainStore {
   bool hasPassword(std::string_view account) const;
 
  private:
-  enum class Place { sharedGroup, plain };
-
-  SecretItemQuery baseQuery(std::string_view account, Place place) const;
+  /// One query for each place, in the order in which they are tried.
+  std::vector<SecretItemQuery> attempts(std::string_view account) const;
 
   std::string service_;
   std::optional<std::string> accessGroup_;

@@ -18,6 +18,10 @@ std::string_view rawValue(SpecialUse use);
 /// Exact, case-sensitive; absent for any other text.
 std::optional<SpecialUse> specialUse(std::string_view rawValue);
 
+/// The raw value; reading any other text throws an exception of the JSON library.
+void to_json(nlohmann::json& json, SpecialUse use);
+void from_json(const nlohmann::json& json, SpecialUse& use);
+
 struct IMAPFolder {
   /// The last component of the path, for people.
   std::string name;
@@ -33,7 +37,8 @@ struct IMAPFolder {
   bool operator==(const IMAPFolder&) const = default;
 };
 
-/// Keys are the field names; an absent special use is left out.
+/// Keys are the field names; an absent special use is left out. Reading throws the JSON library's exception
+/// when another field is missing or of the wrong type.
 void to_json(nlohmann::json& json, const IMAPFolder& folder);
 void from_json(const nlohmann::json& json, IMAPFolder& folder);
 

@@ -92,7 +92,8 @@ struct IMAPMessage {
   bool operator==(const IMAPMessage&) const = default;
 };
 
-/// Keys are the field names; absent texts are left out, lists are always written.
+/// Keys are the field names; absent texts are left out, lists are always written. Reading throws the JSON
+/// library's exception when a list is missing or a field is of the wrong type.
 void to_json(nlohmann::json& json, const IMAPAddress& address);
 void from_json(const nlohmann::json& json, IMAPAddress& address);
 void to_json(nlohmann::json& json, const IMAPEnvelope& envelope);

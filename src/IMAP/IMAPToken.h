@@ -3,7 +3,7 @@
 /// The tokens of one IMAP response: atoms, strings, NIL and nested lists (RFC 3501, section 9).
 ///
 /// Tokens lie on one flat tape in the order in which they begin, not in a tree of small objects: nesting
-/// of any depth costs the same few bytes for each token, walking it needs no call stack, and giving it
+/// of any depth costs the same 16 bytes for each token, walking it needs no call stack, and giving it
 /// back frees one block. A list knows where it ends, so a reader can step over it.
 ///
 ///     IMAPTokens tokens = IMAPParser::tokenize("* LIST (\\Sent) \"/\" \"Sent Messages\"");
@@ -16,6 +16,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -41,11 +42,20 @@ class IMAPToken {
   /// and for NIL.
   std::optional<std::string> text() const;
 
-  /// True when `text()` would equal `expected` without regard to ASCII letter case.
-  bool textEquals(std::string_view expected) const;
+  /// True when there is a text and it is `word`, without regard to ASCII letter case. `word` is ASCII, as
+  /// the words of the protocol are.
+  bool textEquals(std::string_view word) const;
 
   /// The elements of a list; empty for any other kind.
   IMAPTokenList list() const;
+
+ private:
+  friend class IMAPTokenList;
+
+  IMAPToken(const IMAPTokens* tokens, std::size_t index) : tokens_(tokens), index_(index) {}
+
+  const IMAPTokens* tokens_;
+  std::size_t index_;
 };
 
 /// The elements of one list, or of the whole response.
@@ -53,19 +63,101 @@ class IMAPTokenList {
  public:
   class Iterator;
 
-  bool empty() const;
+  /// A list without elements.
+  IMAPTokenList() = default;
+
+  bool empty() const { return first_ == last_; }
   Iterator begin() const;
   Iterator end() const;
 
   /// The element at a position, counted from 0; absent beyond the end. Steps over the elements before it.
   std::optional<IMAPToken> operator[](std::size_t position) const;
+
+ private:
+  friend class IMAPToken;
+  friend class IMAPTokens;
+
+  IMAPTokenList(const IMAPTokens* tokens, std::size_t first, std::size_t last)
+      : tokens_(tokens), first_(first), last_(last) {}
+
+  const IMAPTokens* tokens_ = nullptr;
+  std::size_t first_ = 0;  // on the tape
+  std::size_t last_ = 0;   // one beyond the last element's last descendant
+};
+
+/// A forward iterator; each step goes to the next element of the same list.
+class IMAPTokenList::Iterator {
+ public:
+  using value_type = IMAPToken;
+  using difference_type = std::ptrdiff_t;
+
+  Iterator() = default;
+
+  IMAPToken operator*() const { return {tokens_, index_}; }
+  Iterator& operator++();
+  Iterator operator++(int) {
+    const Iterator before = *this;
+    ++*this;
+    return before;
+  }
+  bool operator==(const Iterator&) const = default;
+
+ private:
+  friend class IMAPTokenList;
+
+  Iterator(const IMAPTokens* tokens, std::size_t index) : tokens_(tokens), index_(index) {}
+
+  const IMAPTokens* tokens_ = nullptr;
+  std::size_t index_ = 0;
 };
 
 /// Owns the tape.
 class IMAPTokens {
  public:
   /// The tokens at the top level.
-  IMAPTokenList elements() const;
+  IMAPTokenList elements() const { return {this, 0, tape_.size()}; }
+
+ private:
+  friend class IMAPToken;
+  friend class IMAPTokenList::Iterator;
+  friend class IMAPTokenizer;
+
+  enum class Form : std::uint8_t { atom, string, escapedString, list, nilToken };
+
+  /// Of an atom or a string, `begin` and `end` bound its bytes in the response; of a list, `end` is the
+  /// index on the tape after its last descendant. The form lies in the low bits of the first word, which
+  /// leaves 61 bits for an offset: more than any memory holds, so there is no limit to check.
+  struct Entry {
+    Entry(Form kind, std::size_t first, std::size_t last)
+        : beginAndForm(std::uint64_t{first} << formBits | static_cast<std::uint64_t>(kind)), end(last) {}
+
+    Form form() const { return static_cast<Form>(beginAndForm & ((1U << formBits) - 1)); }
+    std::size_t begin() const { return static_cast<std::size_t>(beginAndForm >> formBits); }
+
+    static constexpr unsigned formBits = 3;
+    std::uint64_t beginAndForm;
+    std::uint64_t end;
+  };
+  static_assert(sizeof(Entry) == 16);
+
+  explicit IMAPTokens(std::string_view response) : response_(response) {}
+
+  /// The bytes of an atom or a string as they stand in the response.
+  std::string_view bytes(const Entry& entry) const {
+    return response_.substr(entry.begin(), entry.end - entry.begin());
+  }
+
+  std::string_view response_;
+  std::vector<Entry> tape_;
 };
+
+inline IMAPTokenList::Iterator IMAPTokenList::begin() const { return {tokens_, first_}; }
+inline IMAPTokenList::Iterator IMAPTokenList::end() const { return {tokens_, last_}; }
+
+inline IMAPTokenList::Iterator& IMAPTokenList::Iterator::operator++() {
+  const IMAPTokens::Entry& entry = tokens_->tape_[index_];
+  index_ = entry.form() == IMAPTokens::Form::list ? static_cast<std::size_t>(entry.end) : index_ + 1;
+  return *this;
+}
 
 }  // namespace tarnwell

@@ -37,6 +37,19 @@ class LineAssembler {
   /// The length announced at the very end of a physical line, in bytes. Absent when the line does not
   /// end in an announcement, or in one that does not fit 63 bits; it then is an ordinary line.
   static std::optional<std::int64_t> trailingLiteralLength(std::string_view line);
+
+ private:
+  /// Both take bytes from the front of a piece and return how many.
+  std::size_t appendLiteral(std::string_view bytes);
+  std::size_t appendLine(std::string_view bytes);
+
+  /// What has been assembled now ends in a CRLF: a literal begins, or the logical line is complete.
+  void endPhysicalLine();
+
+  std::string assembled_;              // the logical line so far
+  std::size_t physicalLineBegin_ = 0;  // in `assembled_`; bytes before it are never looked at again
+  std::uint64_t literalBytesMissing_ = 0;
+  std::deque<std::string> complete_;
 };
 
 }  // namespace tarnwell

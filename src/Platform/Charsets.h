@@ -12,7 +12,12 @@
 ///
 /// The Japanese charsets decode as the supersets that mail programs really send: code page 932 for
 /// Shift_JIS, and the same repertoire (NEC row 13, the NEC and IBM extensions, half-width katakana) in
-/// the EUC-JP and ISO-2022-JP framings.
+/// the EUC-JP and ISO-2022-JP framings. Characters that the tables in use disagree about come out as
+/// Windows and most mail programs show them: the wave dash as U+FF5E, the minus sign as U+FF0D, bytes 5C
+/// and 7E as backslash and tilde. Only after ESC ( J, which announces JIS X 0201, byte 5C is the yen
+/// sign. ISO-2022-JP also takes JIS X 0212 and all three ways to write half-width katakana: ESC ( I,
+/// the eighth bit, and between SO and SI.
+///
 /// UTF-16 reads the byte order from the byte-order mark and is big-endian without one (RFC 2781,
 /// section 4.3).
 ///
@@ -31,7 +36,8 @@ class Charset {
       utf16, gb18030;
 
   /// The charset with this name in the IANA registry (RFC 2978), without regard to case; absent when
-  /// the system knows no such name. The name is not trimmed.
+  /// the system knows no such name. The name is not trimmed. Names in wide use that are not registered,
+  /// such as "cp932", are known too.
   static std::optional<Charset> named(std::string_view ianaName);
 
   /// The converter's name, for tests and messages.

@@ -21,6 +21,9 @@ class SystemLog {
  public:
   /// `address` is where the system listens: on Linux the path of the journal's socket; unused elsewhere.
   explicit SystemLog(std::string subsystem, std::string address = defaultAddress());
+  ~SystemLog();
+  SystemLog(const SystemLog&) = delete;
+  SystemLog& operator=(const SystemLog&) = delete;
 
   /// False when the system would drop entries of this type anyway.
   bool isEnabled(SystemLogType type) const;
@@ -33,6 +36,7 @@ class SystemLog {
  private:
   std::string subsystem_;
   std::string address_;
+  int socket_ = -1;  // Linux only; open as long as the object lives, never connected
 };
 
 }  // namespace tarnwell

@@ -1,0 +1,102 @@
+#include "CLI/CLIRunner.h"
+
+#include <string_view>
+
+#include "CLI/Output.h"
+#include "Core/AppLogger.h"
+#include "Core/BridgeConstants.h"
+#include "MCP/JSONValue.h"
+#include "MCP/MCPServer.h"
+#include "MCP/MCPTransportStdio.h"
+#include "MCP/Tools/MCPTools.h"
+#include "Platform/Process.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr std::string_view usage = R"(Tarnwell — CLI helper
+
+USAGE:
+  tarnwell <command>
+
+COMMANDS:
+  serve             Run as a stdio MCP server (used by Claude / Cowork).
+  test-connection   Test the iCloud IMAP login using saved settings.
+  status            Print safety settings and readiness as JSON.
+  print-config      Print MCP client config JSON (never prints the password).
+
+Settings and the app password are managed by the
+"Tarnwell" app and shared with this helper.)";
+
+struct Command {
+  std::string_view word;
+  int (*run)();
+};
+
+constexpr Command commands[] = {
+    {"serve", CLIRunner::serve},
+    {"test-connection", CLIRunner::testConnection},
+    {"status", CLIRunner::status},
+    {"print-config", CLIRunner::printConfig},
+};
+
+constexpr int exitUsage = 2;
+
+bool asksForHelp(std::string_view word) { return word == "-h" || word == "--help" || word == "help"; }
+
+}  // namespace
+
+int CLIRunner::run(const std::vector<std::string>& arguments) {
+  if (arguments.empty()) {
+    print(usage);
+    return exitUsage;
+  }
+  const std::string& word = arguments.front();
+  for (const Command& command : commands) {
+    if (command.word == word) {
+      return command.run();
+    }
+  }
+  if (asksForHelp(word)) {
+    print(usage);
+    return 0;
+  }
+  printError("Unknown command: " + word + "\n\n");
+  print(usage);
+  return exitUsage;
+}
+
+int CLIRunner::serve() {
+  AppLogger::info(AppLogger::Category::mcp, "tarnwell serve starting");
+  MCPServer server(MCPTools::shared());
+  MCPTransportStdio(server).run();
+  return 0;
+}
+
+int CLIRunner::status() {
+  const ToolCallResult result = MCPTools::shared().handle("get_status", JSONObject{});
+  print(result.structured.prettyString());
+  return result.isError ? 1 : 0;
+}
+
+int CLIRunner::printConfig() {
+  const JSONValue config = JSONObject{
+      {"mcpServers", JSONObject{{"tarnwell", JSONObject{{"command", ownExecutablePath().string()},
+                                                        {"args", JSONValue::strings({"serve"})}}}}},
+  };
+  print(config.prettyString());
+  printError("\n# Add the block above to your MCP client config.\n");
+  printError("# (This output never contains your app password.)\n");
+  return 0;
+}
+
+std::filesystem::path CLIRunner::ownExecutablePath() {
+  if (const std::optional<std::filesystem::path> path = executablePath()) {
+    return *path;
+  }
+  std::error_code ignored;
+  return std::filesystem::weakly_canonical("tarnwell", ignored);
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,61 @@
+#include "Core/ConfigStore.h"
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+
+#include "Core/AppLogger.h"
+#include "Core/BridgeConstants.h"
+#include "Platform/PrivateFiles.h"
+#include "Platform/UserDirectories.h"
+
+namespace tarnwell {
+namespace {
+
+/// The file is read afresh for each request, so its size must not decide how long that takes. A settings
+/// file has about a kilobyte; one of more than a megabyte is some other file, or a broken one.
+constexpr std::size_t maxFileBytes = 1024 * 1024;
+
+/// Absent for what is not a JSON object with values of the right types.
+std::optional<AppConfig> decode(const std::string& text) {
+  if (text.size() > maxFileBytes) {
+    return std::nullopt;
+  }
+  try {
+    return nlohmann::json::parse(text).get<AppConfig>();
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
+}  // namespace
+
+ConfigStore ConfigStore::shared() {
+  auto support = applicationSupportDirectory();
+  if (!support) {
+    support = homeDirectory() / "Library" / "Application Support";
+  }
+  return ConfigStore(*support / BridgeConstants::bundleIdentifier);
+}
+
+AppConfig ConfigStore::load() const {
+  // One byte more than allowed shows that a file is too large.
+  std::optional<std::string> text = readFilePrefix(configURL(), maxFileBytes + 1);
+  if (!text) {
+    // Deliberate: no log line. Before the first set-up there is no file, and that is no error.
+    return {};
+  }
+  std::optional<AppConfig> config = decode(*text);
+  if (!config) {
+    AppLogger::error(AppLogger::Category::app, "Config file unreadable; using defaults");
+    return {};
+  }
+  return *std::move(config);
+}
+
+void ConfigStore::save(const AppConfig& config) const {
+  createPrivateDirectories(directory_);
+  replacePrivateFile(configURL(), nlohmann::json(config).dump(2) + "\n");
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,194 @@
+#include "Core/EmailRiskDetector.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+
+#include "Platform/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+/// The order is that of the signals. Japanese mail writes the two of "two-step" in either width.
+constexpr Keyword keywordTable[] = {
+    {"verification code", "verification_code", false},
+    {"confirmation code", "verification_code", false},
+    {"one-time password", "otp", false},
+    {"one time password", "otp", false},
+    {"two-factor", "two_factor", false},
+    {"two factor", "two_factor", false},
+    {"password reset", "password_reset", false},
+    {"reset your password", "password_reset", false},
+    {"security code", "security_code", false},
+    {"sign-in code", "login_code", false},
+    {"sign in code", "login_code", false},
+    {"login code", "login_code", false},
+    {"recovery code", "recovery_code", false},
+    {"security alert", "security_alert", false},
+    {"security warning", "security_alert", false},
+    {"OTP", "otp", true},
+    {"2FA", "two_factor", true},
+    {"認証コード", "verification_code", false},
+    {"確認コード", "verification_code", false},
+    {"ワンタイムパスワード", "otp", false},
+    {"パスワードリセット", "password_reset", false},
+    {"パスワードの再設定", "password_reset", false},
+    {"セキュリティコード", "security_code", false},
+    {"ログインコード", "login_code", false},
+    {"二要素認証", "two_factor", false},
+    {"2段階認証", "two_factor", false},
+    {"２段階認証", "two_factor", false},
+    {"セキュリティ警告", "security_alert", false},
+};
+
+/// A set of rows of the table, one bit for each.
+using Rows = std::uint32_t;
+static_assert(std::size(keywordTable) <= 32);
+
+constexpr Rows bitOf(std::size_t row) { return Rows{1} << row; }
+
+/// Finds all terms in one walk over a text. At each position the next bytes are looked up in a table of
+/// the rows whose terms have that byte in that place; what is left after a few bytes is compared in full.
+class TermSearch {
+ public:
+  TermSearch() {
+    for (std::size_t row = 0; row < std::size(keywordTable); ++row) {
+      lowerTerms_[row] = lowercased(keywordTable[row].term);
+      for (std::size_t place = 0; place < lookAhead; ++place) {
+        rowsWith_[place][static_cast<unsigned char>(lowerTerms_[row][place])] |= bitOf(row);
+      }
+    }
+  }
+
+  const std::string& lowerTerm(std::size_t row) const { return lowerTerms_[row]; }
+
+  /// The rows whose lower-cased terms occur in the text.
+  Rows foundIn(std::string_view text) const {
+    Rows found = 0;
+    for (std::size_t position = 0; position + lookAhead <= text.size(); ++position) {
+      Rows candidates = ~found;
+      for (std::size_t place = 0; place < lookAhead; ++place) {
+        candidates &= rowsWith_[place][static_cast<unsigned char>(text[position + place])];
+      }
+      if (candidates != 0) found |= confirmed(candidates, text.substr(position));
+    }
+    return found;
+  }
+
+ private:
+  /// No term is shorter.
+  static constexpr std::size_t lookAhead = 3;
+
+  Rows confirmed(Rows candidates, std::string_view text) const {
+    Rows found = 0;
+    for (std::size_t row = 0; row < std::size(keywordTable); ++row) {
+      if ((candidates & bitOf(row)) != 0 && text.starts_with(lowerTerms_[row])) found |= bitOf(row);
+    }
+    return found;
+  }
+
+  std::array<std::string, std::size(keywordTable)> lowerTerms_;
+  std::array<std::array<Rows, 256>, lookAhead> rowsWith_{};
+};
+
+const TermSearch& termSearch() {
+  static const TermSearch search;
+  return search;
+}
+
+/// Compiled word patterns, one for each lower-cased term, for the life of the process.
+class WordRegexCache {
+ public:
+  static WordRegexCache& shared() {
+    static WordRegexCache cache;
+    return cache;
+  }
+
+  /// The pattern of the term, or null when the system's engine refused it. The lock covers looking up
+  /// and compiling; searching with the pattern needs none.
+  std::shared_ptr<const WordPattern> pattern(const std::string& lowerTerm) {
+    const std::lock_guard lock(mutex_);
+    const auto known = patterns_.find(lowerTerm);
+    if (known != patterns_.end()) return known->second;
+    auto compiled = std::make_shared<const WordPattern>(lowerTerm);
+    if (!compiled->isUsable()) return nullptr;
+    patterns_.emplace(lowerTerm, compiled);
+    return compiled;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::map<std::string, std::shared_ptr<const WordPattern>> patterns_;
+};
+
+bool isFoundAsWord(const std::string& lowerTerm, std::string_view lowerText, bool isSubstring) {
+  const auto pattern = WordRegexCache::shared().pattern(lowerTerm);
+  return pattern != nullptr ? pattern->isFoundIn(lowerText) : isSubstring;
+}
+
+/// Appends the signals of one text. No term stands in the table twice, so that no signal does either.
+void scan(std::string_view text, std::string_view location, std::vector<RiskSignal>& signals) {
+  if (text.empty()) return;
+  const std::string lowerText = lowercased(text);
+  const Rows substrings = termSearch().foundIn(lowerText);
+  for (std::size_t row = 0; row < std::size(keywordTable); ++row) {
+    const std::string& lowerTerm = termSearch().lowerTerm(row);
+    const bool isSubstring = (substrings & bitOf(row)) != 0;
+    const bool matches =
+        keywordTable[row].wordBoundary ? isFoundAsWord(lowerTerm, lowerText, isSubstring) : isSubstring;
+    if (matches)
+      signals.push_back({std::string(keywordTable[row].category), lowerTerm, std::string(location)});
+  }
+}
+
+}  // namespace
+
+const RiskAssessment RiskAssessment::none{};
+
+std::vector<std::string> RiskAssessment::categories() const {
+  std::vector<std::string> distinct;
+  for (const RiskSignal& signal : signals) {
+    if (std::ranges::find(distinct, signal.category) == distinct.end()) distinct.push_back(signal.category);
+  }
+  return distinct;
+}
+
+std::string RiskAssessment::reason() const {
+  if (signals.empty()) return {};
+  std::string list;
+  for (const std::string& category : categories()) {
+    if (!list.empty()) list += ", ";
+    list += category;
+  }
+  return "Body withheld: looks like a sensitive security message (" + list +
+         "). OTP / verification-code / password-reset / security-alert content is "
+         "never returned by this bridge.";
+}
+
+EmailRiskDetector::EmailRiskDetector(std::size_t bodyScanPrefix) : bodyScanPrefix_(bodyScanPrefix) {}
+
+const EmailRiskDetector& EmailRiskDetector::shared() {
+  static const EmailRiskDetector detector(800);
+  return detector;
+}
+
+RiskAssessment EmailRiskDetector::assess(const Input& input) const {
+  RiskAssessment assessment;
+  if (input.subject) scan(*input.subject, "subject", assessment.signals);
+  if (input.from) scan(*input.from, "from", assessment.signals);
+  if (input.bodyPrefix) {
+    // Deliberate: a caller's limit widens the scan and never narrows it, since a preview of 200
+    // characters of a security mail is as telling as the whole.
+    const std::size_t limit = std::max(bodyScanPrefix_, input.scanLimit.value_or(0));
+    scan(characterPrefix(*input.bodyPrefix, limit), "body", assessment.signals);
+  }
+  return assessment;
+}
+
+std::span<const Keyword> EmailRiskDetector::keywords() const { return keywordTable; }
+
+}  // namespace tarnwell

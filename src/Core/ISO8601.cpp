@@ -1,0 +1,142 @@
+#include "Core/ISO8601.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace tarnwell {
+namespace {
+
+using std::chrono::hours;
+using std::chrono::minutes;
+using std::chrono::seconds;
+
+/// Reads a text of fixed width from left to right; the first surprise makes the whole reading fail.
+class FixedFields {
+ public:
+  explicit FixedFields(std::string_view text) : rest_(text) {}
+
+  int number(std::size_t digits) {
+    if (rest_.size() < digits) {
+      return fail();
+    }
+    int value = 0;
+    for (char digit : rest_.substr(0, digits)) {
+      if (digit < '0' || digit > '9') {
+        return fail();
+      }
+      value = value * 10 + (digit - '0');
+    }
+    rest_.remove_prefix(digits);
+    return value;
+  }
+
+  void expect(char wanted) {
+    if (!accept(wanted)) {
+      fail();
+    }
+  }
+
+  bool accept(char wanted) {
+    if (!rest_.starts_with(wanted)) {
+      return false;
+    }
+    rest_.remove_prefix(1);
+    return true;
+  }
+
+  bool isWhole() const { return !failed_ && rest_.empty(); }
+
+ private:
+  int fail() {
+    failed_ = true;
+    return 0;
+  }
+
+  std::string_view rest_;
+  bool failed_ = false;
+};
+
+std::chrono::year_month_day readDay(FixedFields& fields) {
+  std::chrono::year year(fields.number(4));
+  fields.expect('-');
+  std::chrono::month month(static_cast<unsigned>(fields.number(2)));
+  fields.expect('-');
+  return year / month / std::chrono::day(static_cast<unsigned>(fields.number(2)));
+}
+
+struct ClockTime {
+  int hour, minute, second;
+};
+
+ClockTime readTime(FixedFields& fields) {
+  int hour = fields.number(2);
+  fields.expect(':');
+  int minute = fields.number(2);
+  fields.expect(':');
+  return {hour, minute, fields.number(2)};
+}
+
+/// What the zone's clocks are ahead of UTC; "Z" is UTC itself.
+struct ZoneOffset {
+  int sign, hour, minute;
+};
+
+ZoneOffset readZone(FixedFields& fields) {
+  if (fields.accept('Z')) {
+    return {1, 0, 0};
+  }
+  int sign = fields.accept('-') ? -1 : 1;
+  if (sign > 0) {
+    fields.expect('+');
+  }
+  int hour = fields.number(2);
+  fields.expect(':');
+  return {sign, hour, fields.number(2)};
+}
+
+}  // namespace
+
+Instant currentInstant() { return std::chrono::floor<seconds>(std::chrono::system_clock::now()); }
+
+std::string formatISO8601(Instant instant) {
+  // RFC 3339 has room for the years 0000 to 9999 only; an instant outside is moved to the nearest inside.
+  constexpr Instant first = std::chrono::sys_days(std::chrono::year(0) / 1 / 1);
+  constexpr Instant last = std::chrono::sys_days(std::chrono::year(10000) / 1 / 1) - seconds(1);
+  Instant shown = std::clamp(instant, first, last);
+
+  auto day = std::chrono::floor<std::chrono::days>(shown);
+  std::chrono::year_month_day date(day);
+  std::chrono::hh_mm_ss time(shown - day);
+  char text[sizeof "0000-00-00T00:00:00Z" + 64];
+  int length = std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ", int(date.year()),
+                             unsigned(date.month()), unsigned(date.day()), int(time.hours().count()),
+                             int(time.minutes().count()), int(time.seconds().count()));
+  return std::string(text, static_cast<std::size_t>(length));
+}
+
+std::optional<Instant> parseISO8601(std::string_view text) {
+  FixedFields fields(text);
+  auto day = readDay(fields);
+  fields.expect('T');
+  auto [hour, minute, second] = readTime(fields);
+  auto zone = readZone(fields);
+
+  // A leap second (":60") has no place in a count of seconds since 1970 and is refused.
+  bool isTimeOfDay = hour < 24 && minute < 60 && second < 60 && zone.hour < 24 && zone.minute < 60;
+  if (!fields.isWhole() || !day.ok() || !isTimeOfDay) {
+    return std::nullopt;
+  }
+  auto offset = zone.sign * (hours(zone.hour) + minutes(zone.minute));
+  return std::chrono::sys_days(day) + hours(hour) + minutes(minute) + seconds(second) - offset;
+}
+
+std::optional<Instant> parseISO8601Day(std::string_view text) {
+  FixedFields fields(text);
+  auto day = readDay(fields);
+  if (!fields.isWhole() || !day.ok()) {
+    return std::nullopt;
+  }
+  return std::chrono::sys_days(day);
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,63 @@
+#include "Core/LogBuffer.h"
+
+#include <utility>
+
+namespace tarnwell {
+
+std::string_view rawValue(LogLevel level) {
+  switch (level) {
+    case LogLevel::debug:
+      return "debug";
+    case LogLevel::info:
+      return "info";
+    case LogLevel::notice:
+      return "notice";
+    case LogLevel::error:
+      return "error";
+  }
+  return "";
+}
+
+LogBuffer& LogBuffer::shared() {
+  // Never destroyed: a thread that is still running when the process ends may log.
+  static LogBuffer& buffer = *new LogBuffer;
+  return buffer;
+}
+
+void LogBuffer::append(LogEntry entry) {
+  Callback callback;
+  {
+    std::lock_guard guard(lock_);
+    callback = onAppend_;
+    storage_.push_back(callback ? entry : std::move(entry));
+    if (storage_.size() > limit) {
+      storage_.pop_front();
+    }
+  }
+  if (callback) {
+    callback(entry);
+  }
+}
+
+std::vector<LogEntry> LogBuffer::snapshot() const {
+  std::lock_guard guard(lock_);
+  return {storage_.begin(), storage_.end()};
+}
+
+void LogBuffer::clear() {
+  std::lock_guard guard(lock_);
+  storage_.clear();
+}
+
+void LogBuffer::onAppend(Callback callback) {
+  // The exchange leaves the former callback to die outside the lock: its captures may log.
+  std::lock_guard guard(lock_);
+  onAppend_.swap(callback);
+}
+
+LogBuffer::Callback LogBuffer::onAppend() const {
+  std::lock_guard guard(lock_);
+  return onAppend_;
+}
+
+}  // namespace tarnwell

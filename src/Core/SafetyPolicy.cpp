@@ -1,0 +1,85 @@
+#include "Core/SafetyPolicy.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwell {
+namespace {
+
+/// All that the policy knows about an operation, in one row.
+struct OperationRow {
+  WriteOperation operation;
+  std::string_view rawValue;
+  bool SafetySettings::*allowed;
+  std::string_view disabledText;
+};
+
+constexpr std::array operations{
+    OperationRow{WriteOperation::move, "move", &SafetySettings::allowMove,
+                 "Folder moves are disabled in Safety settings."},
+    OperationRow{WriteOperation::markRead, "markRead", &SafetySettings::allowMarkRead,
+                 "Mark-as-read is disabled in Safety settings."},
+    OperationRow{WriteOperation::trash, "trash", &SafetySettings::allowTrash,
+                 "Trash is disabled in Safety settings."},
+};
+
+const OperationRow& rowOf(WriteOperation operation) {
+  return *std::find_if(operations.begin(), operations.end(),
+                       [&](const OperationRow& row) { return row.operation == operation; });
+}
+
+}  // namespace
+
+std::string_view rawValue(SafetyMode mode) {
+  return mode == SafetyMode::readOnly ? "read-only" : "write-enabled";
+}
+
+std::string_view rawValue(WriteOperation operation) { return rowOf(operation).rawValue; }
+
+std::optional<WriteOperation> writeOperation(std::string_view rawValue) {
+  for (const OperationRow& row : operations) {
+    if (row.rawValue == rawValue) {
+      return row.operation;
+    }
+  }
+  return std::nullopt;
+}
+
+SafetyMode SafetyPolicy::mode() const {
+  return settings_.readOnly ? SafetyMode::readOnly : SafetyMode::writeEnabled;
+}
+
+WriteDecision SafetyPolicy::decide(WriteOperation operation, std::optional<bool> requestedDryRun) const {
+  // Deliberate: read-only refuses even a preview, so that it means the same for every request.
+  if (settings_.readOnly) {
+    return {WriteDecision::Kind::blockedReadOnly, ""};
+  }
+  // Deliberate: a preview of a disabled operation is refused too; it would promise what cannot follow.
+  const OperationRow& row = rowOf(operation);
+  if (!(settings_.*row.allowed)) {
+    return {WriteDecision::Kind::blockedDisabled, std::string(row.disabledText)};
+  }
+  if (requestedDryRun.value_or(false)) {
+    return {WriteDecision::Kind::dryRun, ""};
+  }
+  return {WriteDecision::Kind::execute, ""};
+}
+
+std::int64_t SafetyPolicy::clampBodyChars(std::optional<std::int64_t> requested) const {
+  std::int64_t cap = std::min<std::int64_t>(settings_.maxBodyChars, BridgeConstants::bodyHardMaxChars);
+  // Deliberate: without a request the setting stands as it is, 0 and less included: a user who sets it
+  // so wants no text unless it is asked for. Only a request is raised to 1.
+  if (!requested) {
+    return cap;
+  }
+  return std::max<std::int64_t>(1, std::min(cap, *requested));
+}
+
+std::int64_t SafetyPolicy::clampLimit(std::optional<std::int64_t> requested, std::int64_t hardMax) const {
+  // Deliberate: the default is applied before the caps, so that a cap below it wins.
+  std::int64_t wanted = requested.value_or(BridgeConstants::searchLimitDefault);
+  std::int64_t perCallCap = std::min(settings_.maxFetch, settings_.maxMessagesPerCall);
+  return std::max<std::int64_t>(1, std::min({hardMax, perCallCap, wanted}));
+}
+
+}  // namespace tarnwell

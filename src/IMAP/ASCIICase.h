@@ -1,0 +1,35 @@
+#pragma once
+
+/// Letter case in the words of the protocol, which are ASCII (RFC 3501, section 1.2): bytes beyond
+/// ASCII equal only themselves, whatever the user's language.
+/// Threads: all functions are pure.
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+namespace tarnwell {
+
+constexpr char asciiLowercased(char byte) {
+  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
+
+inline std::string asciiLowercased(std::string text) {
+  for (char& byte : text) {
+    byte = asciiLowercased(byte);
+  }
+  return text;
+}
+
+constexpr bool equalsIgnoringASCIICase(std::string_view left, std::string_view right) {
+  return left.size() == right.size() &&
+         std::equal(left.begin(), left.end(), right.begin(), [](char leftByte, char rightByte) {
+           return asciiLowercased(leftByte) == asciiLowercased(rightByte);
+         });
+}
+
+constexpr bool startsWithIgnoringASCIICase(std::string_view text, std::string_view prefix) {
+  return equalsIgnoringASCIICase(text.substr(0, prefix.size()), prefix);
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,94 @@
+#include <charconv>
+
+#include "IMAP/IMAPParser.h"
+#include "IMAP/TokenReading.h"
+
+namespace tarnwell {
+namespace {
+
+/// The elements of the parenthesised list behind the word FETCH.
+std::optional<IMAPTokenList> fetchAttributeList(IMAPTokenList tokens) {
+  for (auto token = tokens.begin(); token != tokens.end(); ++token) {
+    if ((*token).textEquals("FETCH")) {
+      ++token;
+      return token != tokens.end() && isList(*token) ? std::optional((*token).list()) : std::nullopt;
+    }
+  }
+  return std::nullopt;
+}
+
+/// RFC 3501, section 9: uniqueid = nz-number. A plus sign in front and a zero are let through.
+std::optional<std::uint32_t> readUID(std::string_view text) {
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+  }
+  std::uint32_t uid = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, uid);
+  return error == std::errc() && stop == end ? std::optional(uid) : std::nullopt;
+}
+
+/// Collects what the pairs of attribute and value say. A value of the wrong kind changes nothing.
+class MessageReader {
+ public:
+  void read(IMAPToken name, IMAPToken value) {
+    if (name.textEquals("UID")) {
+      const std::optional<std::string> text = value.text();
+      if (const auto uid = text ? readUID(*text) : std::nullopt) {
+        message_.uid = *uid;
+        hasUID_ = true;
+      }
+    } else if (name.textEquals("INTERNALDATE")) {
+      if (std::optional<std::string> text = value.text()) {
+        message_.internalDate = std::move(text);
+      }
+    } else if (isList(value)) {
+      readList(name, value.list());
+    }
+  }
+
+  std::optional<IMAPMessage> message() && {
+    return hasUID_ ? std::optional(std::move(message_)) : std::nullopt;
+  }
+
+ private:
+  void readList(IMAPToken name, IMAPTokenList list) {
+    if (name.textEquals("FLAGS")) {
+      message_.flags = textsOf(list);
+    } else if (name.textEquals("ENVELOPE")) {
+      message_.envelope = IMAPParser::parseEnvelope(list);
+    } else if (name.textEquals("BODYSTRUCTURE") || name.textEquals("BODY")) {
+      message_.bodyInfo = IMAPParser::parseBodyStructure(list);
+    }
+  }
+
+  IMAPMessage message_;
+  bool hasUID_ = false;
+};
+
+}  // namespace
+
+/// RFC 3501, section 9: message-data = nz-number SP ("EXPUNGE" / ("FETCH" SP msg-att))
+///                      msg-att      = "(" (msg-att-dynamic / msg-att-static)
+///                                     *(SP (msg-att-dynamic / msg-att-static)) ")"
+std::optional<IMAPMessage> IMAPParser::parseFetchMessage(IMAPTokenList tokens) {
+  const std::optional<IMAPTokenList> attributes = fetchAttributeList(tokens);
+  if (!attributes) {
+    return std::nullopt;
+  }
+  MessageReader reader;
+  for (auto element = attributes->begin(); element != attributes->end(); ++element) {
+    const IMAPToken name = *element;
+    if (name.kind() != IMAPToken::Kind::atom) {
+      continue;
+    }
+    // An unknown name is passed over together with its value.
+    if (++element == attributes->end()) {
+      break;
+    }
+    reader.read(name, *element);
+  }
+  return std::move(reader).message();
+}
+
+}  // namespace tarnwell

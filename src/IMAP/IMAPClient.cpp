@@ -1,0 +1,115 @@
+#include "IMAP/IMAPClient.h"
+
+#include <utility>
+
+#include "Core/AppLogger.h"
+#include "IMAP/IMAPError.h"
+#include "IMAP/TextDecoding.h"
+#include "IMAP/Words.h"
+#include "Platform/Text.h"
+
+namespace tarnwell {
+
+IMAPClient::IMAPClient(std::string host, std::int64_t port, std::string email, Secret password,
+                       std::chrono::duration<double> timeout)
+    : IMAPClient(
+          [host = std::move(host), port, timeout] {
+            if (!std::in_range<std::uint16_t>(port)) {
+              throw IMAPError::invalidArgument("IMAP port " + std::to_string(port) + " is out of range");
+            }
+            return std::make_unique<IMAPConnection>(host, port, timeout);
+          },
+          std::move(email), std::move(password)) {}
+
+IMAPClient::IMAPClient(ConnectionFactory makeConnection, std::string email, Secret password)
+    : makeConnection_(std::move(makeConnection)), email_(std::move(email)), password_(std::move(password)) {}
+
+void IMAPClient::connect() {
+  connection_ = makeConnection_();
+  connection_->connect();
+  readGreeting();
+  logIn();
+  loadCapabilities();
+  AppLogger::info(AppLogger::Category::imap, "Authenticated to IMAP for " + AppLogger::redact(email_));
+}
+
+/// Deliberate: any untagged greeting passes, BYE and PREAUTH included; what follows tells soon enough.
+void IMAPClient::readGreeting() {
+  const std::string greeting = connection().readLogicalLine();
+  if (!greeting.starts_with('*')) {
+    throw IMAPError::unexpectedResponse(safeSummary(greeting));
+  }
+}
+
+void IMAPClient::logIn() {
+  Secret command("LOGIN ");
+  appendQuoted(command, email_);
+  command.append(' ');
+  appendQuoted(command, password_.view());
+  if (execute(command.view()).completion.status != IMAPParser::Completion::Status::ok) {
+    throw IMAPError::authenticationFailed();
+  }
+}
+
+void IMAPClient::loadCapabilities() {
+  const Reply reply = execute("CAPABILITY");
+  ensureOK(reply, "CAPABILITY");
+  for (const std::string& line : reply.lines) {
+    std::string_view rest = line;
+    takeWord(rest);
+    if (asciiUppercased(takeWord(rest)) != "CAPABILITY") {
+      continue;
+    }
+    for (std::string_view name; !(name = takeWord(rest)).empty();) {
+      capabilities_.insert(uppercased(name));
+    }
+  }
+}
+
+std::vector<std::string> IMAPClient::serverCapabilities() const {
+  return {capabilities_.begin(), capabilities_.end()};
+}
+
+bool IMAPClient::supportsMove() const { return capabilities_.contains("MOVE"); }
+
+std::vector<IMAPFolder> IMAPClient::listFolders() {
+  const Reply reply = execute("LIST \"\" \"*\"");
+  ensureOK(reply, "LIST");
+  std::vector<IMAPFolder> folders;
+  for (const std::string& line : reply.lines) {
+    const IMAPTokens tokens = IMAPParser::tokenize(line);
+    if (std::optional<IMAPFolder> folder = IMAPParser::parseList(tokens.elements())) {
+      folders.push_back(std::move(*folder));
+    }
+  }
+  return folders;
+}
+
+void IMAPClient::selectInbox(Access access) {
+  const std::string_view command = access == Access::readOnly ? "EXAMINE INBOX" : "SELECT INBOX";
+  ensureOK(execute(command), command);
+  selectedMailbox_ = "INBOX";
+}
+
+void IMAPClient::requireInbox() const {
+  if (selectedMailbox_ != "INBOX") {
+    throw IMAPError::mailboxNotSelected();
+  }
+}
+
+void IMAPClient::disconnect() noexcept {
+  if (connection_ && connection_->isAlive()) {
+    try {
+      execute("LOGOUT");
+    } catch (const std::exception&) {
+      // The session ends here in any case.
+    }
+  }
+  if (connection_) {
+    connection_->close();
+  }
+  connection_.reset();
+  selectedMailbox_.reset();
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,144 @@
+#pragma once
+
+/// One authenticated session on the user's mailbox (RFC 3501).
+///
+///     IMAPClient client("imap.example.org", 993, "user@example.org", std::move(password), timeout);
+///     client.connect();
+///     client.selectInbox(IMAPClient::Access::readOnly);
+///     for (const IMAPMessage& message : client.fetchMessages(client.searchInbox(criteria, 20))) ...
+///     client.disconnect();
+///
+/// Only the inbox is ever selected. Commands are made here and nowhere else, from a closed set; user texts
+/// go out as literals or escaped in quotes, so no text can become a second command. There is no command
+/// that expunges, and none that creates, renames or deletes a mailbox.
+///
+/// Every operation but `disconnect` throws `IMAPError`. The session is not repaired after a failure; the
+/// caller disconnects. Texts of the server enter an error only through `safeSummary`.
+///
+/// Threads: one at a time; several clients may exist at once.
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Core/Secret.h"
+#include "IMAP/IMAPConnection.h"
+#include "IMAP/IMAPFolder.h"
+#include "IMAP/IMAPMessage.h"
+#include "IMAP/IMAPParser.h"
+#include "IMAP/IMAPSearchCriteria.h"
+
+namespace tarnwell {
+
+class IMAPClient {
+ public:
+  using ConnectionFactory = std::function<std::unique_ptr<IMAPConnection>()>;
+
+  /// Touches no network. `timeout` bounds every single wait. The port is checked by `connect`.
+  IMAPClient(std::string host, std::int64_t port, std::string email, Secret password,
+             std::chrono::duration<double> timeout);
+
+  /// Over any connection.
+  IMAPClient(ConnectionFactory makeConnection, std::string email, Secret password);
+
+  /// Connects, checks the greeting, logs in, asks for the capabilities. Throws `invalidArgument` for a port
+  /// outside 0 to 65535 before anything is connected, `authenticationFailed` when the login is refused.
+  void connect();
+
+  /// The capability names, upper-cased and sorted; empty before `connect`.
+  std::vector<std::string> serverCapabilities() const;
+  /// The server names MOVE (RFC 6851).
+  bool supportsMove() const;
+
+  /// In the server's order; what is no readable LIST response is left out.
+  std::vector<IMAPFolder> listFolders();
+
+  enum class Access { readOnly, readWrite };
+
+  /// EXAMINE for `readOnly`, SELECT for `readWrite`.
+  void selectInbox(Access access);
+
+  /// The UIDs of the matching messages, newest first, at most `limit` (not negative) of them.
+  std::vector<std::uint32_t> searchInbox(const IMAPSearchCriteria& criteria, std::size_t limit);
+
+  /// The summaries of these messages in the order of `uids`, without those the server does not know.
+  std::vector<IMAPMessage> fetchMessages(const std::vector<std::uint32_t>& uids);
+  std::optional<IMAPMessage> fetchMessage(std::uint32_t uid);
+
+  struct BodyText {
+    /// Decoded, HTML reduced to text; empty without a body.
+    std::string text;
+    /// The message has a text part, and it is not empty.
+    bool hadBody = false;
+
+    bool operator==(const BodyText&) const = default;
+  };
+
+  /// The readable text of a message, left unread. Throws `unexpectedResponse` for an unknown UID.
+  BodyText fetchBodyText(std::uint32_t uid);
+  /// The same for a message whose summary is at hand.
+  BodyText fetchBodyText(const IMAPMessage& message);
+
+  /// Says LOGOUT if the session still lives, then closes. Never fails.
+  void disconnect() noexcept;
+
+  /// A text in double quotes, backslashes and quotes escaped. Throws `invalidArgument` when it holds a
+  /// control character.
+  static std::string quoted(std::string_view text);
+
+  /// A day as in "5-Mar-2024" (UTC).
+  static std::string imapDate(Instant instant);
+
+  /// A server's text, fit for an error or a log: control and format characters as blanks, trimmed, at most
+  /// 200 user-perceived characters.
+  static std::string safeSummary(std::string_view text);
+
+ private:
+  /// One piece of a command line: copied as it is, or sent as a synchronising literal.
+  struct IMAPArg {
+    enum class Kind { raw, literal };
+    Kind kind;
+    std::string text;
+  };
+
+  /// The untagged responses to one command, literals in place, and its completion.
+  struct Reply {
+    std::vector<std::string> lines;
+    IMAPParser::Completion completion;
+  };
+
+  static std::vector<IMAPArg> buildSearchArgs(const IMAPSearchCriteria& criteria);
+  static void ensureOK(const Reply& reply, std::string_view command);
+  static void appendQuoted(Secret& line, std::string_view text);
+  static std::optional<std::string> extractFirstLiteral(std::string_view response);
+
+  std::string nextTag();
+  Reply execute(std::string_view command);
+  Reply executeArgs(const std::vector<IMAPArg>& arguments);
+  Reply sendAndRead(const std::string& tag, Secret& line);
+  Reply readUntilTagged(const std::string& tag);
+  void requestContinuation(Secret& line, std::size_t literalSize);
+
+  IMAPConnection& connection();
+  void requireInbox() const;
+  void readGreeting();
+  void logIn();
+  void loadCapabilities();
+  std::optional<std::string> fetchBodyRaw(std::uint32_t uid, const std::string& section);
+
+  ConnectionFactory makeConnection_;
+  std::string email_;
+  Secret password_;
+  std::unique_ptr<IMAPConnection> connection_;
+  unsigned tagCounter_ = 0;
+  std::set<std::string> capabilities_;
+  std::optional<std::string> selectedMailbox_;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,143 @@
+/// How the client writes commands and collects their answers (RFC 3501, sections 2.2 and 7.5).
+
+#include "Core/AppLogger.h"
+#include "IMAP/IMAPClient.h"
+#include "IMAP/IMAPError.h"
+#include "IMAP/Words.h"
+#include "Platform/CodePoints.h"
+#include "Platform/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr std::string_view lineEnd = "\r\n";
+
+/// U+0000 to U+001F and U+007F to U+009F, as bytes of UTF-8.
+bool holdsControlCharacter(std::string_view text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (byte < 0x20 || byte == 0x7F) {
+      return true;
+    }
+    if (byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+IMAPConnection& IMAPClient::connection() {
+  if (!connection_) {
+    throw IMAPError::connectionClosed();
+  }
+  return *connection_;
+}
+
+std::string IMAPClient::nextTag() {
+  std::string number = std::to_string(++tagCounter_);
+  if (number.size() < 4) {
+    number.insert(0, 4 - number.size(), '0');
+  }
+  return "A" + number;
+}
+
+IMAPClient::Reply IMAPClient::execute(std::string_view command) {
+  connection();
+  const std::string tag = nextTag();
+  Secret line(tag + " ");
+  line.append(command);
+  return sendAndRead(tag, line);
+}
+
+IMAPClient::Reply IMAPClient::executeArgs(const std::vector<IMAPArg>& arguments) {
+  connection();
+  const std::string tag = nextTag();
+  Secret line(tag + " ");
+  for (const IMAPArg& argument : arguments) {
+    if (argument.kind == IMAPArg::Kind::literal) {
+      requestContinuation(line, argument.text.size());
+    }
+    line.append(argument.text);
+  }
+  return sendAndRead(tag, line);
+}
+
+/// Announces a literal, sends the line so far and waits for the server's "+"; the literal starts the next
+/// stretch to send.
+void IMAPClient::requestContinuation(Secret& line, std::size_t literalSize) {
+  line.append("{" + std::to_string(literalSize) + "}");
+  line.append(lineEnd);
+  connection().sendBytes(line.view());
+  line.clear();
+  const std::string answer = connection().readLogicalLine();
+  if (!answer.starts_with('+')) {
+    throw IMAPError::unexpectedResponse(safeSummary(answer));
+  }
+}
+
+IMAPClient::Reply IMAPClient::sendAndRead(const std::string& tag, Secret& line) {
+  line.append(lineEnd);
+  connection().sendBytes(line.view());
+  return readUntilTagged(tag);
+}
+
+IMAPClient::Reply IMAPClient::readUntilTagged(const std::string& tag) {
+  std::vector<std::string> lines;
+  for (;;) {
+    std::string line = connection().readLogicalLine();
+    if (line.starts_with(tag + " ")) {
+      std::optional<IMAPParser::Completion> completion = IMAPParser::parseCompletion(repairedUTF8(line), tag);
+      if (!completion) {
+        throw IMAPError::unexpectedResponse(safeSummary(line));
+      }
+      return {std::move(lines), std::move(*completion)};
+    }
+    if (!line.starts_with('+')) {
+      lines.push_back(std::move(line));
+    }
+  }
+}
+
+/// Deliberate: the error names the first word of the command only, so a failed "UID SEARCH" is a failed UID.
+void IMAPClient::ensureOK(const Reply& reply, std::string_view command) {
+  if (reply.completion.status != IMAPParser::Completion::Status::ok) {
+    throw IMAPError::commandFailed(std::string(command.substr(0, command.find(' '))),
+                                   safeSummary(reply.completion.text));
+  }
+}
+
+void IMAPClient::appendQuoted(Secret& line, std::string_view text) {
+  if (holdsControlCharacter(text)) {
+    throw IMAPError::invalidArgument("control character in IMAP argument");
+  }
+  line.append('"');
+  for (const char byte : text) {
+    if (byte == '\\' || byte == '"') {
+      line.append('\\');
+    }
+    line.append(byte);
+  }
+  line.append('"');
+}
+
+std::string IMAPClient::quoted(std::string_view text) {
+  Secret line;
+  appendQuoted(line, text);
+  return std::string(line.view());
+}
+
+std::string IMAPClient::safeSummary(std::string_view text) {
+  constexpr std::size_t maximumLength = 200;
+  std::string blanked;
+  while (!text.empty()) {
+    const char32_t codePoint = takeCodePoint(text);
+    appendCodePoint(blanked,
+                    isControlCharacter(codePoint) || isFormatCharacter(codePoint) ? U' ' : codePoint);
+  }
+  return std::string(characterPrefix(trimmed(blanked), maximumLength));
+}
+
+}  // namespace tarnwell

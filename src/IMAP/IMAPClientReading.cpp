@@ -1,0 +1,184 @@
+/// Searching the inbox and fetching from it (RFC 3501, sections 6.4.4, 6.4.5 and 6.4.8).
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <functional>
+#include <unordered_map>
+
+#include "IMAP/IMAPClient.h"
+#include "IMAP/IMAPError.h"
+#include "IMAP/TextDecoding.h"
+#include "IMAP/Words.h"
+
+namespace tarnwell {
+
+namespace {
+
+bool isASCII(std::string_view text) {
+  return std::ranges::all_of(text, [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+}
+
+std::string commaSeparated(const std::vector<std::uint32_t>& uids) {
+  std::string text;
+  for (const std::uint32_t uid : uids) {
+    text += (text.empty() ? "" : ",") + std::to_string(uid);
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string IMAPClient::imapDate(Instant instant) {
+  static constexpr std::string_view months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                                "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+  const std::chrono::year_month_day day{std::chrono::floor<std::chrono::days>(instant)};
+  return std::to_string(static_cast<unsigned>(day.day())) + "-" +
+         std::string(months[static_cast<unsigned>(day.month()) - 1]) + "-" +
+         std::to_string(static_cast<int>(day.year()));
+}
+
+/// The keys stand in a fixed order. Texts are always literals, never quoted.
+std::vector<IMAPClient::IMAPArg> IMAPClient::buildSearchArgs(const IMAPSearchCriteria& criteria) {
+  using enum IMAPArg::Kind;
+  std::vector<IMAPArg> keys;
+  bool needsCharset = false;
+  const auto addText = [&](std::string_view key, const std::optional<std::string>& text) {
+    if (text && !text->empty()) {
+      keys.push_back({raw, std::string(key)});
+      keys.push_back({literal, *text});
+      needsCharset = needsCharset || !isASCII(*text);
+    }
+  };
+
+  if (criteria.unreadOnly) {
+    keys.push_back({raw, " UNSEEN"});
+  }
+  if (criteria.since) {
+    keys.push_back({raw, " SINCE " + imapDate(*criteria.since)});
+  }
+  if (criteria.before) {
+    keys.push_back({raw, " BEFORE " + imapDate(*criteria.before)});
+  }
+  addText(" FROM ", criteria.from);
+  addText(" SUBJECT ", criteria.subject);
+  addText(" TEXT ", criteria.freeText);
+  if (keys.empty()) {
+    keys.push_back({raw, " ALL"});
+  }
+  keys.insert(keys.begin(), {raw, needsCharset ? "UID SEARCH CHARSET UTF-8" : "UID SEARCH"});
+  return keys;
+}
+
+std::vector<std::uint32_t> IMAPClient::searchInbox(const IMAPSearchCriteria& criteria, std::size_t limit) {
+  requireInbox();
+  const Reply reply = executeArgs(buildSearchArgs(criteria));
+  ensureOK(reply, "UID SEARCH");
+
+  std::vector<std::uint32_t> uids;
+  for (const std::string& line : reply.lines) {
+    std::string_view rest = line;
+    takeWord(rest);
+    if (asciiUppercased(takeWord(rest)) != "SEARCH") {
+      continue;
+    }
+    for (std::string_view word; !(word = takeWord(rest)).empty();) {
+      if (const std::optional<std::uint32_t> uid = unsigned32(word)) {
+        uids.push_back(*uid);
+      }
+    }
+  }
+  std::ranges::sort(uids, std::greater<>());
+  uids.resize(std::min(uids.size(), limit));
+  return uids;
+}
+
+std::vector<IMAPMessage> IMAPClient::fetchMessages(const std::vector<std::uint32_t>& uids) {
+  requireInbox();
+  if (uids.empty()) {
+    return {};
+  }
+  const Reply reply =
+      execute("UID FETCH " + commaSeparated(uids) + " (UID FLAGS INTERNALDATE ENVELOPE BODYSTRUCTURE)");
+  ensureOK(reply, "UID FETCH");
+
+  std::unordered_map<std::uint32_t, IMAPMessage> messages;
+  for (const std::string& line : reply.lines) {
+    const IMAPTokens tokens = IMAPParser::tokenize(line);
+    if (std::optional<IMAPMessage> message = IMAPParser::parseFetchMessage(tokens.elements())) {
+      messages.insert_or_assign(message->uid, std::move(*message));
+    }
+  }
+  std::vector<IMAPMessage> ordered;
+  for (const std::uint32_t uid : uids) {
+    if (const auto found = messages.find(uid); found != messages.end()) {
+      ordered.push_back(found->second);
+    }
+  }
+  return ordered;
+}
+
+std::optional<IMAPMessage> IMAPClient::fetchMessage(std::uint32_t uid) {
+  std::vector<IMAPMessage> messages = fetchMessages({uid});
+  return messages.empty() ? std::nullopt : std::optional(std::move(messages.front()));
+}
+
+IMAPClient::BodyText IMAPClient::fetchBodyText(std::uint32_t uid) {
+  const std::optional<IMAPMessage> message = fetchMessage(uid);
+  if (!message) {
+    throw IMAPError::unexpectedResponse("Message not found for UID " + std::to_string(uid));
+  }
+  return fetchBodyText(*message);
+}
+
+IMAPClient::BodyText IMAPClient::fetchBodyText(const IMAPMessage& message) {
+  requireInbox();
+  const std::optional<IMAPTextPart>& part = message.bodyInfo.preferredText;
+  if (!part) {
+    return {};
+  }
+  const std::optional<std::string> body = fetchBodyRaw(message.uid, part->section);
+  if (!body || body->empty()) {
+    return {};
+  }
+  std::string text = IMAPParser::decodeText(*body, part->encoding, part->charset);
+  return {part->isHTML ? IMAPParser::htmlToText(text) : std::move(text), true};
+}
+
+/// PEEK leaves the message unread; the whole part is fetched.
+std::optional<std::string> IMAPClient::fetchBodyRaw(std::uint32_t uid, const std::string& section) {
+  requireInbox();
+  const Reply reply = execute("UID FETCH " + std::to_string(uid) + " (BODY.PEEK[" + section + "])");
+  ensureOK(reply, "UID FETCH");
+  for (const std::string& line : reply.lines) {
+    if (std::optional<std::string> literal = extractFirstLiteral(line)) {
+      return literal;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> IMAPClient::extractFirstLiteral(std::string_view response) {
+  const std::size_t brace = response.find('{');
+  if (brace == std::string_view::npos) {
+    return std::nullopt;
+  }
+  response.remove_prefix(brace + 1);
+  std::int64_t size = 0;
+  const auto [end, error] = std::from_chars(response.data(), response.data() + response.size(), size);
+  if (error != std::errc() || size < 0) {
+    return std::nullopt;
+  }
+  response.remove_prefix(static_cast<std::size_t>(end - response.data()));
+  if (response.starts_with('+')) {
+    response.remove_prefix(1);
+  }
+  constexpr std::string_view announcementEnd = "}\r\n";
+  if (!response.starts_with(announcementEnd)) {
+    return std::nullopt;
+  }
+  response.remove_prefix(announcementEnd.size());
+  return std::string(response.substr(0, static_cast<std::size_t>(size)));
+}
+
+}  // namespace tarnwell

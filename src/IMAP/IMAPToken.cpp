@@ -1,0 +1,87 @@
+#include "IMAP/IMAPToken.h"
+
+#include "IMAP/ASCIICase.h"
+#include "Platform/Text.h"
+
+namespace tarnwell {
+namespace {
+
+/// A quoted string's bytes without the backslashes that escape. The last byte is never dropped: a
+/// backslash there escapes nothing, because the input ended.
+std::string withoutEscapes(std::string_view bytes) {
+  std::string plain;
+  plain.reserve(bytes.size());
+  for (std::size_t position = 0; position < bytes.size(); ++position) {
+    if (bytes[position] == '\\' && position + 1 < bytes.size()) {
+      ++position;
+    }
+    plain.push_back(bytes[position]);
+  }
+  return plain;
+}
+
+}  // namespace
+
+IMAPToken::Kind IMAPToken::kind() const {
+  switch (tokens_->tape_[index_].form()) {
+    case IMAPTokens::Form::atom:
+      return Kind::atom;
+    case IMAPTokens::Form::string:
+    case IMAPTokens::Form::escapedString:
+      return Kind::string;
+    case IMAPTokens::Form::list:
+      return Kind::list;
+    case IMAPTokens::Form::nilToken:
+      break;
+  }
+  return Kind::nilToken;
+}
+
+std::optional<std::string> IMAPToken::text() const {
+  const IMAPTokens::Entry& entry = tokens_->tape_[index_];
+  switch (entry.form()) {
+    case IMAPTokens::Form::atom:
+    case IMAPTokens::Form::string:
+      return repairedUTF8(tokens_->bytes(entry));
+    case IMAPTokens::Form::escapedString:
+      return repairedUTF8(withoutEscapes(tokens_->bytes(entry)));
+    case IMAPTokens::Form::list:
+    case IMAPTokens::Form::nilToken:
+      break;
+  }
+  return std::nullopt;
+}
+
+bool IMAPToken::textEquals(std::string_view word) const {
+  const IMAPTokens::Entry& entry = tokens_->tape_[index_];
+  switch (entry.form()) {
+    case IMAPTokens::Form::atom:
+    case IMAPTokens::Form::string:
+      return equalsIgnoringASCIICase(tokens_->bytes(entry), word);
+    case IMAPTokens::Form::escapedString:
+      return equalsIgnoringASCIICase(withoutEscapes(tokens_->bytes(entry)), word);
+    case IMAPTokens::Form::list:
+    case IMAPTokens::Form::nilToken:
+      break;
+  }
+  return false;
+}
+
+IMAPTokenList IMAPToken::list() const {
+  const IMAPTokens::Entry& entry = tokens_->tape_[index_];
+  if (entry.form() != IMAPTokens::Form::list) {
+    return {};
+  }
+  return {tokens_, index_ + 1, static_cast<std::size_t>(entry.end)};
+}
+
+std::optional<IMAPToken> IMAPTokenList::operator[](std::size_t position) const {
+  for (const IMAPToken element : *this) {
+    if (position-- == 0) {
+      return element;
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace tarnwell

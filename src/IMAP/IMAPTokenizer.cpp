@@ -1,0 +1,155 @@
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "IMAP/ASCIICase.h"
+#include "IMAP/IMAPParser.h"
+
+namespace tarnwell {
+namespace {
+
+/// The bytes that end an atom. Deliberately only these: brackets, backslashes, wildcards and angle
+/// brackets stay inside, so that BODY[1.2]<0>, [READ-WRITE] and \Noselect are one atom each; CR and LF
+/// stay too, since within a response they occur only behind a literal's announcement.
+constexpr std::array<bool, 256> endsAtom = [] {
+  std::array<bool, 256> table{};
+  for (const char byte : {' ', '\t', '"', '(', ')', '{'}) {
+    table[static_cast<unsigned char>(byte)] = true;
+  }
+  return table;
+}();
+
+}  // namespace
+
+/// Lays the tokens of a response on the tape, in one pass and without a call or a stack for nesting: the
+/// entry of a list that is still open holds in its `end` the index of the open list around it.
+class IMAPTokenizer {
+ public:
+  explicit IMAPTokenizer(std::string_view response) : response_(response), tokens_(response) {}
+
+  IMAPTokens tokens() && {
+    while (position_ < response_.size()) {
+      readNext();
+    }
+    while (innermostList_ != noList) {
+      closeList();
+    }
+    return std::move(tokens_);
+  }
+
+ private:
+  using Form = IMAPTokens::Form;
+  static constexpr std::size_t noList = std::numeric_limits<std::size_t>::max();
+
+  void readNext() {
+    switch (response_[position_]) {
+      case ' ':
+      case '\t':
+        ++position_;
+        break;
+      case '(':
+        ++position_;
+        openList();
+        break;
+      case ')':
+        ++position_;
+        closeList();
+        break;
+      case '"':
+        ++position_;
+        readQuoted();
+        break;
+      case '{':
+        ++position_;
+        readLiteral();
+        break;
+      default:
+        readAtom();
+    }
+  }
+
+  void openList() {
+    tokens_.tape_.emplace_back(Form::list, position_, innermostList_);
+    innermostList_ = tokens_.tape_.size() - 1;
+  }
+
+  /// A parenthesis that closes nothing is skipped.
+  void closeList() {
+    if (innermostList_ == noList) {
+      return;
+    }
+    IMAPTokens::Entry& list = tokens_.tape_[innermostList_];
+    innermostList_ = static_cast<std::size_t>(list.end);
+    list.end = tokens_.tape_.size();
+  }
+
+  void readAtom() {
+    const std::size_t begin = position_;
+    while (position_ < response_.size() && !endsAtom[static_cast<unsigned char>(response_[position_])]) {
+      ++position_;
+    }
+    const bool isNIL = equalsIgnoringASCIICase(response_.substr(begin, position_ - begin), "NIL");
+    tokens_.tape_.emplace_back(isNIL ? Form::nilToken : Form::atom, begin, position_);
+  }
+
+  /// RFC 3501, section 9: quoted = DQUOTE *QUOTED-CHAR DQUOTE. A backslash escapes any byte, not only
+  /// the two that need it; a string without its closing quote runs to the end of the response.
+  void readQuoted() {
+    const std::size_t begin = position_;
+    Form form = Form::string;
+    while (position_ < response_.size() && response_[position_] != '"') {
+      if (response_[position_] == '\\') {
+        form = Form::escapedString;
+        ++position_;  // a quote behind it does not close
+      }
+      ++position_;
+    }
+    position_ = std::min(position_, response_.size());  // the last byte may have been a backslash
+    tokens_.tape_.emplace_back(form, begin, position_);
+    skipOne('"');
+  }
+
+  /// RFC 3501, section 9: literal = "{" number "}" CRLF *CHAR8. What was announced is only compared with
+  /// what is there: a literal that is cut short has the bytes that came.
+  void readLiteral() {
+    const std::uint64_t announced = readAnnouncement();
+    skipOne('\r');
+    skipOne('\n');
+    const std::size_t begin = position_;
+    position_ += static_cast<std::size_t>(std::min<std::uint64_t>(announced, response_.size() - position_));
+    tokens_.tape_.emplace_back(Form::string, begin, position_);
+  }
+
+  /// The number up to the closing brace. Only digits count, which covers the "+" of RFC 7888; none, or
+  /// more than 63 bits hold, is 0.
+  std::uint64_t readAnnouncement() {
+    constexpr std::uint64_t largest = std::numeric_limits<std::int64_t>::max();
+    std::uint64_t number = 0;
+    bool fits = true;
+    for (; position_ < response_.size() && response_[position_] != '}'; ++position_) {
+      if (response_[position_] < '0' || response_[position_] > '9') {
+        continue;
+      }
+      const auto digit = static_cast<std::uint64_t>(response_[position_] - '0');
+      fits = fits && number <= (largest - digit) / 10;
+      number = fits ? number * 10 + digit : 0;
+    }
+    skipOne('}');
+    return number;
+  }
+
+  void skipOne(char byte) {
+    if (position_ < response_.size() && response_[position_] == byte) {
+      ++position_;
+    }
+  }
+
+  std::string_view response_;
+  std::size_t position_ = 0;
+  IMAPTokens tokens_;
+  std::size_t innermostList_ = noList;
+};
+
+IMAPTokens IMAPParser::tokenize(std::string_view response) { return IMAPTokenizer(response).tokens(); }
+
+}  // namespace tarnwell

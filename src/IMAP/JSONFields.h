@@ -1,0 +1,23 @@
+#pragma once
+
+/// Fields of a record that may be absent, in its JSON form.
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+
+namespace tarnwell {
+
+inline void writeOptional(nlohmann::json& json, const char* key, const std::optional<std::string>& text) {
+  if (text) {
+    json[key] = *text;
+  }
+}
+
+/// Absent when the key is missing or null.
+inline std::optional<std::string> readOptional(const nlohmann::json& json, const char* key) {
+  const auto found = json.find(key);
+  return found == json.end() || found->is_null() ? std::nullopt : std::optional(found->get<std::string>());
+}
+
+}  // namespace tarnwell

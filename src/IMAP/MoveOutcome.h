@@ -1,0 +1,13 @@
+#pragma once
+
+namespace tarnwell {
+
+/// How a message was moved to another folder.
+enum class MoveOutcome {
+  /// The server's MOVE did it (RFC 6851).
+  moved,
+  /// The message was copied and the original flagged \Deleted; it is still in its folder.
+  copiedAndFlaggedDeleted,
+};
+
+}  // namespace tarnwell

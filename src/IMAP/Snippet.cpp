@@ -1,0 +1,59 @@
+#include "IMAP/TextDecoding.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "Platform/Text.h"
+#include "Platform/UTF8.h"
+
+namespace tarnwell::IMAPParser {
+
+namespace {
+
+/// Hands out a text piece by piece, its white space collapsed to single spaces and trimmed. A space is
+/// only written together with what follows it, so that every prefix is trimmed too.
+class CollapsedText {
+ public:
+  explicit CollapsedText(std::string_view text) : text_(text) {}
+
+  bool isComplete() const { return position_ == text_.size(); }
+  const std::string& soFar() const { return collapsed_; }
+
+  /// Goes on until `size` bytes are there or the text ends.
+  void growTo(std::size_t size) {
+    while (position_ < text_.size() && collapsed_.size() < size) {
+      const char32_t codePoint = nextCodePoint(text_, position_);
+      if (isWhitespace(codePoint)) {
+        isBehindSpace_ = true;
+        continue;
+      }
+      if (isBehindSpace_ && !collapsed_.empty()) collapsed_.push_back(' ');
+      isBehindSpace_ = false;
+      appendCodePoint(collapsed_, codePoint);
+    }
+  }
+
+ private:
+  std::string_view text_;
+  std::size_t position_ = 0;
+  std::string collapsed_;
+  bool isBehindSpace_ = false;
+};
+
+}  // namespace
+
+Snippet snippet(std::string_view text, std::int64_t maxChars) {
+  const auto limit = static_cast<std::size_t>(std::max<std::int64_t>(maxChars, 0));
+  CollapsedText collapsed(text);
+  // A preview of a long text needs its beginning only: one code point behind the cut shows both that
+  // there is more and where the last character ends. How many bytes that takes is not known beforehand.
+  for (std::size_t size = 4096;; size *= 4) {
+    collapsed.growTo(size);
+    const std::string_view cut = characterPrefix(collapsed.soFar(), limit);
+    if (cut.size() < collapsed.soFar().size())
+      return {.text = std::string(trimmed(cut)) + "…", .truncated = true};
+    if (collapsed.isComplete()) return {.text = collapsed.soFar(), .truncated = false};
+  }
+}
+
+}  // namespace tarnwell::IMAPParser

@@ -1,0 +1,241 @@
+#include "IMAP/TLSStream.h"
+
+#include <openssl/err.h>
+#include <openssl/x509v3.h>
+
+#include <array>
+#include <boost/asio/connect.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ssl.hpp>
+#include <boost/asio/write.hpp>
+#include <condition_variable>
+#include <cstdlib>
+#include <filesystem>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+#include "IMAP/IMAPError.h"
+
+namespace tarnwell {
+
+namespace {
+
+namespace asio = boost::asio;
+using asio::ip::tcp;
+using boost::system::error_code;
+using Clock = std::chrono::steady_clock;
+using Endpoints = std::vector<tcp::endpoint>;
+
+/// What a name look-up on another thread leaves behind. Both threads keep it alive.
+struct Lookup {
+  std::mutex mutex;
+  std::condition_variable finished;
+  bool isFinished = false;
+  error_code error;
+  Endpoints endpoints;
+};
+
+void lookUp(const std::shared_ptr<Lookup>& lookup, const std::string& host, std::uint16_t port) {
+  asio::io_context context;
+  tcp::resolver resolver(context);
+  error_code error;
+  const auto results = resolver.resolve(host, std::to_string(port), tcp::resolver::numeric_service, error);
+  const std::lock_guard lock(lookup->mutex);
+  lookup->error = error;
+  lookup->endpoints.assign(results.begin(), results.end());
+  lookup->isFinished = true;
+  lookup->finished.notify_one();
+}
+
+/// The addresses of a host; absent when the look-up did not end in time. The thread exists because the
+/// system's resolver cannot be interrupted; it ends by itself when the resolver gives up.
+std::optional<Endpoints> resolve(const std::string& host, std::uint16_t port, Clock::time_point deadline,
+                                 error_code& error) {
+  const auto address = asio::ip::make_address(host, error);
+  if (!error) {
+    return Endpoints{{address, port}};
+  }
+  const auto lookup = std::make_shared<Lookup>();
+  std::thread(lookUp, lookup, host, port).detach();
+  std::unique_lock lock(lookup->mutex);
+  if (!lookup->finished.wait_until(lock, deadline, [&] { return lookup->isFinished; })) {
+    return std::nullopt;
+  }
+  error = lookup->error;
+  return lookup->endpoints;
+}
+
+bool holdsHashedCertificates(const char* directory) {
+  error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator(directory, ignored)) {
+    if (entry.path().extension() == ".0") {
+      return true;
+    }
+  }
+  return false;
+}
+
+/// Trusts what OpenSSL would trust by default, but reads the system's bundle (17 ms) only when there is no
+/// hashed directory, which is searched when a certificate is needed and costs nothing before.
+void trustTheSystem(SSL_CTX* context) {
+  const char* fileVariable = std::getenv(X509_get_default_cert_file_env());
+  const char* directoryVariable = std::getenv(X509_get_default_cert_dir_env());
+  const char* directory = directoryVariable ? directoryVariable : X509_get_default_cert_dir();
+  SSL_CTX_set_default_verify_dir(context);
+  if (fileVariable || !holdsHashedCertificates(directory)) {
+    SSL_CTX_set_default_verify_file(context);
+  }
+  ERR_clear_error();  // a missing file only means fewer trusted certificates
+}
+
+void authenticate(SSL* connection, const std::string& host) {
+  X509_VERIFY_PARAM* verification = SSL_get0_param(connection);
+  X509_VERIFY_PARAM_set_hostflags(verification, X509_CHECK_FLAG_NO_PARTIAL_WILDCARDS);
+  error_code isName;
+  asio::ip::make_address(host, isName);
+  const bool accepted = isName ? X509_VERIFY_PARAM_set1_host(verification, host.c_str(), 0) == 1 &&
+                                     SSL_set_tlsext_host_name(connection, host.c_str()) == 1
+                               : X509_VERIFY_PARAM_set1_ip_asc(verification, host.c_str()) == 1;
+  if (!accepted) {
+    ERR_clear_error();
+    throw IMAPError::connectionFailed("the host name cannot be checked against a certificate");
+  }
+}
+
+/// With and without the closing message of TLS.
+bool isEndOfStream(error_code error) {
+  return error == asio::error::eof || error == asio::ssl::error::stream_truncated;
+}
+
+}  // namespace
+
+struct TLSStream::State {
+  State(std::string hostName, std::uint16_t portNumber, std::chrono::duration<double> bound)
+      : host(std::move(hostName)), port(portNumber), timeout(bound) {}
+
+  std::string host;
+  std::uint16_t port;
+  std::chrono::duration<double> timeout;
+
+  asio::io_context queue{1};
+  asio::ssl::context context{asio::ssl::context::tls_client};
+  std::optional<asio::ssl::stream<tcp::socket>> stream;
+  std::array<char, 65536> received;
+
+  Clock::time_point deadline() const {
+    return Clock::now() + std::chrono::duration_cast<Clock::duration>(timeout);
+  }
+
+  struct Outcome {
+    error_code error;
+    std::size_t count = 0;
+  };
+
+  /// The one time-out helper: starts an operation with a handler of its outcome and runs the queue until
+  /// the handler was called, at most until `end`. A late operation is cancelled by closing the socket, and
+  /// its handler awaited, since it refers to this frame; then `IMAPError::timeout` is thrown.
+  template <class Start>
+  Outcome await(Clock::time_point end, Start start) {
+    std::optional<Outcome> outcome;
+    start([&](error_code error, std::size_t count = 0) { outcome = Outcome{error, count}; });
+    queue.restart();
+    queue.run_until(end);
+    if (!outcome) {
+      close();
+      queue.restart();
+      queue.run();
+      throw IMAPError::timeout();
+    }
+    return *outcome;
+  }
+
+  void throwIfFailed(error_code error) {
+    if (error) {
+      throw IMAPError::connectionFailed(host + ":" + std::to_string(port) + ": " + reason(error));
+    }
+  }
+
+  std::string reason(error_code error) {
+    const long verified = stream ? SSL_get_verify_result(stream->native_handle()) : long{X509_V_OK};
+    if (verified != X509_V_OK) {
+      return std::string("the server's certificate is not accepted (") +
+             X509_verify_cert_error_string(verified) + ")";
+    }
+    if (isEndOfStream(error)) {
+      return "the server closed the connection";
+    }
+    if (error.category() == asio::error::get_ssl_category()) {
+      return "TLS failed (" + error.message() + ")";
+    }
+    return error.message();
+  }
+
+  void close() noexcept {
+    if (stream) {
+      error_code ignored;
+      stream->lowest_layer().close(ignored);
+    }
+  }
+};
+
+TLSStream::TLSStream(std::string host, std::uint16_t port, std::chrono::duration<double> timeout)
+    : state_(std::make_unique<State>(std::move(host), port, timeout)) {}
+
+TLSStream::~TLSStream() = default;
+
+void TLSStream::connect() {
+  State& state = *state_;
+  const Clock::time_point end = state.deadline();
+
+  error_code error;
+  const std::optional<Endpoints> endpoints = resolve(state.host, state.port, end, error);
+  if (!endpoints) {
+    throw IMAPError::timeout();
+  }
+  state.throwIfFailed(error);
+
+  SSL_CTX* context = state.context.native_handle();
+  SSL_CTX_set_min_proto_version(context, TLS1_2_VERSION);
+  trustTheSystem(context);
+  state.context.set_verify_mode(asio::ssl::verify_peer);
+  state.stream.emplace(state.queue, state.context);
+  authenticate(state.stream->native_handle(), state.host);
+
+  tcp::socket& socket = state.stream->next_layer();
+  const auto connected = state.await(end, [&](auto handler) {
+    asio::async_connect(socket, *endpoints,
+                        [handler](error_code failure, const tcp::endpoint&) mutable { handler(failure); });
+  });
+  state.throwIfFailed(connected.error);
+  socket.set_option(tcp::no_delay(true), error);
+  const auto secured = state.await(
+      end, [&](auto handler) { state.stream->async_handshake(asio::ssl::stream_base::client, handler); });
+  state.throwIfFailed(secured.error);
+}
+
+void TLSStream::send(std::string_view bytes) {
+  State& state = *state_;
+  const auto outcome = state.await(state.deadline(), [&](auto handler) {
+    asio::async_write(*state.stream, asio::buffer(bytes), handler);
+  });
+  state.throwIfFailed(outcome.error);
+}
+
+std::string_view TLSStream::receive() {
+  State& state = *state_;
+  const auto outcome = state.await(state.deadline(), [&](auto handler) {
+    state.stream->async_read_some(asio::buffer(state.received), handler);
+  });
+  if (isEndOfStream(outcome.error)) {
+    return {};
+  }
+  state.throwIfFailed(outcome.error);
+  return {state.received.data(), outcome.count};
+}
+
+void TLSStream::close() noexcept { state_->close(); }
+
+}  // namespace tarnwell

@@ -1,0 +1,73 @@
+#pragma once
+
+/// JSON-RPC 2.0 messages, and their framing as one object a line.
+///
+/// Nothing here knows a method or a stream. A message that carries an id, null included, is a request; one
+/// without an id is a notification. Forgiving on purpose: "jsonrpc" is not compared, unknown members are
+/// ignored. Batches are not accepted.
+///
+/// Threads: plain values.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "MCP/JSONValue.h"
+
+namespace tarnwell {
+
+struct JSONRPCRequest {
+  /// As sent, of any type; absent for a notification.
+  std::optional<JSONValue> id;
+  std::string method;
+  /// As sent, of any type.
+  std::optional<JSONValue> params;
+
+  bool isNotification() const { return !id; }
+
+  /// Absent unless the bytes are a JSON object with a text as "method".
+  static std::optional<JSONRPCRequest> parse(std::string_view data);
+
+  bool operator==(const JSONRPCRequest&) const = default;
+};
+
+/// Error codes of JSON-RPC 2.0, section 5.1.
+/// Deliberate: `invalidRequest` and `internalError` are never sent. A malformed request is a parse error,
+/// a failing tool a result with an error flag.
+namespace JSONRPCErrorCode {
+inline constexpr std::int64_t parseError = -32700;
+inline constexpr std::int64_t invalidRequest = -32600;
+inline constexpr std::int64_t methodNotFound = -32601;
+inline constexpr std::int64_t invalidParams = -32602;
+inline constexpr std::int64_t internalError = -32603;
+}  // namespace JSONRPCErrorCode
+
+namespace JSONRPC {
+
+/// An absent id is sent as null.
+JSONValue success(std::optional<JSONValue> id, JSONValue result);
+JSONValue failure(std::optional<JSONValue> id, std::int64_t code, std::string message,
+                  std::optional<JSONValue> data = std::nullopt);
+
+}  // namespace JSONRPC
+
+/// Cuts a stream of bytes into lines: a line ends in LF, one CR before it is dropped, empty lines vanish.
+/// Works on bytes of any kind and any length; every byte is looked at once.
+class NDJSONFramer {
+ public:
+  /// The lines that this piece completes, in order.
+  std::vector<std::string> push(std::string_view chunk);
+
+  /// At the end of the stream: the last line although no LF ended it; absent when there is none.
+  std::optional<std::string> finish();
+
+ private:
+  std::string buffer_;  // received after the last LF; holds no LF
+};
+
+/// The compact value and one LF.
+std::string ndjsonFrame(const JSONValue& value);
+
+}  // namespace tarnwell

@@ -1,0 +1,226 @@
+#include "MCP/JSONValue.h"
+
+#include <charconv>
+#include <cmath>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+
+namespace tarnwell {
+
+namespace {
+
+using nlohmann::json;
+
+/// Builds a `JSONValue` from the events of the library's parser, which keeps no call stack of its own;
+/// the explicit stack here bounds the depth.
+class Builder final : public nlohmann::json_sax<json> {
+ public:
+  JSONValue takeResult() { return std::move(result_); }
+
+  bool null() override { return add(nullptr); }
+  bool boolean(bool value) override { return add(value); }
+  bool number_integer(number_integer_t value) override { return add(value); }
+  // Only numbers beyond the signed range, or non-negative ones, arrive here.
+  bool number_unsigned(number_unsigned_t value) override {
+    return std::in_range<std::int64_t>(value) ? add(static_cast<std::int64_t>(value))
+                                              : add(static_cast<double>(value));
+  }
+  bool number_float(number_float_t value, const string_t&) override { return add(value); }
+  bool string(string_t& value) override { return add(std::move(value)); }
+  bool binary(binary_t&) override { return false; }
+
+  bool start_object(std::size_t) override { return open(JSONObject{}); }
+  bool start_array(std::size_t) override { return open(JSONArray{}); }
+  bool end_object() override { return close(); }
+  bool end_array() override { return close(); }
+  bool key(string_t& value) override {
+    open_.back().key = std::move(value);
+    return true;
+  }
+
+  bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception&) override {
+    return false;
+  }
+
+ private:
+  struct Container {
+    std::variant<JSONArray, JSONObject> elements;
+    std::string key;  // of the member that is being read
+  };
+
+  bool open(std::variant<JSONArray, JSONObject> empty) {
+    if (open_.size() == JSONValue::maximumDepth) {
+      return false;
+    }
+    open_.push_back({std::move(empty), {}});
+    return true;
+  }
+
+  bool close() {
+    JSONValue value =
+        std::visit([](auto& elements) { return JSONValue(std::move(elements)); }, open_.back().elements);
+    open_.pop_back();
+    return add(std::move(value));
+  }
+
+  bool add(JSONValue value) {
+    if (open_.empty()) {
+      result_ = std::move(value);
+    } else if (auto* array = std::get_if<JSONArray>(&open_.back().elements)) {
+      array->push_back(std::move(value));
+    } else {
+      std::get<JSONObject>(open_.back().elements)
+          .insert_or_assign(std::move(open_.back().key), std::move(value));
+    }
+    return true;
+  }
+
+  std::vector<Container> open_;
+  JSONValue result_;
+};
+
+json libraryValue(const JSONValue& value) {
+  return std::visit(
+      [](const auto& payload) -> json {
+        using Payload = std::decay_t<decltype(payload)>;
+        if constexpr (std::is_same_v<Payload, double>) {
+          if (!std::isfinite(payload)) {
+            throw std::domain_error("JSON has no form for a number that is not finite");
+          }
+          return payload;
+        } else if constexpr (std::is_same_v<Payload, JSONArray>) {
+          json array = json::array();
+          for (const JSONValue& element : payload) {
+            array.push_back(libraryValue(element));
+          }
+          return array;
+        } else if constexpr (std::is_same_v<Payload, JSONObject>) {
+          json object = json::object();
+          for (const auto& [key, member] : payload) {
+            object.emplace(key, libraryValue(member));
+          }
+          return object;
+        } else {
+          return payload;
+        }
+      },
+      value.payload());
+}
+
+std::optional<std::string> encoded(const JSONValue& value, int indentation) {
+  try {
+    return libraryValue(value).dump(indentation);
+  } catch (const std::exception&) {  // not finite, or not UTF-8
+    return std::nullopt;
+  }
+}
+
+std::optional<std::int64_t> integerFromDecimal(std::string_view text) {
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+    if (text.starts_with('-')) {
+      return std::nullopt;
+    }
+  }
+  std::int64_t value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size()) {
+    return std::nullopt;
+  }
+  return value;
+}
+
+std::optional<std::int64_t> integerFromDouble(double number) {
+  constexpr double bound = 9223372036854775808.0;  // 2^63
+  if (!(number >= -bound && number < bound)) {     // also false for NaN
+    return std::nullopt;
+  }
+  return static_cast<std::int64_t>(number);
+}
+
+}  // namespace
+
+JSONValue JSONValue::of(std::optional<std::string> text) {
+  return text ? JSONValue(std::move(*text)) : JSONValue();
+}
+
+JSONValue JSONValue::of(std::optional<std::int64_t> integer) {
+  return integer ? JSONValue(*integer) : JSONValue();
+}
+
+JSONValue JSONValue::of(std::optional<double> number) { return number ? JSONValue(*number) : JSONValue(); }
+
+JSONValue JSONValue::of(bool value) { return value; }
+
+JSONValue JSONValue::strings(const std::vector<std::string>& texts) {
+  return JSONArray(texts.begin(), texts.end());
+}
+
+std::optional<JSONValue> JSONValue::decode(std::string_view data) {
+  Builder builder;
+  if (!json::sax_parse(data, &builder)) {
+    return std::nullopt;
+  }
+  return builder.takeResult();
+}
+
+std::string JSONValue::serialized() const { return encoded(*this, -1).value_or("null"); }
+
+std::string JSONValue::prettyString() const { return encoded(*this, 2).value_or("{}"); }
+
+std::optional<std::string> JSONValue::stringValue() const {
+  const auto* text = std::get_if<std::string>(&payload_);
+  return text ? std::optional(*text) : std::nullopt;
+}
+
+std::optional<bool> JSONValue::boolValue() const {
+  if (const auto* value = std::get_if<bool>(&payload_)) {
+    return *value;
+  }
+  if (const auto* integer = std::get_if<std::int64_t>(&payload_)) {
+    return *integer != 0;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::int64_t> JSONValue::intValue() const {
+  if (const auto* integer = std::get_if<std::int64_t>(&payload_)) {
+    return *integer;
+  }
+  if (const auto* number = std::get_if<double>(&payload_)) {
+    return integerFromDouble(*number);
+  }
+  if (const auto* text = std::get_if<std::string>(&payload_)) {
+    return integerFromDecimal(*text);
+  }
+  return std::nullopt;
+}
+
+std::optional<double> JSONValue::doubleValue() const {
+  if (const auto* number = std::get_if<double>(&payload_)) {
+    return *number;
+  }
+  if (const auto* integer = std::get_if<std::int64_t>(&payload_)) {
+    return static_cast<double>(*integer);
+  }
+  return std::nullopt;
+}
+
+const JSONValue* JSONValue::member(std::string_view key) const {
+  const JSONObject* members = objectValue();
+  if (!members) {
+    return nullptr;
+  }
+  const auto found = members->find(key);
+  return found == members->end() ? nullptr : &found->second;
+}
+
+const JSONValue& JSONValue::operator[](std::string_view key) const {
+  static const JSONValue null;
+  const JSONValue* value = member(key);
+  return value ? *value : null;
+}
+
+bool JSONValue::operator==(const JSONValue&) const = default;
+
+}  // namespace tarnwell

@@ -1,0 +1,102 @@
+#pragma once
+
+/// The one in-memory form of JSON (RFC 8259): messages, tool arguments, results and schemas.
+///
+///     JSONValue result = JSONObject{{"count", 2}, {"names", JSONValue::strings({"a", "b"})}};
+///     result["count"].intValue();      // 2
+///     result["missing"].stringValue(); // absent
+///     result.serialized();             // {"count":2,"names":["a","b"]}
+///
+/// A number that fits 64 bits and is written without fraction and exponent is an integer, any other
+/// number a double; `true` is never a number. Texts are UTF-8.
+///
+/// Threads: a plain value.
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace tarnwell {
+
+class JSONValue;
+
+/// Members by key; encoded in the order of the keys.
+using JSONObject = std::map<std::string, JSONValue, std::less<>>;
+using JSONArray = std::vector<JSONValue>;
+
+class JSONValue {
+ public:
+  using Null = std::nullptr_t;
+  using Payload = std::variant<Null, bool, std::int64_t, double, std::string, JSONArray, JSONObject>;
+
+  /// Arrays and objects nested deeper than this do not parse.
+  static constexpr std::size_t maximumDepth = 512;
+
+  JSONValue(Null = nullptr) : payload_(nullptr) {}
+  template <std::same_as<bool> Bool>
+  JSONValue(Bool value) : payload_(value) {}
+  template <std::integral Integer>
+  requires(!std::same_as<Integer, bool> && sizeof(Integer) <= sizeof(std::int64_t) &&
+           (std::signed_integral<Integer> || sizeof(Integer) < sizeof(std::int64_t))) JSONValue(Integer value)
+      : payload_(static_cast<std::int64_t>(value)) {}
+  JSONValue(double value) : payload_(value) {}
+  JSONValue(const char* text) : payload_(std::string(text)) {}
+  JSONValue(std::string_view text) : payload_(std::string(text)) {}
+  JSONValue(std::string text) : payload_(std::move(text)) {}
+  JSONValue(JSONArray elements) : payload_(std::move(elements)) {}
+  JSONValue(JSONObject members) : payload_(std::move(members)) {}
+
+  /// Null for an absent value.
+  static JSONValue of(std::optional<std::string> text);
+  static JSONValue of(std::optional<std::int64_t> integer);
+  static JSONValue of(std::optional<double> number);
+  static JSONValue of(bool value);
+  static JSONValue strings(const std::vector<std::string>& texts);
+
+  /// Parses one JSON document; absent for anything else: trailing text, invalid UTF-8, a lone surrogate,
+  /// a number beyond the range of a double, or nesting beyond `maximumDepth`. Of two members with the
+  /// same key the last one counts.
+  static std::optional<JSONValue> decode(std::string_view data);
+
+  /// Compact, "/" unescaped; the text `null` when the value has no JSON form (a double that is not
+  /// finite, a text that is not UTF-8).
+  std::string serialized() const;
+
+  /// Line breaks, indentation, sorted keys, "/" unescaped; "{}" when the value has no JSON form.
+  std::string prettyString() const;
+
+  bool isNull() const { return std::holds_alternative<Null>(payload_); }
+
+  std::optional<std::string> stringValue() const;
+  /// Also an integer, true when it is not 0.
+  std::optional<bool> boolValue() const;
+  /// Also a finite double within 64 bits, cut toward zero, and a text of an optional sign and digits.
+  std::optional<std::int64_t> intValue() const;
+  /// Also an integer.
+  std::optional<double> doubleValue() const;
+  /// Null pointers for every other kind.
+  const JSONArray* arrayValue() const { return std::get_if<JSONArray>(&payload_); }
+  const JSONObject* objectValue() const { return std::get_if<JSONObject>(&payload_); }
+
+  /// The member with this key; a null pointer when it is missing or this is no object.
+  const JSONValue* member(std::string_view key) const;
+  /// The same, with null standing for a missing member.
+  const JSONValue& operator[](std::string_view key) const;
+
+  const Payload& payload() const { return payload_; }
+
+  /// Same kind and equal payloads: the integer 1 and the double 1.0 differ.
+  bool operator==(const JSONValue&) const;
+
+ private:
+  Payload payload_;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,84 @@
+#include "MCP/MCPServer.h"
+
+#include "Core/AppLogger.h"
+#include "Core/BridgeConstants.h"
+#include "MCP/Tools/MCPToolSchemas.h"
+#include "Platform/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+/// Client messages that some clients send with an id although they ask for nothing.
+bool needsNoAnswer(std::string_view method) {
+  return method == "notifications/initialized" || method == "notifications/cancelled" ||
+         method == "initialized";
+}
+
+}  // namespace
+
+std::optional<std::string> MCPServer::handleRaw(std::string_view data) {
+  const std::optional<JSONRPCRequest> request = JSONRPCRequest::parse(data);
+  if (!request) {
+    return JSONRPC::failure(std::nullopt, JSONRPCErrorCode::parseError, "Parse error").serialized();
+  }
+  const std::optional<JSONValue> response = handle(*request);
+  return response ? std::optional(response->serialized()) : std::nullopt;
+}
+
+std::optional<JSONValue> MCPServer::handle(const JSONRPCRequest& request) {
+  const std::lock_guard oneAtATime(oneAtATime_);
+  if (request.isNotification() || needsNoAnswer(request.method)) {
+    return std::nullopt;
+  }
+  if (request.method == "initialize") {
+    return JSONRPC::success(request.id, initializeResult(request.params));
+  }
+  if (request.method == "ping") {
+    return JSONRPC::success(request.id, JSONObject{});
+  }
+  if (request.method == "tools/list") {
+    return JSONRPC::success(request.id, JSONObject{{"tools", MCPToolSchemas::toolsListJSON()}});
+  }
+  if (request.method == "tools/call") {
+    return toolsCall(request);
+  }
+  return JSONRPC::failure(request.id, JSONRPCErrorCode::methodNotFound,
+                          "Method not found: " + request.method);
+}
+
+/// Deliberate: whatever version the client names is accepted and echoed. What is offered here is the same
+/// in every version of the protocol.
+JSONValue MCPServer::initializeResult(const std::optional<JSONValue>& params) const {
+  std::string version{defaultProtocolVersion};
+  if (params) {
+    version = (*params)["protocolVersion"].stringValue().value_or(version);
+  }
+  constexpr std::size_t loggedLength = 100;  // the client may send a text of any length
+  AppLogger::info(AppLogger::Category::mcp,
+                  "initialize (protocol " + std::string(characterPrefix(version, loggedLength)) + ")");
+  return JSONObject{
+      {"protocolVersion", version},
+      {"capabilities", JSONObject{{"tools", JSONObject{{"listChanged", false}}}}},
+      {"serverInfo",
+       JSONObject{{"name", BridgeConstants::productName}, {"version", BridgeConstants::version}}},
+  };
+}
+
+JSONValue MCPServer::toolsCall(const JSONRPCRequest& request) const {
+  const JSONValue params = request.params.value_or(nullptr);
+  const std::optional<std::string> name = params["name"].stringValue();
+  if (!name) {
+    return JSONRPC::failure(request.id, JSONRPCErrorCode::invalidParams, "tools/call requires a 'name'.");
+  }
+  const JSONValue* arguments = params.member("arguments");
+  ToolCallResult result = tools_.handle(*name, arguments ? *arguments : JSONValue(JSONObject{}));
+  JSONObject text{{"type", "text"}, {"text", result.structured.prettyString()}};
+  return JSONRPC::success(request.id, JSONObject{
+                                          {"content", JSONArray{std::move(text)}},
+                                          {"structuredContent", std::move(result.structured)},
+                                          {"isError", result.isError},
+                                      });
+}
+
+}  // namespace tarnwell

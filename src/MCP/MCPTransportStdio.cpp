@@ -1,0 +1,82 @@
+#include "MCP/MCPTransportStdio.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <span>
+
+#include "Core/AppLogger.h"
+#include "MCP/JSONRPC.h"
+
+namespace tarnwell {
+
+namespace {
+
+/// A descriptor that a parent left non-blocking answers EAGAIN: wait until it is ready.
+bool waitsUntilReady(int descriptor, short event) {
+  pollfd ready{.fd = descriptor, .events = event, .revents = 0};
+  return poll(&ready, 1, -1) >= 0 || errno == EINTR;
+}
+
+/// The number of bytes read; 0 at the end of the input and when it cannot be read.
+std::size_t readSome(int descriptor, std::span<char> into) {
+  for (;;) {
+    const ssize_t count = read(descriptor, into.data(), into.size());
+    if (count >= 0) {
+      return static_cast<std::size_t>(count);
+    }
+    const bool tryAgain =
+        errno == EINTR || ((errno == EAGAIN || errno == EWOULDBLOCK) && waitsUntilReady(descriptor, POLLIN));
+    if (!tryAgain) {
+      return 0;
+    }
+  }
+}
+
+/// One write, and further ones only for what the system did not take. A failure is nobody's business:
+/// the reader has gone, and the end of the input will tell.
+void writeFrame(int descriptor, std::string_view frame) {
+  while (!frame.empty()) {
+    const ssize_t count = write(descriptor, frame.data(), frame.size());
+    if (count >= 0) {
+      frame.remove_prefix(static_cast<std::size_t>(count));
+      continue;
+    }
+    const bool tryAgain =
+        errno == EINTR || ((errno == EAGAIN || errno == EWOULDBLOCK) && waitsUntilReady(descriptor, POLLOUT));
+    if (!tryAgain) {
+      return;
+    }
+  }
+}
+
+}  // namespace
+
+void MCPTransportStdio::run() {
+  AppLogger::info(AppLogger::Category::mcp, "stdio MCP server started");
+  NDJSONFramer framer;
+  std::array<char, 65536> chunk;
+  while (const std::size_t count = readSome(input_, chunk)) {
+    for (const std::string& line : framer.push({chunk.data(), count})) {
+      dispatch(line);
+    }
+  }
+  // Deliberate: the end of the input is the only way out, and it is logged as an error so that it can be
+  // told from a client that still waits.
+  AppLogger::error(AppLogger::Category::mcp, "stdio input stream ended");
+  if (const std::optional<std::string> line = framer.finish()) {
+    dispatch(*line);
+  }
+  AppLogger::info(AppLogger::Category::mcp, "stdio MCP server stopped");
+}
+
+void MCPTransportStdio::dispatch(std::string_view line) {
+  if (std::optional<std::string> response = server_.handleRaw(line)) {
+    response->push_back('\n');
+    writeFrame(output_, *response);
+  }
+}
+
+}  // namespace tarnwell

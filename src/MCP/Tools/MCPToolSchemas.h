@@ -1,0 +1,47 @@
+#pragma once
+
+/// The catalogue of tools that `tools/list` returns: name, description and the JSON Schema of the
+/// arguments, all fixed.
+///
+/// The descriptions are written for the client's model and state each tool's limits in words. The schemas
+/// only describe; each tool checks its own arguments.
+///
+/// Threads: any; the catalogue is built once, on first use.
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "MCP/JSONValue.h"
+#include "MCP/Tools/ToolName.h"
+
+namespace tarnwell {
+
+struct MCPToolDefinition {
+  std::string name;
+  std::string description;
+  JSONValue inputSchema;
+
+  JSONValue toJSON() const;
+};
+
+namespace MCPToolSchemas {
+
+/// The nine definitions in the order of `allToolNames`.
+const std::vector<MCPToolDefinition>& all();
+
+std::optional<MCPToolDefinition> definition(ToolName name);
+
+/// The array under "tools" in the answer to `tools/list`.
+JSONValue toolsListJSON();
+
+/// One property of a schema: its type, its description and further members such as "minimum".
+JSONValue prop(std::string_view type, std::string_view description, const JSONObject& extra = {});
+
+/// The schema of an object with these properties and no others. "required" is left out when empty.
+JSONValue object(JSONObject properties, const std::vector<std::string>& required = {});
+
+}  // namespace MCPToolSchemas
+
+}  // namespace tarnwell

@@ -1,0 +1,112 @@
+#include "MCP/Tools/MCPTools.h"
+
+#include <utility>
+
+#include "Core/AppLogger.h"
+#include "Core/BridgeConstants.h"
+#include "IMAP/IMAPError.h"
+#include "Platform/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+using AppLogger::Category;
+
+/// Ends the session when the tool is done with it, by a result or by an exception.
+class SessionEnd {
+ public:
+  explicit SessionEnd(IMAPClient& client) : client_(client) {}
+  ~SessionEnd() { client_.disconnect(); }
+  SessionEnd(const SessionEnd&) = delete;
+  SessionEnd& operator=(const SessionEnd&) = delete;
+
+ private:
+  IMAPClient& client_;
+};
+
+/// A tool's name comes from the client and may be of any length.
+std::string shortened(std::string_view name) {
+  constexpr std::size_t maximumLength = 100;
+  return std::string(characterPrefix(name, maximumLength));
+}
+
+}  // namespace
+
+ToolCallResult ToolCallResult::error(std::string text) {
+  return {JSONObject{{"error", std::move(text)}}, true};
+}
+
+MCPTools::MCPTools(ConfigStore configStore, KeychainStore keychain, EmailRiskDetector detector,
+                   ClientFactory makeClient)
+    : configStore_(std::move(configStore)),
+      keychain_(std::move(keychain)),
+      detector_(detector),
+      makeClient_(std::move(makeClient)) {}
+
+MCPTools MCPTools::shared() {
+  return {ConfigStore::shared(), KeychainStore::shared(), EmailRiskDetector::shared(),
+          [](std::string host, std::int64_t port, std::string email, Secret password) {
+            return std::make_unique<IMAPClient>(std::move(host), port, std::move(email), std::move(password),
+                                                BridgeConstants::networkTimeoutSeconds);
+          }};
+}
+
+ToolCallResult MCPTools::handle(std::string_view name, const JSONValue& arguments) const {
+  AppLogger::info(Category::tool, "tool call: " + shortened(name));
+  const std::optional<ToolName> tool = toolName(name);
+  if (!tool) {
+    return ToolCallResult::error("Unknown tool: " + std::string(name));
+  }
+  const std::string label = "tool " + std::string(name);
+  try {
+    return run(*tool, arguments);
+  } catch (const IMAPError& error) {
+    AppLogger::error(Category::tool, label + " failed: " + error.description());
+    return ToolCallResult::error(error.description());
+  } catch (const KeychainError& error) {
+    AppLogger::error(Category::tool, label + " keychain error " + error.description());
+    return ToolCallResult::error(error.description());
+  } catch (const std::exception& error) {
+    AppLogger::error(Category::tool, label + " error: " + error.what());
+    return ToolCallResult::error("Internal error while running " + std::string(name) + ".");
+  }
+}
+
+ToolCallResult MCPTools::run(ToolName tool, const JSONValue& arguments) const {
+  switch (tool) {
+    case ToolName::getStatus:
+      return getStatus();
+    case ToolName::listFolders:
+      return listFolders(arguments);
+    case ToolName::searchInbox:
+      return searchInbox(arguments);
+    case ToolName::getMessageSummary:
+    case ToolName::getMessageBody:
+    case ToolName::proposeInboxCleanup:
+    case ToolName::moveMessage:
+    case ToolName::markAsRead:
+    case ToolName::trashMessage:
+      break;
+  }
+  return ToolCallResult::error("This version does not offer " + std::string(rawValue(tool)) + " yet.");
+}
+
+ToolCallResult MCPTools::withIMAP(const AppConfig& config, IMAPClient::Access access,
+                                  const std::function<ToolCallResult(IMAPClient&)>& body) const {
+  if (!config.isConfigured()) {
+    throw IMAPError::notConfigured();
+  }
+  std::optional<Secret> password = keychain_.read(config.email);
+  if (!password || password->empty()) {
+    throw IMAPError::notConfigured();
+  }
+  const std::unique_ptr<IMAPClient> client =
+      makeClient_(config.imapHost, config.imapPort, config.email, std::move(*password));
+  const SessionEnd sessionEnd(*client);
+  client->connect();
+  client->selectInbox(access);
+  return body(*client);
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,49 @@
+#include "MCP/Tools/MessageJSON.h"
+
+namespace tarnwell {
+
+JSONValue safetyJSON(const SafetySettings& settings) {
+  return JSONObject{
+      {"readOnly", settings.readOnly},
+      {"allowMove", settings.allowMove},
+      {"allowMarkRead", settings.allowMarkRead},
+      {"allowTrash", settings.allowTrash},
+      {"maxFetch", settings.maxFetch},
+      {"maxBodyChars", settings.maxBodyChars},
+      {"maxMessagesPerCall", settings.maxMessagesPerCall},
+      {"blockAuthCodeBodies", settings.blockAuthCodeBodies},
+      {"allowCopyMoveFallback", settings.allowCopyMoveFallback},
+  };
+}
+
+JSONValue riskSignalsJSON(const std::vector<RiskSignal>& signals) {
+  JSONArray array;
+  for (const RiskSignal& signal : signals) {
+    array.push_back(
+        JSONObject{{"category", signal.category}, {"term", signal.term}, {"location", signal.location}});
+  }
+  return array;
+}
+
+std::optional<std::string> senderText(const IMAPMessage& message) {
+  const std::vector<IMAPAddress>& from = message.envelope.from;
+  return from.empty() ? std::nullopt : std::optional(from.front().display());
+}
+
+JSONValue messageHeaderJSON(const IMAPMessage& message, const std::optional<std::string>& snippet,
+                            const std::vector<RiskSignal>& signals) {
+  return JSONObject{
+      {"uid", message.uid},
+      {"messageId", JSONValue::of(message.envelope.messageID)},
+      {"subject", JSONValue::of(message.envelope.subject)},
+      {"from", JSONValue::of(senderText(message))},
+      {"date", JSONValue::of(message.envelope.date)},
+      {"flags", JSONValue::strings(message.flags)},
+      {"unread", message.isUnread()},
+      {"hasAttachments", message.hasAttachments()},
+      {"snippet", snippet.value_or(std::string(withheldText))},
+      {"detectedRiskSignals", riskSignalsJSON(signals)},
+  };
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,64 @@
+/// search_inbox.
+
+#include "Core/BridgeConstants.h"
+#include "Core/SafetyPolicy.h"
+#include "IMAP/IMAPClient.h"
+#include "MCP/Tools/MCPTools.h"
+#include "MCP/Tools/MailScreen.h"
+#include "MCP/Tools/MessageJSON.h"
+#include "MCP/Tools/ToolArguments.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr std::int64_t snippetMaxChars = 200;
+
+std::optional<Instant> dateArg(const JSONValue& arguments, std::string_view key) {
+  const std::optional<std::string> text = textArg(arguments, key);
+  return text ? parseISODate(*text) : std::nullopt;
+}
+
+IMAPSearchCriteria searchCriteria(const JSONValue& arguments) {
+  return {
+      .freeText = textArg(arguments, "query"),
+      .unreadOnly = arguments["unreadOnly"].boolValue().value_or(false),
+      .since = dateArg(arguments, "since"),
+      .before = dateArg(arguments, "before"),
+      .from = textArg(arguments, "from"),
+      .subject = textArg(arguments, "subject"),
+  };
+}
+
+/// One hit. The body is fetched only when the header alone does not already withhold it.
+JSONValue searchHit(IMAPClient& client, const MailScreen& screen, const IMAPMessage& message) {
+  const RiskAssessment header = screen.assessHeader(message);
+  if (screen.withholds(header)) {
+    return messageHeaderJSON(message, std::nullopt, header.signals);
+  }
+  const IMAPClient::BodyText body = client.fetchBodyText(message);
+  const MailScreen::ScannedSnippet snippet = screen.snippet(message, body.text, snippetMaxChars);
+  return messageHeaderJSON(message, snippet.text, snippet.assessment.signals);
+}
+
+}  // namespace
+
+ToolCallResult MCPTools::searchInbox(const JSONValue& arguments) const {
+  const AppConfig config = configStore_.load();
+  const std::int64_t limit =
+      SafetyPolicy(config.safety).clampLimit(arguments["limit"].intValue(), BridgeConstants::searchLimitMax);
+  const IMAPSearchCriteria criteria = searchCriteria(arguments);
+  const MailScreen screen(detector_, config.safety);
+
+  return withIMAP(config, IMAPClient::Access::readOnly, [&](IMAPClient& client) {
+    JSONArray messages;
+    const std::vector<std::uint32_t> uids = client.searchInbox(criteria, static_cast<std::size_t>(limit));
+    for (const IMAPMessage& message : client.fetchMessages(uids)) {
+      messages.push_back(searchHit(client, screen, message));
+    }
+    const auto count = static_cast<std::int64_t>(messages.size());
+    return ToolCallResult{JSONObject{{"count", count}, {"limit", limit}, {"messages", std::move(messages)}}};
+  });
+}
+
+}  // namespace tarnwell

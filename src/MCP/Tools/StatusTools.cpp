@@ -1,0 +1,73 @@
+/// get_status and list_folders.
+
+#include "Core/ISO8601.h"
+#include "Core/SafetyPolicy.h"
+#include "IMAP/IMAPClient.h"
+#include "MCP/Tools/MCPTools.h"
+#include "MCP/Tools/MessageJSON.h"
+
+namespace tarnwell {
+
+namespace {
+
+/// A store that cannot be read counts as one without the password.
+bool hasUsablePassword(const KeychainStore& keychain, const std::string& email) {
+  try {
+    const std::optional<Secret> password = keychain.read(email);
+    return password && !password->empty();
+  } catch (const KeychainError&) {
+    return false;
+  }
+}
+
+JSONValue folderJSON(const IMAPFolder& folder, bool includeSpecialUse) {
+  JSONObject object{
+      {"name", folder.name},
+      {"path", folder.path},
+      {"delimiter", folder.delimiter},
+      {"selectable", folder.selectable},
+  };
+  if (includeSpecialUse) {
+    object.emplace("specialUse", JSONValue::of(folder.specialUse));
+  }
+  return object;
+}
+
+}  // namespace
+
+ToolCallResult MCPTools::getStatus() const {
+  const AppConfig config = configStore_.load();
+  JSONArray toolNames;
+  for (const ToolName tool : allToolNames) {
+    toolNames.emplace_back(rawValue(tool));
+  }
+  JSONObject status{
+      {"configured", config.isConfigured() && hasUsablePassword(keychain_, config.email)},
+      {"email", config.isConfigured() ? JSONValue(config.email) : JSONValue()},
+      {"imapHost", config.imapHost},
+      {"imapPort", config.imapPort},
+      {"mode", rawValue(SafetyPolicy(config.safety).mode())},
+      {"safety", safetyJSON(config.safety)},
+      {"availableTools", std::move(toolNames)},
+  };
+  if (config.lastConnectionTestDate) {
+    status.emplace("lastConnectionTest",
+                   JSONObject{{"date", formatISO8601(*config.lastConnectionTestDate)},
+                              {"success", config.lastConnectionTestSuccess.value_or(false)}});
+  }
+  return {std::move(status)};
+}
+
+ToolCallResult MCPTools::listFolders(const JSONValue& arguments) const {
+  const bool includeSpecialUse = arguments["includeSpecialUse"].boolValue().value_or(true);
+  return withIMAP(configStore_.load(), IMAPClient::Access::readOnly, [&](IMAPClient& client) {
+    JSONArray folders;
+    for (const IMAPFolder& folder : client.listFolders()) {
+      folders.push_back(folderJSON(folder, includeSpecialUse));
+    }
+    const auto count = static_cast<std::int64_t>(folders.size());
+    return ToolCallResult{JSONObject{{"count", count}, {"folders", std::move(folders)}}};
+  });
+}
+
+}  // namespace tarnwell

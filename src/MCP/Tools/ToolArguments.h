@@ -1,0 +1,25 @@
+#pragma once
+
+/// Reads the arguments of a tool call. What is missing or has the wrong type is absent.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Core/ISO8601.h"
+#include "MCP/JSONValue.h"
+
+namespace tarnwell {
+
+/// The UID under "uid", which may also be a decimal text; absent when it is missing, below 1 or above
+/// 32 bits.
+std::optional<std::uint32_t> uidArg(const JSONValue& arguments);
+
+/// A text that is not empty.
+std::optional<std::string> textArg(const JSONValue& arguments, std::string_view key);
+
+/// A date-time with time zone, or a date alone (midnight UTC); absent for any other text.
+std::optional<Instant> parseISODate(std::string_view text);
+
+}  // namespace tarnwell

@@ -1,0 +1,146 @@
+#include "Platform/PrivateFiles.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <system_error>
+#include <utility>
+
+namespace tarnwell {
+namespace {
+
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  ~Descriptor() { (void)close(); }
+
+  bool isOpen() const { return number_ >= 0; }
+  int number() const { return number_; }
+  int close() { return isOpen() ? ::close(std::exchange(number_, -1)) : 0; }
+
+ private:
+  int number_;
+};
+
+[[noreturn]] void fail(const char* step, const std::filesystem::path& path) {
+  throw std::filesystem::filesystem_error(step, path, std::error_code(errno, std::generic_category()));
+}
+
+void writeAll(int descriptor, std::string_view text, const std::filesystem::path& path) {
+  while (!text.empty()) {
+    ssize_t written = ::write(descriptor, text.data(), text.size());
+    if (written < 0 && errno == EINTR) {
+      continue;
+    }
+    if (written < 0) {
+      fail("cannot write", path);
+    }
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+/// A new file beside its target, removed again unless it took the target's place.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const std::filesystem::path& target)
+      : target_(target), name_(target.string() + ".XXXXXX"), descriptor_(::mkstemp(name_.data())) {
+    if (!descriptor_.isOpen()) {
+      fail("cannot create a file beside", target_);
+    }
+    (void)::fcntl(descriptor_.number(), F_SETFD, FD_CLOEXEC);
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  ~TemporaryFile() {
+    if (!name_.empty()) {
+      (void)::unlink(name_.c_str());
+    }
+  }
+
+  void fill(std::string_view text) {
+    // Deliberate: a file system that knows no modes is no reason to fail. mkstemp asked for 0600 already.
+    (void)::fchmod(descriptor_.number(), S_IRUSR | S_IWUSR);
+    writeAll(descriptor_.number(), text, target_);
+    if (::fsync(descriptor_.number()) < 0 || descriptor_.close() < 0) {
+      fail("cannot write", target_);
+    }
+  }
+
+  void takePlaceOfTarget() {
+    if (::rename(name_.c_str(), target_.c_str()) < 0) {
+      fail("cannot replace", target_);
+    }
+    name_.clear();
+  }
+
+ private:
+  const std::filesystem::path& target_;
+  std::string name_;
+  Descriptor descriptor_;
+};
+
+/// Makes the new name last. The file is in place by now: a file system that cannot do this for a
+/// directory does not turn a finished replacement into a failed one.
+void syncDirectory(const std::filesystem::path& directory) {
+  Descriptor descriptor(
+      ::open(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (descriptor.isOpen()) {
+    (void)::fsync(descriptor.number());
+  }
+}
+
+}  // namespace
+
+std::optional<std::string> readFilePrefix(const std::filesystem::path& path, std::size_t limit) {
+  // Without O_NONBLOCK the opening of a pipe would wait for its writer.
+  Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  struct stat status {};
+  if (!file.isOpen() || ::fstat(file.number(), &status) < 0 || !S_ISREG(status.st_mode)) {
+    return std::nullopt;
+  }
+  std::string text;
+  char block[16 * 1024];
+  while (text.size() < limit) {
+    ssize_t count = ::read(file.number(), block, std::min(sizeof block, limit - text.size()));
+    if (count < 0 && errno == EINTR) {
+      continue;
+    }
+    if (count < 0) {
+      return std::nullopt;
+    }
+    if (count == 0) {
+      break;
+    }
+    text.append(block, static_cast<std::size_t>(count));
+  }
+  return text;
+}
+
+void createPrivateDirectories(const std::filesystem::path& directory) {
+  std::filesystem::path made;
+  for (const auto& component : directory) {
+    made /= component;
+    if (::mkdir(made.c_str(), S_IRWXU) == 0) {
+      continue;
+    }
+    int reason = errno;
+    struct stat status {};
+    if (::stat(made.c_str(), &status) < 0 || !S_ISDIR(status.st_mode)) {
+      errno = reason;
+      fail("cannot create the directory", made);
+    }
+  }
+}
+
+void replacePrivateFile(const std::filesystem::path& path, std::string_view text) {
+  TemporaryFile file(path);
+  file.fill(text);
+  file.takePlaceOfTarget();
+  syncDirectory(path.parent_path());
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,97 @@
+#include "Platform/SystemLog.h"
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstring>
+
+namespace tarnwell {
+namespace {
+
+constexpr std::size_t maxMessageBytes = 32 * 1024;
+
+/// The priorities of syslog (RFC 5424, section 6.2.1), which are the journal's too.
+std::string_view priority(SystemLogType type) {
+  switch (type) {
+    case SystemLogType::debug:
+      return "7";
+    case SystemLogType::info:
+      return "6";
+    case SystemLogType::standard:
+      return "5";
+    case SystemLogType::error:
+      return "3";
+  }
+  return "5";
+}
+
+/// At most `maxMessageBytes`, ending where a UTF-8 sequence ends.
+std::string_view shortened(std::string_view message) {
+  if (message.size() <= maxMessageBytes) {
+    return message;
+  }
+  auto isContinuation = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; };
+  std::size_t end = maxMessageBytes;
+  // No sequence has more than three continuation bytes; more of them are no text that could be spoilt.
+  for (int steps = 0; steps < 3 && isContinuation(message[end]); ++steps) {
+    --end;
+  }
+  return message.substr(0, end);
+}
+
+/// A value with a line feed is preceded by its length, 64 bits little-endian, so that no text can end its
+/// own field and begin another.
+void appendField(std::string& datagram, std::string_view name, std::string_view value) {
+  datagram.append(name);
+  if (value.find('\n') == std::string_view::npos) {
+    datagram.append("=");
+  } else {
+    datagram.append("\n");
+    for (unsigned shift = 0; shift < 64; shift += 8) {
+      datagram.push_back(static_cast<char>(static_cast<std::uint64_t>(value.size()) >> shift));
+    }
+  }
+  datagram.append(value).append("\n");
+}
+
+}  // namespace
+
+SystemLog::SystemLog(std::string subsystem, std::string address)
+    : subsystem_(std::move(subsystem)),
+      address_(std::move(address)),
+      socket_(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {}
+
+SystemLog::~SystemLog() {
+  if (socket_ >= 0) {
+    ::close(socket_);
+  }
+}
+
+// The journal drops by its own settings, which it tells nobody.
+bool SystemLog::isEnabled(SystemLogType /*type*/) const { return socket_ >= 0; }
+
+void SystemLog::write(SystemLogType type, std::string_view category, std::string_view message) const {
+  sockaddr_un journal{};
+  journal.sun_family = AF_UNIX;
+  if (socket_ < 0 || address_.size() >= sizeof journal.sun_path) {
+    return;
+  }
+  std::memcpy(journal.sun_path, address_.data(), address_.size());
+
+  std::string datagram;
+  appendField(datagram, "MESSAGE", shortened(message));
+  appendField(datagram, "PRIORITY", priority(type));
+  appendField(datagram, "SYSLOG_IDENTIFIER", "tarnwell");
+  appendField(datagram, "SUBSYSTEM", subsystem_);
+  appendField(datagram, "CATEGORY", category);
+  // The address goes with each datagram, so that a journal that was restarted is found again. The outcome
+  // does not matter: an entry that the journal does not take is lost, and nothing else.
+  (void)::sendto(socket_, datagram.data(), datagram.size(), MSG_NOSIGNAL,
+                 reinterpret_cast<const sockaddr*>(&journal), sizeof journal);
+}
+
+std::string SystemLog::defaultAddress() { return "/run/systemd/journal/socket"; }
+
+}  // namespace tarnwell

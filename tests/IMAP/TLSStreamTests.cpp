@@ -1,0 +1,197 @@
+#include "IMAP/TLSStream.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <openssl/ssl.h>
+#include <sys/socket.h>
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <chrono>
+#include <functional>
+
+#include "IMAP/IMAPError.h"
+#include "support/FakeIMAPServer.h"
+
+namespace tarnwell::test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr auto patience = 10s;
+
+/// What an operation throws; no kind when it throws nothing.
+struct Failure {
+  std::optional<IMAPError::Kind> kind;
+  std::string description;
+};
+
+Failure failureOf(const std::function<void()>& operation) {
+  try {
+    operation();
+    return {};
+  } catch (const IMAPError& error) {
+    return {error.kind(), error.description()};
+  }
+}
+
+struct RefusalRow {
+  const char* name;
+  std::string host;
+  FakeServerOptions options;
+  const char* expectedText;
+};
+
+class RefusedServer : public testing::TestWithParam<RefusalRow> {};
+
+TEST_P(RefusedServer, failsToConnectAtOnceWithAClearTextAndIsToldNothing) {
+  const RefusalRow& row = GetParam();
+  FakeIMAPServer server({stallHere()}, row.options);
+  TLSStream stream(row.host, server.port(), patience);
+  const Failure failure = failureOf([&] { stream.connect(); });
+  EXPECT_EQ(failure.kind, IMAPError::Kind::connectionFailed);
+  EXPECT_THAT(failure.description, StartsWith("Could not connect to the IMAP server: " + row.host + ":" +
+                                              std::to_string(server.port()) + ": "));
+  EXPECT_THAT(failure.description, HasSubstr(row.expectedText));
+  stream.close();
+  server.mismatch();
+  EXPECT_THAT(server.received(), testing::Not(HasSubstr("LOGIN")));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, RefusedServer,
+    testing::Values(RefusalRow{"certificateForAnotherHost",
+                               "localhost",
+                               {.certificate = {.subjectAltName = "DNS:mail.example.org"}},
+                               "(hostname mismatch)"},
+                    RefusalRow{"certificateForAnotherAddress",
+                               "127.0.0.1",
+                               {.certificate = {.subjectAltName = "IP:127.0.0.2"}},
+                               "(IP address mismatch)"},
+                    RefusalRow{"nameThatCoversTheHostOnlyByPartOfALabel",
+                               "localhost",
+                               {.certificate = {.subjectAltName = "DNS:local*"}},
+                               "(hostname mismatch)"},
+                    RefusalRow{"expiredCertificate",
+                               "localhost",
+                               {.certificate = {.validFrom = -20, .validUntil = -10}},
+                               "(certificate has expired)"},
+                    RefusalRow{"certificateOfTheFuture",
+                               "localhost",
+                               {.certificate = {.validFrom = 10, .validUntil = 20}},
+                               "(certificate is not yet valid)"},
+                    RefusalRow{"selfSignedCertificate",
+                               "localhost",
+                               {.certificate = {.selfSigned = true}},
+                               "(self-signed certificate)"},
+                    RefusalRow{"nothingNewerThanTLS11",
+                               "localhost",
+                               {.maximumTLSVersion = TLS1_1_VERSION},
+                               "TLS failed ("},
+                    RefusalRow{"plainTextOnTheTLSPort", "localhost", {.plainText = true}, ": "}),
+    [](const auto& info) { return info.param.name; });
+
+TEST(TLSStream, plainTextGreetingIsNoTLS) {
+  FakeIMAPServer server({answer("* OK ready\r\n"), stallHere()}, {.plainText = true});
+  TLSStream stream("localhost", server.port(), patience);
+  EXPECT_THAT(failureOf([&] { stream.connect(); }).description,
+              HasSubstr("TLS failed (wrong version number"));
+}
+
+TEST(TLSStream, unknownAuthorityIsRefused) {
+  FakeIMAPServer server({stallHere()});
+  const std::string trusted = getenv("SSL_CERT_FILE");
+  setenv("SSL_CERT_FILE", "/nonexistent/ca.pem", 1);
+  TLSStream stream("localhost", server.port(), patience);
+  const Failure failure = failureOf([&] { stream.connect(); });
+  setenv("SSL_CERT_FILE", trusted.c_str(), 1);
+  EXPECT_THAT(failure.description, HasSubstr("(unable to get local issuer certificate)"));
+}
+
+TEST(TLSStream, tls12IsEnough) {
+  FakeIMAPServer server({answer("hello"), stallHere()}, {.maximumTLSVersion = TLS1_2_VERSION});
+  TLSStream stream("127.0.0.1", server.port(), patience);
+  stream.connect();
+  EXPECT_EQ(stream.receive().substr(0, 1), "h");
+}
+
+TEST(TLSStream, refusedPortFailsAtOnce) {
+  boost::asio::io_context context;
+  using boost::asio::ip::tcp;
+  tcp::socket bound(context, tcp::endpoint(boost::asio::ip::address_v4::loopback(), 0));
+  const std::uint16_t port = bound.local_endpoint().port();  // bound, but nobody listens
+  TLSStream stream("127.0.0.1", port, 600s);
+  const Failure failure = failureOf([&] { stream.connect(); });
+  EXPECT_EQ(failure.kind, IMAPError::Kind::connectionFailed);
+  EXPECT_THAT(failure.description, HasSubstr("Connection refused"));
+}
+
+TEST(TLSStream, unknownHostFailsWithItsName) {
+  TLSStream stream("host.invalid", 993, 60s);
+  const Failure failure = failureOf([&] { stream.connect(); });
+  EXPECT_EQ(failure.kind, IMAPError::Kind::connectionFailed);
+  EXPECT_THAT(failure.description, HasSubstr("host.invalid:993: "));
+}
+
+TEST(TLSStream, hostNameThatIsNoNameFails) {
+  for (const std::string& host :
+       {std::string(""), std::string("a b"), std::string("a\0b", 3), std::string(300, 'x')}) {
+    TLSStream stream(host, 993, patience);
+    EXPECT_EQ(failureOf([&] { stream.connect(); }).kind, IMAPError::Kind::connectionFailed) << host;
+  }
+}
+
+TEST(TLSStream, muteServerEndsInATimeoutWhileConnecting) {
+  FakeIMAPServer server({}, {.mute = true});
+  TLSStream stream("localhost", server.port(), 50ms);
+  EXPECT_EQ(failureOf([&] { stream.connect(); }).kind, IMAPError::Kind::timeout);
+}
+
+TEST(TLSStream, silenceEndsInATimeoutAndTheStreamIsDead) {
+  FakeIMAPServer server({stallHere()});
+  TLSStream stream("localhost", server.port(), 300ms);
+  stream.connect();
+  EXPECT_EQ(failureOf([&] { stream.receive(); }).kind, IMAPError::Kind::timeout);
+  EXPECT_EQ(failureOf([&] { stream.send("x"); }).kind, IMAPError::Kind::connectionFailed);
+}
+
+/// A failure under a long bound must surface when it happens: this test would outlast its own time limit.
+TEST(TLSStream, failureUnderALongBoundSurfacesAtOnce) {
+  FakeIMAPServer server({resetHere()});
+  TLSStream stream("localhost", server.port(), 600s);
+  stream.connect();
+  const Failure failure = failureOf([&] {
+    while (!stream.receive().empty()) {
+    }
+  });
+  EXPECT_EQ(failure.kind, IMAPError::Kind::connectionFailed);
+  EXPECT_THAT(failure.description, HasSubstr("Connection reset by peer"));
+}
+
+TEST(TLSStream, peerThatClosesGivesNoBytesWithAndWithoutTheClosingMessage) {
+  for (const Step& end : {closeHere(), cutHere()}) {
+    FakeIMAPServer server({end});
+    TLSStream stream("localhost", server.port(), patience);
+    stream.connect();
+    EXPECT_EQ(stream.receive(), "");
+  }
+}
+
+TEST(TLSStream, receiverThatNeverReadsEndsInATimeout) {
+  FakeIMAPServer server({expect("a"), answer("b"), expect("c"), stallHere()}, {});
+  TLSStream stream("localhost", server.port(), 500ms);
+  stream.connect();
+  stream.send("a");
+  EXPECT_EQ(stream.receive(), "b");
+}
+
+TEST(TLSStream, closingTwiceOrUnconnectedIsHarmless) {
+  TLSStream stream("localhost", 993, 1s);
+  stream.close();
+  stream.close();
+}
+
+}  // namespace
+}  // namespace tarnwell::test

@@ -1,0 +1,246 @@
+#include "support/FakeIMAPServer.h"
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/read.hpp>
+#include <boost/asio/ssl.hpp>
+#include <boost/asio/write.hpp>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace tarnwell::test {
+
+namespace asio = boost::asio;
+using asio::ip::tcp;
+using boost::system::error_code;
+
+namespace {
+
+/// The bytes with line ends made visible, for messages.
+std::string visible(const std::string& bytes) {
+  std::string text;
+  for (const char byte : bytes) {
+    if (byte == '\r') {
+      text += "\\r";
+    } else if (byte == '\n') {
+      text += "\\n";
+    } else {
+      text += byte;
+    }
+  }
+  return text;
+}
+
+}  // namespace
+
+struct FakeIMAPServer::State {
+  State(Dialogue steps, FakeServerOptions chosen) : dialogue(std::move(steps)), options(std::move(chosen)) {
+    const TestCertificates::Identity identity =
+        TestCertificates::shared().serverIdentity(options.certificate);
+    SSL_CTX* native = tls.native_handle();
+    SSL_CTX_use_certificate(native, identity.certificate.get());
+    SSL_CTX_use_PrivateKey(native, identity.key.get());
+    if (options.maximumTLSVersion != 0) {
+      SSL_CTX_set_security_level(native, 0);
+      SSL_CTX_set_min_proto_version(native, 0);
+      SSL_CTX_set_max_proto_version(native, options.maximumTLSVersion);
+    }
+    thread = std::thread([this] { serve(); });
+  }
+
+  ~State() {
+    {
+      const std::lock_guard lock(mutex);
+      stopping = true;
+      if (socket) {
+        ::shutdown(socket->native_handle(), SHUT_RDWR);
+      }
+    }
+    // Wakes the blocking accept.
+    ::shutdown(acceptor.native_handle(), SHUT_RDWR);
+    thread.join();
+  }
+
+  void serve() {
+    for (;;) {
+      tcp::socket peer(context);
+      error_code error;
+      acceptor.accept(peer, error);
+      {
+        const std::lock_guard lock(mutex);
+        if (error || stopping) {
+          return;
+        }
+        ++accepted;
+        ++open;
+        socket = &peer;
+      }
+      const std::string problem = converse(peer);
+      {
+        const std::lock_guard lock(mutex);
+        socket = nullptr;
+        --open;
+        if (!problem.empty() && firstProblem.empty()) {
+          firstProblem = problem;
+        }
+        idle.notify_all();
+      }
+    }
+  }
+
+  std::string converse(tcp::socket& peer) {
+    if (options.mute) {
+      drain(peer);
+      return {};
+    }
+    if (options.plainText) {
+      return play(peer, peer);
+    }
+    asio::ssl::stream<tcp::socket&> secured(peer, tls);
+    error_code error;
+    secured.handshake(asio::ssl::stream_base::server, error);
+    return error ? "TLS handshake: " + error.message() : play(secured, peer);
+  }
+
+  template <class Stream>
+  std::string play(Stream& stream, tcp::socket& peer) {
+    for (const Step& step : dialogue) {
+      error_code error;
+      switch (step.kind) {
+        case Step::Kind::expect:
+          if (std::string problem = readExpected(stream, step.bytes); !problem.empty()) {
+            return problem;
+          }
+          break;
+        case Step::Kind::answer:
+          asio::write(stream, asio::buffer(step.bytes), error);
+          break;
+        case Step::Kind::answerSlowly:
+          for (const char& byte : step.bytes) {
+            asio::write(stream, asio::buffer(&byte, 1), error);
+          }
+          break;
+        case Step::Kind::close:
+          shutDown(stream);
+          return {};
+        case Step::Kind::cut:
+          return {};
+        case Step::Kind::reset:
+          peer.set_option(asio::socket_base::linger(true, 0), error);
+          return {};
+        case Step::Kind::stall:
+          drain(stream);
+          return {};
+      }
+      if (error) {
+        return "could not send: " + error.message();
+      }
+    }
+    // Whatever still comes was not in the dialogue.
+    const std::string extra = drain(stream);
+    return extra.empty() ? "" : "after the dialogue came: " + visible(extra);
+  }
+
+  template <class Stream>
+  std::string readExpected(Stream& stream, const std::string& expected) {
+    std::string bytes(expected.size(), '\0');
+    error_code error;
+    std::size_t count = 0;
+    // Byte by byte, so that a difference shows at once instead of as a wait for more.
+    while (count < bytes.size() && !error && bytes.compare(0, count, expected, 0, count) == 0) {
+      count += asio::read(stream, asio::buffer(&bytes[count], 1), error);
+    }
+    bytes.resize(count);
+    keep(bytes);
+    return bytes == expected ? "" : "expected: " + visible(expected) + " but came: " + visible(bytes);
+  }
+
+  template <class Stream>
+  std::string drain(Stream& stream) {
+    std::string all;
+    std::string chunk(4096, '\0');
+    error_code error;
+    while (!error) {
+      const std::size_t count = stream.read_some(asio::buffer(chunk), error);
+      all.append(chunk, 0, count);
+      keep(chunk.substr(0, count));
+    }
+    return all;
+  }
+
+  void shutDown(asio::ssl::stream<tcp::socket&>& stream) {
+    SSL_shutdown(stream.native_handle());
+    // Sends what OpenSSL has put into its buffer; the peer's own closing message is not awaited.
+    error_code error;
+    stream.shutdown(error);
+  }
+  void shutDown(tcp::socket&) {}
+
+  void keep(const std::string& bytes) {
+    const std::lock_guard lock(mutex);
+    received += bytes;
+  }
+
+  Dialogue dialogue;
+  FakeServerOptions options;
+  asio::io_context context;
+  asio::ssl::context tls{asio::ssl::context::tls_server};
+  tcp::acceptor acceptor{context, tcp::endpoint(asio::ip::address_v4::loopback(), 0)};
+  std::uint16_t port = acceptor.local_endpoint().port();
+
+  mutable std::mutex mutex;
+  std::condition_variable idle;
+  bool stopping = false;
+  int accepted = 0;
+  int open = 0;
+  tcp::socket* socket = nullptr;
+  std::string received;
+  std::string firstProblem;
+  std::thread thread;
+};
+
+FakeIMAPServer::FakeIMAPServer(Dialogue dialogue, FakeServerOptions options)
+    : state_(std::make_unique<State>(std::move(dialogue), std::move(options))) {}
+
+FakeIMAPServer::~FakeIMAPServer() = default;
+
+std::uint16_t FakeIMAPServer::port() const { return state_->port; }
+
+int FakeIMAPServer::acceptCount() const {
+  const std::lock_guard lock(state_->mutex);
+  return state_->accepted;
+}
+
+std::string FakeIMAPServer::received() const {
+  const std::lock_guard lock(state_->mutex);
+  return state_->received;
+}
+
+std::string FakeIMAPServer::mismatch() {
+  std::unique_lock lock(state_->mutex);
+  constexpr std::chrono::seconds patience{10};
+  if (!state_->idle.wait_for(lock, patience, [&] { return state_->open == 0; })) {
+    return "a connection is still open";
+  }
+  return state_->firstProblem;
+}
+
+Dialogue loginDialogue(const std::string& select) {
+  return {
+      answer("* OK ready\r\n"),
+      expect("A0001 LOGIN \"user@example.org\" \"app-pass-word\"\r\n"),
+      answer("A0001 OK logged in\r\n"),
+      expect("A0002 CAPABILITY\r\n"),
+      answer("* CAPABILITY IMAP4rev1 UIDPLUS MOVE\r\nA0002 OK done\r\n"),
+      expect("A0003 " + select + "\r\n"),
+      answer("A0003 OK selected\r\n"),
+  };
+}
+
+Dialogue operator+(Dialogue first, const Dialogue& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+}  // namespace tarnwell::test

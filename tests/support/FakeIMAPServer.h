@@ -1,0 +1,88 @@
+#pragma once
+
+/// An IMAP server on a loopback port, over real TLS, that plays one dialogue for each connection.
+///
+///     FakeIMAPServer server({
+///         answer("* OK ready\r\n"),
+///         expect("A0001 LOGIN \"user@example.org\" \"pass\"\r\n"),
+///         answer("A0001 OK done\r\n"),
+///     });
+///     ... let a client connect to server.port() ...
+///     EXPECT_EQ(server.mismatch(), "");
+///
+/// Bytes are compared exactly. On the first difference the connection is closed and `mismatch` tells what
+/// was expected and what came. Every byte that any client sent is kept in `received`.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "support/TestCertificates.h"
+
+namespace tarnwell::test {
+
+struct Step {
+  enum class Kind {
+    expect,        // read exactly these bytes
+    answer,        // send these bytes
+    answerSlowly,  // send them one byte at a time
+    close,         // close with the closing message of TLS
+    cut,           // close without it
+    reset,         // TCP reset
+    stall,         // say nothing more, until the client goes away
+  };
+  Kind kind;
+  std::string bytes;
+};
+
+inline Step expect(std::string bytes) { return {Step::Kind::expect, std::move(bytes)}; }
+inline Step answer(std::string bytes) { return {Step::Kind::answer, std::move(bytes)}; }
+inline Step answerSlowly(std::string bytes) { return {Step::Kind::answerSlowly, std::move(bytes)}; }
+inline Step closeHere() { return {Step::Kind::close, {}}; }
+inline Step cutHere() { return {Step::Kind::cut, {}}; }
+inline Step resetHere() { return {Step::Kind::reset, {}}; }
+inline Step stallHere() { return {Step::Kind::stall, {}}; }
+
+using Dialogue = std::vector<Step>;
+
+struct FakeServerOptions {
+  CertificateOptions certificate;
+  /// Answers on the port without TLS.
+  bool plainText = false;
+  /// The highest version of TLS that is spoken, as OpenSSL numbers them; 0 means any.
+  int maximumTLSVersion = 0;
+  /// Accepts the connection and never says a word, not even of TLS.
+  bool mute = false;
+};
+
+class FakeIMAPServer {
+ public:
+  explicit FakeIMAPServer(Dialogue dialogue, FakeServerOptions options = {});
+  ~FakeIMAPServer();
+  FakeIMAPServer(const FakeIMAPServer&) = delete;
+  FakeIMAPServer& operator=(const FakeIMAPServer&) = delete;
+
+  std::uint16_t port() const;
+  int acceptCount() const;
+  std::string received() const;
+
+  /// Waits until the connections served so far have ended; empty when every dialogue was played to its
+  /// end, else what went wrong.
+  std::string mismatch();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+/// The dialogue of a session up to the selected inbox: greeting, login, capabilities, EXAMINE.
+Dialogue loginDialogue(const std::string& select = "EXAMINE INBOX");
+
+/// `first` followed by `second`.
+Dialogue operator+(Dialogue first, const Dialogue& second);
+
+inline constexpr const char* testEmail = "user@example.org";
+inline constexpr const char* testPassword = "app-pass-word";
+
+}  // namespace tarnwell::test
