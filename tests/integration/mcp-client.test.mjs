@@ -13,6 +13,7 @@ const uid = (number) => Number(notes) + number;
 const newestFirst = (numbers) => [...numbers].sort((a, b) => b - a).map(uid);
 
 writeSettings(account);
+// Closed by noSecretAndNoPasswordIsInAnyByteOfTheOutput, which runs whatever happened before it.
 const session = await startClient(program, directory, environment);
 const search = async (args) => resultObject(await session.call('search_inbox', args));
 const found = async (args) => (await search(args)).messages.map((message) => message.uid);
@@ -174,9 +175,10 @@ test('noSecretAndNoPasswordIsInAnyByteOfTheOutput', async () => {
   }
 });
 
-test('withTheSettingOffSecurityMailIsShownWithItsSignals', async () => {
+test('withTheSettingOffSecurityMailIsShownWithItsSignals', async (t) => {
   writeSettings({ ...account, safety: { blockAuthCodeBodies: false } });
   const second = await startClient(program, directory, environment);
+  t.after(() => second.client.close());
   const { messages } = resultObject(await second.call('search_inbox', {}));
   await second.finish();
   for (const sample of samples.filter((one) => one.secret && one.number !== 9)) {

@@ -14,8 +14,9 @@ test('noVariableHelps', () => {
   assert.deepEqual(Object.keys(process.env).filter((name) => !allowed.includes(name)), []);
 });
 
-test('theBusOfTheUserIsFoundWithoutItsVariables', async () => {
+test('theBusOfTheUserIsFoundWithoutItsVariables', async (t) => {
   const session = await startClient(program, directory);
+  t.after(() => session.client.close());
   assert.equal(resultObject(await session.call('get_status')).configured, true);
   assert.equal(resultObject(await session.call('search_inbox')).count, samples.length);
   await session.finish();

@@ -50,8 +50,8 @@ const dialogues = [
   ['get_status', {}, '-'],
   ['list_folders', {}, ['LIST "" "*"']],
   ['search_inbox', { query: 'nowhere to be found' }, ['UID SEARCH TEXT {19}«nowhere to be found»']],
-  ['search_inbox', { limit: 1 }, ['UID SEARCH ALL', `UID FETCH 16 ${summaries}`, `UID FETCH 16 ${summaries}`,
-    'UID FETCH 16 (BODY.PEEK[1])']],
+  ['search_inbox', { limit: 1 },
+    ['UID SEARCH ALL', `UID FETCH 16 ${summaries}`, 'UID FETCH 16 (BODY.PEEK[1])']],
   // A mail that its subject gives away: its body is not even asked for.
   ['search_inbox', { subject: 'verification code' },
     ['UID SEARCH SUBJECT {17}«verification code»', `UID FETCH 7 ${summaries}`]],
@@ -59,9 +59,10 @@ const dialogues = [
     ['UID SEARCH CHARSET UTF-8 UNSEEN SINCE 5-Mar-2024 BEFORE 6-Mar-2024 FROM {2}«é»']],
 ];
 
-test('eachReadingToolSendsExactlyItsCommands', async () => {
+test('eachReadingToolSendsExactlyItsCommands', async (t) => {
   writeSettings({ email: 'user@example.org', imapHost: 'localhost', imapPort: Number(port) });
   const session = await startClient(program, directory, environment);
+  t.after(() => session.client.close());
   for (const [tool, args, between] of dialogues) {
     const before = recordLines(directory).length;
     resultObject(await session.call(tool, args));
@@ -86,10 +87,11 @@ async function mailboxState() {
   return state;
 }
 
-test('readingLeavesNoTraceInTheMailbox', async () => {
+test('readingLeavesNoTraceInTheMailbox', async (t) => {
   const before = await mailboxState();
   assert.equal(before[0].length, samples.length);
   const session = await startClient(program, directory, environment);
+  t.after(() => session.client.close());
   assert.equal(resultObject(await session.call('search_inbox')).count, samples.length);
   resultObject(await session.call('list_folders'));
   await session.finish();
