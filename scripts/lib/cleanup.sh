@@ -47,7 +47,10 @@ end_process() {
 
 cleanup() {
   local status=$? index directory
-  trap - EXIT INT TERM HUP
+  # A second signal must not end the cleaning up half-way (timeout sends one to the script and one to its
+  # whole group).
+  trap - EXIT
+  trap '' INT TERM HUP
   for ((index = ${#cleanup_processes[@]} - 1; index >= 0; index--)); do
     end_process "${cleanup_processes[index]}"
   done
