@@ -25,3 +25,5 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 . "$root/scripts/lib/settings.sh"
 # shellcheck source=scripts/lib/recorder.sh
 . "$root/scripts/lib/recorder.sh"
+# shellcheck source=scripts/lib/build.sh
+. "$root/scripts/lib/build.sh"

@@ -14,6 +14,13 @@ start_process() {
   cleanup_processes+=("$started_process")
 }
 
+# run_process COMMAND...: runs the command and waits for its end; its status is the result. A signal to the
+# script is acted upon at once, not when the command has ended by itself.
+run_process() {
+  start_process "$@"
+  wait "$started_process"
+}
+
 # new_directory VARIABLE: a fresh temporary directory, its name in VARIABLE. The names are kept short: a
 # socket path has room for 107 bytes. Others may pass through, for servers that run as another user.
 new_directory() {
@@ -40,7 +47,10 @@ end_process() {
 
 cleanup() {
   local status=$? index directory
-  trap - EXIT INT TERM HUP
+  # A second signal must not end the cleaning up half-way (timeout sends one to the script and one to its
+  # whole group).
+  trap - EXIT
+  trap '' INT TERM HUP
   for ((index = ${#cleanup_processes[@]} - 1; index >= 0; index--)); do
     end_process "${cleanup_processes[index]}"
   done

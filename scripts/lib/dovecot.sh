@@ -26,7 +26,7 @@ start_dovecot() {
     write_dovecot_configuration "$directory/mail" "$user" "$group" >"$directory/mail/dovecot.conf"
     [ -z "$extra" ] || cat "$extra" >>"$directory/mail/dovecot.conf"
     if [ "$(id -u)" = 0 ]; then chown -R nobody:nogroup "$directory/mail"; fi
-    start_process "${as_user[@]}" /usr/sbin/dovecot -F -c "$directory/mail/dovecot.conf"
+    start_process "${as_user[@]}" env TZ=UTC /usr/sbin/dovecot -F -c "$directory/mail/dovecot.conf"
     dovecot_process=$started_process
     if await_greeting "$directory/ca.pem" "$dovecot_port" "$dovecot_process"; then return; fi
     end_process "$dovecot_process"

@@ -26,6 +26,7 @@ make_mailbox() {
 # add_notes MAILDIR COUNT: plain mails, older than the samples, whose UIDs come before theirs.
 add_notes() {
   local maildir=$1 count=$2 number
+  mkdir -p "$maildir/cur"
   for ((number = 1; number <= count; number++)); do
     place_mail "$maildir" "0$(printf %04d "$number").note" S "2024-02-01T00:00:00Z" <<NOTE
 Date: Thu, 01 Feb 2024 00:00:00 +0000

@@ -7,7 +7,7 @@
 // bytes travel on. The port chosen is printed when the recorder listens. It runs until it is ended.
 import fs from 'node:fs';
 import tls from 'node:tls';
-import { CommandReader } from './command-reader.mjs';
+import { CommandReader } from './support/command-reader.mjs';
 
 const [directory, upstreamPort] = process.argv.slice(2);
 const record = fs.openSync(`${directory}/wire`, 'a');

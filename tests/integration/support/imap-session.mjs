@@ -1,0 +1,58 @@
+// A second, independent look at the mail server: plain commands, their untagged lines, nothing else.
+//
+//   const session = await IMAPSession.open(port, caFile, address, password);
+//   const lines = await session.command('UID SEARCH ALL');  // throws unless the server says OK
+//   await session.close();
+import fs from 'node:fs';
+import tls from 'node:tls';
+
+export class IMAPSession {
+  #socket;
+  #received = '';
+  #wake = () => {};
+  #ended = false;
+  #tag = 0;
+
+  static async open(port, caFile, address, password) {
+    const session = new IMAPSession();
+    session.#socket = tls.connect({ host: 'localhost', port, ca: fs.readFileSync(caFile), family: 4 });
+    session.#socket.setEncoding('latin1');
+    session.#socket.on('data', (text) => { session.#received += text; session.#wake(); });
+    for (const event of ['close', 'error']) {
+      session.#socket.on(event, () => { session.#ended = true; session.#wake(); });
+    }
+    await session.#line();
+    await session.command(`LOGIN "${address}" "${password}"`);
+    return session;
+  }
+
+  async #line() {
+    for (;;) {
+      const end = this.#received.indexOf('\r\n');
+      if (end >= 0) {
+        const line = this.#received.slice(0, end);
+        this.#received = this.#received.slice(end + 2);
+        return line;
+      }
+      if (this.#ended) throw new Error('the server closed the independent session');
+      await new Promise((resolve) => { this.#wake = resolve; });
+    }
+  }
+
+  async command(text) {
+    const tag = `T${++this.#tag}`;
+    this.#socket.write(`${tag} ${text}\r\n`);
+    const lines = [];
+    for (;;) {
+      const line = await this.#line();
+      if (line.startsWith(`${tag} OK`)) return lines;
+      if (line.startsWith(`${tag} `)) throw new Error(`${text}: ${line}`);
+      lines.push(line);
+    }
+  }
+
+  async close() {
+    await this.command('LOGOUT').catch(() => {});
+    this.#socket.destroy();
+  }
+}

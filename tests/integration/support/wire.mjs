@@ -1,0 +1,51 @@
+// Reads what the recorder wrote down, and says what may never be in it.
+import assert from 'node:assert/strict';
+import fs from 'node:fs';
+
+// The commands of the record from line `start` on, each as {connection, text}: a command with literals is
+// one text in which each literal's bytes stand as «bytes» behind its announcement.
+export function recordedCommands(directory, start = 0) {
+  const open = new Map();
+  const commands = [];
+  for (const { connection, kind, text } of recordLines(directory).slice(start).map((x) => JSON.parse(x))) {
+    const begun = open.get(connection);
+    if (kind === 'literal') {
+      begun.text += `«${Buffer.from(text, 'latin1')}»`;
+      continue;
+    }
+    if (begun) begun.text += text;
+    const command = begun ?? { connection, text };
+    if (!begun) commands.push(command);
+    if (/\{0*[1-9]\d*\+?\}$/.test(text)) open.set(connection, command);
+    else open.delete(connection);
+  }
+  return commands;
+}
+
+export const recordLines = (directory) =>
+  fs.readFileSync(`${directory}/wire`, 'utf8').split('\n').filter((line) => line !== '');
+
+const withoutLiterals = (command) => command.replace(/«[^»]*»/gu, '');
+
+// No session of any kind may say these words.
+const neverSent = /^\S+ (UID )?(EXPUNGE|CLOSE|CREATE|DELETE|RENAME|APPEND|SETACL|DELETEACL|STATUS|LSUB)\b/i;
+// What a reading session is made of, and nothing else.
+const text = String.raw`\{\d+\}`;
+const readingCommands = new RegExp(String.raw`^A\d{4,} (LOGIN "(\\.|[^"\\])*" "(\\.|[^"\\])*"|CAPABILITY`
+  + String.raw`|EXAMINE INBOX|LIST "" "\*"|LOGOUT`
+  + String.raw`|UID SEARCH( CHARSET UTF-8)?( ALL|( UNSEEN)?( SINCE [\w-]+)?( BEFORE [\w-]+)?`
+  + String.raw`( FROM ${text})?( SUBJECT ${text})?( TEXT ${text})?)`
+  + String.raw`|UID FETCH \d+(,\d+)* \(UID FLAGS INTERNALDATE ENVELOPE BODYSTRUCTURE\)`
+  + String.raw`|UID FETCH \d+ \(BODY\.PEEK\[[\d.]+\]\))$`);
+
+export const isNeverSent = (command) => neverSent.test(withoutLiterals(command));
+export const isReadingCommand = (command) => readingCommands.test(withoutLiterals(command));
+
+export function assertOnlyReading(directory) {
+  const commands = recordedCommands(directory);
+  assert.notEqual(commands.length, 0, 'the recorder saw no command at all');
+  for (const { text: command } of commands) {
+    assert.ok(!isNeverSent(command), `a forbidden command was sent: ${command}`);
+    assert.ok(isReadingCommand(command), `not a command of a reading session: ${command}`);
+  }
+}
