@@ -191,4 +191,15 @@ RiskAssessment EmailRiskDetector::assess(const Input& input) const {
 
 std::span<const Keyword> EmailRiskDetector::keywords() const { return keywordTable; }
 
+std::size_t EmailRiskDetector::longestTerm() const {
+  static const std::size_t longest = [] {
+    std::size_t length = 0;
+    for (const Keyword& keyword : keywordTable) {
+      length = std::max(length, characterCount(keyword.term));
+    }
+    return length;
+  }();
+  return longest;
+}
+
 }  // namespace tarnwell

@@ -6,6 +6,7 @@
 #include <functional>
 #include <unordered_map>
 
+#include "IMAP/ASCIICase.h"
 #include "IMAP/IMAPClient.h"
 #include "IMAP/IMAPError.h"
 #include "IMAP/TextDecoding.h"
@@ -79,7 +80,7 @@ std::vector<std::uint32_t> IMAPClient::searchInbox(const IMAPSearchCriteria& cri
   for (const std::string& line : reply.lines) {
     std::string_view rest = line;
     takeWord(rest);
-    if (asciiUppercased(takeWord(rest)) != "SEARCH") {
+    if (!equalsIgnoringASCIICase(takeWord(rest), "SEARCH")) {
       continue;
     }
     for (std::string_view word; !(word = takeWord(rest)).empty();) {

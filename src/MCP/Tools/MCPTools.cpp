@@ -1,5 +1,6 @@
 #include "MCP/Tools/MCPTools.h"
 
+#include <stdexcept>
 #include <utility>
 
 #include "Core/AppLogger.h"
@@ -82,14 +83,19 @@ ToolCallResult MCPTools::run(ToolName tool, const JSONValue& arguments) const {
     case ToolName::searchInbox:
       return searchInbox(arguments);
     case ToolName::getMessageSummary:
+      return getMessageSummary(arguments);
     case ToolName::getMessageBody:
+      return getMessageBody(arguments);
     case ToolName::proposeInboxCleanup:
+      return proposeInboxCleanup(arguments);
     case ToolName::moveMessage:
+      return moveMessage(arguments);
     case ToolName::markAsRead:
+      return markAsRead(arguments);
     case ToolName::trashMessage:
-      break;
+      return trashMessage(arguments);
   }
-  return ToolCallResult::error("This version does not offer " + std::string(rawValue(tool)) + " yet.");
+  throw std::logic_error("a tool without a case");
 }
 
 ToolCallResult MCPTools::withIMAP(const AppConfig& config, IMAPClient::Access access,
