@@ -111,6 +111,7 @@ std::size_t skipWhitespace(std::string_view text, std::size_t position) {
 
 /// Where the name of a tag that ends a line ends: "br|/p|/div|/tr|/li|/h[1-6]".
 std::size_t endOfLineTagName(std::string_view text, std::size_t position) {
+  if (position == text.size() || (text[position] != '/' && lowerASCII(text[position]) != 'b')) return nowhere;
   for (const std::string_view name : {"br", "/p", "/div", "/tr", "/li"}) {
     const std::size_t end = endOfName(text, position, name);
     if (end != nowhere) return end;

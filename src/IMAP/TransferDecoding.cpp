@@ -65,12 +65,19 @@ class Base64Writer {
   unsigned pending_ = 0;
 };
 
-int hexDigitValue(char digit) {
-  if (digit >= '0' && digit <= '9') return digit - '0';
-  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
-  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
-  return -1;
-}
+/// For each byte its value as a hexadecimal digit in either case, or -1.
+constexpr std::array<signed char, 256> hexDigitValues = [] {
+  std::array<signed char, 256> values{};
+  values.fill(-1);
+  for (const std::string_view digits : {"0123456789ABCDEF", "0123456789abcdef"}) {
+    for (std::size_t value = 0; value < digits.size(); ++value) {
+      values[static_cast<unsigned char>(digits[value])] = static_cast<signed char>(value);
+    }
+  }
+  return values;
+}();
+
+int hexDigitValue(char digit) { return hexDigitValues[static_cast<unsigned char>(digit)]; }
 
 bool holdsByte(std::uint64_t word, char byte) {
   constexpr std::uint64_t ones = 0x0101010101010101U;
@@ -146,15 +153,13 @@ std::string decodeQuotedPrintable(std::string_view bytes, Underscore underscore)
   const char* const end = from + bytes.size();
   char* to = decoded.data();
   while (from < end) {
-    if (underscore == Underscore::isUnderscore) copyCleanWords(from, end, to);
-    if (from == end) break;
     if (*from == '=') {
       decodeEscape(from, end, to);
-    } else if (*from == '_' && underscore == Underscore::isSpace) {
-      *to++ = ' ';
-      ++from;
-    } else {
-      *to++ = *from++;
+      continue;
+    }
+    if (underscore == Underscore::isUnderscore) copyCleanWords(from, end, to);
+    for (; from < end && *from != '='; ++from) {
+      *to++ = *from == '_' && underscore == Underscore::isSpace ? ' ' : *from;
     }
   }
   decoded.resize(static_cast<std::size_t>(to - decoded.data()));

@@ -44,6 +44,15 @@ constexpr UTF8Sequence sequenceOpenedBy(unsigned char lead) {
 inline char32_t nextCodePoint(std::string_view text, std::size_t& position, bool* valid = nullptr) {
   const unsigned char lead = byteAt(text, position++);
   if (lead < 0x80) return lead;
+  if (lead > 0xE0 && lead < 0xED && text.size() - position >= 2) {
+    // Most Japanese and Chinese text: any two continuation bytes will do.
+    const unsigned second = byteAt(text, position) ^ 0x80U;
+    const unsigned third = byteAt(text, position + 1) ^ 0x80U;
+    if ((second | third) < 0x40) {
+      position += 2;
+      return ((lead & 0xFU) << 12) | (second << 6) | third;
+    }
+  }
   const UTF8Sequence sequence = sequenceOpenedBy(lead);
   char32_t codePoint = lead & (0x7FU >> sequence.length);
   unsigned char lowest = sequence.secondLowest;
