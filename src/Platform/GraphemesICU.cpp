@@ -22,17 +22,37 @@ namespace {
 /// True for code points of which each is a character of its own between two of the same kind, CR LF
 /// aside. It may be false for others of the kind: that costs time, never a boundary.
 bool standsAlone(char32_t codePoint) {
-  if (codePoint < 0x300) return codePoint != 0xA9 && codePoint != 0xAE;
-  if (codePoint >= 0x3041 && codePoint <= 0x3096) return true;  // Hiragana
-  if (codePoint >= 0x309B && codePoint <= 0x312F) return true;  // Katakana, Bopomofo
-  if (codePoint >= 0x4E00 && codePoint <= 0x9FFF) return true;  // Han
-  if (codePoint >= 0x3000 && codePoint <= 0x3029) return true;  // CJK punctuation
-  if (codePoint >= 0xFF01 && codePoint <= 0xFF9D) return true;  // full-width and half-width forms
-  if (codePoint >= 0x370 && codePoint <= 0x3FF) return true;    // Greek
-  if (codePoint >= 0x400 && codePoint <= 0x482) return true;    // Cyrillic
-  if (codePoint >= 0x48A && codePoint <= 0x52F) return true;
-  if (codePoint >= 0x2010 && codePoint <= 0x2027) return true;  // dashes, quotation marks
-  return codePoint >= 0x3400 && codePoint <= 0x4DBF;            // Han, extension A
+  if (codePoint < 0x300) {
+    return codePoint != 0xA9 && codePoint != 0xAE;
+  }
+  if (codePoint >= 0x3041 && codePoint <= 0x3096) {
+    return true;  // Hiragana
+  }
+  if (codePoint >= 0x309B && codePoint <= 0x312F) {
+    return true;  // Katakana, Bopomofo
+  }
+  if (codePoint >= 0x4E00 && codePoint <= 0x9FFF) {
+    return true;  // Han
+  }
+  if (codePoint >= 0x3000 && codePoint <= 0x3029) {
+    return true;  // CJK punctuation
+  }
+  if (codePoint >= 0xFF01 && codePoint <= 0xFF9D) {
+    return true;  // full-width and half-width forms
+  }
+  if (codePoint >= 0x370 && codePoint <= 0x3FF) {
+    return true;  // Greek
+  }
+  if (codePoint >= 0x400 && codePoint <= 0x482) {
+    return true;  // Cyrillic
+  }
+  if (codePoint >= 0x48A && codePoint <= 0x52F) {
+    return true;
+  }
+  if (codePoint >= 0x2010 && codePoint <= 0x2027) {
+    return true;  // dashes, quotation marks
+  }
+  return codePoint >= 0x3400 && codePoint <= 0x4DBF;  // Han, extension A
 }
 
 constexpr char32_t softHyphen = 0xAD;
@@ -67,7 +87,9 @@ class CharacterWalk {
       const std::size_t before = position_;
       walkOverASCII();
       walkOverLoners();
-      if (position_ == before) walkOverJoining();
+      if (position_ == before) {
+        walkOverJoining();
+      }
     }
   }
 
@@ -112,7 +134,9 @@ void CharacterWalk::walkOverASCII() {
 /// Code points that stand alone, each with the marks behind it, up to the first that does not.
 void CharacterWalk::walkOverLoners() {
   std::size_t next = position_;
-  if (next >= text_.size()) return;
+  if (next >= text_.size()) {
+    return;
+  }
   char32_t current = nextCodePoint(text_, next);
   while (count_ < limit_ && standsAlone(current)) {
     char32_t successor = 0;
@@ -120,15 +144,21 @@ void CharacterWalk::walkOverLoners() {
     bool isAtEnd = next == text_.size();
     while (!isAtEnd) {
       successor = nextCodePoint(text_, afterSuccessor);
-      if (!isMark(successor) || isControlCharacter(current) || current == softHyphen) break;
+      if (!isMark(successor) || isControlCharacter(current) || current == softHyphen) {
+        break;
+      }
       next = afterSuccessor;
       isAtEnd = next == text_.size();
     }
-    if (!isAtEnd && (!standsAlone(successor) || (current == '\r' && successor == '\n'))) return;
+    if (!isAtEnd && (!standsAlone(successor) || (current == '\r' && successor == '\n'))) {
+      return;
+    }
     position_ = next;
     ++count_;
     // A run of ASCII is walked over faster elsewhere.
-    if (isAtEnd || (current < 0x80 && successor < 0x80)) return;
+    if (isAtEnd || (current < 0x80 && successor < 0x80)) {
+      return;
+    }
     current = successor;
     next = afterSuccessor;
   }
@@ -144,7 +174,9 @@ void CharacterWalk::walkOverJoining() {
   const std::unique_ptr<UText, CloseText> closing(
       utext_openUTF8(&view, text_.data() + start, static_cast<int64_t>(length), &status));
   UBreakIterator* const iterator = characterIterator();
-  if (iterator != nullptr) ubrk_setUText(iterator, &view, &status);
+  if (iterator != nullptr) {
+    ubrk_setUText(iterator, &view, &status);
+  }
   do {
     const int32_t boundary = iterator != nullptr && U_SUCCESS(status) ? ubrk_next(iterator) : UBRK_DONE;
     if (boundary == UBRK_DONE) {
@@ -158,7 +190,9 @@ void CharacterWalk::walkOverJoining() {
 }
 
 bool CharacterWalk::startsWithTwoLoners(std::size_t position) const {
-  if (!standsAlone(nextCodePoint(text_, position))) return false;
+  if (!standsAlone(nextCodePoint(text_, position))) {
+    return false;
+  }
   return position == text_.size() || standsAlone(nextCodePoint(text_, position));
 }
 
@@ -169,7 +203,9 @@ std::size_t characterCount(std::string_view text) {
 }
 
 std::string_view characterPrefix(std::string_view text, std::size_t count) {
-  if (text.size() <= count) return text;
+  if (text.size() <= count) {
+    return text;
+  }
   return text.substr(0, CharacterWalk(text, count).position());
 }
 
