@@ -18,7 +18,8 @@ constexpr std::size_t maxFileBytes = 1024 * 1024;
 
 /// Absent for what is not a JSON object with values of the right types.
 std::optional<AppConfig> decode(const std::string& text) {
-  if (text.size() > maxFileBytes) {
+  // The parser takes a zero byte for the end of the text, whatever follows.
+  if (text.size() > maxFileBytes || text.find('\0') != std::string::npos) {
     return std::nullopt;
   }
   try {

@@ -1,7 +1,7 @@
 #pragma once
 
-/// Letter case in the words of the protocol, which are ASCII (RFC 3501, section 1.2): bytes beyond
-/// ASCII equal only themselves, whatever the user's language.
+/// Letter case in the words of the protocol, which are ASCII and may come in any case (RFC 3501, sections
+/// 1.2 and 9): bytes beyond ASCII equal only themselves, whatever the user's language.
 /// Threads: all functions are pure.
 
 #include <algorithm>

@@ -110,7 +110,7 @@ class BodyStructureWalk {
       }
     } else if (!type->textEquals("multipart") && !type->textEquals("message")) {
       // Deliberate: an inline image or an application part counts as an attachment without any
-      // disposition, and a message within the message never does.
+      // disposition; a message within the message only with one.
       info_.hasAttachments = true;
     }
   }

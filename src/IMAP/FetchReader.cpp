@@ -1,4 +1,5 @@
 #include <charconv>
+#include <utility>
 
 #include "IMAP/IMAPParser.h"
 #include "IMAP/TokenReading.h"

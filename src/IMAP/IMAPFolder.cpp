@@ -23,14 +23,14 @@ constexpr std::array<std::pair<SpecialUse, std::string_view>, 8> rawValues{{
 }  // namespace
 
 std::string_view rawValue(SpecialUse use) {
-  const auto* const found =
+  const auto found =
       std::find_if(rawValues.begin(), rawValues.end(), [use](const auto& pair) { return pair.first == use; });
   return found->second;
 }
 
 std::optional<SpecialUse> specialUse(std::string_view rawValue) {
-  const auto* const found = std::find_if(rawValues.begin(), rawValues.end(),
-                                         [rawValue](const auto& pair) { return pair.second == rawValue; });
+  const auto found = std::find_if(rawValues.begin(), rawValues.end(),
+                                  [rawValue](const auto& pair) { return pair.second == rawValue; });
   return found == rawValues.end() ? std::nullopt : std::optional(found->first);
 }
 

@@ -35,19 +35,22 @@ struct Completion {
 IMAPTokens tokenize(std::string_view response);
 
 /// Reads `tag SP ("OK" / "NO" / "BAD") SP text`, status in any letter case; absent for another tag or
-/// status.
+/// status. The blanks may be missing: hand over only lines of the tag.
 std::optional<Completion> parseCompletion(std::string_view line, std::string_view tag);
 
-/// Reads `* LIST (flags) delimiter mailbox` and the same with LSUB (section 7.2.2).
+/// Reads `* LIST (flags) delimiter mailbox` and the same with LSUB (section 7.2.2); absent for another
+/// shape or without a mailbox name.
 std::optional<IMAPFolder> parseList(IMAPTokenList tokens);
 
-/// Reads `* n FETCH (...)` (section 7.4.2); absent without a readable UID.
+/// Reads `* n FETCH (...)` (section 7.4.2); absent without a readable UID. Of an attribute that occurs
+/// twice the later readable value counts.
 std::optional<IMAPMessage> parseFetchMessage(IMAPTokenList tokens);
 
-/// Reads the elements of an ENVELOPE.
+/// Reads the elements of an ENVELOPE. A missing field, or one of the wrong kind, is empty.
 IMAPEnvelope parseEnvelope(IMAPTokenList elements);
 
-/// Reads the elements of a BODYSTRUCTURE or BODY.
+/// Reads the elements of a BODYSTRUCTURE or BODY. Preferred is the first plain text part, then the first
+/// HTML part; text parts that are attachments do not count.
 IMAPBodyInfo parseBodyStructure(IMAPTokenList elements);
 
 }  // namespace tarnwell::IMAPParser

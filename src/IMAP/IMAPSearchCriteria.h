@@ -11,16 +11,16 @@ namespace tarnwell {
 
 struct IMAPSearchCriteria {
   /// Anywhere in the message, header and body.
-  std::optional<std::string> freeText;
+  std::optional<std::string> freeText{};
   bool unreadOnly = false;
   /// On or after the UTC day of this instant.
-  std::optional<Instant> since;
+  std::optional<Instant> since{};
   /// Before the UTC day of this instant.
-  std::optional<Instant> before;
+  std::optional<Instant> before{};
   /// In the From field.
-  std::optional<std::string> from;
+  std::optional<std::string> from{};
   /// In the Subject field.
-  std::optional<std::string> subject;
+  std::optional<std::string> subject{};
 
   bool operator==(const IMAPSearchCriteria&) const = default;
 };

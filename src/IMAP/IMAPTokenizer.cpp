@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <utility>
 
 #include "IMAP/ASCIICase.h"
 #include "IMAP/IMAPParser.h"
@@ -8,9 +9,10 @@
 namespace tarnwell {
 namespace {
 
-/// The bytes that end an atom. Deliberately only these: brackets, backslashes, wildcards and angle
-/// brackets stay inside, so that BODY[1.2]<0>, [READ-WRITE] and \Noselect are one atom each; CR and LF
-/// stay too, since within a response they occur only behind a literal's announcement.
+/// The bytes that end an atom.
+/// Deliberate: only these. Brackets, backslashes, wildcards and angle brackets stay inside, so that
+/// BODY[1.2]<0>, [READ-WRITE] and \Noselect are one atom each; CR and LF stay too, since within a response
+/// they occur only behind a literal's announcement.
 constexpr std::array<bool, 256> endsAtom = [] {
   std::array<bool, 256> table{};
   for (const char byte : {' ', '\t', '"', '(', ')', '{'}) {
@@ -25,7 +27,10 @@ constexpr std::array<bool, 256> endsAtom = [] {
 /// entry of a list that is still open holds in its `end` the index of the open list around it.
 class IMAPTokenizer {
  public:
-  explicit IMAPTokenizer(std::string_view response) : response_(response), tokens_(response) {}
+  explicit IMAPTokenizer(std::string_view response) : response_(response), tokens_(response) {
+    // Room for the summary of an ordinary message at once, and little for a body of many megabytes.
+    tokens_.tape_.reserve(std::min<std::size_t>(response.size() / 8, 256));
+  }
 
   IMAPTokens tokens() && {
     while (position_ < response_.size()) {
@@ -85,27 +90,30 @@ class IMAPTokenizer {
 
   void readAtom() {
     const std::size_t begin = position_;
-    while (position_ < response_.size() && !endsAtom[static_cast<unsigned char>(response_[position_])]) {
-      ++position_;
+    std::size_t end = begin;  // a local cursor stays in a register
+    while (end < response_.size() && !endsAtom[static_cast<unsigned char>(response_[end])]) {
+      ++end;
     }
-    const bool isNIL = equalsIgnoringASCIICase(response_.substr(begin, position_ - begin), "NIL");
-    tokens_.tape_.emplace_back(isNIL ? Form::nilToken : Form::atom, begin, position_);
+    position_ = end;
+    const bool isNIL = equalsIgnoringASCIICase(response_.substr(begin, end - begin), "NIL");
+    tokens_.tape_.emplace_back(isNIL ? Form::nilToken : Form::atom, begin, end);
   }
 
   /// RFC 3501, section 9: quoted = DQUOTE *QUOTED-CHAR DQUOTE. A backslash escapes any byte, not only
   /// the two that need it; a string without its closing quote runs to the end of the response.
   void readQuoted() {
     const std::size_t begin = position_;
+    std::size_t end = begin;
     Form form = Form::string;
-    while (position_ < response_.size() && response_[position_] != '"') {
-      if (response_[position_] == '\\') {
+    while (end < response_.size() && response_[end] != '"') {
+      if (response_[end] == '\\') {
         form = Form::escapedString;
-        ++position_;  // a quote behind it does not close
+        ++end;  // a quote behind it does not close
       }
-      ++position_;
+      ++end;
     }
-    position_ = std::min(position_, response_.size());  // the last byte may have been a backslash
-    tokens_.tape_.emplace_back(form, begin, position_);
+    position_ = end = std::min(end, response_.size());  // the last byte may have been a backslash
+    tokens_.tape_.emplace_back(form, begin, end);
     skipOne('"');
   }
 

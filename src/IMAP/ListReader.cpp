@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "IMAP/ASCIICase.h"
 #include "IMAP/IMAPParser.h"

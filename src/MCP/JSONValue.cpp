@@ -157,6 +157,10 @@ JSONValue JSONValue::strings(const std::vector<std::string>& texts) {
 }
 
 std::optional<JSONValue> JSONValue::decode(std::string_view data) {
+  // The library takes a zero byte for the end of the text and would ignore what follows it.
+  if (data.find('\0') != std::string_view::npos) {
+    return std::nullopt;
+  }
   Builder builder;
   if (!json::sax_parse(data, &builder)) {
     return std::nullopt;

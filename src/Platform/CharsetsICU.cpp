@@ -120,12 +120,14 @@ const JapaneseConverter japaneseConverters[] = {
     {"ibm-943_P130-1999", Charset::shiftJIS},
 };
 
-/// ICU would read a comma as the beginning of converter options, a slash as a file name, and skip
-/// blanks; no registered name contains them (RFC 2978, section 2.3).
+/// ICU skips blanks, quotation marks and other signs in a name, reads a comma as the beginning of
+/// converter options and a slash as a file name. Registered names contain none of these.
 bool couldBeRegistered(std::string_view name) {
   constexpr std::size_t longestName = 100;
   return !name.empty() && name.size() <= longestName && std::ranges::all_of(name, [](char character) {
-    return character > ' ' && character < '\x7F' && character != ',' && character != '/' && character != '\\';
+    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
+           (character >= 'a' && character <= 'z') ||
+           std::string_view("-_.:+()").find(character) != std::string_view::npos;
   });
 }
 

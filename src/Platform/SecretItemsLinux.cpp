@@ -1,10 +1,8 @@
 #include "Platform/SecretItems.h"
 
 #include <libsecret/secret.h>
-#include <sys/stat.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <vector>
 
 #include "Platform/BoundedCalls.h"
@@ -142,6 +140,13 @@ class Conversation {
 
 class SecretServiceItems : public SecretItems {
  public:
+  /// GLib's debugging aids (G_MESSAGES_DEBUG, G_DBUS_DEBUG) write to the standard output, which belongs to
+  /// the protocol. GLib wants this settled before its first thread, hence here.
+  SecretServiceItems() {
+    g_log_writer_default_set_use_stderr(TRUE);
+    g_set_print_handler([](const gchar* text) { g_printerr("%s", text); });
+  }
+
   std::int32_t copyMatching(const SecretItemQuery& query, Receiver& receiver) override {
     return converse(query, [&](Conversation& service) {
       Matches matches = service.search(query);

@@ -111,8 +111,8 @@ TEST(CompletionReader, replacesWhatIsNotUTF8) {
   });
 }
 
-TEST(CompletionReader, readsMillionsOfBlanks) {
-  const std::string blanks(10'000'000, ' ');
+TEST(CompletionReader, readsAMillionBlanks) {
+  const std::string blanks(1'000'000, ' ');
   EXPECT_EQ(completionOf(blanks + "A7" + blanks + "OK" + blanks + "x" + blanks, "A7"), "ok:x");
 }
 

@@ -37,6 +37,7 @@ TEST(ListReader, readsFolders) {
       {R"(* LIST (\HasNoChildren) "/" INBOX)", "INBOX | INBOX | / | - | selectable"},
       {R"(* LSUB () "." "INBOX.Archive.2024")", "INBOX.Archive.2024 | 2024 | . | - | selectable"},
       {R"(* list (\Noselect) "/" ~/Mail/foo)", "~/Mail/foo | foo | / | - | noselect"},
+      {R"(* LSUB () "." #news.comp.mail.misc)", "#news.comp.mail.misc | misc | . | - | selectable"},
       {R"(* "Lsub" () "/" a)", "a | a | / | - | selectable"},
       {"* LIST () \"/\" {9}\r\nTo do/Now", "To do/Now | Now | / | - | selectable"},
       {R"(* LIST () "/" "a" ("CHILDINFO" ("SUBSCRIBED")))", "a | a | / | - | selectable"},

@@ -12,6 +12,7 @@
 
 #include "IMAP/IMAPError.h"
 #include "support/FakeIMAPServer.h"
+#include "support/RowName.h"
 
 namespace tarnwell::test {
 namespace {
@@ -89,9 +90,8 @@ INSTANTIATE_TEST_SUITE_P(
                     RefusalRow{"nothingNewerThanTLS11",
                                "localhost",
                                {.maximumTLSVersion = TLS1_1_VERSION},
-                               "TLS failed ("},
-                    RefusalRow{"plainTextOnTheTLSPort", "localhost", {.plainText = true}, ": "}),
-    [](const auto& info) { return info.param.name; });
+                               "TLS failed ("}),
+    rowName);
 
 TEST(TLSStream, plainTextGreetingIsNoTLS) {
   FakeIMAPServer server({answer("* OK ready\r\n"), stallHere()}, {.plainText = true});

@@ -18,6 +18,9 @@
 namespace tarnwell::test {
 namespace {
 
+// Opened before GLib starts a thread for a test's own connection, as it is in the program.
+[[maybe_unused]] const SecretItems& opened = systemSecretItems();
+
 const std::string service = "app.tarnwell.Tarnwell";
 const std::string address = "user@example.org";
 const std::string group = "TARNWELL01.app.tarnwell.Tarnwell";
@@ -233,6 +236,15 @@ TEST(SecretItemsWithoutService, addressOfAMissingSocket) {
 TEST(SecretItemsWithoutService, addressThatIsNone) {
   ScopedEnvironment environment(onlyBus("no address at all"));
   expectNotAvailable();
+}
+
+TEST(SecretItemsWithoutService, debuggingAidsOfTheLibrariesLeaveTheStandardOutputAlone) {
+  ScopedEnvironment environment(ScopedEnvironment::Variables{{"G_MESSAGES_DEBUG", "all"}});
+  systemSecretItems();
+  testing::internal::CaptureStdout();
+  g_log("GLib-GIO", G_LOG_LEVEL_DEBUG, "a message");
+  g_print("a text");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
 TEST(SecretItemsWithoutService, busWithoutService) {

@@ -127,7 +127,9 @@ struct FakeIMAPServer::State {
         case Step::Kind::cut:
           return {};
         case Step::Kind::reset:
+          // Closed here, since the socket's destructor would turn the option off again.
           peer.set_option(asio::socket_base::linger(true, 0), error);
+          peer.close(error);
           return {};
         case Step::Kind::stall:
           drain(stream);
@@ -169,11 +171,16 @@ struct FakeIMAPServer::State {
     return all;
   }
 
+  /// Sends the closing message of TLS. The peer's own is awaited only for a moment: it need not come.
   void shutDown(asio::ssl::stream<tcp::socket&>& stream) {
-    SSL_shutdown(stream.native_handle());
-    // Sends what OpenSSL has put into its buffer; the peer's own closing message is not awaited.
-    error_code error;
-    stream.shutdown(error);
+    constexpr std::chrono::milliseconds moment{50};
+    stream.async_shutdown([](error_code) {});
+    context.restart();
+    context.run_for(moment);
+    error_code ignored;
+    stream.next_layer().close(ignored);
+    context.restart();
+    context.run();
   }
   void shutDown(tcp::socket&) {}
 

@@ -47,7 +47,7 @@ inline Step stallHere() { return {Step::Kind::stall, {}}; }
 using Dialogue = std::vector<Step>;
 
 struct FakeServerOptions {
-  CertificateOptions certificate;
+  CertificateOptions certificate{};
   /// Answers on the port without TLS.
   bool plainText = false;
   /// The highest version of TLS that is spoken, as OpenSSL numbers them; 0 means any.

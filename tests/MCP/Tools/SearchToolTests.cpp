@@ -1,5 +1,6 @@
 #include "MCP/Tools/ToolArguments.h"
 #include "MCP/Tools/ToolFixture.h"
+#include "support/RowName.h"
 
 namespace tarnwell::test {
 namespace {
@@ -115,7 +116,7 @@ INSTANTIATE_TEST_SUITE_P(
                 std::string(2000, '\n') + "4711 " + std::string(187, 'x') + " security code", true},
         ScanRow{"keywordFarBehindEverythingThatIsScanned",
                 "4712 " + std::string(2000, 'x') + " security code", false}),
-    [](const auto& info) { return info.param.name; });
+    rowName);
 
 TEST_F(SearchTool, messageWithoutTextHasAnEmptySnippet) {
   FakeIMAPServer& server =
@@ -182,7 +183,7 @@ INSTANTIATE_TEST_SUITE_P(
             R"({"query": "領収書"})",
             {expect("A0004 UID SEARCH CHARSET UTF-8 TEXT {9}\r\n"), answer("+\r\n"), expect("領収書\r\n")},
             20}),
-    [](const auto& info) { return info.param.name; });
+    rowName);
 
 TEST(ToolArguments, uidIsAPositiveNumberOf32Bits) {
   const std::pair<JSONValue, std::optional<std::uint32_t>> rows[] = {

@@ -1,0 +1,74 @@
+#include "Core/Secret.h"
+
+#include <memory>
+#include <new>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace tarnwell {
+
+struct WatchedByte {
+  char value;
+};
+
+}  // namespace tarnwell
+
+/// Keeps what stood in the memory of watched bytes when it was given back.
+template <>
+struct std::allocator<tarnwell::WatchedByte> {
+  using value_type = tarnwell::WatchedByte;
+  static inline std::string givenBack;
+
+  value_type* allocate(std::size_t count) { return static_cast<value_type*>(::operator new(count)); }
+  void deallocate(value_type* memory, std::size_t count) {
+    givenBack.append(&memory->value, count);
+    ::operator delete(memory);
+  }
+};
+
+namespace tarnwell {
+namespace {
+
+TEST(SecretTest, holdsWhatItWasGiven) {
+  Secret secret("app-");
+  secret.append("pass");
+  secret.append('!');
+  EXPECT_EQ(secret.view(), "app-pass!");
+  EXPECT_EQ(secret.size(), 9U);
+  EXPECT_FALSE(secret.empty());
+  secret.clear();
+  EXPECT_TRUE(secret.empty());
+  EXPECT_EQ(Secret(std::string_view("a\0b", 3)).size(), 3U);
+}
+
+TEST(SecretTest, cannotBecomeATextByAccident) {
+  EXPECT_FALSE((std::is_convertible_v<Secret, std::string>));
+  EXPECT_FALSE((std::is_convertible_v<Secret, std::string_view>));
+  EXPECT_FALSE((std::is_convertible_v<std::string, Secret>));
+}
+
+TEST(Wipe, overwritesEveryByteAndNoOther) {
+  std::string bytes(100, 'x');
+  wipe(bytes.data() + 10, 80);
+  EXPECT_EQ(bytes, std::string(10, 'x') + std::string(80, '\0') + std::string(10, 'x'));
+  wipe(bytes.data(), 0);
+  EXPECT_EQ(bytes[0], 'x');
+  wipe(nullptr, 0);
+}
+
+TEST(WipingAllocator, memoryIsOverwrittenBeforeItIsGivenBack) {
+  std::allocator<WatchedByte>::givenBack.clear();
+  {
+    std::vector<WatchedByte, WipingAllocator<WatchedByte>> bytes;
+    for (int count = 0; count < 1000; ++count) {
+      bytes.push_back({'s'});  // grows many times
+    }
+  }
+  std::string givenBack = std::allocator<WatchedByte>::givenBack;
+  EXPECT_GE(givenBack.size(), 1000U + 512U);
+  EXPECT_EQ(givenBack, std::string(givenBack.size(), '\0'));
+}
+
+}  // namespace
+}  // namespace tarnwell

@@ -1,0 +1,180 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "IMAP/IMAPParser.h"
+#include "IMAP/LineAssembler.h"
+#include "Platform/Text.h"
+#include "support/TokenPrinter.h"
+
+namespace tarnwell {
+namespace {
+
+/// The rules of the tokenizer as plainly as they can be said: recursive, byte by byte, each token turned
+/// into its printed form at once. For small inputs only.
+class ReferenceTokenizer {
+ public:
+  explicit ReferenceTokenizer(std::string_view response) : rest_(response) {}
+
+  std::string printed() {
+    std::string line;
+    while (!rest_.empty()) {
+      line += (line.empty() ? "" : " ") + elements();
+      while (line.ends_with(' ')) {
+        line.pop_back();
+      }
+    }
+    return "[" + line + "]";
+  }
+
+ private:
+  bool isNext(std::string_view bytes) const {
+    return !rest_.empty() && bytes.find(rest_.front()) != std::string_view::npos;
+  }
+
+  char take() {
+    const char byte = rest_.front();
+    rest_.remove_prefix(1);
+    return byte;
+  }
+
+  /// Up to and with the parenthesis that closes the list, or the end.
+  std::string elements() {
+    std::string line;
+    while (!rest_.empty()) {
+      if (isNext(" \t")) {
+        take();
+        continue;
+      }
+      if (isNext(")")) {
+        take();
+        return line;
+      }
+      line += line.empty() ? "" : " ";
+      line += isNext("{") ? literal() : isNext("\"") ? quoted() : isNext("(") ? list() : atom();
+    }
+    return line;
+  }
+
+  std::string list() {
+    take();
+    return "(" + elements() + ")";
+  }
+
+  std::string atom() {
+    std::string text;
+    while (!rest_.empty() && !isNext(" \t\"(){")) {
+      text += take();
+    }
+    const bool isNIL =
+        text.size() == 3 && (text[0] | 0x20) == 'n' && (text[1] | 0x20) == 'i' && (text[2] | 0x20) == 'l';
+    return isNIL ? "NIL" : testing::printedText(repairedUTF8(text));
+  }
+
+  std::string quoted() {
+    std::string text;
+    take();
+    while (!rest_.empty() && !isNext("\"")) {
+      if (isNext("\\") && rest_.size() > 1) {
+        take();
+      }
+      text += take();
+    }
+    if (!rest_.empty()) {
+      take();
+    }
+    return "\"" + testing::printedText(repairedUTF8(text)) + "\"";
+  }
+
+  std::string literal() {
+    std::string digits = "0";
+    take();
+    while (!rest_.empty() && !isNext("}")) {
+      const char byte = take();
+      digits += isNextDigit(byte) ? std::string(1, byte) : "";
+    }
+    for (const std::string_view skipped : {"}", "\r", "\n"}) {
+      if (isNext(skipped)) {
+        take();
+      }
+    }
+    std::string text;
+    for (unsigned long count = std::stoul(digits); count > 0 && !rest_.empty(); --count) {
+      text += take();
+    }
+    return "\"" + testing::printedText(repairedUTF8(text)) + "\"";
+  }
+
+  static bool isNextDigit(char byte) { return byte >= '0' && byte <= '9'; }
+
+  std::string_view rest_;
+};
+
+/// Pieces of which every rule of the tokenizer takes notice.
+const std::vector<std::string> pieces{
+    "(",  ")",  "((", "))",  " ",   "\t", "\"", "\\",   "{",    "}",    "1",       "2",     "+",       "\r\n",
+    "\r", "\n", "a",  "NIL", "nil", "[",  "*",  "\xC3", "\xA4", "\xFF", "{1}\r\n", "\"b\"", "{2+}\r\n"};
+
+TEST(IMAPTokenizer, readsRandomResponsesLikeTheReference) {
+  std::mt19937 random(2683);  // NOLINT(cert-msc51-cpp): the same responses in every run
+  std::uniform_int_distribution<std::size_t> piece(0, pieces.size() - 1);
+  std::uniform_int_distribution<int> length(0, 16);
+  for (int round = 0; round < 50'000; ++round) {
+    std::string response;
+    for (int count = length(random); count > 0; --count) {
+      response += pieces[piece(random)];
+    }
+    const std::vector<char> copy(response.begin(), response.end());  // exact bounds for the sanitizer
+    const IMAPTokens tokens = IMAPParser::tokenize({copy.data(), copy.size()});
+    ASSERT_EQ(testing::printed(tokens), ReferenceTokenizer(response).printed())
+        << "round " << round << ": " << ::testing::PrintToString(response);
+  }
+}
+
+TEST(IMAPParser, everyReaderEndsOnRandomResponses) {
+  const std::vector<std::string> words{"* 1 FETCH (",
+                                       "UID 7 ",
+                                       "FLAGS (",
+                                       "ENVELOPE (",
+                                       "BODYSTRUCTURE (\"text\" ",
+                                       "\"text\" ",
+                                       "\"html\" ",
+                                       "(\"charset\" ",
+                                       "NIL ",
+                                       "(\"attachment\") ",
+                                       "* LIST (\\All ",
+                                       "\"/\" ",
+                                       ") ",
+                                       "(",
+                                       "BODY ((",
+                                       "x "};
+  std::mt19937 random(4711);  // NOLINT(cert-msc51-cpp): the same responses in every run
+  std::uniform_int_distribution<std::size_t> word(0, words.size() - 1);
+  int messages = 0;
+  int folders = 0;
+  int texts = 0;
+  for (int round = 0; round < 20'000; ++round) {
+    std::string response = round % 2 == 0 ? words[0] + words[1] : words[10];
+    for (int count = round % 40; count > 0; --count) {
+      response += words[word(random)];
+    }
+    const IMAPTokens tokens = IMAPParser::tokenize(response);
+    const std::optional<IMAPMessage> message = IMAPParser::parseFetchMessage(tokens.elements());
+    messages += message.has_value() ? 1 : 0;
+    texts += message && message->bodyInfo.preferredText ? 1 : 0;
+    folders += IMAPParser::parseList(tokens.elements()).has_value() ? 1 : 0;
+    IMAPParser::parseEnvelope(tokens.elements());
+    IMAPParser::parseBodyStructure(tokens.elements());
+    IMAPParser::parseCompletion(response, "*");
+  }
+  // Otherwise the responses would exercise nothing.
+  EXPECT_GT(messages, 1000);
+  EXPECT_GT(folders, 100);
+  EXPECT_GT(texts, 100);
+}
+
+}  // namespace
+}  // namespace tarnwell

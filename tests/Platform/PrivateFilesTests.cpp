@@ -1,0 +1,202 @@
+#include "Platform/PrivateFiles.h"
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <csignal>
+#include <fstream>
+#include <iterator>
+
+#include "support/ForkedProcess.h"
+#include "support/TemporaryDirectory.h"
+
+namespace tarnwell::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string contents(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void write(const fs::path& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
+
+mode_t mode(const fs::path& path) {
+  struct stat status {};
+  EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
+  return status.st_mode & 07777;
+}
+
+std::vector<std::string> entries(const fs::path& directory) {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(directory)) {
+    names.push_back(entry.path().filename().string());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+TEST(ReadFilePrefix, givesAtMostTheLimit) {
+  TemporaryDirectory directory;
+  fs::path path = directory / "file";
+  std::string text(40'000, 'x');
+  text[39'999] = 'y';
+  write(path, text);
+  for (std::size_t limit : {0U, 1U, 16'384U, 39'999U, 40'000U, 50'000U}) {
+    EXPECT_EQ(readFilePrefix(path, limit), text.substr(0, limit)) << limit;
+  }
+}
+
+TEST(ReadFilePrefix, bytesAreNotChanged) {
+  TemporaryDirectory directory;
+  std::string bytes("\0\r\n\xFF\x1A end", 9);
+  write(directory / "file", bytes);
+  EXPECT_EQ(readFilePrefix(directory / "file", 100), bytes);
+  write(directory / "empty", "");
+  EXPECT_EQ(readFilePrefix(directory / "empty", 100), "");
+}
+
+TEST(ReadFilePrefix, whatIsNoRegularFileIsAbsentWithoutWaiting) {
+  TemporaryDirectory directory;
+  fs::path pipe = directory / "pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  fs::create_symlink(directory / "nowhere", directory / "dangling");
+  fs::create_symlink(pipe, directory / "link to pipe");
+  for (const fs::path& path :
+       {pipe, directory / "link to pipe", directory / "dangling", directory / "missing", directory.path(),
+        fs::path("/dev/null"), fs::path("/dev/zero"), fs::path()}) {
+    EXPECT_EQ(readFilePrefix(path, 100), std::nullopt) << path;
+  }
+}
+
+TEST(ReadFilePrefix, symbolicLinkToAFileIsFollowed) {
+  TemporaryDirectory directory;
+  write(directory / "file", "text");
+  fs::create_symlink(directory / "file", directory / "link");
+  EXPECT_EQ(readFilePrefix(directory / "link", 100), "text");
+}
+
+TEST(CreatePrivateDirectories, allThatAreMadeBelongToTheUserAlone) {
+  TemporaryDirectory directory;
+  mode_t former = ::umask(0);
+  createPrivateDirectories(directory / "one" / "two" / "three");
+  ::umask(former);
+  EXPECT_EQ(mode(directory / "one"), 0700U);
+  EXPECT_EQ(mode(directory / "one" / "two"), 0700U);
+  EXPECT_EQ(mode(directory / "one" / "two" / "three"), 0700U);
+}
+
+TEST(CreatePrivateDirectories, whatExistsStaysAsItIs) {
+  TemporaryDirectory directory;
+  fs::create_directory(directory / "open");
+  fs::permissions(directory / "open", fs::perms(0755));
+  fs::create_directory_symlink(directory / "open", directory / "link");
+  createPrivateDirectories(directory / "open");
+  createPrivateDirectories(directory / "link" / "inner");
+  EXPECT_EQ(mode(directory / "open"), 0755U);
+  EXPECT_EQ(mode(directory / "open" / "inner"), 0700U);
+}
+
+TEST(CreatePrivateDirectories, failureNamesThePath) {
+  TemporaryDirectory directory;
+  write(directory / "file", "text");
+  for (const fs::path& path : {directory / "file", directory / "file" / "inner"}) {
+    try {
+      createPrivateDirectories(path);
+      ADD_FAILURE() << "no error for " << path;
+    } catch (const fs::filesystem_error& error) {
+      EXPECT_EQ(error.path1(), directory / "file");
+    }
+  }
+  EXPECT_EQ(contents(directory / "file"), "text");
+}
+
+TEST(ReplacePrivateFile, newFileBelongsToTheUserAlone) {
+  TemporaryDirectory directory;
+  for (mode_t mask : {mode_t{0}, mode_t{022}, mode_t{077}}) {
+    mode_t former = ::umask(mask);
+    replacePrivateFile(directory / "file", "text");
+    ::umask(former);
+    EXPECT_EQ(mode(directory / "file"), 0600U);
+  }
+}
+
+TEST(ReplacePrivateFile, nothingStaysBesideTheFile) {
+  TemporaryDirectory directory;
+  write(directory / "file", std::string(100'000, 'o'));
+  fs::permissions(directory / "file", fs::perms(0644));
+  replacePrivateFile(directory / "file", "new");
+  EXPECT_EQ(contents(directory / "file"), "new");
+  EXPECT_EQ(mode(directory / "file"), 0600U);
+  EXPECT_THAT(entries(directory.path()), testing::ElementsAre("file"));
+}
+
+TEST(ReplacePrivateFile, readerOfTheOldFileKeepsReadingTheOldText) {
+  TemporaryDirectory directory;
+  write(directory / "file", "old");
+  std::ifstream reader(directory / "file");
+  replacePrivateFile(directory / "file", "new");
+  std::string text;
+  reader >> text;
+  EXPECT_EQ(text, "old");
+}
+
+TEST(ReplacePrivateFile, fullDiskLeavesTheOldFileByteForByte) {
+  TemporaryDirectory directory;
+  write(directory / "file", "old text");
+  std::string report = inForkedProcess([&] {
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit{4000, 4000};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    replacePrivateFile(directory / "file", std::string(5000, 'n'));
+    return std::string("replaced");
+  });
+  EXPECT_THAT(report, testing::HasSubstr("threw: "));
+  EXPECT_THAT(report, testing::HasSubstr((directory / "file").string()));
+  EXPECT_EQ(contents(directory / "file"), "old text");
+  EXPECT_THAT(entries(directory.path()), testing::ElementsAre("file"));
+}
+
+TEST(ReplacePrivateFile, processThatIsKilledLeavesTheOldFile) {
+  TemporaryDirectory directory;
+  write(directory / "file", "old text");
+  std::string report = inForkedProcess([&] {
+    rlimit limit{4000, 4000};  // the write past the limit kills the process
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    replacePrivateFile(directory / "file", std::string(5000, 'n'));
+    return std::string("replaced");
+  });
+  EXPECT_THAT(report, testing::HasSubstr("died: "));
+  EXPECT_EQ(contents(directory / "file"), "old text");
+}
+
+struct FailureRow {
+  const char* name;
+  const char* path;
+};
+
+TEST(ReplacePrivateFile, failureNamesThePathAndLeavesNothing) {
+  TemporaryDirectory directory;
+  write(directory / "file", "old text");
+  fs::create_directories(directory / "full" / "inner");
+  const FailureRow rows[] = {
+      {"no directory", "missing/file"},
+      {"a file as directory", "file/config"},
+      {"a directory in the file's place", "full"},
+  };
+  for (const FailureRow& row : rows) {
+    try {
+      replacePrivateFile(directory.path() / row.path, "new");
+      ADD_FAILURE() << "no error: " << row.name;
+    } catch (const fs::filesystem_error& error) {
+      EXPECT_EQ(error.path1(), directory.path() / row.path) << row.name;
+    }
+  }
+  EXPECT_EQ(contents(directory / "file"), "old text");
+  EXPECT_THAT(entries(directory.path()), testing::ElementsAre("file", "full"));
+}
+
+}  // namespace
+}  // namespace tarnwell::test

@@ -1,0 +1,183 @@
+// The system's secret items over services that are mute, want to prompt, fail or answer nonsense.
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "Platform/SecretItems.h"
+#include "integration/FakeSecretService.h"
+#include "support/ScopedEnvironment.h"
+
+namespace tarnwell::test {
+namespace {
+
+enum class Call { copy, add, remove };
+
+struct Row {
+  const char* name;
+  FakeSecretService::Answers changed;
+  Call call;
+  std::int32_t status;
+  std::optional<std::string> received = std::nullopt;
+};
+
+void PrintTo(const Row& row, std::ostream* stream) { *stream << row.name; }
+
+const FakeSecretService::Answers nothingFound{{"SearchItems", "(@ao [], @ao [])"}};
+
+FakeSecretService::Answers nothingFoundAnd(FakeSecretService::Answers others) {
+  others.insert(nothingFound.begin(), nothingFound.end());
+  return others;
+}
+
+constexpr const char* lockedItem = "(@ao [], [objectpath '/collection/item'])";
+constexpr const char* twoItems = "([objectpath '/collection/item', objectpath '/collection/second'], @ao [])";
+constexpr const char* lockedProperties =
+    "({'Attributes': <@a{ss} {}>, 'Label': <''>, 'Locked': <true>, 'Created': <uint64 1>, "
+    "'Modified': <uint64 1>},)";
+constexpr const char* groupProperties =
+    "({'Attributes': <{'accessGroup': 'g'}>, 'Label': <''>, 'Locked': <false>, 'Created': <uint64 1>, "
+    "'Modified': <uint64 9>},)";
+constexpr const char* isLocked = "!org.freedesktop.Secret.Error.IsLocked";
+constexpr const char* noSuchObject = "!org.freedesktop.Secret.Error.NoSuchObject";
+constexpr const char* failed = "!org.freedesktop.DBus.Error.Failed";
+
+const Row rows[] = {
+    {"oneItemIsCopied", {}, Call::copy, SecretStatus::success, "pw"},
+    {"emptySecretIsData",
+     {{"GetSecret", "((objectpath '/session', @ay [], @ay [], 'text/plain'),)"}},
+     Call::copy,
+     SecretStatus::success,
+     ""},
+    {"nothingIsFound", nothingFound, Call::copy, SecretStatus::itemNotFound},
+    {"lockedItemIsNotAbsent",
+     {{"SearchItems", lockedItem}, {"GetAll /collection/item", lockedProperties}},
+     Call::copy,
+     SecretStatus::interactionNotAllowed},
+    {"unlockedItemIsTakenThoughAnotherIsLocked",
+     {{"SearchItems", "([objectpath '/collection/item'], [objectpath '/collection/second'])"},
+      {"GetAll /collection/second", lockedProperties}},
+     Call::copy,
+     SecretStatus::success,
+     "pw"},
+    {"itemOfAGroupIsNoPlainOne",
+     {{"GetAll /collection/item", groupProperties}},
+     Call::copy,
+     SecretStatus::itemNotFound},
+    {"newerItemOfAGroupIsPassedOver",
+     {{"SearchItems", twoItems},
+      {"GetAll /collection/second", groupProperties},
+      {"GetSecret /collection/second", failed}},
+     Call::copy,
+     SecretStatus::success,
+     "pw"},
+    {"failedSearchIsAnError", {{"SearchItems", failed}}, Call::copy, SecretStatus::internalError},
+    {"failedSecretIsAnErrorAndNotAnEmptyItem",
+     {{"GetSecret", failed}},
+     Call::copy,
+     SecretStatus::internalError},
+    {"itemLockedMeanwhile", {{"GetSecret", isLocked}}, Call::copy, SecretStatus::interactionNotAllowed},
+    {"itemRemovedMeanwhile", {{"GetSecret", noSuchObject}}, Call::copy, SecretStatus::itemNotFound},
+    {"noSession", {{"OpenSession", failed}}, Call::copy, SecretStatus::internalError},
+    {"nameOwnedByAnotherProgram",
+     {{"SearchItems", "!org.freedesktop.DBus.Error.UnknownMethod"}},
+     Call::copy,
+     SecretStatus::notAvailable},
+    {"muteFromTheStart",
+     {{"GetAll /org/freedesktop/secrets", "..."}},
+     Call::copy,
+     SecretStatus::notAvailable},
+    {"muteAtTheSearch", {{"SearchItems", "..."}}, Call::copy, SecretStatus::notAvailable},
+    {"muteAtTheSecret", {{"GetSecret", "..."}}, Call::copy, SecretStatus::notAvailable},
+
+    {"itemIsAdded", nothingFound, Call::add, SecretStatus::success},
+    {"itemIsAddedBesideTheOneOfAGroup",
+     {{"GetAll /collection/item", groupProperties}},
+     Call::add,
+     SecretStatus::success},
+    {"presentItemIsADuplicate", {}, Call::add, SecretStatus::duplicateItem},
+    {"addingBesideALockedItem",
+     {{"SearchItems", lockedItem}, {"GetAll /collection/item", lockedProperties}},
+     Call::add,
+     SecretStatus::interactionNotAllowed},
+    {"addingToALockedCollection",
+     nothingFoundAnd({{"GetAll /collection",
+                       "({'Items': <@ao []>, 'Label': <'Login'>, 'Locked': <true>, "
+                       "'Created': <uint64 1>, 'Modified': <uint64 1>},)"}}),
+     Call::add, SecretStatus::interactionNotAllowed},
+    {"addingThatWantsAPrompt", nothingFoundAnd({{"CreateItem", "(objectpath '/', objectpath '/prompt')"}}),
+     Call::add, SecretStatus::interactionNotAllowed},
+    {"addingWithoutADefaultCollection", nothingFoundAnd({{"ReadAlias", "(objectpath '/',)"}}), Call::add,
+     SecretStatus::notAvailable},
+    {"addingThatFails", nothingFoundAnd({{"CreateItem", failed}}), Call::add, SecretStatus::internalError},
+    {"muteAtTheAdding", nothingFoundAnd({{"CreateItem", "..."}}), Call::add, SecretStatus::notAvailable},
+
+    {"itemIsRemoved", {}, Call::remove, SecretStatus::success},
+    {"nothingToRemove", nothingFound, Call::remove, SecretStatus::itemNotFound},
+    {"itemOfAGroupIsNotRemoved",
+     {{"GetAll /collection/item", groupProperties}},
+     Call::remove,
+     SecretStatus::itemNotFound},
+    {"removingThatWantsAPrompt",
+     {{"Delete", "(objectpath '/prompt',)"}},
+     Call::remove,
+     SecretStatus::interactionNotAllowed},
+    {"lockedItemIsNotRemoved",
+     {{"SearchItems", lockedItem}, {"GetAll /collection/item", lockedProperties}},
+     Call::remove,
+     SecretStatus::interactionNotAllowed},
+    {"lockedItemBesideARemovedOneIsReported",
+     {{"SearchItems", "([objectpath '/collection/item'], [objectpath '/collection/second'])"},
+      {"GetAll /collection/second", lockedProperties}},
+     Call::remove,
+     SecretStatus::interactionNotAllowed},
+    {"muteAtTheRemoval", {{"Delete", "..."}}, Call::remove, SecretStatus::notAvailable},
+};
+
+struct Collector : SecretItems::Receiver {
+  void receive(std::string_view received) override { bytes = received; }
+  std::optional<std::string> bytes;
+};
+
+std::int32_t perform(Call call, Collector& collector) {
+  const SecretItemQuery query{"s", "a", std::nullopt};
+  switch (call) {
+    case Call::copy:
+      return systemSecretItems().copyMatching(query, collector);
+    case Call::add:
+      return systemSecretItems().add(query, "pw");
+    case Call::remove:
+      return systemSecretItems().remove(query);
+  }
+  return 1;
+}
+
+class SecretServiceAnswers : public testing::TestWithParam<Row> {};
+
+TEST_P(SecretServiceAnswers, giveTheStatusAndNeverAPrompt) {
+  const Row& row = GetParam();
+  FakeSecretService::Answers answers = FakeSecretService::oneItem();
+  for (const auto& [method, answer] : row.changed) {
+    answers[method] = answer;
+  }
+  PrivateBus bus;
+  FakeSecretService service(bus, answers);
+  ScopedEnvironment environment({{"DBUS_SESSION_BUS_ADDRESS", bus.address()}});
+
+  Collector collector;
+  EXPECT_EQ(perform(row.call, collector), row.status);
+  EXPECT_EQ(collector.bytes, row.received);
+  auto called = service.called();
+  EXPECT_FALSE(called.contains("Prompt"));
+  EXPECT_FALSE(called.contains("Unlock"));
+  bool mayCreate = row.call == Call::add && row.status != SecretStatus::duplicateItem;
+  EXPECT_TRUE(mayCreate || !called.contains("CreateItem"));
+  EXPECT_TRUE(row.call == Call::remove || !called.contains("Delete"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, SecretServiceAnswers, testing::ValuesIn(rows),
+                         [](const auto& instance) { return std::string(instance.param.name); });
+
+}  // namespace
+}  // namespace tarnwell::test

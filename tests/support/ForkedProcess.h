@@ -1,0 +1,80 @@
+#pragma once
+
+/// Runs a function in a forked copy of the test, where it may close descriptors, lower limits or enter
+/// namespaces, and hands back the text that it returns. The parent must have one thread only.
+
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+
+namespace tarnwell::test {
+
+/// What `function` returned; "threw: ..." for an exception, "died: ..." when the copy came to another end.
+template <class Function>
+std::string inForkedProcess(const Function& function) {
+  int channel[2];
+  if (::pipe2(channel, O_CLOEXEC) < 0) {
+    return "no pipe";
+  }
+  pid_t process = ::fork();
+  if (process == 0) {
+    // A number that no function under test closes or reopens.
+    int report = ::fcntl(channel[1], F_DUPFD_CLOEXEC, 100);
+    ::close(channel[0]);
+    ::close(channel[1]);
+    std::string text;
+    try {
+      text = function();
+    } catch (const std::exception& error) {
+      text = std::string("threw: ") + error.what();
+    }
+    bool isWritten = ::write(report, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    ::_exit(isWritten ? 0 : 1);
+  }
+  ::close(channel[1]);
+  std::string text;
+  char block[4096];
+  for (ssize_t count; (count = ::read(channel[0], block, sizeof block)) > 0;) {
+    text.append(block, static_cast<std::size_t>(count));
+  }
+  ::close(channel[0]);
+  int status = 0;
+  while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
+  }
+  bool isRegular = WIFEXITED(status) && WEXITSTATUS(status) == 0;
+  return isRegular ? text : "died: " + std::string(::strsignal(WTERMSIG(status))) + " " + text;
+}
+
+/// For a forked process: a mount namespace of its own with empty file systems over these directories. As
+/// root or, with user namespaces, as any user. Throws where the system allows neither.
+inline void enterMountNamespace(std::initializer_list<const char*> emptied) {
+  uid_t user = ::getuid();
+  gid_t group = ::getgid();
+  if (::unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER) < 0) {
+    throw std::runtime_error("this test needs unshare(2): root, or user namespaces");
+  }
+  if (user != 0) {
+    std::ofstream("/proc/self/setgroups") << "deny";
+    std::ofstream("/proc/self/uid_map") << user << ' ' << user << " 1";
+    std::ofstream("/proc/self/gid_map") << group << ' ' << group << " 1";
+  }
+  ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr);
+  for (const char* directory : emptied) {
+    if (::mount("tmpfs", directory, "tmpfs", 0, "mode=0755") < 0) {
+      throw std::runtime_error(std::string("cannot mount over ") + directory + ": " + std::strerror(errno));
+    }
+  }
+}
+
+}  // namespace tarnwell::test
