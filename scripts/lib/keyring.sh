@@ -9,7 +9,7 @@ password_service=app.tarnwell.Tarnwell
 start_keyring() {
   local directory=$1 bus=${2:-$1/bus} tool tries
   for tool in dbus-daemon gnome-keyring-daemon secret-tool; do
-    command -v "$tool" >/dev/null || fail "$tool is missing: install dbus, gnome-keyring, libsecret-tools"
+    command -v "$tool" >/dev/null || fail "$tool is missing: install dbus-daemon, gnome-keyring, libsecret-tools"
   done
   mkdir -p "$directory/home" "$directory/runtime"
   chmod 700 "$directory/runtime"
