@@ -1,8 +1,8 @@
 #include <deque>
 
-#include "IMAP/ASCIICase.h"
 #include "IMAP/IMAPParser.h"
 #include "IMAP/TokenReading.h"
+#include "Platform/ASCIICase.h"
 
 namespace tarnwell {
 namespace {

@@ -5,6 +5,7 @@
 
 #include "IMAP/HTMLEntities.h"
 #include "IMAP/TextReplacement.h"
+#include "Platform/ASCIICase.h"
 #include "Platform/Text.h"
 #include "Platform/UTF8.h"
 
@@ -25,7 +26,7 @@ std::size_t endOfName(std::string_view text, std::size_t position, std::string_v
     if (position >= text.size()) {
       return nowhere;
     }
-    if (lowerASCII(text[position]) == lowerName.front()) {
+    if (asciiLowercasedByte(text[position]) == lowerName.front()) {
       ++position;
       lowerName.remove_prefix(1);
     } else if (lowerName.front() == 's' && startsWith(text, position, "\u017F")) {
@@ -93,7 +94,7 @@ std::size_t skipWhitespace(std::string_view text, std::size_t position) {
 
 /// Where the name of a tag that ends a line ends: "br|/p|/div|/tr|/li|/h[1-6]".
 std::size_t endOfLineTagName(std::string_view text, std::size_t position) {
-  if (position == text.size() || (text[position] != '/' && lowerASCII(text[position]) != 'b')) {
+  if (position == text.size() || (text[position] != '/' && asciiLowercasedByte(text[position]) != 'b')) {
     return nowhere;
   }
   for (const std::string_view name : {"br", "/p", "/div", "/tr", "/li"}) {

@@ -3,10 +3,10 @@
 #include <utility>
 
 #include "Core/AppLogger.h"
-#include "IMAP/ASCIICase.h"
 #include "IMAP/IMAPError.h"
 #include "IMAP/TextDecoding.h"
 #include "IMAP/Words.h"
+#include "Platform/ASCIICase.h"
 #include "Platform/Text.h"
 
 namespace tarnwell {

@@ -6,11 +6,11 @@
 #include <functional>
 #include <unordered_map>
 
-#include "IMAP/ASCIICase.h"
 #include "IMAP/IMAPClient.h"
 #include "IMAP/IMAPError.h"
 #include "IMAP/TextDecoding.h"
 #include "IMAP/Words.h"
+#include "Platform/ASCIICase.h"
 
 namespace tarnwell {
 

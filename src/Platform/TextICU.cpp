@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 
+#include "Platform/ASCIICase.h"
 #include "Platform/UTF8.h"
 
 namespace tarnwell {
@@ -92,7 +93,7 @@ std::string lowercased(std::string_view text) {
     return mappedInPieces(text, ucasemap_utf8ToLower);
   }
   std::string lower(text);
-  std::ranges::transform(lower, lower.begin(), lowerASCII);
+  std::ranges::transform(lower, lower.begin(), asciiLowercasedByte);
   return lower;
 }
 

@@ -17,11 +17,6 @@ inline unsigned char byteAt(std::string_view text, std::size_t position) {
   return static_cast<unsigned char>(text[position]);
 }
 
-/// The small letter of a capital of ASCII, any other byte unchanged.
-inline char lowerASCII(char character) {
-  return character >= 'A' && character <= 'Z' ? static_cast<char>(character | 0x20) : character;
-}
-
 /// The shape of the sequence that a lead byte opens: its length, and the allowed range of its second
 /// byte, which excludes overlong forms, surrogates and values above U+10FFFF (Unicode 15, table 3-7).
 /// A byte that cannot open a sequence has length 0.

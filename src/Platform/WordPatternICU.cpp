@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "Platform/ASCIICase.h"
 #include "Platform/UTF8.h"
 
 namespace tarnwell {
@@ -67,7 +68,7 @@ struct WordPattern::Compiled {
     if (!onlyASCII || lowerTerm.empty()) {
       return true;
     }
-    const auto sameLetter = [](char left, char right) { return lowerASCII(left) == right; };
+    const auto sameLetter = [](char left, char right) { return asciiLowercasedByte(left) == right; };
     return std::search(text.begin(), text.end(), lowerTerm.begin(), lowerTerm.end(), sameLetter) !=
            text.end();
   }
@@ -75,7 +76,7 @@ struct WordPattern::Compiled {
 
 WordPattern::WordPattern(std::string_view term) : compiled_(std::make_unique<Compiled>()) {
   compiled_->expression = compiled("\\b" + escaped(term) + "\\b");
-  std::ranges::transform(term, std::back_inserter(compiled_->lowerTerm), lowerASCII);
+  std::ranges::transform(term, std::back_inserter(compiled_->lowerTerm), asciiLowercasedByte);
   compiled_->onlyASCII = matchesOnlyASCII(compiled_->lowerTerm);
 }
 
