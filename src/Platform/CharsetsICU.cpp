@@ -63,7 +63,8 @@ std::optional<std::string> convertWith(const char* converterName, std::string_vi
     status = U_ZERO_ERROR;
     char* written = output.data();
     ucnv_convertEx(target.get(), source.get(), &written, output.data() + output.size(), &next, end,
-                   pivot.data(), &pivotRead, &pivotWrite, pivot.data() + pivot.size(), first, true, &status);
+                   pivot.data(), &pivotRead, &pivotWrite, pivot.data() + pivot.size(), UBool{first},
+                   UBool{true}, &status);
     text.append(output.data(), written);
     first = false;
   }
@@ -174,6 +175,10 @@ std::optional<Charset> Charset::named(std::string_view ianaName) {
 }
 
 std::optional<std::string> convertToUTF8(std::string_view bytes, const Charset& charset) {
+  if (bytes.empty()) {
+    // Without a first byte a view may have no address, which ICU refuses.
+    return std::string();
+  }
   if (charset == Charset::utf8) {
     return isValidUTF8(bytes) ? std::optional(std::string(bytes)) : std::nullopt;
   }
