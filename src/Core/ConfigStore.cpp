@@ -14,7 +14,7 @@ namespace {
 
 /// The file is read afresh for each request, so its size must not decide how long that takes. A settings
 /// file has about a kilobyte; one of more than a megabyte is some other file, or a broken one.
-constexpr std::size_t maxFileBytes = 1024 * 1024;
+constexpr std::size_t maxFileBytes = std::size_t{1024} * 1024;
 
 /// Absent for what is not a JSON object with values of the right types.
 std::optional<AppConfig> decode(const std::string& text) {

@@ -74,7 +74,9 @@ class TermSearch {
       for (std::size_t place = 0; place < lookAhead; ++place) {
         candidates &= rowsWith_[place][static_cast<unsigned char>(text[position + place])];
       }
-      if (candidates != 0) found |= confirmed(candidates, text.substr(position));
+      if (candidates != 0) {
+        found |= confirmed(candidates, text.substr(position));
+      }
     }
     return found;
   }
@@ -86,7 +88,9 @@ class TermSearch {
   Rows confirmed(Rows candidates, std::string_view text) const {
     Rows found = 0;
     for (std::size_t row = 0; row < std::size(keywordTable); ++row) {
-      if ((candidates & bitOf(row)) != 0 && text.starts_with(lowerTerms_[row])) found |= bitOf(row);
+      if ((candidates & bitOf(row)) != 0 && text.starts_with(lowerTerms_[row])) {
+        found |= bitOf(row);
+      }
     }
     return found;
   }
@@ -113,9 +117,13 @@ class WordRegexCache {
   std::shared_ptr<const WordPattern> pattern(const std::string& lowerTerm) {
     const std::lock_guard lock(mutex_);
     const auto known = patterns_.find(lowerTerm);
-    if (known != patterns_.end()) return known->second;
+    if (known != patterns_.end()) {
+      return known->second;
+    }
     auto compiled = std::make_shared<const WordPattern>(lowerTerm);
-    if (!compiled->isUsable()) return nullptr;
+    if (!compiled->isUsable()) {
+      return nullptr;
+    }
     patterns_.emplace(lowerTerm, compiled);
     return compiled;
   }
@@ -132,7 +140,9 @@ bool isFoundAsWord(const std::string& lowerTerm, std::string_view lowerText, boo
 
 /// Appends the signals of one text. No term stands in the table twice, so that no signal does either.
 void scan(std::string_view text, std::string_view location, std::vector<RiskSignal>& signals) {
-  if (text.empty()) return;
+  if (text.empty()) {
+    return;
+  }
   const std::string lowerText = lowercased(text);
   const Rows substrings = termSearch().foundIn(lowerText);
   for (std::size_t row = 0; row < std::size(keywordTable); ++row) {
@@ -140,8 +150,9 @@ void scan(std::string_view text, std::string_view location, std::vector<RiskSign
     const bool isSubstring = (substrings & bitOf(row)) != 0;
     const bool matches =
         keywordTable[row].wordBoundary ? isFoundAsWord(lowerTerm, lowerText, isSubstring) : isSubstring;
-    if (matches)
+    if (matches) {
       signals.push_back({std::string(keywordTable[row].category), lowerTerm, std::string(location)});
+    }
   }
 }
 
@@ -152,16 +163,22 @@ const RiskAssessment RiskAssessment::none{};
 std::vector<std::string> RiskAssessment::categories() const {
   std::vector<std::string> distinct;
   for (const RiskSignal& signal : signals) {
-    if (std::ranges::find(distinct, signal.category) == distinct.end()) distinct.push_back(signal.category);
+    if (std::ranges::find(distinct, signal.category) == distinct.end()) {
+      distinct.push_back(signal.category);
+    }
   }
   return distinct;
 }
 
 std::string RiskAssessment::reason() const {
-  if (signals.empty()) return {};
+  if (signals.empty()) {
+    return {};
+  }
   std::string list;
   for (const std::string& category : categories()) {
-    if (!list.empty()) list += ", ";
+    if (!list.empty()) {
+      list += ", ";
+    }
     list += category;
   }
   return "Body withheld: looks like a sensitive security message (" + list +
@@ -178,8 +195,12 @@ const EmailRiskDetector& EmailRiskDetector::shared() {
 
 RiskAssessment EmailRiskDetector::assess(const Input& input) const {
   RiskAssessment assessment;
-  if (input.subject) scan(*input.subject, "subject", assessment.signals);
-  if (input.from) scan(*input.from, "from", assessment.signals);
+  if (input.subject) {
+    scan(*input.subject, "subject", assessment.signals);
+  }
+  if (input.from) {
+    scan(*input.from, "from", assessment.signals);
+  }
   if (input.bodyPrefix) {
     // Deliberate: a caller's limit widens the scan and never narrows it, since a preview of 200
     // characters of a security mail is as telling as the whole.
@@ -190,5 +211,16 @@ RiskAssessment EmailRiskDetector::assess(const Input& input) const {
 }
 
 std::span<const Keyword> EmailRiskDetector::keywords() const { return keywordTable; }
+
+std::size_t EmailRiskDetector::longestTerm() const {
+  static const std::size_t longest = [] {
+    std::size_t length = 0;
+    for (const Keyword& keyword : keywordTable) {
+      length = std::max(length, characterCount(keyword.term));
+    }
+    return length;
+  }();
+  return longest;
+}
 
 }  // namespace tarnwell

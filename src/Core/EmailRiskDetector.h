@@ -78,6 +78,9 @@ class EmailRiskDetector {
 
   std::span<const Keyword> keywords() const;
 
+  /// The length of the longest keyword in user-perceived characters.
+  std::size_t longestTerm() const;
+
   std::size_t bodyScanPrefix() const { return bodyScanPrefix_; }
 
  private:

@@ -33,7 +33,8 @@ KeychainError failure(std::int32_t status, SecretItems& items) {
 KeychainError::KeychainError(Kind kind, std::int32_t status, std::string description)
     : kind_(kind), status_(status), description_(std::move(description)) {}
 
-KeychainError KeychainError::unexpectedStatus(std::int32_t status, std::optional<std::string> message) {
+KeychainError KeychainError::unexpectedStatus(std::int32_t status,
+                                              const std::optional<std::string>& message) {
   return {Kind::unexpectedStatus, status,
           "Keychain error " + std::to_string(status) + ": " + message.value_or("unknown")};
 }

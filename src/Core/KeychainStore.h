@@ -28,7 +28,7 @@ class KeychainError : public std::exception {
   enum class Kind { unexpectedStatus, decodingFailed };
 
   /// `message` is the system's sentence for the status; "unknown" stands for an absent one.
-  static KeychainError unexpectedStatus(std::int32_t status, std::optional<std::string> message);
+  static KeychainError unexpectedStatus(std::int32_t status, const std::optional<std::string>& message);
   static KeychainError decodingFailed();
 
   Kind kind() const { return kind_; }

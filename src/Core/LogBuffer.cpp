@@ -1,7 +1,5 @@
 #include "Core/LogBuffer.h"
 
-#include <utility>
-
 namespace tarnwell {
 
 std::string_view rawValue(LogLevel level) {
@@ -24,12 +22,12 @@ LogBuffer& LogBuffer::shared() {
   return buffer;
 }
 
-void LogBuffer::append(LogEntry entry) {
+void LogBuffer::append(const LogEntry& entry) {
   Callback callback;
   {
     std::lock_guard guard(lock_);
     callback = onAppend_;
-    storage_.push_back(callback ? entry : std::move(entry));
+    storage_.push_back(entry);
     if (storage_.size() > limit) {
       storage_.pop_front();
     }

@@ -42,7 +42,7 @@ class LogBuffer {
 
   /// Drops the oldest entry when the buffer is full. The callback runs on the calling thread after the
   /// lock is released, so it may log or take a snapshot itself.
-  void append(LogEntry entry);
+  void append(const LogEntry& entry);
 
   /// A copy of the entries, oldest first.
   std::vector<LogEntry> snapshot() const;

@@ -56,8 +56,9 @@ class SafetyPolicy {
   /// request means to execute.
   WriteDecision decide(WriteOperation operation, std::optional<bool> requestedDryRun) const;
 
-  /// The user-perceived characters that a body may have: at least 1, at most the smaller of the setting
-  /// and `bodyHardMaxChars`.
+  /// The user-perceived characters that a body may have. The cap is the smaller of the setting and
+  /// `bodyHardMaxChars`; a request is brought between 1 and the cap. Without a request it is the cap as it
+  /// is, which a setting of 0 or less makes 0 or less: no text then.
   std::int64_t clampBodyChars(std::optional<std::int64_t> requested) const;
 
   /// The messages that one call may handle: at least 1, at most the smallest of `hardMax`, `maxFetch`

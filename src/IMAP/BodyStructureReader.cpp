@@ -1,8 +1,8 @@
 #include <deque>
 
-#include "IMAP/ASCIICase.h"
 #include "IMAP/IMAPParser.h"
 #include "IMAP/TokenReading.h"
+#include "Platform/ASCIICase.h"
 
 namespace tarnwell {
 namespace {
@@ -98,9 +98,13 @@ class BodyStructureWalk {
   ///                                        body-fld-enc SP body-fld-octets
   void readSinglePart(IMAPTokenList part) {
     const auto [type, subtype, parameters, id, description, encoding] = leadingElements<6>(part);
-    if (isAttachment(part)) {
+    const bool isText = type->textEquals("text");
+    // Deliberate: an inline image or an application part counts as an attachment without any disposition;
+    // a message within the message only with one.
+    const bool countsAlways = !isText && !type->textEquals("multipart") && !type->textEquals("message");
+    if (countsAlways || isAttachment(part)) {
       info_.hasAttachments = true;
-    } else if (type->textEquals("text")) {
+    } else if (isText) {
       // Every text that is not HTML counts as plain, a calendar or a table too.
       const bool isHTML = subtype && subtype->textEquals("html");
       if (!info_.preferredText || (info_.preferredText->isHTML && !isHTML)) {
@@ -108,10 +112,6 @@ class BodyStructureWalk {
             IMAPTextPart{sectionNumber(), asciiLowercased(textOf(encoding).value_or("7bit")),
                          paramValue(parameters, "charset"), isHTML};
       }
-    } else if (!type->textEquals("multipart") && !type->textEquals("message")) {
-      // Deliberate: an inline image or an application part counts as an attachment without any
-      // disposition; a message within the message only with one.
-      info_.hasAttachments = true;
     }
   }
 

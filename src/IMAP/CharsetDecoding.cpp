@@ -49,16 +49,22 @@ const NamedCharset commonNames[] = {
 }  // namespace
 
 Charset stringEncoding(std::optional<std::string_view> name) {
-  if (!name) return Charset::utf8;
+  if (!name) {
+    return Charset::utf8;
+  }
   const std::string lowerName = lowercased(*name);
   const auto common = std::ranges::find(commonNames, lowerName, &NamedCharset::name);
-  if (common != std::end(commonNames)) return common->charset;
+  if (common != std::end(commonNames)) {
+    return common->charset;
+  }
   return Charset::named(lowerName).value_or(Charset::utf8);
 }
 
 std::string decodeCharset(std::string_view bytes, std::optional<std::string_view> charset) {
   for (const Charset& candidate : {stringEncoding(charset), Charset::utf8, Charset::latin1}) {
-    if (std::optional<std::string> text = convertToUTF8(bytes, candidate)) return *std::move(text);
+    if (std::optional<std::string> text = convertToUTF8(bytes, candidate)) {
+      return *std::move(text);
+    }
   }
   return {};
 }

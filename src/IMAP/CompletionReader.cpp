@@ -1,7 +1,7 @@
 #include <array>
 
-#include "IMAP/ASCIICase.h"
 #include "IMAP/IMAPParser.h"
+#include "Platform/ASCIICase.h"
 #include "Platform/Text.h"
 
 namespace tarnwell {

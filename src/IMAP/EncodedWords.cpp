@@ -21,15 +21,20 @@ struct EncodedWord {
 std::optional<EncodedWord> encodedWordAt(std::string_view field, std::size_t start) {
   const std::size_t charsetStart = start + 2;
   const std::size_t charsetEnd = field.find('?', charsetStart);
-  if (charsetEnd == nowhere || charsetEnd == charsetStart || field.size() - charsetEnd < 5)
+  if (charsetEnd == nowhere || charsetEnd == charsetStart || field.size() - charsetEnd < 5) {
     return std::nullopt;
+  }
   const char encoding = field[charsetEnd + 1];
   const bool isBase64 = encoding == 'B' || encoding == 'b';
   const bool isQuoted = encoding == 'Q' || encoding == 'q';
-  if ((!isBase64 && !isQuoted) || field[charsetEnd + 2] != '?') return std::nullopt;
+  if ((!isBase64 && !isQuoted) || field[charsetEnd + 2] != '?') {
+    return std::nullopt;
+  }
   const std::size_t textStart = charsetEnd + 3;
   const std::size_t textEnd = field.find('?', textStart);
-  if (textEnd == nowhere || textEnd + 1 == field.size() || field[textEnd + 1] != '=') return std::nullopt;
+  if (textEnd == nowhere || textEnd + 1 == field.size() || field[textEnd + 1] != '=') {
+    return std::nullopt;
+  }
   return EncodedWord{.charset = field.substr(charsetStart, charsetEnd - charsetStart),
                      .isBase64 = isBase64,
                      .text = field.substr(textStart, textEnd - textStart),
@@ -37,8 +42,9 @@ std::optional<EncodedWord> encodedWordAt(std::string_view field, std::size_t sta
 }
 
 std::string decodeEncodedWord(const EncodedWord& word) {
-  if (!word.isBase64)
+  if (!word.isBase64) {
     return decodeCharset(decodeQuotedPrintable(word.text, Underscore::isSpace), word.charset);
+  }
   const std::optional<std::string> bytes = decodeBase64(word.text);
   return decodeCharset(bytes ? std::string_view(*bytes) : word.text, word.charset);
 }
@@ -46,7 +52,9 @@ std::string decodeEncodedWord(const EncodedWord& word) {
 }  // namespace
 
 std::optional<std::string> decodeRFC2047(std::optional<std::string_view> text) {
-  if (!text) return std::nullopt;
+  if (!text) {
+    return std::nullopt;
+  }
   const std::string_view field = *text;
   std::string decoded;
   std::size_t copied = 0;
@@ -58,7 +66,9 @@ std::optional<std::string> decodeRFC2047(std::optional<std::string_view> text) {
       continue;
     }
     const std::string_view between = field.substr(copied, start - copied);
-    if (!isBehindWord || !trimmed(between).empty()) decoded += between;
+    if (!isBehindWord || !trimmed(between).empty()) {
+      decoded += between;
+    }
     decoded += decodeEncodedWord(*word);
     isBehindWord = true;
     copied = word->end;

@@ -1,8 +1,8 @@
-#include <charconv>
 #include <utility>
 
 #include "IMAP/IMAPParser.h"
 #include "IMAP/TokenReading.h"
+#include "IMAP/Words.h"
 
 namespace tarnwell {
 namespace {
@@ -18,24 +18,13 @@ std::optional<IMAPTokenList> fetchAttributeList(IMAPTokenList tokens) {
   return std::nullopt;
 }
 
-/// RFC 3501, section 9: uniqueid = nz-number. A plus sign in front and a zero are let through.
-std::optional<std::uint32_t> readUID(std::string_view text) {
-  if (text.starts_with('+')) {
-    text.remove_prefix(1);
-  }
-  std::uint32_t uid = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, uid);
-  return error == std::errc() && stop == end ? std::optional(uid) : std::nullopt;
-}
-
 /// Collects what the pairs of attribute and value say. A value of the wrong kind changes nothing.
 class MessageReader {
  public:
   void read(IMAPToken name, IMAPToken value) {
     if (name.textEquals("UID")) {
       const std::optional<std::string> text = value.text();
-      if (const auto uid = text ? readUID(*text) : std::nullopt) {
+      if (const auto uid = text ? unsigned32(*text) : std::nullopt) {
         message_.uid = *uid;
         hasUID_ = true;
       }

@@ -6,6 +6,7 @@
 #include "IMAP/IMAPError.h"
 #include "IMAP/TextDecoding.h"
 #include "IMAP/Words.h"
+#include "Platform/ASCIICase.h"
 #include "Platform/Text.h"
 
 namespace tarnwell {
@@ -57,7 +58,7 @@ void IMAPClient::loadCapabilities() {
   for (const std::string& line : reply.lines) {
     std::string_view rest = line;
     takeWord(rest);
-    if (asciiUppercased(takeWord(rest)) != "CAPABILITY") {
+    if (!equalsIgnoringASCIICase(takeWord(rest), "CAPABILITY")) {
       continue;
     }
     for (std::string_view name; !(name = takeWord(rest)).empty();) {

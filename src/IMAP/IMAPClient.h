@@ -33,6 +33,7 @@
 #include "IMAP/IMAPMessage.h"
 #include "IMAP/IMAPParser.h"
 #include "IMAP/IMAPSearchCriteria.h"
+#include "IMAP/MoveOutcome.h"
 
 namespace tarnwell {
 
@@ -85,6 +86,16 @@ class IMAPClient {
   /// The same for a message whose summary is at hand.
   BodyText fetchBodyText(const IMAPMessage& message);
 
+  /// Whether COPY and the \Deleted flag may stand in for a MOVE that the server rejects.
+  enum class CopyFallback { forbidden, allowed };
+
+  /// Moves one message out of the inbox into an existing mailbox, named as the server spells it. Throws
+  /// `moveRejected` when the server says no and the fallback is forbidden.
+  MoveOutcome move(std::uint32_t uid, std::string_view toFolderPath, CopyFallback fallback);
+
+  /// Sets the \Seen flag of one message.
+  void markRead(std::uint32_t uid);
+
   /// Says LOGOUT if the session still lives, then closes. Never fails.
   void disconnect() noexcept;
 
@@ -130,6 +141,7 @@ class IMAPClient {
   void readGreeting();
   void logIn();
   void loadCapabilities();
+  void copyThenFlagDeleted(std::uint32_t uid, const std::string& target);
   std::optional<std::string> fetchBodyRaw(std::uint32_t uid, const std::string& section);
 
   ConnectionFactory makeConnection_;

@@ -4,8 +4,8 @@
 #include "IMAP/IMAPClient.h"
 #include "IMAP/IMAPError.h"
 #include "IMAP/Words.h"
-#include "Platform/CodePoints.h"
 #include "Platform/Text.h"
+#include "Platform/UTF8.h"
 
 namespace tarnwell {
 
@@ -132,8 +132,8 @@ std::string IMAPClient::quoted(std::string_view text) {
 std::string IMAPClient::safeSummary(std::string_view text) {
   constexpr std::size_t maximumLength = 200;
   std::string blanked;
-  while (!text.empty()) {
-    const char32_t codePoint = takeCodePoint(text);
+  for (std::size_t position = 0; position < text.size();) {
+    const char32_t codePoint = nextCodePoint(text, position);
     appendCodePoint(blanked,
                     isControlCharacter(codePoint) || isFormatCharacter(codePoint) ? U' ' : codePoint);
   }

@@ -10,6 +10,7 @@
 #include "IMAP/IMAPError.h"
 #include "IMAP/TextDecoding.h"
 #include "IMAP/Words.h"
+#include "Platform/ASCIICase.h"
 
 namespace tarnwell {
 
@@ -79,7 +80,7 @@ std::vector<std::uint32_t> IMAPClient::searchInbox(const IMAPSearchCriteria& cri
   for (const std::string& line : reply.lines) {
     std::string_view rest = line;
     takeWord(rest);
-    if (asciiUppercased(takeWord(rest)) != "SEARCH") {
+    if (!equalsIgnoringASCIICase(takeWord(rest), "SEARCH")) {
       continue;
     }
     for (std::string_view word; !(word = takeWord(rest)).empty();) {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "IMAP/ASCIICase.h"
 #include "IMAP/JSONFields.h"
+#include "Platform/ASCIICase.h"
 
 namespace tarnwell {
 

@@ -1,6 +1,6 @@
 #include "IMAP/IMAPToken.h"
 
-#include "IMAP/ASCIICase.h"
+#include "Platform/ASCIICase.h"
 #include "Platform/Text.h"
 
 namespace tarnwell {

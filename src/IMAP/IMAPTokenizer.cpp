@@ -3,8 +3,8 @@
 #include <limits>
 #include <utility>
 
-#include "IMAP/ASCIICase.h"
 #include "IMAP/IMAPParser.h"
+#include "Platform/ASCIICase.h"
 
 namespace tarnwell {
 namespace {

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "IMAP/ASCIICase.h"
 #include "IMAP/IMAPParser.h"
 #include "IMAP/TokenReading.h"
+#include "Platform/ASCIICase.h"
 
 namespace tarnwell {
 namespace {

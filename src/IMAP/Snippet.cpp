@@ -27,7 +27,9 @@ class CollapsedText {
         isBehindSpace_ = true;
         continue;
       }
-      if (isBehindSpace_ && !collapsed_.empty()) collapsed_.push_back(' ');
+      if (isBehindSpace_ && !collapsed_.empty()) {
+        collapsed_.push_back(' ');
+      }
       isBehindSpace_ = false;
       appendCodePoint(collapsed_, codePoint);
     }
@@ -50,9 +52,12 @@ Snippet snippet(std::string_view text, std::int64_t maxChars) {
   for (std::size_t size = 4096;; size *= 4) {
     collapsed.growTo(size);
     const std::string_view cut = characterPrefix(collapsed.soFar(), limit);
-    if (cut.size() < collapsed.soFar().size())
+    if (cut.size() < collapsed.soFar().size()) {
       return {.text = std::string(trimmed(cut)) + "…", .truncated = true};
-    if (collapsed.isComplete()) return {.text = collapsed.soFar(), .truncated = false};
+    }
+    if (collapsed.isComplete()) {
+      return {.text = collapsed.soFar(), .truncated = false};
+    }
   }
 }
 

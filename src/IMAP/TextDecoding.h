@@ -3,8 +3,13 @@
 /// From the bytes of mail to readable text: transfer encodings, charsets, encoded words, HTML, previews.
 ///
 /// Nothing here fails or throws. What cannot be decoded falls back step by step (named charset, UTF-8,
-/// ISO 8859-1) or stays as it stands; the worst result is the empty text. Every operation is a single
-/// pass, linear in its input, and what comes back is valid UTF-8.
+/// ISO 8859-1) or stays as it stands; the worst result is the empty text. Every operation is linear in
+/// its input. What `decodeText`, `decodeCharset` and `snippet` return is valid UTF-8 whatever they are
+/// given; `decodeRFC2047` and `htmlToText` leave bytes that are no part of a match as they are.
+///
+///     decodeText("Y2Fm6Q==", "base64", "iso-8859-1")            // "café"
+///     decodeRFC2047("Re: =?utf-8?q?caf=C3=A9_au_lait?=")        // "Re: café au lait"
+///     snippet(htmlToText("<p>Hello</p><p>you &amp; me"), 200)   // {"Hello you & me", false}
 ///
 /// Threads: all operations are pure.
 
@@ -40,12 +45,15 @@ enum class Underscore { isUnderscore, isSpace };
 /// Soft line breaks vanish, also before a bare LF; a "=" that starts no escape stays.
 std::string decodeQuotedPrintable(std::string_view bytes, Underscore underscore);
 
-/// Base64 (RFC 2045, section 6.8), with or without its padding, every other character ignored; absent
-/// when there is something to decode but not a single whole byte.
+/// Base64 (RFC 2045, section 6.8), with or without its padding, every other character ignored. Padding
+/// ends a group and decoding goes on behind it. Absent when there is something to decode but not a
+/// single whole byte.
 std::optional<std::string> decodeBase64(std::string_view text);
 
 /// HTML as plain text: scripts, styles and head removed, closing block tags as line feeds, other tags as
 /// spaces, entities decoded. White space is not collapsed.
+/// The tags are recognised by the expressions that `HTMLToText.cpp` quotes, not by a parser of HTML: a
+/// "<" that is text may hide what follows it up to the next ">".
 std::string htmlToText(std::string_view html);
 
 /// The result of `snippet`.
@@ -57,7 +65,8 @@ struct Snippet {
 };
 
 /// A preview: white space collapsed to single spaces, trimmed, and cut to `maxChars` user-perceived
-/// characters. A cut text ends in "…", which is not counted.
+/// characters; a negative number acts as 0. A cut text ends in "…", which is not counted. Of a long text
+/// only as much is read as the preview needs.
 Snippet snippet(std::string_view text, std::int64_t maxChars);
 
 }  // namespace tarnwell::IMAPParser

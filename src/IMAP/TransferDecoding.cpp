@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "IMAP/HexDigits.h"
 #include "Platform/Text.h"
 
 namespace tarnwell::IMAPParser {
@@ -43,12 +44,16 @@ class Base64Writer {
 
   void addSextet(std::uint32_t sextet) {
     group_ = (group_ << 6) | sextet;
-    if (++pending_ == 4) endGroup();
+    if (++pending_ == 4) {
+      endGroup();
+    }
   }
 
   /// Two sextets make one byte, three make two; a single one makes none and is dropped.
   void endGroup() {
-    if (pending_ > 1) writeBytes(group_ << (6 * (4 - pending_)), pending_ - 1);
+    if (pending_ > 1) {
+      writeBytes(group_ << (6 * (4 - pending_)), pending_ - 1);
+    }
     group_ = 0;
     pending_ = 0;
   }
@@ -65,13 +70,6 @@ class Base64Writer {
   unsigned pending_ = 0;
 };
 
-int hexDigitValue(char digit) {
-  if (digit >= '0' && digit <= '9') return digit - '0';
-  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
-  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
-  return -1;
-}
-
 bool holdsByte(std::uint64_t word, char byte) {
   constexpr std::uint64_t ones = 0x0101010101010101U;
   const std::uint64_t zeroWhereEqual = word ^ (static_cast<unsigned char>(byte) * ones);
@@ -83,7 +81,9 @@ void copyCleanWords(const char*& from, const char* end, char*& to) {
   std::uint64_t word;
   while (end - from >= static_cast<std::ptrdiff_t>(sizeof word)) {
     std::memcpy(&word, from, sizeof word);
-    if (holdsByte(word, '=')) return;
+    if (holdsByte(word, '=')) {
+      return;
+    }
     std::memcpy(to, &word, sizeof word);
     from += sizeof word;
     to += sizeof word;
@@ -119,12 +119,16 @@ std::optional<std::string> decodeBase64(std::string_view text) {
     while (writer.isBetweenGroups() && end - next >= 4) {
       const std::uint32_t group =
           sextets[0][next[0]] | sextets[1][next[1]] | sextets[2][next[2]] | sextets[3][next[3]];
-      if ((group & notInAlphabet) != 0) break;
+      if ((group & notInAlphabet) != 0) {
+        break;
+      }
       writer.writeGroup(group);
       sawSextet = true;
       next += 4;
     }
-    if (next == end) break;
+    if (next == end) {
+      break;
+    }
     const unsigned char character = *next++;
     const std::uint32_t sextet = sextets[3][character];
     if (sextet != notInAlphabet) {
@@ -136,7 +140,9 @@ std::optional<std::string> decodeBase64(std::string_view text) {
   }
   writer.endGroup();
   bytes.resize(static_cast<std::size_t>(writer.end() - bytes.data()));
-  if (bytes.empty() && sawSextet) return std::nullopt;
+  if (bytes.empty() && sawSextet) {
+    return std::nullopt;
+  }
   return bytes;
 }
 
@@ -146,15 +152,15 @@ std::string decodeQuotedPrintable(std::string_view bytes, Underscore underscore)
   const char* const end = from + bytes.size();
   char* to = decoded.data();
   while (from < end) {
-    if (underscore == Underscore::isUnderscore) copyCleanWords(from, end, to);
-    if (from == end) break;
     if (*from == '=') {
       decodeEscape(from, end, to);
-    } else if (*from == '_' && underscore == Underscore::isSpace) {
-      *to++ = ' ';
-      ++from;
-    } else {
-      *to++ = *from++;
+      continue;
+    }
+    if (underscore == Underscore::isUnderscore) {
+      copyCleanWords(from, end, to);
+    }
+    for (; from < end && *from != '='; ++from) {
+      *to++ = *from == '_' && underscore == Underscore::isSpace ? ' ' : *from;
     }
   }
   decoded.resize(static_cast<std::size_t>(to - decoded.data()));
@@ -168,7 +174,9 @@ std::string decodeText(std::string_view body, std::string_view encoding,
     return decodeCharset(decodeQuotedPrintable(body, Underscore::isUnderscore), charset);
   }
   if (name == "base64") {
-    if (const std::optional<std::string> bytes = decodeBase64(body)) return decodeCharset(*bytes, charset);
+    if (const std::optional<std::string> bytes = decodeBase64(body)) {
+      return decodeCharset(*bytes, charset);
+    }
   }
   return decodeCharset(body, charset);
 }

@@ -12,16 +12,6 @@ std::string_view takeWord(std::string_view& line) {
   return word;
 }
 
-std::string asciiUppercased(std::string_view text) {
-  std::string upper(text);
-  for (char& letter : upper) {
-    if (letter >= 'a' && letter <= 'z') {
-      letter = static_cast<char>(letter - 'a' + 'A');
-    }
-  }
-  return upper;
-}
-
 std::optional<std::uint32_t> unsigned32(std::string_view text) {
   if (text.starts_with('+')) {
     text.remove_prefix(1);

@@ -35,7 +35,9 @@ using Converter = std::unique_ptr<UConverter, CloseConverter>;
 Converter openStrictly(const char* name) {
   UErrorCode status = U_ZERO_ERROR;
   Converter converter(ucnv_open(name, &status));
-  if (!converter) return nullptr;
+  if (!converter) {
+    return nullptr;
+  }
   ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
   ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
   return U_SUCCESS(status) ? std::move(converter) : nullptr;
@@ -44,7 +46,9 @@ Converter openStrictly(const char* name) {
 std::optional<std::string> convertWith(const char* converterName, std::string_view bytes) {
   const Converter source = openStrictly(converterName);
   const Converter target = openStrictly("UTF-8");
-  if (!source || !target) return std::nullopt;
+  if (!source || !target) {
+    return std::nullopt;
+  }
 
   std::string text;
   std::array<char, 8192> output;
@@ -59,11 +63,14 @@ std::optional<std::string> convertWith(const char* converterName, std::string_vi
     status = U_ZERO_ERROR;
     char* written = output.data();
     ucnv_convertEx(target.get(), source.get(), &written, output.data() + output.size(), &next, end,
-                   pivot.data(), &pivotRead, &pivotWrite, pivot.data() + pivot.size(), first, true, &status);
+                   pivot.data(), &pivotRead, &pivotWrite, pivot.data() + pivot.size(), UBool{first},
+                   UBool{true}, &status);
     text.append(output.data(), written);
     first = false;
   }
-  if (U_FAILURE(status)) return std::nullopt;
+  if (U_FAILURE(status)) {
+    return std::nullopt;
+  }
   return text;
 }
 
@@ -74,7 +81,9 @@ std::string widenLatin1(std::string_view bytes) {
     const std::size_t run = lengthOfASCIIRun(bytes, position);
     text.append(bytes, position, run);
     position += run;
-    if (position < bytes.size()) appendCodePoint(text, byteAt(bytes, position++));
+    if (position < bytes.size()) {
+      appendCodePoint(text, byteAt(bytes, position++));
+    }
   }
   return text;
 }
@@ -137,7 +146,9 @@ const char* converterFor(const std::string& name) {
   for (const char* standard : {"IANA", "MIME"}) {
     UErrorCode status = U_ZERO_ERROR;
     const char* converter = ucnv_getCanonicalName(name.c_str(), standard, &status);
-    if (U_SUCCESS(status) && converter != nullptr) return converter;
+    if (U_SUCCESS(status) && converter != nullptr) {
+      return converter;
+    }
   }
   UErrorCode status = U_ZERO_ERROR;
   const char* converter = ucnv_getAlias(name.c_str(), 0, &status);
@@ -147,27 +158,45 @@ const char* converterFor(const std::string& name) {
 }  // namespace
 
 std::optional<Charset> Charset::named(std::string_view ianaName) {
-  if (!couldBeRegistered(ianaName)) return std::nullopt;
+  if (!couldBeRegistered(ianaName)) {
+    return std::nullopt;
+  }
   const std::string name = lowercased(ianaName);
   const auto known = std::ranges::find(japaneseNames, name, &JapaneseName::name);
-  if (known != std::end(japaneseNames)) return known->charset;
+  if (known != std::end(japaneseNames)) {
+    return known->charset;
+  }
   const char* converter = converterFor(name);
-  if (converter == nullptr) return std::nullopt;
+  if (converter == nullptr) {
+    return std::nullopt;
+  }
   const auto lesser = std::ranges::find(japaneseConverters, converter, &JapaneseConverter::converter);
   return lesser != std::end(japaneseConverters) ? lesser->superset : Charset(converter);
 }
 
 std::optional<std::string> convertToUTF8(std::string_view bytes, const Charset& charset) {
-  if (charset == Charset::utf8) return isValidUTF8(bytes) ? std::optional(std::string(bytes)) : std::nullopt;
-  if (charset == Charset::latin1) return widenLatin1(bytes);
+  if (bytes.empty()) {
+    // Without a first byte a view may have no address, which ICU refuses.
+    return std::string();
+  }
+  if (charset == Charset::utf8) {
+    return isValidUTF8(bytes) ? std::optional(std::string(bytes)) : std::nullopt;
+  }
+  if (charset == Charset::latin1) {
+    return widenLatin1(bytes);
+  }
   if (charset == Charset::ascii) {
     return lengthOfASCIIRun(bytes, 0) == bytes.size() ? std::optional(std::string(bytes)) : std::nullopt;
   }
   const std::string converterName(charset.name());
   std::optional<std::string> text = convertWith(converterName.c_str(), bytes);
   // Half-width katakana between SO and SI instead of with the eighth bit (JIS X 0202).
-  if (!text && charset == Charset::iso2022JP) text = convertWith("ISO_2022,locale=ja,version=3", bytes);
-  if (text && exchangesControlCharacters(converterName.c_str())) restoreControlCharacters(*text);
+  if (!text && charset == Charset::iso2022JP) {
+    text = convertWith("ISO_2022,locale=ja,version=3", bytes);
+  }
+  if (text && exchangesControlCharacters(converterName.c_str())) {
+    restoreControlCharacters(*text);
+  }
   return text;
 }
 

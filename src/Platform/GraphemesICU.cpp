@@ -22,17 +22,44 @@ namespace {
 /// True for code points of which each is a character of its own between two of the same kind, CR LF
 /// aside. It may be false for others of the kind: that costs time, never a boundary.
 bool standsAlone(char32_t codePoint) {
-  if (codePoint < 0x300) return codePoint != 0xA9 && codePoint != 0xAE;
-  if (codePoint >= 0x3041 && codePoint <= 0x3096) return true;  // Hiragana
-  if (codePoint >= 0x309B && codePoint <= 0x312F) return true;  // Katakana, Bopomofo
-  if (codePoint >= 0x4E00 && codePoint <= 0x9FFF) return true;  // Han
-  if (codePoint >= 0x3000 && codePoint <= 0x3029) return true;  // CJK punctuation
-  if (codePoint >= 0xFF01 && codePoint <= 0xFF9D) return true;  // full-width and half-width forms
-  if (codePoint >= 0x370 && codePoint <= 0x3FF) return true;    // Greek
-  if (codePoint >= 0x400 && codePoint <= 0x482) return true;    // Cyrillic
-  if (codePoint >= 0x48A && codePoint <= 0x52F) return true;
-  if (codePoint >= 0x2010 && codePoint <= 0x2027) return true;  // dashes, quotation marks
-  return codePoint >= 0x3400 && codePoint <= 0x4DBF;            // Han, extension A
+  if (codePoint < 0x300) {
+    return codePoint != 0xA9 && codePoint != 0xAE;
+  }
+  if (codePoint >= 0x3041 && codePoint <= 0x3096) {
+    return true;  // Hiragana
+  }
+  if (codePoint >= 0x309B && codePoint <= 0x312F) {
+    return true;  // Katakana, Bopomofo
+  }
+  if (codePoint >= 0x4E00 && codePoint <= 0x9FFF) {
+    return true;  // Han
+  }
+  if (codePoint >= 0x3000 && codePoint <= 0x3029) {
+    return true;  // CJK punctuation
+  }
+  if (codePoint >= 0xFF01 && codePoint <= 0xFF9D) {
+    return true;  // full-width and half-width forms
+  }
+  if (codePoint >= 0x370 && codePoint <= 0x3FF) {
+    return true;  // Greek
+  }
+  if (codePoint >= 0x400 && codePoint <= 0x482) {
+    return true;  // Cyrillic
+  }
+  if (codePoint >= 0x48A && codePoint <= 0x52F) {
+    return true;
+  }
+  if (codePoint >= 0x2010 && codePoint <= 0x2027) {
+    return true;  // dashes, quotation marks
+  }
+  return codePoint >= 0x3400 && codePoint <= 0x4DBF;  // Han, extension A
+}
+
+constexpr char32_t softHyphen = 0xAD;
+
+/// Marks that join whatever stands alone before them, controls excepted (UAX #29, rules GB4 and GB9).
+bool isMark(char32_t codePoint) {
+  return (codePoint >= 0x300 && codePoint <= 0x36F) || codePoint == 0x3099 || codePoint == 0x309A;
 }
 
 struct CloseBreakIterator {
@@ -57,9 +84,12 @@ class CharacterWalk {
  public:
   CharacterWalk(std::string_view text, std::size_t limit) : text_(text), limit_(limit) {
     while (position_ < text_.size() && count_ < limit_) {
+      const std::size_t before = position_;
       walkOverASCII();
       walkOverLoners();
-      if (position_ < text_.size() && count_ < limit_) walkOverJoining();
+      if (position_ == before) {
+        walkOverJoining();
+      }
     }
   }
 
@@ -78,44 +108,58 @@ class CharacterWalk {
   std::size_t count_ = 0;
 };
 
-/// Eight bytes at a time, while they are ASCII without CR and what follows them is ASCII too.
+/// ASCII that is followed by ASCII: eight bytes at a time without CR, else one by one.
 void CharacterWalk::walkOverASCII() {
   constexpr std::uint64_t ones = 0x0101010101010101U;
   constexpr std::uint64_t highBits = 0x80 * ones;
   constexpr std::size_t step = sizeof(std::uint64_t);
-  while (position_ + step < text_.size() && limit_ - count_ >= step &&
-         byteAt(text_, position_ + step) < 0x80) {
-    std::uint64_t word;
-    std::memcpy(&word, text_.data() + position_, step);
-    const std::uint64_t zeroWhereCR = word ^ ('\r' * ones);
-    if (((word | ((zeroWhereCR - ones) & ~zeroWhereCR)) & highBits) != 0) return;
-    position_ += step;
-    count_ += step;
+  const auto isASCII = [this](std::size_t position) { return byteAt(text_, position) < 0x80; };
+  while (position_ + 1 < text_.size() && count_ < limit_ && isASCII(position_) && isASCII(position_ + 1)) {
+    if (position_ + step < text_.size() && limit_ - count_ >= step && isASCII(position_ + step)) {
+      std::uint64_t word;
+      std::memcpy(&word, text_.data() + position_, step);
+      const std::uint64_t zeroWhereCR = word ^ ('\r' * ones);
+      if (((word | ((zeroWhereCR - ones) & ~zeroWhereCR)) & highBits) == 0) {
+        position_ += step;
+        count_ += step;
+        continue;
+      }
+    }
+    const bool isLineBreak = text_[position_] == '\r' && text_[position_ + 1] == '\n';
+    position_ += isLineBreak ? 2 : 1;
+    ++count_;
   }
 }
 
-/// One code point after the other, while it and its successor stand alone.
+/// Code points that stand alone, each with the marks behind it, up to the first that does not.
 void CharacterWalk::walkOverLoners() {
   std::size_t next = position_;
-  if (next >= text_.size()) return;
+  if (next >= text_.size()) {
+    return;
+  }
   char32_t current = nextCodePoint(text_, next);
   while (count_ < limit_ && standsAlone(current)) {
-    if (next == text_.size()) {
-      position_ = next;
-      ++count_;
+    char32_t successor = 0;
+    std::size_t afterSuccessor = next;
+    bool isAtEnd = next == text_.size();
+    while (!isAtEnd) {
+      successor = nextCodePoint(text_, afterSuccessor);
+      if (!isMark(successor) || isControlCharacter(current) || current == softHyphen) {
+        break;
+      }
+      next = afterSuccessor;
+      isAtEnd = next == text_.size();
+    }
+    if (!isAtEnd && (!standsAlone(successor) || (current == '\r' && successor == '\n'))) {
       return;
     }
-    std::size_t afterSuccessor = next;
-    const char32_t successor = nextCodePoint(text_, afterSuccessor);
-    if (!standsAlone(successor)) return;
-    const bool isLineBreak = current == '\r' && successor == '\n';
-    if (!isLineBreak) {
-      position_ = next;
-      ++count_;
-    }
+    position_ = next;
+    ++count_;
     // A run of ASCII is walked over faster elsewhere.
-    if (!isLineBreak && current < 0x80 && successor < 0x80) return;
-    current = isLineBreak ? U'\n' : successor;
+    if (isAtEnd || (current < 0x80 && successor < 0x80)) {
+      return;
+    }
+    current = successor;
     next = afterSuccessor;
   }
 }
@@ -130,7 +174,9 @@ void CharacterWalk::walkOverJoining() {
   const std::unique_ptr<UText, CloseText> closing(
       utext_openUTF8(&view, text_.data() + start, static_cast<int64_t>(length), &status));
   UBreakIterator* const iterator = characterIterator();
-  if (iterator != nullptr) ubrk_setUText(iterator, &view, &status);
+  if (iterator != nullptr) {
+    ubrk_setUText(iterator, &view, &status);
+  }
   do {
     const int32_t boundary = iterator != nullptr && U_SUCCESS(status) ? ubrk_next(iterator) : UBRK_DONE;
     if (boundary == UBRK_DONE) {
@@ -144,7 +190,9 @@ void CharacterWalk::walkOverJoining() {
 }
 
 bool CharacterWalk::startsWithTwoLoners(std::size_t position) const {
-  if (!standsAlone(nextCodePoint(text_, position))) return false;
+  if (!standsAlone(nextCodePoint(text_, position))) {
+    return false;
+  }
   return position == text_.size() || standsAlone(nextCodePoint(text_, position));
 }
 
@@ -155,6 +203,9 @@ std::size_t characterCount(std::string_view text) {
 }
 
 std::string_view characterPrefix(std::string_view text, std::size_t count) {
+  if (text.size() <= count) {
+    return text;
+  }
   return text.substr(0, CharacterWalk(text, count).position());
 }
 

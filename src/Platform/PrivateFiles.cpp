@@ -62,7 +62,7 @@ class TemporaryFile {
   }
 
   void fill(std::string_view text) {
-    // Deliberate: a file system that knows no modes is no reason to fail. mkstemp asked for 0600 already.
+    // mkstemp asked for this mode already; a file system that knows no modes is no reason to fail.
     (void)::fchmod(descriptor_.number(), S_IRUSR | S_IWUSR);
     writeAll(descriptor_.number(), text, target_);
     if (::fsync(descriptor_.number()) < 0 || descriptor_.close() < 0) {

@@ -22,7 +22,7 @@ namespace tarnwell {
 namespace SecretStatus {
 inline constexpr std::int32_t success = 0;
 inline constexpr std::int32_t badParameter = -50;
-inline constexpr std::int32_t notAvailable = -25291;           // no bus, no service, no answer in time
+inline constexpr std::int32_t notAvailable = -25291;  // no bus, no service, no answer in time
 inline constexpr std::int32_t duplicateItem = -25299;
 inline constexpr std::int32_t itemNotFound = -25300;
 inline constexpr std::int32_t interactionNotAllowed = -25308;  // the collection is locked

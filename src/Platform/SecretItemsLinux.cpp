@@ -51,7 +51,7 @@ struct Matches {
 
 bool hasAccessGroup(SecretItem* item) {
   Attributes attributes(secret_item_get_attributes(item));
-  return g_hash_table_contains(attributes.get(), accessGroupAttribute) != FALSE;
+  return attributes && g_hash_table_contains(attributes.get(), accessGroupAttribute) != FALSE;
 }
 
 /// One conversation with the service, from the connection to its end.

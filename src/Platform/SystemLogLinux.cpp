@@ -10,7 +10,7 @@
 namespace tarnwell {
 namespace {
 
-constexpr std::size_t maxMessageBytes = 32 * 1024;
+constexpr std::size_t maxMessageBytes = std::size_t{32} * 1024;
 
 /// The priorities of syslog (RFC 5424, section 6.2.1), which are the journal's too.
 std::string_view priority(SystemLogType type) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 
+#include "Platform/ASCIICase.h"
 #include "Platform/UTF8.h"
 
 namespace tarnwell {
@@ -36,14 +37,18 @@ void appendMapped(std::string& mapped, CaseMapping mapping, std::string_view pie
     const int32_t needed =
         mapping(rootCaseMap(), mapped.data() + start, capacity, piece.data(), length, &status);
     mapped.resize(start + static_cast<std::size_t>(U_SUCCESS(status) ? std::max(needed, 0) : 0));
-    if (status != U_BUFFER_OVERFLOW_ERROR) return;
+    if (status != U_BUFFER_OVERFLOW_ERROR) {
+      return;
+    }
     capacity = needed;
   }
 }
 
 std::string mappedInPieces(std::string_view text, CaseMapping mapping) {
   // ICU copies invalid bytes as they are.
-  if (!isValidUTF8(text)) return mappedInPieces(repairedUTF8(text), mapping);
+  if (!isValidUTF8(text)) {
+    return mappedInPieces(repairedUTF8(text), mapping);
+  }
   std::string mapped;
   while (!text.empty()) {
     std::size_t end = std::min(text.size(), longestPiece);
@@ -65,7 +70,9 @@ std::string repairedUTF8(std::string_view bytes) {
     const std::size_t run = lengthOfASCIIRun(bytes, position);
     text.append(bytes, position, run);
     position += run;
-    if (position < bytes.size()) appendCodePoint(text, nextCodePoint(bytes, position));
+    if (position < bytes.size()) {
+      appendCodePoint(text, nextCodePoint(bytes, position));
+    }
   }
   return text;
 }
@@ -82,16 +89,18 @@ bool isValidUTF8(std::string_view bytes) {
 }
 
 std::string lowercased(std::string_view text) {
-  if (lengthOfASCIIRun(text, 0) < text.size()) return mappedInPieces(text, ucasemap_utf8ToLower);
+  if (lengthOfASCIIRun(text, 0) < text.size()) {
+    return mappedInPieces(text, ucasemap_utf8ToLower);
+  }
   std::string lower(text);
-  std::ranges::transform(lower, lower.begin(), [](char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character | 0x20) : character;
-  });
+  std::ranges::transform(lower, lower.begin(), asciiLowercasedByte);
   return lower;
 }
 
 std::string uppercased(std::string_view text) {
-  if (lengthOfASCIIRun(text, 0) < text.size()) return mappedInPieces(text, ucasemap_utf8ToUpper);
+  if (lengthOfASCIIRun(text, 0) < text.size()) {
+    return mappedInPieces(text, ucasemap_utf8ToUpper);
+  }
   std::string upper(text);
   std::ranges::transform(upper, upper.begin(), [](char character) {
     return character >= 'a' && character <= 'z' ? static_cast<char>(character & ~0x20) : character;
@@ -101,8 +110,12 @@ std::string uppercased(std::string_view text) {
 
 bool isWhitespace(char32_t codePoint) {
   // The property is closed: these 25 code points have had it since Unicode 6.3.
-  if (codePoint < 0x80) return codePoint == ' ' || (codePoint >= '\t' && codePoint <= '\r');
-  if (codePoint >= 0x2000 && codePoint <= 0x200A) return true;
+  if (codePoint < 0x80) {
+    return codePoint == ' ' || (codePoint >= '\t' && codePoint <= '\r');
+  }
+  if (codePoint >= 0x2000 && codePoint <= 0x200A) {
+    return true;
+  }
   switch (codePoint) {
     case 0x85:
     case 0xA0:
@@ -130,7 +143,9 @@ bool isFormatCharacter(char32_t codePoint) {
 std::string_view trimmed(std::string_view text) {
   while (!text.empty()) {
     std::size_t next = 0;
-    if (!isWhitespace(nextCodePoint(text, next))) break;
+    if (!isWhitespace(nextCodePoint(text, next))) {
+      break;
+    }
     text.remove_prefix(next);
   }
   while (!text.empty()) {
@@ -139,7 +154,9 @@ std::string_view trimmed(std::string_view text) {
       --last;
     }
     std::size_t next = last;
-    if (!isWhitespace(nextCodePoint(text, next)) || next != text.size()) break;
+    if (!isWhitespace(nextCodePoint(text, next)) || next != text.size()) {
+      break;
+    }
     text = text.substr(0, last);
   }
   return text;

@@ -11,7 +11,9 @@ std::size_t lengthOfASCIIRun(std::string_view text, std::size_t position) {
   while (end + 2 * sizeof(std::uint64_t) <= text.size()) {
     std::uint64_t words[2];
     std::memcpy(words, text.data() + end, sizeof words);
-    if (((words[0] | words[1]) & highBits) != 0) break;
+    if (((words[0] | words[1]) & highBits) != 0) {
+      break;
+    }
     end += sizeof words;
   }
   while (end < text.size() && byteAt(text, end) < 0x80) {

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Reading and writing single code points of UTF-8 (RFC 3629), for the scanners of this program.
+/// Reading and writing UTF-8 (RFC 3629) code point by code point, for the scanners of this program.
 ///
 ///     std::size_t position = 0;
 ///     while (position < text.size()) { use(nextCodePoint(text, position)); }
@@ -27,15 +27,33 @@ struct UTF8Sequence {
 };
 
 constexpr UTF8Sequence sequenceOpenedBy(unsigned char lead) {
-  if (lead < 0x80) return {1};
-  if (lead < 0xC2) return {0};
-  if (lead < 0xE0) return {2};
-  if (lead == 0xE0) return {3, 0xA0, 0xBF};
-  if (lead == 0xED) return {3, 0x80, 0x9F};
-  if (lead < 0xF0) return {3};
-  if (lead == 0xF0) return {4, 0x90, 0xBF};
-  if (lead < 0xF4) return {4};
-  if (lead == 0xF4) return {4, 0x80, 0x8F};
+  if (lead < 0x80) {
+    return {1};
+  }
+  if (lead < 0xC2) {
+    return {0};
+  }
+  if (lead < 0xE0) {
+    return {2};
+  }
+  if (lead == 0xE0) {
+    return {3, 0xA0, 0xBF};
+  }
+  if (lead == 0xED) {
+    return {3, 0x80, 0x9F};
+  }
+  if (lead < 0xF0) {
+    return {3};
+  }
+  if (lead == 0xF0) {
+    return {4, 0x90, 0xBF};
+  }
+  if (lead < 0xF4) {
+    return {4};
+  }
+  if (lead == 0xF4) {
+    return {4, 0x80, 0x8F};
+  }
   return {0};
 }
 
@@ -43,7 +61,18 @@ constexpr UTF8Sequence sequenceOpenedBy(unsigned char lead) {
 /// 3.9) reads as U+FFFD; `valid`, where given, is set to false for it and left alone otherwise.
 inline char32_t nextCodePoint(std::string_view text, std::size_t& position, bool* valid = nullptr) {
   const unsigned char lead = byteAt(text, position++);
-  if (lead < 0x80) return lead;
+  if (lead < 0x80) {
+    return lead;
+  }
+  if (lead > 0xE0 && lead < 0xED && text.size() - position >= 2) {
+    // Most Japanese and Chinese text: any two continuation bytes will do.
+    const unsigned second = byteAt(text, position) ^ 0x80U;
+    const unsigned third = byteAt(text, position + 1) ^ 0x80U;
+    if ((second | third) < 0x40) {
+      position += 2;
+      return ((lead & 0xFU) << 12) | (second << 6) | third;
+    }
+  }
   const UTF8Sequence sequence = sequenceOpenedBy(lead);
   char32_t codePoint = lead & (0x7FU >> sequence.length);
   unsigned char lowest = sequence.secondLowest;
@@ -52,18 +81,26 @@ inline char32_t nextCodePoint(std::string_view text, std::size_t& position, bool
   for (unsigned rest = sequence.length; rest > 1 && complete; --rest) {
     complete =
         position < text.size() && byteAt(text, position) >= lowest && byteAt(text, position) <= highest;
-    if (complete) codePoint = (codePoint << 6) | (byteAt(text, position++) & 0x3FU);
+    if (complete) {
+      codePoint = (codePoint << 6) | (byteAt(text, position++) & 0x3FU);
+    }
     lowest = 0x80;
     highest = 0xBF;
   }
-  if (complete) return codePoint;
-  if (valid != nullptr) *valid = false;
+  if (complete) {
+    return codePoint;
+  }
+  if (valid != nullptr) {
+    *valid = false;
+  }
   return replacementCharacter;
 }
 
 /// Appends a Unicode scalar value; anything else (a surrogate, above U+10FFFF) as U+FFFD.
 inline void appendCodePoint(std::string& text, char32_t codePoint) {
-  if (codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint <= 0xDFFF)) codePoint = replacementCharacter;
+  if (codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint <= 0xDFFF)) {
+    codePoint = replacementCharacter;
+  }
   const auto byte = [&text](char32_t value) { text.push_back(static_cast<char>(value)); };
   const auto continuation = [&](unsigned shift) { byte(0x80 | ((codePoint >> shift) & 0x3F)); };
   if (codePoint < 0x80) {

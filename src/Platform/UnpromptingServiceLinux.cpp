@@ -21,8 +21,9 @@ GVariant* finishRefusal(SecretService* /*service*/, GAsyncResult* result, GError
   return static_cast<GVariant*>(g_task_propagate_pointer(G_TASK(result), error));
 }
 
-/// The parent's constructor chooses the bus that all libraries of a process share, whatever the caller
-/// asked for. The choice is taken back, so that the connection of the caller counts.
+/// The parent's constructor (libsecret 0.19 and later) fills in the names of the service and its object, and
+/// chooses the connection that all libraries of a process share, whatever the caller asked for. That choice
+/// is taken back, so that the connection of the caller counts.
 GObject* constructOnConnection(GType type, guint count, GObjectConstructParam* properties) {
   auto* parent = G_OBJECT_CLASS(g_type_class_peek(SECRET_TYPE_SERVICE));
   GObject* service = parent->constructor(type, count, properties);
@@ -89,11 +90,8 @@ ObjectPointer<SecretService> openUnpromptingService(BoundedCalls& calls) {
   }
   auto connection = connect(calls, *address);
   auto result = calls.result([&](GCancellable* cancel, GAsyncReadyCallback done, gpointer data) {
-    g_async_initable_new_async(unpromptingServiceType(), G_PRIORITY_DEFAULT, cancel, done, data,  //
-                               "g-connection", connection.get(),                                  //
-                               "g-name", "org.freedesktop.secrets",                               //
-                               "g-object-path", "/org/freedesktop/secrets",                       //
-                               "g-interface-name", "org.freedesktop.Secret.Service", nullptr);
+    g_async_initable_new_async(unpromptingServiceType(), G_PRIORITY_DEFAULT, cancel, done, data,
+                               "g-connection", connection.get(), nullptr);
   });
   GError* error = nullptr;
   ObjectPointer<GObject> source(g_async_result_get_source_object(result.get()));

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "Platform/ASCIICase.h"
 #include "Platform/UTF8.h"
 
 namespace tarnwell {
@@ -23,7 +24,9 @@ std::string escaped(std::string_view term) {
   for (const char character : term) {
     const bool isPlain = (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
                          (character >= 'a' && character <= 'z') || (character & 0x80) != 0;
-    if (!isPlain) pattern.push_back('\\');
+    if (!isPlain) {
+      pattern.push_back('\\');
+    }
     pattern.push_back(character);
   }
   return pattern;
@@ -38,10 +41,6 @@ Expression compiled(const std::string& pattern) {
   return U_SUCCESS(status) ? std::move(expression) : nullptr;
 }
 
-char lowerASCII(char character) {
-  return character >= 'A' && character <= 'Z' ? static_cast<char>(character | 0x20) : character;
-}
-
 /// True when only ASCII can match the term without regard to case. Outside of ASCII, U+017F and U+212A
 /// fold to s and k, and some ligatures to pairs of s, t, f, i and l; nothing else folds to ASCII
 /// (Unicode 15, CaseFolding.txt).
@@ -49,7 +48,9 @@ bool matchesOnlyASCII(std::string_view lowerTerm) {
   const auto isSafe = [](char character) {
     return (character & 0x80) == 0 && character != 's' && character != 'k';
   };
-  if (!std::ranges::all_of(lowerTerm, isSafe)) return false;
+  if (!std::ranges::all_of(lowerTerm, isSafe)) {
+    return false;
+  }
   return std::ranges::none_of(std::initializer_list<std::string_view>{"ff", "fi", "fl"}, [&](auto ligature) {
     return lowerTerm.find(ligature) != std::string_view::npos;
   });
@@ -64,8 +65,10 @@ struct WordPattern::Compiled {
 
   /// A cheap look that may say true for too much, never false for a match.
   bool mayBeIn(std::string_view text) const {
-    if (!onlyASCII || lowerTerm.empty()) return true;
-    const auto sameLetter = [](char left, char right) { return lowerASCII(left) == right; };
+    if (!onlyASCII || lowerTerm.empty()) {
+      return true;
+    }
+    const auto sameLetter = [](char left, char right) { return asciiLowercasedByte(left) == right; };
     return std::search(text.begin(), text.end(), lowerTerm.begin(), lowerTerm.end(), sameLetter) !=
            text.end();
   }
@@ -73,7 +76,7 @@ struct WordPattern::Compiled {
 
 WordPattern::WordPattern(std::string_view term) : compiled_(std::make_unique<Compiled>()) {
   compiled_->expression = compiled("\\b" + escaped(term) + "\\b");
-  std::ranges::transform(term, std::back_inserter(compiled_->lowerTerm), lowerASCII);
+  std::ranges::transform(term, std::back_inserter(compiled_->lowerTerm), asciiLowercasedByte);
   compiled_->onlyASCII = matchesOnlyASCII(compiled_->lowerTerm);
 }
 
@@ -84,7 +87,9 @@ WordPattern& WordPattern::operator=(WordPattern&&) noexcept = default;
 bool WordPattern::isUsable() const { return compiled_ != nullptr && compiled_->expression != nullptr; }
 
 bool WordPattern::isFoundIn(std::string_view text) const {
-  if (!isUsable() || !compiled_->mayBeIn(text)) return false;
+  if (!isUsable() || !compiled_->mayBeIn(text)) {
+    return false;
+  }
   UErrorCode status = U_ZERO_ERROR;
   // A matcher keeps its position in itself, so that each search has its own.
   const Expression matcher(uregex_clone(compiled_->expression.get(), &status));

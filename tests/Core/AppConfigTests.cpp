@@ -189,9 +189,9 @@ TEST(AppConfigDecoding, rootMustBeAnObject) {
 TEST(AppConfigEncoding, optionalFieldsAreWrittenOnlyWhenPresent) {
   EXPECT_EQ(json(AppConfig()), json::parse(R"({
     "email": "", "imapHost": "imap.mail.me.com", "imapPort": 993, "httpPort": 8765,
-    "safety": {"readOnly": true, "maxFetch": 50, "allowTrash": false, "allowMove": true, "allowMarkRead": true,
-               "maxBodyChars": 4000, "maxMessagesPerCall": 20, "blockAuthCodeBodies": true,
-               "allowCopyMoveFallback": false}})"));
+    "safety": {"readOnly": true, "maxFetch": 50, "allowTrash": false, "allowMove": true,
+               "allowMarkRead": true, "maxBodyChars": 4000, "maxMessagesPerCall": 20,
+               "blockAuthCodeBodies": true, "allowCopyMoveFallback": false}})"));
   AppConfig config;
   config.lastConnectionTestDate = std::chrono::sys_days(2024y / 5 / 1) + 9h + 30min;
   config.lastConnectionTestSuccess = false;

@@ -181,7 +181,9 @@ TEST_P(ScanLimit, widensTheScanAndNeverNarrowsIt) {
   // An e with an accent is one character and three bytes.
   for (const std::string& filler : {std::string("-"), std::string("e\u0301"), std::string("日")}) {
     std::string body;
-    for (std::size_t i = 0; i < GetParam().charactersBefore; ++i) body += filler;
+    for (std::size_t i = 0; i < GetParam().charactersBefore; ++i) {
+      body += filler;
+    }
     body += "認証コード";
     const RiskAssessment assessment =
         EmailRiskDetector::shared().assess({.bodyPrefix = body, .scanLimit = GetParam().scanLimit});
@@ -234,7 +236,9 @@ TEST(EmailRiskDetector, manyThreadsAssessAtOnce) {
       }
     });
   }
-  for (std::thread& thread : threads) thread.join();
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
   EXPECT_EQ(found, std::vector<std::size_t>(4, 200));
 }
 

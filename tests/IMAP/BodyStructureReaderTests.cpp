@@ -4,9 +4,12 @@
 #include <vector>
 
 #include "IMAP/IMAPParser.h"
+#include "support/Repeated.h"
 
 namespace tarnwell {
 namespace {
+
+using testing::repeated;
 
 /// One line for the table: section, encoding, charset or "-", and html for an HTML part; then whether
 /// there are attachments.
@@ -226,18 +229,10 @@ TEST(BodyStructureReader, structureCutAtEveryPositionIsRead) {
   }
 }
 
-std::string repeated(const std::string& text, std::size_t count) {
-  std::string whole;
-  for (std::size_t number = 0; number < count; ++number) {
-    whole += text;
-  }
-  return whole;
-}
-
 TEST(BodyStructureReader, readsMillionsOfNestedMultiparts) {
-  EXPECT_EQ(described(std::string(10'000'000, '(')), "none");
-  const std::string info = described(std::string(1'000'000, '(') + "\"text\"");
-  EXPECT_EQ(info.size(), std::string(" 7bit -").size() + 2 * 1'000'000 - 1);
+  EXPECT_EQ(described(repeated("(", 10'000'000)), "none");
+  const std::string info = described(repeated("(", 1'000'000) + "\"text\"");
+  EXPECT_EQ(info.size(), std::string(" 7bit -").size() + 2'000'000 - 1);
   EXPECT_EQ(info.substr(0, 6), "1.1.1.");
 }
 

@@ -18,7 +18,9 @@ std::string referenceField(const std::string& field) {
   const auto decodeWord = [](const RegexGroups& groups) {
     const std::string& text = groups[3];
     const bool isBase64 = uppercased(groups[2]) == "B";
-    if (!isBase64) return decodeCharset(decodeQuotedPrintable(text, Underscore::isSpace), groups[1]);
+    if (!isBase64) {
+      return decodeCharset(decodeQuotedPrintable(text, Underscore::isSpace), groups[1]);
+    }
     return decodeCharset(decodeBase64(text).value_or(text), groups[1]);
   };
   const auto dropBlanks = [](const std::string& gap) { return trimmed(gap).empty() ? std::string() : gap; };

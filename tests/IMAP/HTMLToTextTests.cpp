@@ -32,7 +32,9 @@ std::string scalarOrMatch(const RegexGroups& groups) {
   const auto [end, error] =
       std::from_chars(digits.data(), digits.data() + digits.size(), value, isHexadecimal ? 16 : 10);
   const bool isNumber = error == std::errc() && end == digits.data() + digits.size();
-  if (!isNumber || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF)) return groups[0];
+  if (!isNumber || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF)) {
+    return groups[0];
+  }
   std::string character;
   appendCodePoint(character, value);
   return character;

@@ -4,10 +4,13 @@
 #include <vector>
 
 #include "IMAP/IMAPParser.h"
+#include "support/Repeated.h"
 #include "support/TokenPrinter.h"
 
 namespace tarnwell {
 namespace {
+
+using testing::repeated;
 
 std::string tokenized(std::string_view response) { return testing::printed(IMAPParser::tokenize(response)); }
 
@@ -238,7 +241,8 @@ TEST(IMAPTokenizer, responseCutAtEveryPositionKeepsTheTokensBeforeTheCut) {
 }
 
 TEST(IMAPTokenizer, readsMillionsOfOpenParentheses) {
-  const IMAPTokens tokens = IMAPParser::tokenize(std::string(10'000'000, '('));
+  const std::string response = repeated("(", 10'000'000);
+  const IMAPTokens tokens = IMAPParser::tokenize(response);
   std::size_t depth = 0;
   for (IMAPTokenList list = tokens.elements(); !list.empty(); list = (*list.begin()).list()) {
     ++depth;
@@ -247,7 +251,7 @@ TEST(IMAPTokenizer, readsMillionsOfOpenParentheses) {
 }
 
 TEST(IMAPTokenizer, readsMillionsOfNestedAndClosedLists) {
-  const std::string response = std::string(5'000'000, '(') + std::string(5'000'000, ')') + " end";
+  const std::string response = repeated("(", 5'000'000) + repeated(")", 5'000'000) + " end";
   const IMAPTokens tokens = IMAPParser::tokenize(response);
   const IMAPTokenList elements = tokens.elements();
   EXPECT_EQ(std::distance(elements.begin(), elements.end()), 2);
@@ -255,22 +259,19 @@ TEST(IMAPTokenizer, readsMillionsOfNestedAndClosedLists) {
 }
 
 TEST(IMAPTokenizer, readsMillionsOfSiblings) {
-  std::string response;
-  for (int sibling = 0; sibling < 10'000'000; ++sibling) {
-    response += "()";
-  }
+  const std::string response = repeated("()", 10'000'000);
   const IMAPTokens tokens = IMAPParser::tokenize(response);
   const IMAPTokenList elements = tokens.elements();
   EXPECT_EQ(std::distance(elements.begin(), elements.end()), 10'000'000);
 }
 
 TEST(IMAPTokenizer, readsMillionsOfStrayParentheses) {
-  EXPECT_TRUE(IMAPParser::tokenize(std::string(10'000'000, ')')).elements().empty());
+  EXPECT_TRUE(IMAPParser::tokenize(repeated(")", 10'000'000)).elements().empty());
 }
 
 TEST(IMAPTokenizer, readsMillionsOfBracesThatNeverClose) {
-  EXPECT_EQ(tokenized(std::string(10'000'000, '{')), "[\"\"]");
-  EXPECT_EQ(tokenized(std::string(10'000'000, '\\')).size(), 20'000'002U);
+  EXPECT_EQ(tokenized(repeated("{", 10'000'000)), "[\"\"]");
+  EXPECT_EQ(tokenized(repeated("\\", 10'000'000)).size(), 20'000'002U);
 }
 
 }  // namespace

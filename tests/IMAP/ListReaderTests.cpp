@@ -4,9 +4,12 @@
 #include <vector>
 
 #include "IMAP/IMAPParser.h"
+#include "support/Repeated.h"
 
 namespace tarnwell {
 namespace {
+
+using testing::repeated;
 
 /// One line for the table: path | name | delimiter | special use or "-" | whether it can be selected.
 std::string folderOf(std::string_view response) {
@@ -126,7 +129,7 @@ TEST(ListReader, responseCutAnywhereIsAbsentOrAFolder) {
 }
 
 TEST(ListReader, readsALongPathOfDelimiters) {
-  const std::string path(10'000'000, '/');
+  const std::string path = repeated("/", 10'000'000);
   const IMAPFolder folder =
       IMAPParser::parseList(IMAPParser::tokenize("* LIST () / " + path).elements()).value_or(IMAPFolder());
   EXPECT_EQ(folder.path.size(), path.size());

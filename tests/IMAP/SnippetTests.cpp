@@ -26,7 +26,9 @@ Snippet referenceSnippet(const std::string& text, std::int64_t maxChars) {
   const std::string plain = replaceByICU(text, "\\u00A0", LetterCase::matters, " ");
   const std::string collapsed(trimmed(replaceByICU(plain, "\\s+", LetterCase::matters, " ")));
   const auto limit = static_cast<std::size_t>(std::max<std::int64_t>(maxChars, 0));
-  if (characterCount(collapsed) <= limit) return {.text = collapsed, .truncated = false};
+  if (characterCount(collapsed) <= limit) {
+    return {.text = collapsed, .truncated = false};
+  }
   return {.text = std::string(trimmed(characterPrefix(collapsed, limit))) + "…", .truncated = true};
 }
 

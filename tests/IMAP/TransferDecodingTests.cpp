@@ -60,12 +60,16 @@ TEST(Base64, whatWasEncodedComesBackHoweverItIsWrapped) {
   std::mt19937 random(HostileText::seed);
   for (int round = 0; round < 3000; ++round) {
     std::string bytes;
-    for (auto left = random() % 300; left > 0; --left) bytes += static_cast<char>(random());
+    for (auto left = random() % 300; left > 0; --left) {
+      bytes += static_cast<char>(random());
+    }
     const std::string encoded = encodedBase64(bytes);
     std::string wrapped;
     for (const char character : encoded) {
       wrapped += character;
-      if (random() % 20 == 0) wrapped += random() % 2 == 0 ? "\r\n" : " ";
+      if (random() % 20 == 0) {
+        wrapped += random() % 2 == 0 ? "\r\n" : " ";
+      }
     }
     ASSERT_EQ(decodeBase64(encoded), bytes) << "seed " << HostileText::seed << " round " << round;
     ASSERT_EQ(decodeBase64(wrapped), bytes) << "seed " << HostileText::seed << " round " << round;

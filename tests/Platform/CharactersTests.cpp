@@ -135,8 +135,12 @@ TEST(Characters, randomTextsHaveTheBoundariesOfICU) {
 
 TEST(Characters, everyCodePointBesideALetterAndBesideKanaHasTheBoundariesOfICU) {
   for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
-    if (codePoint == 0xD800) codePoint = 0xE000;
-    if (codePoint > 0x30000 && codePoint < 0xE0000 && codePoint % 64 != 0) continue;  // unassigned planes
+    if (codePoint == 0xD800) {
+      codePoint = 0xE000;
+    }
+    if (codePoint > 0x30000 && codePoint < 0xE0000 && codePoint % 64 != 0) {
+      continue;  // unassigned planes
+    }
     std::string text = "a";
     appendCodePoint(text, codePoint);
     text += "ひ";
@@ -154,10 +158,14 @@ TEST(Characters, manyThreadsCountAtOnce) {
   std::vector<std::thread> threads;
   for (std::size_t& count : counts) {
     threads.emplace_back([&count, &text] {
-      for (int i = 0; i < 200; ++i) count += characterCount(text);
+      for (int i = 0; i < 200; ++i) {
+        count += characterCount(text);
+      }
     });
   }
-  for (std::thread& thread : threads) thread.join();
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
   EXPECT_EQ(counts, std::vector<std::size_t>(4, 600));
 }
 

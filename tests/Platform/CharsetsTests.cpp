@@ -173,6 +173,13 @@ TEST(Charsets, namesOutsideTheRegistryAreAbsent) {
   }
 }
 
+TEST(Charsets, aViewOfNothingIsTheEmptyText) {
+  for (const Charset& charset :
+       {Charset::utf8, Charset::ascii, Charset::latin1, Charset::shiftJIS, Charset::utf16}) {
+    EXPECT_EQ(convertToUTF8(std::string_view(), charset), "") << charset.name();
+  }
+}
+
 TEST(Charsets, longTextsCrossTheBuffersUnharmed) {
   std::string bytes;
   std::string expected;

@@ -159,7 +159,9 @@ TEST(WordPattern, onlyTheKnownLettersFoldToASCII) {
   // The quick look before the search relies on it.
   std::u32string found;
   for (UChar32 codePoint = 0x80; codePoint <= 0x10FFFF; ++codePoint) {
-    if (codePoint >= 0xD800 && codePoint <= 0xDFFF) continue;
+    if (codePoint >= 0xD800 && codePoint <= 0xDFFF) {
+      continue;
+    }
     UChar folded[16];
     UChar single[2];
     int32_t length = 0;
@@ -167,8 +169,12 @@ TEST(WordPattern, onlyTheKnownLettersFoldToASCII) {
     UErrorCode status = U_ZERO_ERROR;
     const int32_t count = u_strFoldCase(folded, 16, single, length, U_FOLD_CASE_DEFAULT, &status);
     bool isASCII = true;
-    for (int32_t i = 0; i < count; ++i) isASCII = isASCII && folded[i] < 0x80;
-    if (isASCII) found.push_back(static_cast<char32_t>(codePoint));
+    for (int32_t i = 0; i < count; ++i) {
+      isASCII = isASCII && folded[i] < 0x80;
+    }
+    if (isASCII) {
+      found.push_back(static_cast<char32_t>(codePoint));
+    }
   }
   EXPECT_EQ(found, U"\u00DF\u017F\u1E9E\u212A\uFB00\uFB01\uFB02\uFB03\uFB04\uFB05\uFB06");
 }

@@ -30,7 +30,9 @@ inline const icu::RegexPattern& compiledByICU(std::string_view pattern, LetterCa
     const auto length = static_cast<int32_t>(pattern.size());
     const auto source = icu::UnicodeString::fromUTF8(icu::StringPiece(pattern.data(), length));
     compiled.reset(icu::RegexPattern::compile(source, flags, where, status));
-    if (U_FAILURE(status)) throw std::invalid_argument(u_errorName(status));
+    if (U_FAILURE(status)) {
+      throw std::invalid_argument(u_errorName(status));
+    }
   }
   return *compiled;
 }

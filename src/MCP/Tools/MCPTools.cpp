@@ -1,5 +1,6 @@
 #include "MCP/Tools/MCPTools.h"
 
+#include <stdexcept>
 #include <utility>
 
 #include "Core/AppLogger.h"
@@ -25,10 +26,11 @@ class SessionEnd {
   IMAPClient& client_;
 };
 
-/// A tool's name comes from the client and may be of any length.
-std::string shortened(std::string_view name) {
-  constexpr std::size_t maximumLength = 100;
-  return std::string(characterPrefix(name, maximumLength));
+/// For the log: names come from the client, and a description may hold a folder's name that does. Both may be
+/// of any length.
+std::string shortened(std::string_view text) {
+  constexpr std::size_t maximumLength = 300;
+  return std::string(characterPrefix(text, maximumLength));
 }
 
 }  // namespace
@@ -62,7 +64,7 @@ ToolCallResult MCPTools::handle(std::string_view name, const JSONValue& argument
   try {
     return run(*tool, arguments);
   } catch (const IMAPError& error) {
-    AppLogger::error(Category::tool, label + " failed: " + error.description());
+    AppLogger::error(Category::tool, label + " failed: " + shortened(error.description()));
     return ToolCallResult::error(error.description());
   } catch (const KeychainError& error) {
     AppLogger::error(Category::tool, label + " keychain error " + error.description());
@@ -82,14 +84,19 @@ ToolCallResult MCPTools::run(ToolName tool, const JSONValue& arguments) const {
     case ToolName::searchInbox:
       return searchInbox(arguments);
     case ToolName::getMessageSummary:
+      return getMessageSummary(arguments);
     case ToolName::getMessageBody:
+      return getMessageBody(arguments);
     case ToolName::proposeInboxCleanup:
+      return proposeInboxCleanup(arguments);
     case ToolName::moveMessage:
+      return moveMessage(arguments);
     case ToolName::markAsRead:
+      return markAsRead(arguments);
     case ToolName::trashMessage:
-      break;
+      return trashMessage(arguments);
   }
-  return ToolCallResult::error("This version does not offer " + std::string(rawValue(tool)) + " yet.");
+  throw std::logic_error("a tool without a case");
 }
 
 ToolCallResult MCPTools::withIMAP(const AppConfig& config, IMAPClient::Access access,

@@ -58,9 +58,20 @@ class MCPTools {
   ToolCallResult withIMAP(const AppConfig& config, IMAPClient::Access access,
                           const std::function<ToolCallResult(IMAPClient&)>& body) const;
 
+  /// Runs `body` on the summary of the message that "uid" names, in a read-only session. Without a valid
+  /// UID, or without such a message, an error result.
+  ToolCallResult withMessage(const AppConfig& config, const JSONValue& arguments,
+                             const std::function<JSONValue(IMAPClient&, const IMAPMessage&)>& body) const;
+
   ToolCallResult getStatus() const;
   ToolCallResult listFolders(const JSONValue& arguments) const;
   ToolCallResult searchInbox(const JSONValue& arguments) const;
+  ToolCallResult getMessageSummary(const JSONValue& arguments) const;
+  ToolCallResult getMessageBody(const JSONValue& arguments) const;
+  ToolCallResult proposeInboxCleanup(const JSONValue& arguments) const;
+  ToolCallResult moveMessage(const JSONValue& arguments) const;
+  ToolCallResult markAsRead(const JSONValue& arguments) const;
+  ToolCallResult trashMessage(const JSONValue& arguments) const;
 
   ConfigStore configStore_;
   KeychainStore keychain_;

@@ -15,23 +15,16 @@ bool MailScreen::withholds(const RiskAssessment& assessment) const {
   return isBlocking_ && assessment.shouldBlockBody();
 }
 
-MailScreen::ScannedSnippet MailScreen::snippet(const IMAPMessage& message, std::string_view body,
-                                               std::int64_t maxChars) const {
-  RiskAssessment raw = assess(message, body, maxChars);
-  if (withholds(raw)) {
-    return {std::move(raw), std::nullopt};
+RiskAssessment MailScreen::assessBody(const IMAPMessage& message, std::string_view body,
+                                      std::int64_t maxChars) const {
+  RiskAssessment asItStands = assess(message, body, maxChars);
+  if (!isBlocking_ || asItStands.shouldBlockBody()) {
+    return asItStands;
   }
-  if (isBlocking_) {
-    // As far as the detector looks at least, so that a keyword that the cut runs through is seen whole.
-    const auto reach = std::max(maxChars, static_cast<std::int64_t>(detector_.bodyScanPrefix()));
-    const std::string collapsed = IMAPParser::snippet(body, reach).text;
-    RiskAssessment leaving = assess(message, collapsed, reach);
-    if (leaving.shouldBlockBody()) {
-      return {std::move(leaving), std::nullopt};
-    }
-  }
-  IMAPParser::Snippet preview = IMAPParser::snippet(body, maxChars);
-  return {std::move(raw), std::move(preview.text), preview.truncated};
+  const auto beyondTheCut = static_cast<std::int64_t>(detector_.longestTerm());
+  const auto reach = std::max(maxChars + beyondTheCut, static_cast<std::int64_t>(detector_.bodyScanPrefix()));
+  RiskAssessment collapsed = assess(message, IMAPParser::snippet(body, reach).text, reach);
+  return collapsed.shouldBlockBody() ? collapsed : asItStands;
 }
 
 RiskAssessment MailScreen::assess(const IMAPMessage& message, std::optional<std::string_view> body,

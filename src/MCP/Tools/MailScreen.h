@@ -20,24 +20,18 @@ class MailScreen {
   MailScreen(const EmailRiskDetector& detector, const SafetySettings& settings)
       : detector_(detector), isBlocking_(settings.blockAuthCodeBodies) {}
 
-  /// What the subject and the sender tell.
+  /// What subject and sender tell.
   RiskAssessment assessHeader(const IMAPMessage& message) const;
+
+  /// What subject, sender and body tell, when at most `maxChars` user-perceived characters from the
+  /// beginning of the body are to leave. At least as many are scanned as they stand. While blocking is on
+  /// they are scanned a second time with white space collapsed, and a little beyond the cut: a keyword
+  /// split by a line break, standing behind a page of blanks, or cut in two is found only there. That scan
+  /// can withhold more, never less.
+  RiskAssessment assessBody(const IMAPMessage& message, std::string_view body, std::int64_t maxChars) const;
 
   /// True when blocking is on and the assessment says to withhold.
   bool withholds(const RiskAssessment& assessment) const;
-
-  struct ScannedSnippet {
-    RiskAssessment assessment;
-    /// Absent when it must be withheld.
-    std::optional<std::string> text;
-    bool truncated = false;
-  };
-
-  /// A preview of at most `maxChars` user-perceived characters of a body, if it may leave. The body is
-  /// scanned as it is, at least `maxChars` characters of it. While blocking is on it is scanned a second
-  /// time with its white space collapsed, the form in which it leaves: a keyword split by a line break, or
-  /// standing behind a page of blanks, is found only there.
-  ScannedSnippet snippet(const IMAPMessage& message, std::string_view body, std::int64_t maxChars) const;
 
  private:
   RiskAssessment assess(const IMAPMessage& message, std::optional<std::string_view> body,

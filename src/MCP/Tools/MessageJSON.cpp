@@ -25,6 +25,16 @@ JSONValue riskSignalsJSON(const std::vector<RiskSignal>& signals) {
   return array;
 }
 
+JSONValue addressesJSON(const std::vector<IMAPAddress>& addresses) {
+  JSONArray array;
+  for (const IMAPAddress& address : addresses) {
+    array.push_back(JSONObject{{"name", JSONValue::of(address.name)},
+                               {"email", JSONValue::of(address.email())},
+                               {"display", address.display()}});
+  }
+  return array;
+}
+
 std::optional<std::string> senderText(const IMAPMessage& message) {
   const std::vector<IMAPAddress>& from = message.envelope.from;
   return from.empty() ? std::nullopt : std::optional(from.front().display());

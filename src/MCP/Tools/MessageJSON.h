@@ -23,6 +23,9 @@ JSONValue safetyJSON(const SafetySettings& settings);
 /// An object with category, term and location for each signal.
 JSONValue riskSignalsJSON(const std::vector<RiskSignal>& signals);
 
+/// An object with name, email and display for each address.
+JSONValue addressesJSON(const std::vector<IMAPAddress>& addresses);
+
 /// The display form of the first sender.
 std::optional<std::string> senderText(const IMAPMessage& message);
 

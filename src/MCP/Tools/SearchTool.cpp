@@ -3,6 +3,7 @@
 #include "Core/BridgeConstants.h"
 #include "Core/SafetyPolicy.h"
 #include "IMAP/IMAPClient.h"
+#include "IMAP/TextDecoding.h"
 #include "MCP/Tools/MCPTools.h"
 #include "MCP/Tools/MailScreen.h"
 #include "MCP/Tools/MessageJSON.h"
@@ -36,9 +37,12 @@ JSONValue searchHit(IMAPClient& client, const MailScreen& screen, const IMAPMess
   if (screen.withholds(header)) {
     return messageHeaderJSON(message, std::nullopt, header.signals);
   }
-  const IMAPClient::BodyText body = client.fetchBodyText(message);
-  const MailScreen::ScannedSnippet snippet = screen.snippet(message, body.text, snippetMaxChars);
-  return messageHeaderJSON(message, snippet.text, snippet.assessment.signals);
+  const std::string body = client.fetchBodyText(message).text;
+  const RiskAssessment assessment = screen.assessBody(message, body, snippetMaxChars);
+  if (screen.withholds(assessment)) {
+    return messageHeaderJSON(message, std::nullopt, assessment.signals);
+  }
+  return messageHeaderJSON(message, IMAPParser::snippet(body, snippetMaxChars).text, assessment.signals);
 }
 
 }  // namespace

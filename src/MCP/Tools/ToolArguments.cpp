@@ -12,6 +12,10 @@ std::optional<std::uint32_t> uidArg(const JSONValue& arguments) {
   return static_cast<std::uint32_t>(*uid);
 }
 
+std::string noMessageText(std::uint32_t uid) {
+  return "No message with UID " + std::to_string(uid) + " in INBOX.";
+}
+
 std::optional<std::string> textArg(const JSONValue& arguments, std::string_view key) {
   std::optional<std::string> text = arguments[key].stringValue();
   return text && !text->empty() ? std::move(text) : std::nullopt;

@@ -16,6 +16,10 @@ namespace tarnwell {
 /// 32 bits.
 std::optional<std::uint32_t> uidArg(const JSONValue& arguments);
 
+/// What a tool says about a UID that `uidArg` does not read, and about one that is not in the inbox.
+inline constexpr std::string_view invalidUIDText = "Missing or invalid 'uid'.";
+std::string noMessageText(std::uint32_t uid);
+
 /// A text that is not empty.
 std::optional<std::string> textArg(const JSONValue& arguments, std::string_view key);
 

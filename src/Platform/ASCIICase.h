@@ -10,13 +10,13 @@
 
 namespace tarnwell {
 
-constexpr char asciiLowercased(char byte) {
+constexpr char asciiLowercasedByte(char byte) {
   return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
 }
 
 inline std::string asciiLowercased(std::string text) {
   for (char& byte : text) {
-    byte = asciiLowercased(byte);
+    byte = asciiLowercasedByte(byte);
   }
   return text;
 }
@@ -24,7 +24,7 @@ inline std::string asciiLowercased(std::string text) {
 constexpr bool equalsIgnoringASCIICase(std::string_view left, std::string_view right) {
   return left.size() == right.size() &&
          std::equal(left.begin(), left.end(), right.begin(), [](char leftByte, char rightByte) {
-           return asciiLowercased(leftByte) == asciiLowercased(rightByte);
+           return asciiLowercasedByte(leftByte) == asciiLowercasedByte(rightByte);
          });
 }
 

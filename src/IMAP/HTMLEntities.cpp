@@ -1,0 +1,116 @@
+#include "IMAP/HTMLEntities.h"
+
+#include <cstdint>
+#include <optional>
+
+#include "IMAP/HexDigits.h"
+#include "IMAP/TextReplacement.h"
+#include "Platform/UTF8.h"
+
+namespace tarnwell::IMAPParser {
+
+namespace {
+
+constexpr auto nowhere = std::string_view::npos;
+
+struct NamedEntity {
+  std::string_view entity;
+  std::string_view character;
+};
+
+constexpr NamedEntity namedEntities[] = {
+    {"&lt;", "<"},
+    {"&gt;", ">"},
+    {"&quot;", "\""},
+    {"&#39;", "'"},
+    {"&apos;", "'"},
+    // Deliberate: an ordinary space and not U+00A0, which no reader of plain text needs.
+    {"&nbsp;", " "},
+    {"&mdash;", "\u2014"},
+    {"&ndash;", "\u2013"},
+    {"&hellip;", "\u2026"},
+    {"&copy;", "\u00A9"},
+    {"&reg;", "\u00AE"},
+};
+
+/// "&#(x?[0-9A-Fa-f]+);": where it ends, and the scalar value it names. A reference without a value is
+/// text like any other: hexadecimal digits without the x, a surrogate, or a number that is too large.
+struct NumericReference {
+  std::size_t end = 0;
+  std::optional<char32_t> value;
+};
+
+std::optional<NumericReference> numericReferenceAt(std::string_view text, std::size_t start) {
+  if (!text.substr(start).starts_with("&#")) {
+    return std::nullopt;
+  }
+  std::size_t position = start + 2;
+  // Deliberate: "&#X41;" with a capital X is no reference.
+  const bool isHexadecimal = text.substr(position).starts_with('x');
+  if (isHexadecimal) {
+    ++position;
+  }
+  const std::size_t digitsStart = position;
+  const int radix = isHexadecimal ? 16 : 10;
+  constexpr std::uint64_t tooLarge = 0x110000;
+  std::uint64_t value = 0;
+  bool isNumber = true;
+  for (; position < text.size() && hexDigitValue(text[position]) >= 0; ++position) {
+    const int digit = hexDigitValue(text[position]);
+    isNumber = isNumber && digit < radix;
+    if (value < tooLarge) {
+      value = value * static_cast<unsigned>(radix) + static_cast<unsigned>(digit);
+    }
+  }
+  if (position == digitsStart || !text.substr(position).starts_with(';')) {
+    return std::nullopt;
+  }
+  NumericReference reference{.end = position + 1, .value = std::nullopt};
+  const bool isSurrogate = value >= 0xD800 && value <= 0xDFFF;
+  if (isNumber && value < tooLarge && !isSurrogate) {
+    reference.value = static_cast<char32_t>(value);
+  }
+  return reference;
+}
+
+/// Replaces the reference at `start`, if there is one, and tells where to go on.
+std::size_t replaceReference(std::string_view text, std::size_t start, TextReplacement& replacement) {
+  for (const NamedEntity& named : namedEntities) {
+    if (text.substr(start).starts_with(named.entity)) {
+      replacement.replace(start, start + named.entity.size(), named.character);
+      return start + named.entity.size();
+    }
+  }
+  const std::optional<NumericReference> numeric = numericReferenceAt(text, start);
+  if (!numeric) {
+    return start + 1;
+  }
+  if (numeric->value) {
+    std::string character;
+    appendCodePoint(character, *numeric->value);
+    replacement.replace(start, numeric->end, character);
+  }
+  return numeric->end;
+}
+
+}  // namespace
+
+/// Deliberate: "&amp;" goes first and what it uncovers is decoded too, so that "&amp;lt;" is "<". Mail is
+/// often escaped twice, and no markup is made of the result. The other references cannot uncover one
+/// another, so that one pass does for all of them.
+std::string decodeHTMLEntities(std::string_view text) {
+  constexpr std::string_view ampersand = "&amp;";
+  TextReplacement unescaped(text);
+  for (std::size_t start = text.find(ampersand); start != nowhere;
+       start = text.find(ampersand, start + ampersand.size())) {
+    unescaped.replace(start, start + ampersand.size(), "&");
+  }
+  const std::string once = std::move(unescaped).finished();
+  TextReplacement decoded(once);
+  for (std::size_t start = once.find('&'); start != nowhere;) {
+    start = once.find('&', replaceReference(once, start, decoded));
+  }
+  return std::move(decoded).finished();
+}
+
+}  // namespace tarnwell::IMAPParser

@@ -1,0 +1,25 @@
+#pragma once
+
+/// Finds the server's mailbox for what a person or an assistant calls a folder.
+///
+/// Pure: both operations look at a list of folders already at hand, in its order.
+///
+/// Threads: any.
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "IMAP/IMAPFolder.h"
+
+namespace tarnwell::MailboxMapper {
+
+/// The folder whose whole path is `name`, else the folder whose display name is; letter case is ignored.
+/// There is no partial match. Of several, the one listed first; absent when there is none.
+std::optional<IMAPFolder> resolve(std::string_view name, const std::vector<IMAPFolder>& folders);
+
+/// The folder marked \Trash (RFC 6154), else the first one with one of the usual names of a trash folder;
+/// absent when there is neither.
+std::optional<IMAPFolder> trashFolder(const std::vector<IMAPFolder>& folders);
+
+}  // namespace tarnwell::MailboxMapper

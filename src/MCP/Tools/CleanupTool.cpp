@@ -1,0 +1,91 @@
+/// propose_inbox_cleanup.
+
+#include "Core/BridgeConstants.h"
+#include "Core/SafetyPolicy.h"
+#include "IMAP/TextDecoding.h"
+#include "MCP/Tools/CleanupHeuristics.h"
+#include "MCP/Tools/MCPTools.h"
+#include "MCP/Tools/MailScreen.h"
+#include "MCP/Tools/MessageJSON.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr std::int64_t previewMaxChars = 200;
+
+/// The texts of the array under "categories"; the default list when there is no array.
+std::vector<std::string> allowedCategories(const JSONValue& arguments) {
+  const JSONArray* labels = arguments["categories"].arrayValue();
+  if (!labels) {
+    return CleanupHeuristics::defaultCategories();
+  }
+  std::vector<std::string> categories;
+  for (const JSONValue& label : *labels) {
+    if (std::optional<std::string> text = label.stringValue()) {
+      categories.push_back(std::move(*text));
+    }
+  }
+  return categories;
+}
+
+/// The beginning of the body, or what stands for it; null when there is no text.
+JSONValue preview(IMAPClient& client, const MailScreen& screen, const IMAPMessage& message) {
+  if (screen.withholds(screen.assessHeader(message))) {
+    return withheldText;
+  }
+  const IMAPClient::BodyText body = client.fetchBodyText(message);
+  if (!body.hadBody) {
+    return nullptr;
+  }
+  if (screen.withholds(screen.assessBody(message, body.text, previewMaxChars))) {
+    return withheldText;
+  }
+  return IMAPParser::snippet(body.text, previewMaxChars).text;
+}
+
+JSONValue itemJSON(const IMAPMessage& message, JSONValue snippet,
+                   const std::vector<std::string>& categories) {
+  const std::optional<std::string> sender = senderText(message);
+  const CleanupHeuristics::Hint hint = CleanupHeuristics::hint(message.envelope.subject, sender, categories);
+  return JSONObject{
+      {"uid", message.uid},
+      {"subject", JSONValue::of(message.envelope.subject)},
+      {"from", JSONValue::of(sender)},
+      {"date", JSONValue::of(message.envelope.date)},
+      {"snippet", std::move(snippet)},
+      {"suggestedCategory", hint.category},
+      {"suggestedFolder", JSONValue::of(hint.folder)},
+      {"confidence", hint.confidence},
+      {"reason", hint.reason},
+  };
+}
+
+}  // namespace
+
+ToolCallResult MCPTools::proposeInboxCleanup(const JSONValue& arguments) const {
+  const AppConfig config = configStore_.load();
+  const std::vector<std::string> categories = allowedCategories(arguments);
+  const std::int64_t limit =
+      SafetyPolicy(config.safety).clampLimit(arguments["limit"].intValue(), BridgeConstants::searchLimitMax);
+  const MailScreen screen(detector_, config.safety);
+
+  return withIMAP(config, IMAPClient::Access::readOnly, [&](IMAPClient& client) {
+    JSONArray items;
+    for (const IMAPMessage& message :
+         client.fetchMessages(client.searchInbox({}, static_cast<std::size_t>(limit)))) {
+      items.push_back(itemJSON(message, preview(client, screen, message), categories));
+    }
+    const auto count = static_cast<std::int64_t>(items.size());
+    return ToolCallResult{JSONObject{
+        {"count", count},
+        {"categories", JSONValue::strings(categories)},
+        {"note",
+         "Heuristic hints only — the bridge does not classify with an LLM. Use these as input and decide "
+         "categories/moves yourself."},
+        {"items", std::move(items)},
+    }};
+  });
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,144 @@
+/// get_message_summary and get_message_body.
+
+#include "Core/BridgeConstants.h"
+#include "Core/SafetyPolicy.h"
+#include "IMAP/TextDecoding.h"
+#include "MCP/Tools/MCPTools.h"
+#include "MCP/Tools/MailScreen.h"
+#include "MCP/Tools/MessageJSON.h"
+#include "MCP/Tools/ToolArguments.h"
+#include "Platform/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+/// The snippet of a summary, as far as it may leave.
+struct ScreenedSnippet {
+  RiskAssessment assessment;
+  bool isWithheld = false;
+  std::optional<std::string> text;  // absent when withheld or not requested
+};
+
+/// The body is fetched only when a snippet is wanted and the header alone does not withhold it.
+ScreenedSnippet screenedSnippet(IMAPClient& client, const MailScreen& screen, const IMAPMessage& message,
+                                bool isRequested) {
+  RiskAssessment header = screen.assessHeader(message);
+  if (screen.withholds(header) || !isRequested) {
+    const bool isWithheld = screen.withholds(header);
+    return {std::move(header), isWithheld, std::nullopt};
+  }
+  constexpr std::int64_t maxChars = BridgeConstants::summarySnippetMaxChars;
+  const std::string body = client.fetchBodyText(message).text;
+  RiskAssessment assessment = screen.assessBody(message, body, maxChars);
+  if (screen.withholds(assessment)) {
+    return {std::move(assessment), true, std::nullopt};
+  }
+  return {std::move(assessment), false, IMAPParser::snippet(body, maxChars).text};
+}
+
+JSONValue summaryJSON(const IMAPMessage& message, const ScreenedSnippet& snippet) {
+  JSONObject summary{
+      {"uid", message.uid},
+      {"subject", JSONValue::of(message.envelope.subject)},
+      {"from", addressesJSON(message.envelope.from)},
+      {"to", addressesJSON(message.envelope.to)},
+      {"cc", addressesJSON(message.envelope.cc)},
+      {"date", JSONValue::of(message.envelope.date)},
+      {"flags", JSONValue::strings(message.flags)},
+      {"hasAttachments", message.hasAttachments()},
+      {"detectedRiskSignals", riskSignalsJSON(snippet.assessment.signals)},
+      {"bodyWithheld", snippet.isWithheld},
+      {"bodySnippet", JSONValue::of(snippet.text)},
+  };
+  if (snippet.isWithheld) {
+    summary.emplace("withheldReason",
+                    "Sensitive security content (OTP/2FA/verification/reset). Snippet withheld.");
+  }
+  return summary;
+}
+
+/// The result that explains why there is no body.
+JSONValue noBody(std::uint32_t uid, bool isBlocked, std::string reason, const RiskAssessment& assessment) {
+  return JSONObject{
+      {"uid", uid},
+      {"returned", false},
+      {"blocked", isBlocked},
+      {"reason", std::move(reason)},
+      {"detectedRiskSignals", riskSignalsJSON(assessment.signals)},
+  };
+}
+
+JSONValue bodyBlocked(std::uint32_t uid, const RiskAssessment& assessment) {
+  return noBody(uid, true, assessment.reason(), assessment);
+}
+
+JSONValue bodyJSON(std::uint32_t uid, const std::string& body, std::int64_t maxChars,
+                   const RiskAssessment& assessment) {
+  const auto count = static_cast<std::int64_t>(characterCount(body));
+  const bool isTruncated = count > maxChars;
+  return JSONObject{
+      {"uid", uid},
+      {"returned", true},
+      {"blocked", false},
+      {"truncated", isTruncated},
+      {"charCount", count},
+      {"maxChars", maxChars},
+      {"body",
+       isTruncated ? std::string(characterPrefix(body, static_cast<std::size_t>(maxChars))) + "…" : body},
+      {"detectedRiskSignals", riskSignalsJSON(assessment.signals)},
+  };
+}
+
+JSONValue readBody(IMAPClient& client, const MailScreen& screen, const IMAPMessage& message,
+                   std::int64_t maxChars) {
+  const RiskAssessment header = screen.assessHeader(message);
+  if (screen.withholds(header)) {
+    return bodyBlocked(message.uid, header);
+  }
+  const std::string body = client.fetchBodyText(message).text;
+  const RiskAssessment assessment = screen.assessBody(message, body, maxChars);
+  if (screen.withholds(assessment)) {
+    return bodyBlocked(message.uid, assessment);
+  }
+  if (body.empty()) {
+    return noBody(message.uid, false, "This message has no readable text body (it may be attachments-only).",
+                  assessment);
+  }
+  return bodyJSON(message.uid, body, maxChars, assessment);
+}
+
+}  // namespace
+
+ToolCallResult MCPTools::withMessage(
+    const AppConfig& config, const JSONValue& arguments,
+    const std::function<JSONValue(IMAPClient&, const IMAPMessage&)>& body) const {
+  const std::optional<std::uint32_t> uid = uidArg(arguments);
+  if (!uid) {
+    return ToolCallResult::error(std::string(invalidUIDText));
+  }
+  return withIMAP(config, IMAPClient::Access::readOnly, [&](IMAPClient& client) -> ToolCallResult {
+    const std::optional<IMAPMessage> message = client.fetchMessage(*uid);
+    return message ? ToolCallResult{body(client, *message)} : ToolCallResult::error(noMessageText(*uid));
+  });
+}
+
+ToolCallResult MCPTools::getMessageSummary(const JSONValue& arguments) const {
+  const AppConfig config = configStore_.load();
+  const bool isRequested = arguments["includeBodySnippet"].boolValue().value_or(true);
+  const MailScreen screen(detector_, config.safety);
+  return withMessage(config, arguments, [&](IMAPClient& client, const IMAPMessage& message) {
+    return summaryJSON(message, screenedSnippet(client, screen, message, isRequested));
+  });
+}
+
+ToolCallResult MCPTools::getMessageBody(const JSONValue& arguments) const {
+  const AppConfig config = configStore_.load();
+  const std::int64_t maxChars = SafetyPolicy(config.safety).clampBodyChars(arguments["maxChars"].intValue());
+  const MailScreen screen(detector_, config.safety);
+  return withMessage(config, arguments, [&](IMAPClient& client, const IMAPMessage& message) {
+    return readBody(client, screen, message, maxChars);
+  });
+}
+
+}  // namespace tarnwell
