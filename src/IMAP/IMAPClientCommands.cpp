@@ -68,7 +68,9 @@ IMAPClient::Reply IMAPClient::executeArgs(const std::vector<IMAPArg>& arguments)
 /// Announces a literal, sends the line so far and waits for the server's "+"; the literal starts the next
 /// stretch to send.
 void IMAPClient::requestContinuation(Secret& line, std::size_t literalSize) {
-  line.append("{" + std::to_string(literalSize) + "}");
+  line.append('{');
+  line.append(std::to_string(literalSize));
+  line.append('}');
   line.append(lineEnd);
   connection().sendBytes(line.view());
   line.clear();

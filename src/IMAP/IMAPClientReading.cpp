@@ -23,7 +23,10 @@ bool isASCII(std::string_view text) {
 std::string commaSeparated(const std::vector<std::uint32_t>& uids) {
   std::string text;
   for (const std::uint32_t uid : uids) {
-    text += (text.empty() ? "" : ",") + std::to_string(uid);
+    if (!text.empty()) {
+      text += ',';
+    }
+    text += std::to_string(uid);
   }
   return text;
 }
