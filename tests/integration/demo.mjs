@@ -1,17 +1,26 @@
 // The conversation of scripts/demo: a table of steps, each a request that the official MCP client sends to
 // the program, and what its answer must be like. A step that does not hold ends the demonstration.
-//   node demo.mjs PROGRAM DIRECTORY
+//   node demo.mjs PROGRAM DIRECTORY PORT SERVER_PORT
+// PORT is the recorder's, SERVER_PORT the mail server's own, for a second session that looks at each change.
 import assert from 'node:assert/strict';
 import { Client } from '@modelcontextprotocol/sdk/client/index.js';
 import { StdioClientTransport } from '@modelcontextprotocol/sdk/client/stdio.js';
 import { Display } from './support/display.mjs';
+import { lookInto } from './support/imap-session.mjs';
+import { writeSettings } from './support/program.mjs';
 import { samples, secrets, toolNames, withheld } from './support/samples.mjs';
-import { assertOnlyReading, recordedCommands } from './support/wire.mjs';
+import { assertNothingForbidden, recordedCommands } from './support/wire.mjs';
 
-const [program, directory] = process.argv.slice(2);
+const [program, directory, port, serverPort] = process.argv.slice(2);
 
-// title, the tool and its arguments (or a method of the protocol), and a check of the answer.
-// The tools that read one message, propose and write are to be added here, each with its check.
+// What a second session, which knows nothing of the program, sees on the server.
+const uidsIn = async (folder) => (await lookInto(folder, directory, serverPort)).map((message) => message.uid);
+const flagsOf = async (uid) =>
+  (await lookInto('INBOX', directory, serverPort)).find((message) => message.uid === uid).flags;
+
+// title, the tool and its arguments (or a method of the protocol), and a check of the answer. `safety` is
+// written into the settings file first, as the companion app would. `onServer` says what the second session
+// must see afterwards, in words and as a check.
 const steps = [
   { title: 'Which tools are there?', method: 'tools/list',
     check: ({ tools }) => assert.deepEqual(tools.map((tool) => tool.name), toolNames) },
@@ -33,6 +42,38 @@ const steps = [
   { title: 'The same when only the text gives it away', tool: 'search_inbox',
     arguments: { from: 'Example Parcel' },
     check: (answer) => assert.equal(answer.messages[0].snippet, withheld) },
+  { title: 'One message in short', tool: 'get_message_summary', arguments: { uid: 5 },
+    check: (answer) => assert.equal(answer.hasAttachments, true) },
+  { title: 'One message in full', tool: 'get_message_body', arguments: { uid: 1 },
+    check: (answer) => assert.match(answer.body, /half past twelve/) },
+  { title: 'A password reset is not read out', tool: 'get_message_body', arguments: { uid: 8 },
+    check: (answer) => assert.match(answer.reason, /^Body withheld: looks like a sensitive security message/) },
+  { title: 'A proposal for tidying up', tool: 'propose_inbox_cleanup', arguments: { limit: 4 },
+    check: (answer) => assert.equal(answer.count, 4) },
+  { title: 'In read-only mode, which is how everybody starts, nothing is written', tool: 'move_message',
+    arguments: { uid: 6, targetFolder: 'Archive' },
+    check: (answer) => assert.deepEqual([answer.blocked, answer.mode], [true, 'read-only']),
+    onServer: ['message 6 is still in INBOX', async () => (await uidsIn('INBOX')).includes(6)] },
+  { title: 'With read-only mode off: a dry run first', tool: 'move_message',
+    safety: { readOnly: false }, arguments: { uid: 6, targetFolder: 'Archive', dryRun: true },
+    check: (answer) => assert.equal(answer.dryRun, true),
+    onServer: ['message 6 is still in INBOX, and Archive is empty', async () =>
+      (await uidsIn('INBOX')).includes(6) && (await uidsIn('Archive')).length === 0] },
+  { title: 'And now the move itself', tool: 'move_message', arguments: { uid: 6, targetFolder: 'Archive' },
+    check: (answer) => assert.equal(answer.detail.method, 'UID MOVE'),
+    onServer: ['message 6 has left INBOX, and Archive holds one message', async () =>
+      !(await uidsIn('INBOX')).includes(6) && (await uidsIn('Archive')).length === 1] },
+  { title: 'One message is marked as read', tool: 'mark_as_read', arguments: { uid: 13 },
+    check: (answer) => assert.equal(answer.executed, true),
+    onServer: ['message 13 has the flag \\Seen', async () => (await flagsOf(13)).includes('\\Seen')] },
+  { title: 'Trash has a switch of its own, which is off', tool: 'trash_message', arguments: { uid: 2 },
+    check: (answer) => assert.equal(answer.blocked, true),
+    onServer: ['message 2 is still in INBOX', async () => (await uidsIn('INBOX')).includes(2)] },
+  { title: 'With that switch on, a message goes to the trash folder', tool: 'trash_message',
+    safety: { readOnly: false, allowTrash: true }, arguments: { uid: 2 },
+    check: (answer) => assert.equal(answer.detail.to, 'Trash'),
+    onServer: ['message 2 has left INBOX and lies in Trash', async () =>
+      !(await uidsIn('INBOX')).includes(2) && (await uidsIn('Trash')).length === 1] },
 ];
 
 const display = new Display();
@@ -60,6 +101,10 @@ display.answer({ serverInfo: client.getServerVersion(), capabilities: client.get
 
 for (const step of steps) {
   display.title(step.title);
+  if (step.safety) {
+    writeSettings({ email: 'user@example.org', imapHost: 'localhost', imapPort: Number(port), safety: step.safety });
+    display.line(`    in the settings file now: "safety": ${JSON.stringify(step.safety)}`);
+  }
   if (step.tool) {
     const result = await client.callTool({ name: step.tool, arguments: step.arguments ?? {} });
     display.answer(result.structuredContent);
@@ -70,8 +115,17 @@ for (const step of steps) {
     display.answer(result);
     step.check(result);
   }
+  if (step.onServer) {
+    const [words, isTrue] = step.onServer;
+    assert.ok(await isTrue(), `a second session sees otherwise: ${words}`);
+    display.line(`    A second session on the server confirms: ${words}.`);
+  }
 }
 await client.close();
+
+// Nothing was lost: what left INBOX is where it was said to be.
+const remaining = [...await uidsIn('INBOX'), ...await uidsIn('Archive'), ...await uidsIn('Trash')].length;
+assert.equal(remaining, samples.length, 'a message is missing');
 
 display.title('What the mail server was asked, all in all');
 const counts = new Map();
@@ -81,6 +135,7 @@ for (const { text } of recordedCommands(directory)) {
 }
 for (const [command, count] of counts) display.line(`${String(count).padStart(3)} x ${command}`);
 
-assertOnlyReading(directory);
+assertNothingForbidden(directory);
 for (const secret of secrets) assert.ok(!seen.includes(secret), 'a secret left the program');
-display.line('Nothing but reading commands; no code, link or password of the sample mails was in any answer.');
+display.line('No EXPUNGE, CLOSE, CREATE, DELETE, RENAME or APPEND among them, and every message is still there.');
+display.line('No code, link or password of the sample mails was in any answer.');

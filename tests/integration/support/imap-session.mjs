@@ -56,3 +56,20 @@ export class IMAPSession {
     this.#socket.destroy();
   }
 }
+
+// What a session of its own sees of a folder: for each message its UID, its flags and its lines of header.
+export async function lookInto(folder, directory, port) {
+  const onlooker = await IMAPSession.open(port, `${directory}/ca.pem`, 'user@example.org', 'app-pass-word');
+  await onlooker.command(`EXAMINE "${folder.replaceAll(/["\\]/g, '\\$&')}"`);
+  const lines = await onlooker.command('UID FETCH 1:* (UID FLAGS BODY.PEEK[HEADER.FIELDS (SUBJECT MESSAGE-ID)])');
+  await onlooker.close();
+  const messages = [];
+  for (const line of lines) {
+    const fetch = line.match(/ FETCH .*UID (\d+) .*FLAGS \(([^)]*)\)/);
+    // \Recent belongs to the session that sees a message first, not to the message.
+    const flags = fetch?.[2].split(' ').filter((flag) => flag !== '' && flag !== '\\Recent');
+    if (fetch) messages.push({ uid: Number(fetch[1]), flags, header: '' });
+    else if (messages.length) messages.at(-1).header += `${line}\n`;
+  }
+  return messages;
+}
