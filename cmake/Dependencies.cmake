@@ -5,9 +5,8 @@ find_package(Boost 1.81 REQUIRED)  # Asio, headers only
 find_package(OpenSSL 3.0 REQUIRED)
 find_package(ICU 72 REQUIRED COMPONENTS i18n uc data)
 find_package(nlohmann_json 3.11 REQUIRED)
-find_path(DATE_INCLUDE_DIR date/date.h REQUIRED)
 
 if(NOT APPLE)
   find_package(PkgConfig REQUIRED)
-  pkg_check_modules(LIBSECRET REQUIRED IMPORTED_TARGET libsecret-1)
+  pkg_check_modules(LIBSECRET REQUIRED IMPORTED_TARGET libsecret-1>=0.20)
 endif()

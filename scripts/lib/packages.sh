@@ -2,7 +2,7 @@
 # The Debian packages that the build, the demonstration and the tests need: installed as root, named to an
 # ordinary user. Uses messages.sh.
 
-packages_to_build=(cmake g++ libboost1.81-dev libhowardhinnant-date-dev libicu-dev libsecret-1-dev
+packages_to_build=(cmake g++ libboost1.81-dev libicu-dev libsecret-1-dev
   libssl-dev ninja-build nlohmann-json3-dev pkg-config)
 packages_to_run=(ca-certificates dbus-daemon dovecot-imapd gnome-keyring libsecret-tools openssl python3
   util-linux)

@@ -15,7 +15,7 @@ std::string_view environment(const char* name) {
   return value != nullptr ? value : "";
 }
 
-/// The XDG Base Directory Specification has relative paths ignored.
+/// The rules for the XDG base directories have relative paths ignored.
 std::optional<std::filesystem::path> absolutePath(std::string_view text) {
   std::filesystem::path path(text);
   if (!path.is_absolute()) {

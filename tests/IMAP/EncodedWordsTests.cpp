@@ -125,7 +125,7 @@ TEST(Field, hostileTextsHaveTheMeaningOfTheExpression) {
   for (int round = 0; round < 50000; ++round) {
     const std::string field = texts.next(20);
     ASSERT_EQ(decodeRFC2047(field), referenceField(field))
-        << "seed " << HostileText::seed << " round " << round << ": " << field;
+        << "start value " << HostileText::startValue << " round " << round << ": " << field;
   }
 }
 

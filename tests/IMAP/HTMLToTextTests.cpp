@@ -208,7 +208,7 @@ TEST(HTMLToText, hostileTextsHaveTheMeaningOfTheExpressions) {
   for (int round = 0; round < 20000; ++round) {
     const std::string html = texts.next(24);
     ASSERT_EQ(htmlToText(html), referenceText(html))
-        << "seed " << HostileText::seed << " round " << round << ": " << html;
+        << "start value " << HostileText::startValue << " round " << round << ": " << html;
   }
 }
 

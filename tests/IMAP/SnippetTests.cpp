@@ -92,7 +92,7 @@ TEST(Snippet, hostileTextsHaveTheMeaningOfTheSteps) {
     const std::string text = texts.next(24);
     for (const std::int64_t maxChars : {-1, 0, 1, 2, 3, 5, 8, 13, 100}) {
       ASSERT_EQ(snippet(text, maxChars), referenceSnippet(text, maxChars))
-          << "seed " << HostileText::seed << " round " << round << " maxChars " << maxChars;
+          << "start value " << HostileText::startValue << " round " << round << " maxChars " << maxChars;
     }
   }
 }

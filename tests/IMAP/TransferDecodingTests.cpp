@@ -57,7 +57,7 @@ std::string encodedBase64(std::string_view bytes) {
 }
 
 TEST(Base64, whatWasEncodedComesBackHoweverItIsWrapped) {
-  std::mt19937 random(HostileText::seed);
+  std::mt19937 random(HostileText::startValue);
   for (int round = 0; round < 3000; ++round) {
     std::string bytes;
     for (auto left = random() % 300; left > 0; --left) {
@@ -71,8 +71,10 @@ TEST(Base64, whatWasEncodedComesBackHoweverItIsWrapped) {
         wrapped += random() % 2 == 0 ? "\r\n" : " ";
       }
     }
-    ASSERT_EQ(decodeBase64(encoded), bytes) << "seed " << HostileText::seed << " round " << round;
-    ASSERT_EQ(decodeBase64(wrapped), bytes) << "seed " << HostileText::seed << " round " << round;
+    ASSERT_EQ(decodeBase64(encoded), bytes)
+        << "start value " << HostileText::startValue << " round " << round;
+    ASSERT_EQ(decodeBase64(wrapped), bytes)
+        << "start value " << HostileText::startValue << " round " << round;
   }
 }
 
@@ -169,7 +171,7 @@ TEST(QuotedPrintable, hostileTextsHaveTheMeaningOfTheRules) {
     const std::string encoded = texts.next(20);
     for (const Underscore underscore : {Underscore::isUnderscore, Underscore::isSpace}) {
       ASSERT_EQ(decodeQuotedPrintable(encoded, underscore), referenceBytes(encoded, underscore))
-          << "seed " << HostileText::seed << " round " << round;
+          << "start value " << HostileText::startValue << " round " << round;
     }
   }
 }

@@ -116,19 +116,20 @@ const std::string_view pieces[] = {"a",          "b",        "\r",         "\n",
                                    "\U000E0001", "\u0E33",   "\uFEFF",     "\uFFFD"};
 
 TEST(Characters, randomTextsHaveTheBoundariesOfICU) {
-  constexpr unsigned seed = 20250611;
-  std::mt19937 random(seed);
+  constexpr unsigned startValue = 20250611;
+  std::mt19937 random(startValue);
   for (int round = 0; round < 20000; ++round) {
     std::string text;
     for (auto left = random() % 24; left > 0; --left) {
       text += pieces[random() % std::size(pieces)];
     }
     const std::vector<std::size_t> boundaries = boundariesByICU(text);
-    ASSERT_EQ(characterCount(text), boundaries.size()) << "seed " << seed << " round " << round;
+    ASSERT_EQ(characterCount(text), boundaries.size()) << "start value " << startValue << " round " << round;
     for (std::size_t count = 0; count <= boundaries.size(); ++count) {
       const std::size_t expected = count == 0 ? 0 : boundaries[count - 1];
       ASSERT_EQ(characterPrefix(text, count).size(), expected)
-          << "seed " << seed << " round " << round << " count " << count << testing::PrintToString(text);
+          << "start value " << startValue << " round " << round << " count " << count
+          << testing::PrintToString(text);
     }
   }
 }

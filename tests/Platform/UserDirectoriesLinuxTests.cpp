@@ -14,7 +14,7 @@ struct DirectoryRow {
   Text expected;
 };
 
-TEST(ApplicationSupportDirectory, followsTheBaseDirectorySpecification) {
+TEST(ApplicationSupportDirectory, followsTheRulesForBaseDirectories) {
   const DirectoryRow rows[] = {
       {"data home", "/data", "/home/u", "/data"},
       {"no data home", std::nullopt, "/home/u", "/home/u/.local/share"},

@@ -11,8 +11,8 @@ namespace tarnwell {
 
 class HostileText {
  public:
-  /// Print the seed with a failure: it names the sequence of texts.
-  static constexpr unsigned seed = 20250611;
+  /// Print the start value with a failure: it names the sequence of texts.
+  static constexpr unsigned startValue = 20250611;
 
   explicit HostileText(std::span<const std::string_view> fragments) : fragments_(fragments) {}
 
@@ -27,7 +27,7 @@ class HostileText {
 
  private:
   std::span<const std::string_view> fragments_;
-  std::mt19937 random_{seed};
+  std::mt19937 random_{startValue};
 };
 
 /// The fragment over and over, at least `size` bytes.
