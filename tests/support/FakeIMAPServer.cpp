@@ -81,6 +81,8 @@ struct FakeIMAPServer::State {
         ++open;
         socket = &peer;
       }
+      // The greeting would else wait for the acknowledgement of the last bytes of the handshake.
+      peer.set_option(tcp::no_delay(true), error);
       guard = WireGuard();
       const std::string problem = converse(peer);
       {

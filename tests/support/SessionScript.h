@@ -25,10 +25,9 @@ class SessionScript {
   /// The dialogue so far, which goes on in any way.
   const Dialogue& dialogue() const { return dialogue_; }
 
-  /// The dialogue up to the end of the session.
+  /// The dialogue up to the end of the session, when the client closes.
   Dialogue withLogout() {
     command("LOGOUT", "* BYE\r\n");
-    dialogue_.push_back(closeHere());
     return dialogue_;
   }
 
