@@ -1,5 +1,7 @@
 #include "support/FakeIMAPServer.h"
 
+#include <gtest/gtest.h>
+
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/read.hpp>
@@ -8,6 +10,8 @@
 #include <condition_variable>
 #include <mutex>
 #include <thread>
+
+#include "support/WireGuard.h"
 
 namespace tarnwell::test {
 
@@ -49,7 +53,8 @@ struct FakeIMAPServer::State {
     thread = std::thread([this] { serve(); });
   }
 
-  ~State() {
+  /// Ends the thread; afterwards nothing changes any more.
+  void stop() {
     {
       const std::lock_guard lock(mutex);
       stopping = true;
@@ -76,6 +81,9 @@ struct FakeIMAPServer::State {
         ++open;
         socket = &peer;
       }
+      // The greeting would else wait for the acknowledgement of the last bytes of the handshake.
+      peer.set_option(tcp::no_delay(true), error);
+      guard = WireGuard();
       const std::string problem = converse(peer);
       {
         const std::lock_guard lock(mutex);
@@ -83,6 +91,9 @@ struct FakeIMAPServer::State {
         --open;
         if (!problem.empty() && firstProblem.empty()) {
           firstProblem = problem;
+        }
+        if (violation.empty()) {
+          violation = guard.violation();
         }
         idle.notify_all();
       }
@@ -114,9 +125,11 @@ struct FakeIMAPServer::State {
           }
           break;
         case Step::Kind::answer:
+          guard.serverSent(step.bytes);
           asio::write(stream, asio::buffer(step.bytes), error);
           break;
         case Step::Kind::answerSlowly:
+          guard.serverSent(step.bytes);
           for (const char& byte : step.bytes) {
             asio::write(stream, asio::buffer(&byte, 1), error);
           }
@@ -155,6 +168,9 @@ struct FakeIMAPServer::State {
     }
     bytes.resize(count);
     keep(bytes);
+    if (bytes != expected) {
+      keepWhatIsThere(stream);
+    }
     return bytes == expected ? "" : "expected: " + visible(expected) + " but came: " + visible(bytes);
   }
 
@@ -171,6 +187,17 @@ struct FakeIMAPServer::State {
     return all;
   }
 
+  /// Reads the rest of what the client wrote before the dialogue is broken off, without waiting for more.
+  void keepWhatIsThere(asio::ssl::stream<tcp::socket&>& stream) {
+    error_code error;
+    while (!error && (SSL_pending(stream.native_handle()) > 0 || stream.next_layer().available(error) > 0)) {
+      std::string chunk(4096, '\0');
+      chunk.resize(stream.read_some(asio::buffer(chunk), error));
+      keep(chunk);
+    }
+  }
+  void keepWhatIsThere(tcp::socket&) {}
+
   /// Sends the closing message of TLS. The peer's own is awaited only for a moment: it need not come.
   void shutDown(asio::ssl::stream<tcp::socket&>& stream) {
     constexpr std::chrono::milliseconds moment{50};
@@ -185,6 +212,7 @@ struct FakeIMAPServer::State {
   void shutDown(tcp::socket&) {}
 
   void keep(const std::string& bytes) {
+    guard.clientSent(bytes);
     const std::lock_guard lock(mutex);
     received += bytes;
   }
@@ -195,6 +223,8 @@ struct FakeIMAPServer::State {
   asio::ssl::context tls{asio::ssl::context::tls_server};
   tcp::acceptor acceptor{context, tcp::endpoint(asio::ip::address_v4::loopback(), 0)};
   std::uint16_t port = acceptor.local_endpoint().port();
+  /// Belongs to the thread.
+  WireGuard guard;
 
   mutable std::mutex mutex;
   std::condition_variable idle;
@@ -204,13 +234,19 @@ struct FakeIMAPServer::State {
   tcp::socket* socket = nullptr;
   std::string received;
   std::string firstProblem;
+  std::string violation;
   std::thread thread;
 };
 
 FakeIMAPServer::FakeIMAPServer(Dialogue dialogue, FakeServerOptions options)
     : state_(std::make_unique<State>(std::move(dialogue), std::move(options))) {}
 
-FakeIMAPServer::~FakeIMAPServer() = default;
+FakeIMAPServer::~FakeIMAPServer() {
+  state_->stop();
+  if (!state_->violation.empty()) {
+    ADD_FAILURE() << "a client sent what must never be sent: " << visible(state_->violation);
+  }
+}
 
 std::uint16_t FakeIMAPServer::port() const { return state_->port; }
 

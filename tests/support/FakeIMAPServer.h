@@ -12,6 +12,9 @@
 ///
 /// Bytes are compared exactly. On the first difference the connection is closed and `mismatch` tells what
 /// was expected and what came. Every byte that any client sent is kept in `received`.
+///
+/// A client that sent a command which expunges, or which creates, renames, deletes or fills a mailbox, fails
+/// the test when the server dies, whatever the dialogue says (`WireGuard`).
 
 #include <cstdint>
 #include <memory>

@@ -41,7 +41,8 @@ JSONValue preview(IMAPClient& client, const MailScreen& screen, const IMAPMessag
   if (screen.withholds(screen.assessBody(message, body.text, previewMaxChars))) {
     return withheldText;
   }
-  return IMAPParser::snippet(body.text, previewMaxChars).text;
+  std::string snippet = IMAPParser::snippet(body.text, previewMaxChars).text;
+  return snippet.empty() ? JSONValue() : JSONValue(std::move(snippet));
 }
 
 JSONValue itemJSON(const IMAPMessage& message, JSONValue snippet,

@@ -33,7 +33,7 @@ RiskAssessment MailScreen::assess(const IMAPMessage& message, std::optional<std:
   return detector_.assess({.subject = message.envelope.subject,
                            .from = sender,
                            .bodyPrefix = body,
-                           .scanLimit = static_cast<std::size_t>(scanLimit)});
+                           .scanLimit = static_cast<std::size_t>(std::max<std::int64_t>(scanLimit, 0))});
 }
 
 }  // namespace tarnwell

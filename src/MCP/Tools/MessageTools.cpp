@@ -78,9 +78,9 @@ JSONValue bodyBlocked(std::uint32_t uid, const RiskAssessment& assessment) {
 JSONValue bodyJSON(std::uint32_t uid, const std::string& body, std::int64_t maxChars,
                    const RiskAssessment& assessment) {
   const auto count = static_cast<std::int64_t>(characterCount(body));
-  const bool isTruncated = count > maxChars;
-  const auto kept =
-      static_cast<std::size_t>(std::max<std::int64_t>(maxChars, 0));  // a setting may be negative
+  // A setting below 0 is no request and arrives as it stands; it must not become the greatest length.
+  const std::int64_t kept = std::max<std::int64_t>(maxChars, 0);
+  const bool isTruncated = count > kept;
   return JSONObject{
       {"uid", uid},
       {"returned", true},
@@ -88,7 +88,7 @@ JSONValue bodyJSON(std::uint32_t uid, const std::string& body, std::int64_t maxC
       {"truncated", isTruncated},
       {"charCount", count},
       {"maxChars", maxChars},
-      {"body", isTruncated ? std::string(characterPrefix(body, kept)) + "…" : body},
+      {"body", isTruncated ? std::string(characterPrefix(body, static_cast<std::size_t>(kept))) + "…" : body},
       {"detectedRiskSignals", riskSignalsJSON(assessment.signals)},
   };
 }

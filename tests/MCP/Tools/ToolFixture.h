@@ -8,12 +8,20 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <string>
 
 #include "Core/ConfigStore.h"
 #include "Core/LogBuffer.h"
 #include "MCP/Tools/MCPTools.h"
 #include "support/FakeIMAPServer.h"
+
+namespace tarnwell {
+
+/// Lets a failed comparison of results show both of them.
+inline void PrintTo(const JSONValue& value, std::ostream* out) { *out << value.prettyString(); }
+
+}  // namespace tarnwell
 
 namespace tarnwell::test {
 
@@ -66,8 +74,11 @@ class ToolTest : public testing::Test {
             }};
   }
 
+  /// Writes the settings as the companion app does.
+  void save() { store_.save(config); }
+
   ToolCallResult call(std::string_view name, const JSONValue& arguments = JSONObject{}) {
-    store_.save(config);
+    save();
     ToolCallResult result = tools().handle(name, arguments);
     EXPECT_EQ(result.isError, result.structured.member("error") != nullptr);
     return result;

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+
+#include "support/FakeIMAPServer.h"
+
+namespace tarnwell::test {
+
+/// Writes the dialogue of one session from the login on, and numbers the tags.
+///
+///     serve(SessionScript("SELECT INBOX").command("UID STORE 7 +FLAGS (\\Seen)").withLogout());
+class SessionScript {
+ public:
+  explicit SessionScript(const std::string& select = "EXAMINE INBOX") : dialogue_(loginDialogue(select)) {}
+
+  /// Expects the command and answers it: the untagged lines as they stand, then the completion.
+  SessionScript& command(const std::string& text, const std::string& untagged = "",
+                         const std::string& completion = "OK done") {
+    const std::string tag = nextTag();
+    dialogue_.push_back(expect(tag + " " + text + "\r\n"));
+    dialogue_.push_back(answer(untagged + tag + " " + completion + "\r\n"));
+    return *this;
+  }
+
+  /// The dialogue so far, which goes on in any way.
+  const Dialogue& dialogue() const { return dialogue_; }
+
+  /// The dialogue up to the end of the session, when the client closes.
+  Dialogue withLogout() {
+    command("LOGOUT", "* BYE\r\n");
+    return dialogue_;
+  }
+
+ private:
+  std::string nextTag() {
+    const std::string number = std::to_string(++tagNumber_);
+    return "A" + std::string(4 - number.size(), '0') + number;
+  }
+
+  Dialogue dialogue_;
+  /// LOGIN, CAPABILITY and the selection came before.
+  unsigned tagNumber_ = 3;
+};
+
+}  // namespace tarnwell::test
