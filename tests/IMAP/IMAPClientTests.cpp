@@ -276,6 +276,15 @@ TEST(IMAPClient, capabilitiesAreCollectedFromEveryLineAndUpperCased) {
   EXPECT_THAT(client.serverCapabilities(), ElementsAre("IMAP4REV1", "MOVE", "X-A"));
 }
 
+TEST(IMAPClient, capabilitiesCannotSteerATerminal) {
+  Dialogue dialogue = loginDialogue() + logout;
+  dialogue[4] = answer("* CAPABILITY IMAP4rev1 X\033]0;pwned\a \u202EY Z\xFF\r\nA0002 OK\r\n");
+  FakeIMAPServer server(dialogue);
+  IMAPClient client = clientOf(server);
+  client.connect();
+  EXPECT_THAT(client.serverCapabilities(), ElementsAre("IMAP4REV1", "X ]0;PWNED", "Y", "Z\uFFFD"));
+}
+
 TEST(IMAPClient, failedCommandNamesItsFirstWord) {
   const struct {
     std::size_t step;
