@@ -30,13 +30,19 @@ std::string commaSeparated(const std::vector<std::uint32_t>& uids) {
 
 }  // namespace
 
+/// RFC 3501, section 9: date-day "-" date-month "-" date-year, the year in four digits. There is no year 0:
+/// it and the years before it are counted backwards from the year 1.
 std::string IMAPClient::imapDate(Instant instant) {
   static constexpr std::string_view months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
   const std::chrono::year_month_day day{std::chrono::floor<std::chrono::days>(instant)};
+  const int year = static_cast<int>(day.year());
+  std::string yearText = std::to_string(year > 0 ? year : 1 - year);
+  if (yearText.size() < 4) {
+    yearText.insert(0, 4 - yearText.size(), '0');
+  }
   return std::to_string(static_cast<unsigned>(day.day())) + "-" +
-         std::string(months[static_cast<unsigned>(day.month()) - 1]) + "-" +
-         std::to_string(static_cast<int>(day.year()));
+         std::string(months[static_cast<unsigned>(day.month()) - 1]) + "-" + yearText;
 }
 
 /// The keys stand in a fixed order. Texts are always literals, never quoted.

@@ -426,6 +426,12 @@ TEST(IMAPClient, instantIsSearchedByItsDayInUTC) {
   EXPECT_EQ(IMAPClient::imapDate(day(1969, 12, 31) + std::chrono::hours(1)), "31-Dec-1969");
 }
 
+TEST(IMAPClient, yearIsSearchedInFourDigits) {
+  EXPECT_EQ(IMAPClient::imapDate(day(999, 3, 5)), "5-Mar-0999");
+  EXPECT_EQ(IMAPClient::imapDate(day(1, 1, 1)), "1-Jan-0001");
+  EXPECT_EQ(IMAPClient::imapDate(day(0, 12, 31)), "31-Dec-0001") << "the year before the year 1";
+}
+
 TEST(IMAPClient, searchResultsAreNewestFirstAndLimited) {
   const struct {
     const char* lines;
