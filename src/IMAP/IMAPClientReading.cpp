@@ -5,6 +5,7 @@
 #include <chrono>
 #include <functional>
 #include <unordered_map>
+#include <utility>
 
 #include "IMAP/IMAPClient.h"
 #include "IMAP/IMAPError.h"
@@ -152,28 +153,32 @@ IMAPClient::BodyText IMAPClient::fetchBodyText(const IMAPMessage& message) {
   return {part->isHTML ? IMAPParser::htmlToText(text) : std::move(text), true};
 }
 
-/// PEEK leaves the message unread; the whole part is fetched.
+/// PEEK leaves the message unread; the whole part is fetched. A body may have tens of megabytes, so the
+/// response is cut down to it in place.
 std::optional<std::string> IMAPClient::fetchBodyRaw(std::uint32_t uid, const std::string& section) {
   requireInbox();
-  const Reply reply = execute("UID FETCH " + std::to_string(uid) + " (BODY.PEEK[" + section + "])");
+  Reply reply = execute("UID FETCH " + std::to_string(uid) + " (BODY.PEEK[" + section + "])");
   ensureOK(reply, "UID FETCH");
-  for (const std::string& line : reply.lines) {
-    if (std::optional<std::string> literal = extractFirstLiteral(line)) {
-      return literal;
+  for (std::string& line : reply.lines) {
+    if (const std::optional<std::string_view> literal = extractFirstLiteral(line)) {
+      const auto begin = static_cast<std::size_t>(literal->data() - line.data());
+      line.resize(begin + literal->size());
+      line.erase(0, begin);
+      return std::move(line);
     }
   }
   return std::nullopt;
 }
 
-std::optional<std::string> IMAPClient::extractFirstLiteral(std::string_view response) {
+std::optional<std::string_view> IMAPClient::extractFirstLiteral(std::string_view response) {
   const std::size_t brace = response.find('{');
   if (brace == std::string_view::npos) {
     return std::nullopt;
   }
   response.remove_prefix(brace + 1);
-  std::int64_t size = 0;
+  std::uint64_t size = 0;  // unsigned, so that no sign is read
   const auto [end, error] = std::from_chars(response.data(), response.data() + response.size(), size);
-  if (error != std::errc() || size < 0) {
+  if (error != std::errc() || !std::in_range<std::int64_t>(size)) {
     return std::nullopt;
   }
   response.remove_prefix(static_cast<std::size_t>(end - response.data()));
@@ -185,7 +190,7 @@ std::optional<std::string> IMAPClient::extractFirstLiteral(std::string_view resp
     return std::nullopt;
   }
   response.remove_prefix(announcementEnd.size());
-  return std::string(response.substr(0, static_cast<std::size_t>(size)));
+  return response.substr(0, size);
 }
 
 }  // namespace tarnwell
