@@ -188,6 +188,10 @@ TLSStream::~TLSStream() = default;
 
 void TLSStream::connect() {
   State& state = *state_;
+  // The system's resolver takes the first for this machine, and reads the second up to the zero byte.
+  if (state.host.empty() || state.host.find('\0') != std::string::npos) {
+    throw IMAPError::connectionFailed("the host name is empty or holds a zero byte");
+  }
   const Clock::time_point end = state.deadline();
 
   error_code error;
