@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -59,7 +60,12 @@ std::optional<Endpoints> resolve(const std::string& host, std::uint16_t port, Cl
     return Endpoints{{address, port}};
   }
   const auto lookup = std::make_shared<Lookup>();
-  std::thread(lookUp, lookup, host, port).detach();
+  try {
+    std::thread(lookUp, lookup, host, port).detach();
+  } catch (const std::system_error& noThread) {
+    error = noThread.code();
+    return Endpoints{};
+  }
   std::unique_lock lock(lookup->mutex);
   if (!lookup->finished.wait_until(lock, deadline, [&] { return lookup->isFinished; })) {
     return std::nullopt;
