@@ -183,12 +183,14 @@ TEST(TLSStream, peerThatClosesGivesNoBytesWithAndWithoutTheClosingMessage) {
   }
 }
 
-TEST(TLSStream, receiverThatNeverReadsEndsInATimeout) {
-  FakeIMAPServer server({expect("a"), answer("b"), expect("c"), stallHere()}, {});
+/// Each side sends more than the system takes in between, and neither reads.
+TEST(TLSStream, sendingToAPeerThatDoesNotReadEndsInATimeout) {
+  const std::string flood(std::size_t{64} << 20, 'x');
+  FakeIMAPServer server({answer(flood)});
   TLSStream stream("localhost", server.port(), 500ms);
   stream.connect();
-  stream.send("a");
-  EXPECT_EQ(stream.receive(), "b");
+  EXPECT_EQ(failureOf([&] { stream.send(flood); }).kind, IMAPError::Kind::timeout);
+  EXPECT_EQ(failureOf([&] { stream.send("x"); }).kind, IMAPError::Kind::connectionFailed);
 }
 
 TEST(TLSStream, closingTwiceOrUnconnectedIsHarmless) {
