@@ -121,6 +121,16 @@ TEST_F(ToolRuntime, portOutOfRangeIsToldBeforeAConnectionIsMade) {
   EXPECT_EQ(errorOf(call("search_inbox")), "Invalid argument: IMAP port -1 is out of range");
 }
 
+TEST_F(ToolRuntime, unforeseenFailureIsAnInternalErrorWithoutItsText) {
+  store().save(config);
+  const MCPTools failing(store(), KeychainStore("service", "group", items), EmailRiskDetector::shared(),
+                         [](auto...) -> std::unique_ptr<IMAPClient> { throw std::runtime_error("no room"); });
+  const ToolCallResult result = failing.handle("list_folders", JSONObject{});
+  EXPECT_EQ(errorOf(result), "Internal error while running list_folders.");
+  EXPECT_EQ(LogBuffer::shared().snapshot().back().message, "tool list_folders error: no room");
+  EXPECT_EQ(LogBuffer::shared().snapshot().back().level, LogLevel::error);
+}
+
 TEST_F(ToolRuntime, refusedLoginEndsTheSessionAndIsLogged) {
   FakeIMAPServer& server =
       serve({answer("* OK\r\n"), expect("A0001 LOGIN \"user@example.org\" \"app-pass-word\"\r\n"),
