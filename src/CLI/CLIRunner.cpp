@@ -95,8 +95,11 @@ std::filesystem::path CLIRunner::ownExecutablePath() {
   if (const std::optional<std::filesystem::path> path = executablePath()) {
     return *path;
   }
-  std::error_code ignored;
-  return std::filesystem::weakly_canonical("tarnwell", ignored);
+  const std::string_view name = invocationName();
+  const std::filesystem::path path = std::filesystem::absolute(name.empty() ? "tarnwell" : name);
+  std::error_code error;
+  std::filesystem::path resolved = std::filesystem::weakly_canonical(path, error);
+  return error ? path : resolved;
 }
 
 }  // namespace tarnwell

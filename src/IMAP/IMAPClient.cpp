@@ -61,8 +61,9 @@ void IMAPClient::loadCapabilities() {
     if (!equalsIgnoringASCIICase(takeWord(rest), "CAPABILITY")) {
       continue;
     }
+    // People read the names on a terminal.
     for (std::string_view name; !(name = takeWord(rest)).empty();) {
-      capabilities_.insert(uppercased(name));
+      capabilities_.insert(uppercased(safeSummary(name)));
     }
   }
 }

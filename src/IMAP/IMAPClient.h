@@ -127,7 +127,7 @@ class IMAPClient {
   static std::vector<IMAPArg> buildSearchArgs(const IMAPSearchCriteria& criteria);
   static void ensureOK(const Reply& reply, std::string_view command);
   static void appendQuoted(Secret& line, std::string_view text);
-  static std::optional<std::string> extractFirstLiteral(std::string_view response);
+  static std::optional<std::string_view> extractFirstLiteral(std::string_view response);
 
   std::string nextTag();
   Reply execute(std::string_view command);

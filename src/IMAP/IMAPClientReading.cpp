@@ -5,6 +5,7 @@
 #include <chrono>
 #include <functional>
 #include <unordered_map>
+#include <utility>
 
 #include "IMAP/IMAPClient.h"
 #include "IMAP/IMAPError.h"
@@ -33,13 +34,19 @@ std::string commaSeparated(const std::vector<std::uint32_t>& uids) {
 
 }  // namespace
 
+/// RFC 3501, section 9: date-day "-" date-month "-" date-year, the year in four digits. There is no year 0:
+/// it and the years before it are counted backwards from the year 1.
 std::string IMAPClient::imapDate(Instant instant) {
   static constexpr std::string_view months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
   const std::chrono::year_month_day day{std::chrono::floor<std::chrono::days>(instant)};
+  const int year = static_cast<int>(day.year());
+  std::string yearText = std::to_string(year > 0 ? year : 1 - year);
+  if (yearText.size() < 4) {
+    yearText.insert(0, 4 - yearText.size(), '0');
+  }
   return std::to_string(static_cast<unsigned>(day.day())) + "-" +
-         std::string(months[static_cast<unsigned>(day.month()) - 1]) + "-" +
-         std::to_string(static_cast<int>(day.year()));
+         std::string(months[static_cast<unsigned>(day.month()) - 1]) + "-" + yearText;
 }
 
 /// The keys stand in a fixed order. Texts are always literals, never quoted.
@@ -149,28 +156,32 @@ IMAPClient::BodyText IMAPClient::fetchBodyText(const IMAPMessage& message) {
   return {part->isHTML ? IMAPParser::htmlToText(text) : std::move(text), true};
 }
 
-/// PEEK leaves the message unread; the whole part is fetched.
+/// PEEK leaves the message unread; the whole part is fetched. A body may have tens of megabytes, so the
+/// response is cut down to it in place.
 std::optional<std::string> IMAPClient::fetchBodyRaw(std::uint32_t uid, const std::string& section) {
   requireInbox();
-  const Reply reply = execute("UID FETCH " + std::to_string(uid) + " (BODY.PEEK[" + section + "])");
+  Reply reply = execute("UID FETCH " + std::to_string(uid) + " (BODY.PEEK[" + section + "])");
   ensureOK(reply, "UID FETCH");
-  for (const std::string& line : reply.lines) {
-    if (std::optional<std::string> literal = extractFirstLiteral(line)) {
-      return literal;
+  for (std::string& line : reply.lines) {
+    if (const std::optional<std::string_view> literal = extractFirstLiteral(line)) {
+      const auto begin = static_cast<std::size_t>(literal->data() - line.data());
+      line.resize(begin + literal->size());
+      line.erase(0, begin);
+      return std::move(line);
     }
   }
   return std::nullopt;
 }
 
-std::optional<std::string> IMAPClient::extractFirstLiteral(std::string_view response) {
+std::optional<std::string_view> IMAPClient::extractFirstLiteral(std::string_view response) {
   const std::size_t brace = response.find('{');
   if (brace == std::string_view::npos) {
     return std::nullopt;
   }
   response.remove_prefix(brace + 1);
-  std::int64_t size = 0;
+  std::uint64_t size = 0;  // unsigned, so that no sign is read
   const auto [end, error] = std::from_chars(response.data(), response.data() + response.size(), size);
-  if (error != std::errc() || size < 0) {
+  if (error != std::errc() || !std::in_range<std::int64_t>(size)) {
     return std::nullopt;
   }
   response.remove_prefix(static_cast<std::size_t>(end - response.data()));
@@ -182,7 +193,7 @@ std::optional<std::string> IMAPClient::extractFirstLiteral(std::string_view resp
     return std::nullopt;
   }
   response.remove_prefix(announcementEnd.size());
-  return std::string(response.substr(0, static_cast<std::size_t>(size)));
+  return response.substr(0, size);
 }
 
 }  // namespace tarnwell

@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -59,7 +60,12 @@ std::optional<Endpoints> resolve(const std::string& host, std::uint16_t port, Cl
     return Endpoints{{address, port}};
   }
   const auto lookup = std::make_shared<Lookup>();
-  std::thread(lookUp, lookup, host, port).detach();
+  try {
+    std::thread(lookUp, lookup, host, port).detach();
+  } catch (const std::system_error& noThread) {
+    error = noThread.code();
+    return Endpoints{};
+  }
   std::unique_lock lock(lookup->mutex);
   if (!lookup->finished.wait_until(lock, deadline, [&] { return lookup->isFinished; })) {
     return std::nullopt;
@@ -188,6 +194,10 @@ TLSStream::~TLSStream() = default;
 
 void TLSStream::connect() {
   State& state = *state_;
+  // The system's resolver takes the first for this machine, and reads the second up to the zero byte.
+  if (state.host.empty() || state.host.find('\0') != std::string::npos) {
+    throw IMAPError::connectionFailed("the host name is empty or holds a zero byte");
+  }
   const Clock::time_point end = state.deadline();
 
   error_code error;

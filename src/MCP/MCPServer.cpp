@@ -2,8 +2,8 @@
 
 #include "Core/AppLogger.h"
 #include "Core/BridgeConstants.h"
+#include "MCP/LogText.h"
 #include "MCP/Tools/MCPToolSchemas.h"
-#include "Platform/Text.h"
 
 namespace tarnwell {
 
@@ -56,7 +56,7 @@ JSONValue MCPServer::initializeResult(const std::optional<JSONValue>& params) co
   }
   constexpr std::size_t loggedLength = 100;  // the client may send a text of any length
   AppLogger::info(AppLogger::Category::mcp,
-                  "initialize (protocol " + std::string(characterPrefix(version, loggedLength)) + ")");
+                  "initialize (protocol " + std::string(shortened(version, loggedLength)) + ")");
   return JSONObject{
       {"protocolVersion", version},
       {"capabilities", JSONObject{{"tools", JSONObject{{"listChanged", false}}}}},

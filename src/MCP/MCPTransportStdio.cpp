@@ -40,12 +40,12 @@ std::size_t readSome(int descriptor, std::span<char> into) {
 void writeFrame(int descriptor, std::string_view frame) {
   while (!frame.empty()) {
     const ssize_t count = write(descriptor, frame.data(), frame.size());
-    if (count >= 0) {
+    if (count > 0) {
       frame.remove_prefix(static_cast<std::size_t>(count));
       continue;
     }
-    const bool tryAgain =
-        errno == EINTR || ((errno == EAGAIN || errno == EWOULDBLOCK) && waitsUntilReady(descriptor, POLLOUT));
+    const bool tryAgain = count < 0 && (errno == EINTR || ((errno == EAGAIN || errno == EWOULDBLOCK) &&
+                                                           waitsUntilReady(descriptor, POLLOUT)));
     if (!tryAgain) {
       return;
     }

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <string_view>
 
 namespace tarnwell {
 
@@ -18,5 +19,8 @@ void prepareProcess();
 /// The absolute path of the program's own file, symbolic links resolved; absent when the system does
 /// not tell.
 std::optional<std::filesystem::path> executablePath();
+
+/// The program as its caller named it, by a path or a bare name; empty when there is no name.
+std::string_view invocationName();
 
 }  // namespace tarnwell

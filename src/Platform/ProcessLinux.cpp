@@ -55,4 +55,6 @@ std::optional<std::filesystem::path> executablePath() {
   return path;
 }
 
+std::string_view invocationName() { return program_invocation_name; }
+
 }  // namespace tarnwell

@@ -276,6 +276,15 @@ TEST(IMAPClient, capabilitiesAreCollectedFromEveryLineAndUpperCased) {
   EXPECT_THAT(client.serverCapabilities(), ElementsAre("IMAP4REV1", "MOVE", "X-A"));
 }
 
+TEST(IMAPClient, capabilitiesCannotSteerATerminal) {
+  Dialogue dialogue = loginDialogue() + logout;
+  dialogue[4] = answer("* CAPABILITY IMAP4rev1 X\033]0;pwned\a \u202EY Z\xFF\r\nA0002 OK\r\n");
+  FakeIMAPServer server(dialogue);
+  IMAPClient client = clientOf(server);
+  client.connect();
+  EXPECT_THAT(client.serverCapabilities(), ElementsAre("IMAP4REV1", "X ]0;PWNED", "Y", "Z\uFFFD"));
+}
+
 TEST(IMAPClient, failedCommandNamesItsFirstWord) {
   const struct {
     std::size_t step;
@@ -417,6 +426,12 @@ TEST(IMAPClient, instantIsSearchedByItsDayInUTC) {
   EXPECT_EQ(IMAPClient::imapDate(day(1969, 12, 31) + std::chrono::hours(1)), "31-Dec-1969");
 }
 
+TEST(IMAPClient, yearIsSearchedInFourDigits) {
+  EXPECT_EQ(IMAPClient::imapDate(day(999, 3, 5)), "5-Mar-0999");
+  EXPECT_EQ(IMAPClient::imapDate(day(1, 1, 1)), "1-Jan-0001");
+  EXPECT_EQ(IMAPClient::imapDate(day(0, 12, 31)), "31-Dec-0001") << "the year before the year 1";
+}
+
 TEST(IMAPClient, searchResultsAreNewestFirstAndLimited) {
   const struct {
     const char* lines;
@@ -536,6 +551,16 @@ INSTANTIATE_TEST_SUITE_P(
         BodyRow{"emptyLiteral", plainPart, "1", "* 1 FETCH (UID 4 BODY[1] {0}\r\n)\r\n", {"", false}},
         BodyRow{"noLiteral", plainPart, "1", "* 1 FETCH (UID 4 BODY[1] NIL)\r\n", {"", false}},
         BodyRow{"noResponse", plainPart, "1", "", {"", false}},
+        BodyRow{"bracesThatAnnounceNothing",
+                plainPart,
+                "1",
+                "* 1 FETCH (X \"{-0}\")\r\n* 2 FETCH (X {})\r\n",
+                {"", false}},
+        BodyRow{"literalWithTextAroundIt",
+                plainPart,
+                "1",
+                "* 1 FETCH (FLAGS (\\Seen) BODY[1] {5}\r\nhello X {3}\r\nabc UID 4)\r\n",
+                {"hello", true}},
         BodyRow{"literalInALaterLine",
                 plainPart,
                 "1",

@@ -128,18 +128,22 @@ TEST(TLSStream, refusedPortFailsAtOnce) {
   EXPECT_THAT(failure.description, HasSubstr("Connection refused"));
 }
 
+/// Too long a label for the domain name system, so that no server is asked.
 TEST(TLSStream, unknownHostFailsWithItsName) {
-  TLSStream stream("host.invalid", 993, 60s);
+  const std::string host = std::string(64, 'x') + ".invalid";
+  TLSStream stream(host, 993, 60s);
   const Failure failure = failureOf([&] { stream.connect(); });
   EXPECT_EQ(failure.kind, IMAPError::Kind::connectionFailed);
-  EXPECT_THAT(failure.description, HasSubstr("host.invalid:993: "));
+  EXPECT_THAT(failure.description, HasSubstr(host + ":993: "));
 }
 
-TEST(TLSStream, hostNameThatIsNoNameFails) {
-  for (const std::string& host :
-       {std::string(""), std::string("a b"), std::string("a\0b", 3), std::string(300, 'x')}) {
-    TLSStream stream(host, 993, patience);
+TEST(TLSStream, hostNameThatIsNoNameIsNotConnectedTo) {
+  for (const std::string& host : {std::string(""), std::string("a b"),
+                                  std::string("localhost\0.example.org", 22), std::string(300, 'x')}) {
+    FakeIMAPServer server({stallHere()});
+    TLSStream stream(host, server.port(), patience);
     EXPECT_EQ(failureOf([&] { stream.connect(); }).kind, IMAPError::Kind::connectionFailed) << host;
+    EXPECT_EQ(server.acceptCount(), 0) << host;
   }
 }
 
@@ -179,12 +183,14 @@ TEST(TLSStream, peerThatClosesGivesNoBytesWithAndWithoutTheClosingMessage) {
   }
 }
 
-TEST(TLSStream, receiverThatNeverReadsEndsInATimeout) {
-  FakeIMAPServer server({expect("a"), answer("b"), expect("c"), stallHere()}, {});
+/// Each side sends more than the system takes in between, and neither reads.
+TEST(TLSStream, sendingToAPeerThatDoesNotReadEndsInATimeout) {
+  const std::string flood(std::size_t{64} << 20, 'x');
+  FakeIMAPServer server({answer(flood)});
   TLSStream stream("localhost", server.port(), 500ms);
   stream.connect();
-  stream.send("a");
-  EXPECT_EQ(stream.receive(), "b");
+  EXPECT_EQ(failureOf([&] { stream.send(flood); }).kind, IMAPError::Kind::timeout);
+  EXPECT_EQ(failureOf([&] { stream.send("x"); }).kind, IMAPError::Kind::connectionFailed);
 }
 
 TEST(TLSStream, closingTwiceOrUnconnectedIsHarmless) {

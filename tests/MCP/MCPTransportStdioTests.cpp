@@ -113,6 +113,7 @@ TEST_F(Stdio, closedOutputIsIgnoredAndTheInputReadToItsEnd) {
   in_.closeWriter();
   MCPTransportStdio(server_, in_.reader(), out_.writer()).run();
   const std::vector<LogEntry> entries = LogBuffer::shared().snapshot();
+  ASSERT_GT(entries.size(), 1u);
   EXPECT_EQ(entries[1].message, "initialize (protocol 2024-11-05)");
 }
 

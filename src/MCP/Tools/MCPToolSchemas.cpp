@@ -56,8 +56,7 @@ MCPToolDefinition searchInbox() {
   return define(
       ToolName::searchInbox,
       "Search INBOX and return lightweight message headers (uid, subject, from, date, flags, a short "
-      "snippet, "
-      "hasAttachments). Never returns full bodies. Read-only.",
+      "snippet, hasAttachments). Never returns full bodies. Read-only.",
       object({
           {"query", prop("string", "Free-text search across the message (IMAP TEXT).")},
           {"unreadOnly", prop("boolean", "Only unread (\\Unseen) messages. Default false.")},
@@ -73,8 +72,8 @@ MCPToolDefinition searchInbox() {
 MCPToolDefinition getMessageSummary() {
   return define(
       ToolName::getMessageSummary,
-      "Return safe summary fields for one message (subject, from, to, cc, date, flags, "
-      "hasAttachments, detected risk signals, and a bounded body snippet ≤1000 chars). Snippets of "
+      "Return safe summary fields for one message (subject, from, to, cc, date, flags, hasAttachments, "
+      "detected risk signals, and a bounded body snippet ≤1000 chars). Snippets of "
       "OTP/2FA/verification/password-reset mail are withheld. Read-only.",
       object({{"uid", uidProperty()},
               {"includeBodySnippet",
@@ -83,31 +82,28 @@ MCPToolDefinition getMessageSummary() {
 }
 
 MCPToolDefinition getMessageBody() {
-  return define(
-      ToolName::getMessageBody,
-      "Return the (text) body of one message, HTML flattened, truncated to maxChars. Bodies of "
-      "OTP/2FA/verification-code/password-reset/security-alert mail are NOT returned — the tool explains why "
-      "instead. Attachments are never read. Read-only.",
-      object({{"uid", uidProperty()},
-              {"maxChars", prop("integer", maxCharsDescription(),
-                                {{"minimum", 1}, {"maximum", BridgeConstants::bodyHardMaxChars}})}},
-             {"uid"}));
+  return define(ToolName::getMessageBody,
+                "Return the (text) body of one message, HTML flattened, truncated to maxChars. Bodies of "
+                "OTP/2FA/verification-code/password-reset/security-alert mail are NOT returned — the tool "
+                "explains why instead. Attachments are never read. Read-only.",
+                object({{"uid", uidProperty()},
+                        {"maxChars", prop("integer", maxCharsDescription(),
+                                          {{"minimum", 1}, {"maximum", BridgeConstants::bodyHardMaxChars}})}},
+                       {"uid"}));
 }
 
 MCPToolDefinition proposeInboxCleanup() {
   return define(
       ToolName::proposeInboxCleanup,
       "Return recent INBOX messages with lightweight rule-based category hints so the *client* AI can "
-      "propose "
-      "an organization plan. Performs NO moves and makes NO LLM classification itself. Read-only.",
+      "propose an organization plan. Performs NO moves and makes NO LLM classification itself. Read-only.",
       object({
           {"limit",
            limitProperty("How many recent messages to consider (default 20, capped by Safety settings).")},
-          {"categories",
-           prop("array",
-                "Optional candidate category labels. Defaults to: action_needed, receipt, newsletter, "
-                "notification, personal, work, archive_candidate, unsure.",
-                {{"items", JSONObject{{"type", "string"}}}})},
+          {"categories", prop("array",
+                              "Optional candidate category labels. Defaults to: action_needed, receipt, "
+                              "newsletter, notification, personal, work, archive_candidate, unsure.",
+                              {{"items", JSONObject{{"type", "string"}}}})},
       }));
 }
 
@@ -116,8 +112,7 @@ MCPToolDefinition moveMessage() {
       ToolName::moveMessage,
       "Move ONE message out of INBOX into an existing folder using IMAP UID MOVE. Blocked under read-only; "
       "simulated under dry-run. The target folder must already exist (never created). Source is always "
-      "INBOX. "
-      "No bulk moves, no delete/EXPUNGE.",
+      "INBOX. No bulk moves, no delete/EXPUNGE.",
       object({{"uid", uidProperty()},
               {"targetFolder", prop("string", "Destination folder path or name. Must already exist.")},
               {"dryRun", dryRunProperty()}},
@@ -134,9 +129,8 @@ MCPToolDefinition markAsRead() {
 MCPToolDefinition trashMessage() {
   return define(
       ToolName::trashMessage,
-      "Move ONE message from INBOX to the Trash folder via UID MOVE. Disabled by default in Safety "
-      "settings. Blocked under read-only; simulated under dry-run. Never performs a physical delete "
-      "or EXPUNGE.",
+      "Move ONE message from INBOX to the Trash folder via UID MOVE. Disabled by default in Safety settings. "
+      "Blocked under read-only; simulated under dry-run. Never performs a physical delete or EXPUNGE.",
       object({{"uid", uidProperty()}, {"dryRun", dryRunProperty()}}, {"uid"}));
 }
 

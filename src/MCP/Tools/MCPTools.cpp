@@ -6,7 +6,7 @@
 #include "Core/AppLogger.h"
 #include "Core/BridgeConstants.h"
 #include "IMAP/IMAPError.h"
-#include "Platform/Text.h"
+#include "MCP/LogText.h"
 
 namespace tarnwell {
 
@@ -28,9 +28,9 @@ class SessionEnd {
 
 /// For the log: names come from the client, and a description may hold a folder's name that does. Both may be
 /// of any length.
-std::string shortened(std::string_view text) {
+std::string loggable(std::string_view text) {
   constexpr std::size_t maximumLength = 300;
-  return std::string(characterPrefix(text, maximumLength));
+  return std::string(shortened(text, maximumLength));
 }
 
 }  // namespace
@@ -55,7 +55,7 @@ MCPTools MCPTools::shared() {
 }
 
 ToolCallResult MCPTools::handle(std::string_view name, const JSONValue& arguments) const {
-  AppLogger::info(Category::tool, "tool call: " + shortened(name));
+  AppLogger::info(Category::tool, "tool call: " + loggable(name));
   const std::optional<ToolName> tool = toolName(name);
   if (!tool) {
     return ToolCallResult::error("Unknown tool: " + std::string(name));
@@ -64,13 +64,13 @@ ToolCallResult MCPTools::handle(std::string_view name, const JSONValue& argument
   try {
     return run(*tool, arguments);
   } catch (const IMAPError& error) {
-    AppLogger::error(Category::tool, label + " failed: " + shortened(error.description()));
+    AppLogger::error(Category::tool, label + " failed: " + loggable(error.description()));
     return ToolCallResult::error(error.description());
   } catch (const KeychainError& error) {
     AppLogger::error(Category::tool, label + " keychain error " + error.description());
     return ToolCallResult::error(error.description());
   } catch (const std::exception& error) {
-    AppLogger::error(Category::tool, label + " error: " + error.what());
+    AppLogger::error(Category::tool, label + " error: " + loggable(error.what()));
     return ToolCallResult::error("Internal error while running " + std::string(name) + ".");
   }
 }

@@ -118,6 +118,45 @@ INSTANTIATE_TEST_SUITE_P(
                 "4712 " + std::string(2000, 'x') + " security code", false}),
     rowName);
 
+TEST_F(SearchTool, noMoreMessagesThanTheLimitAreFetchedWhateverIsFound) {
+  std::string found = "* SEARCH";
+  std::string newest;
+  std::string responses;
+  for (int uid = 1; uid <= 25; ++uid) {
+    found += " " + std::to_string(uid);
+  }
+  for (int uid = 25; uid > 5; --uid) {
+    newest += (newest.empty() ? "" : ",") + std::to_string(uid);
+    responses += "* 1 FETCH (UID " + std::to_string(uid) + ")\r\n";
+  }
+  FakeIMAPServer& server = serve(
+      loginDialogue() +
+      Dialogue{expect("A0004 UID SEARCH ALL\r\n"), answer(found + "\r\nA0004 OK\r\n"),
+               expect("A0005 UID FETCH " + newest + " (UID FLAGS INTERNALDATE ENVELOPE BODYSTRUCTURE)\r\n"),
+               answer(responses + "A0005 OK\r\n"), expect("A0006 LOGOUT\r\n"), closeHere()});
+  const JSONValue result = call("search_inbox", JSONObject{{"limit", 500}}).structured;
+  EXPECT_EQ(server.mismatch(), "");
+  EXPECT_EQ(result["count"], JSONValue(20));
+  EXPECT_EQ(result["limit"], JSONValue(20));
+  ASSERT_EQ(result["messages"].arrayValue()->size(), 20u);
+  EXPECT_EQ(result["messages"].arrayValue()->front()["uid"], JSONValue(25));
+}
+
+TEST_F(SearchTool, nothingThatWasSoughtOrFoundEntersTheLog) {
+  hit({"Quarterly figures", "The acquisition is on Friday"});
+  serve(loginDialogue() + Dialogue{expect("A0004 UID SEARCH SUBJECT {7}\r\n"), answer("+\r\n"),
+                                   expect("divorce\r\n"), answer("A0004 NO not today\r\n"), closeHere()});
+  call("search_inbox", JSONObject{{"subject", "divorce"}});
+  const std::vector<LogEntry> entries = LogBuffer::shared().snapshot();
+  EXPECT_EQ(entries.back().message, "tool search_inbox failed: IMAP UID failed: not today");
+  for (const LogEntry& entry : entries) {
+    for (const char* text :
+         {"Quarterly", "acquisition", "divorce", "example.org>", testEmail, testPassword}) {
+      EXPECT_THAT(entry.message, Not(HasSubstr(text)));
+    }
+  }
+}
+
 TEST_F(SearchTool, messageWithoutTextHasAnEmptySnippet) {
   FakeIMAPServer& server =
       serve(loginDialogue() +

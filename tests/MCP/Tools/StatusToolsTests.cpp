@@ -84,8 +84,15 @@ TEST_F(ToolRuntime, eachCallIsLoggedWithItsName) {
 }
 
 TEST_F(ToolRuntime, longNamesFromTheClientAreCutInTheLog) {
-  call(std::string(1 << 20, 'x'));
-  EXPECT_LT(LogBuffer::shared().snapshot()[0].message.size(), 400u);
+  std::string oneCharacter = "x";
+  for (int mark = 0; mark < 100'000; ++mark) {
+    oneCharacter += "\u0301";
+  }
+  for (const std::string& name : {std::string(1 << 20, 'x'), oneCharacter}) {
+    LogBuffer::shared().clear();
+    call(name);
+    EXPECT_LT(LogBuffer::shared().snapshot()[0].message.size(), 3000u);
+  }
 }
 
 TEST_F(ToolRuntime, unconfiguredAccountsAndMissingPasswordsOpenNoConnection) {
@@ -112,6 +119,16 @@ TEST_F(ToolRuntime, portOutOfRangeIsToldBeforeAConnectionIsMade) {
   EXPECT_EQ(errorOf(call("search_inbox")), "Invalid argument: IMAP port 70000 is out of range");
   config.imapPort = -1;
   EXPECT_EQ(errorOf(call("search_inbox")), "Invalid argument: IMAP port -1 is out of range");
+}
+
+TEST_F(ToolRuntime, unforeseenFailureIsAnInternalErrorWithoutItsText) {
+  store().save(config);
+  const MCPTools failing(store(), KeychainStore("service", "group", items), EmailRiskDetector::shared(),
+                         [](auto...) -> std::unique_ptr<IMAPClient> { throw std::runtime_error("no room"); });
+  const ToolCallResult result = failing.handle("list_folders", JSONObject{});
+  EXPECT_EQ(errorOf(result), "Internal error while running list_folders.");
+  EXPECT_EQ(LogBuffer::shared().snapshot().back().message, "tool list_folders error: no room");
+  EXPECT_EQ(LogBuffer::shared().snapshot().back().level, LogLevel::error);
 }
 
 TEST_F(ToolRuntime, refusedLoginEndsTheSessionAndIsLogged) {

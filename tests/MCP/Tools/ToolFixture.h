@@ -84,6 +84,8 @@ class ToolTest : public testing::Test {
     return result;
   }
 
+  const ConfigStore& store() const { return store_; }
+
   /// The text of an error result.
   std::string errorOf(const ToolCallResult& result) {
     EXPECT_TRUE(result.isError);

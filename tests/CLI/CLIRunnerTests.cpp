@@ -1,0 +1,27 @@
+#include "CLI/CLIRunner.h"
+
+#include <gtest/gtest.h>
+
+#include "Platform/Process.h"
+#include "support/ForkedProcess.h"
+
+namespace tarnwell::test {
+namespace {
+
+TEST(OwnExecutablePath, isTheFileOfThisProgram) {
+  EXPECT_EQ(CLIRunner::ownExecutablePath(), executablePath());
+  EXPECT_EQ(CLIRunner::ownExecutablePath().filename(), "cli_tests");
+}
+
+/// An empty /proc, as in a bare container.
+TEST(OwnExecutablePath, comesFromTheCommandLineWhenTheSystemDoesNotTell) {
+  const std::string expected = CLIRunner::ownExecutablePath();
+  EXPECT_EQ(inForkedProcess([] {
+              enterMountNamespace({"/proc"});
+              return executablePath() ? "the system tells" : CLIRunner::ownExecutablePath().string();
+            }),
+            expected);
+}
+
+}  // namespace
+}  // namespace tarnwell::test
