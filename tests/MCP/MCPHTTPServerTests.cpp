@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <thread>
@@ -209,6 +211,21 @@ TEST_F(HTTPEndpoint, clientsThatGoAwayHoldUpNobody) {
   slow.reset();
   gate.open();
   EXPECT_EQ(answerTo(post(ping)), answerWith(pong));
+}
+
+/// While the process has no descriptor left, connections wait; the server goes on when it has.
+TEST_F(HTTPEndpoint, exhaustedDescriptorsOnlyDelay) {
+  rlimit usual{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &usual), 0);
+  const int nextFree = dup(STDERR_FILENO);
+  close(nextFree);
+  const rlimit oneMore{.rlim_cur = static_cast<rlim_t>(nextFree) + 1, .rlim_max = usual.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &oneMore), 0);
+  LoopbackClient client = connect();  // takes the last one
+  client.send(post(ping));
+  std::this_thread::sleep_for(milliseconds(50));
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &usual), 0);
+  EXPECT_EQ(client.readAll(), answerWith(pong));
 }
 
 // Time-outs
