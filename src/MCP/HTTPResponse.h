@@ -1,0 +1,34 @@
+#pragma once
+
+/// The answers of the HTTP endpoint (RFC 9110, RFC 9112), from status to bytes.
+///
+///     HTTPResponse{200, "application/json", "{}"}.serialized();
+///     // HTTP/1.1 200 OK, Content-Length: 2, Content-Type: application/json, Connection: close, ...
+///
+/// Threads: a plain value.
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tarnwell {
+
+struct HTTPResponse {
+  int status;
+  std::optional<std::string> contentType = std::nullopt;
+  std::string body = {};
+
+  /// Invites a client that sent "Expect: 100-continue" to send its body (RFC 9110, section 15.2.1).
+  static constexpr std::string_view interimContinue = "HTTP/1.1 100 Continue\r\n\r\n";
+
+  /// "OK" for 200; "Unknown" for a status that the endpoint never sends.
+  static std::string_view reason(int status);
+
+  /// Status line, header block and body. Every answer has the same form: its length, "Connection: close",
+  /// and the permissions that a browser asks for.
+  std::string serialized() const;
+
+  bool operator==(const HTTPResponse&) const = default;
+};
+
+}  // namespace tarnwell
