@@ -5,7 +5,7 @@
 #include <optional>
 #include <system_error>
 
-#include "IMAP/ASCIICase.h"
+#include "Platform/ASCIICase.h"
 
 namespace tarnwell {
 
