@@ -1,8 +1,9 @@
 # shellcheck shell=bash
-# build_preset NAME: configures and builds one preset of CMakePresets.json; stops with what went wrong.
+# build_preset NAME [TARGET]: configures and builds one preset of CMakePresets.json, warnings being errors, or
+# one target of it; stops with what went wrong.
 # Uses messages.sh; needs `root`.
 build_preset() {
-  local preset=$1
+  local preset=$1 target=${2:-all}
   local directory="$root/build/$preset"
   if [ -e "$directory" ] && [ ! -w "$directory" ]; then
     fail "build/$preset belongs to another user: remove it, or work in a checkout of your own"
@@ -10,7 +11,7 @@ build_preset() {
   say "Building the preset $preset"
   (
     cd "$root"
-    cmake --preset "$preset" >&2
-    cmake --build --preset "$preset" --parallel "$(nproc)" >&2
+    cmake --preset "$preset" -D TARNWELL_WERROR=ON >&2
+    cmake --build --preset "$preset" --target "$target" --parallel "$(nproc)" >&2
   ) </dev/null || fail "the preset $preset could not be built (see above)"
 }
