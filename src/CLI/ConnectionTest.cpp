@@ -1,5 +1,6 @@
 /// The command test-connection.
 
+#include <exception>
 #include <optional>
 
 #include "CLI/CLIRunner.h"
@@ -56,15 +57,19 @@ std::string report(const AppConfig& config, const IMAPClient& client) {
 std::string tryConnection(const AppConfig& config, Secret password) {
   IMAPClient client(config.imapHost, config.imapPort, config.email, std::move(password),
                     BridgeConstants::networkTimeoutSeconds);
+  std::string text;
+  std::exception_ptr failure;
   try {
     client.connect();
     client.selectInbox(IMAPClient::Access::readOnly);
+    text = report(config, client);
   } catch (...) {
-    client.disconnect();
-    throw;
+    failure = std::current_exception();
   }
-  std::string text = report(config, client);
   client.disconnect();
+  if (failure) {
+    std::rethrow_exception(failure);
+  }
   return text;
 }
 

@@ -1,5 +1,6 @@
 #include "MCP/Tools/MCPTools.h"
 
+#include <exception>
 #include <stdexcept>
 #include <utility>
 
@@ -14,23 +15,30 @@ namespace {
 
 using AppLogger::Category;
 
-/// Ends the session when the tool is done with it, by a result or by an exception.
-class SessionEnd {
- public:
-  explicit SessionEnd(IMAPClient& client) : client_(client) {}
-  ~SessionEnd() { client_.disconnect(); }
-  SessionEnd(const SessionEnd&) = delete;
-  SessionEnd& operator=(const SessionEnd&) = delete;
-
- private:
-  IMAPClient& client_;
-};
-
 /// For the log: names come from the client, and a description may hold a folder's name that does. Both may be
 /// of any length.
 std::string loggable(std::string_view text) {
   constexpr std::size_t maximumLength = 300;
   return std::string(shortened(text, maximumLength));
+}
+
+/// The outcome is kept, result or failure, until the session has ended.
+ToolCallResult withSession(IMAPClient& client, IMAPClient::Access access,
+                           const std::function<ToolCallResult(IMAPClient&)>& body) {
+  ToolCallResult result;
+  std::exception_ptr failure;
+  try {
+    client.connect();
+    client.selectInbox(access);
+    result = body(client);
+  } catch (...) {
+    failure = std::current_exception();
+  }
+  client.disconnect();
+  if (failure) {
+    std::rethrow_exception(failure);
+  }
+  return result;
 }
 
 }  // namespace
@@ -110,10 +118,7 @@ ToolCallResult MCPTools::withIMAP(const AppConfig& config, IMAPClient::Access ac
   }
   const std::unique_ptr<IMAPClient> client =
       makeClient_(config.imapHost, config.imapPort, config.email, std::move(*password));
-  const SessionEnd sessionEnd(*client);
-  client->connect();
-  client->selectInbox(access);
-  return body(*client);
+  return withSession(*client, access, body);
 }
 
 }  // namespace tarnwell
