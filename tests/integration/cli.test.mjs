@@ -1,7 +1,7 @@
 // The command words against the real services: exit statuses and exact texts.
-//   node cli.test.mjs PROGRAM DIRECTORY PORT SERVER_PORT PORT_WITHOUT_MOVE FREE_PORT
-// PORT is the recorder's and SERVER_PORT the mail server's behind it; PORT_WITHOUT_MOVE is a server's that
-// does not know MOVE, FREE_PORT nobody's.
+//   node cli.test.mjs PROGRAM DIRECTORY PORT SERVER_PORT OTHER_DIRECTORY OTHER_PORT OTHER_SERVER_PORT FREE_PORT
+// PORT is the recorder's and SERVER_PORT the mail server's behind it, the record in DIRECTORY; the other three
+// are those of a server that does not know MOVE; FREE_PORT is nobody's.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import fs from 'node:fs';
@@ -11,7 +11,8 @@ import { environment, readSettings, writeSettings } from './support/program.mjs'
 import { toolNames } from './support/samples.mjs';
 import { assertOnlyReading, recordLines, recordedCommands } from './support/wire.mjs';
 
-const [program, directory, port, serverPort, portWithoutMove, freePort] = process.argv.slice(2);
+const [program, directory, port, serverPort, otherDirectory, otherPort, otherServerPort, freePort] =
+  process.argv.slice(2);
 const account = { email: 'user@example.org', imapHost: 'localhost', imapPort: Number(port) };
 const failed = '❌ Connection failed: ';
 
@@ -62,7 +63,7 @@ test('testConnectionReportsInThreeLinesAndIsRemembered', async () => {
 });
 
 test('aServerWithoutMoveIsReportedAsSuch', async () => {
-  await assertConnects({ ...account, imapPort: Number(portWithoutMove) }, portWithoutMove, 'no');
+  await assertConnects({ ...account, imapPort: Number(otherPort) }, otherServerPort, 'no');
 });
 
 // Name, settings, environment, standard error (a text or an expression), whether a login may be tried.
@@ -123,4 +124,7 @@ test('printConfigFollowsSymbolicLinks', () => {
   assert.equal(JSON.parse(stdout).mcpServers.tarnwell.command, fs.realpathSync(program));
 });
 
-test('onlyReadingCommandsWereSent', () => assertOnlyReading(directory));
+test('onlyReadingCommandsWereSent', () => {
+  assertOnlyReading(directory);
+  assertOnlyReading(otherDirectory);
+});
