@@ -1,6 +1,5 @@
 /// The command test-connection.
 
-#include <exception>
 #include <optional>
 
 #include "CLI/CLIRunner.h"
@@ -9,8 +8,8 @@
 #include "Core/BridgeConstants.h"
 #include "Core/ConfigStore.h"
 #include "Core/KeychainStore.h"
-#include "IMAP/IMAPClient.h"
 #include "IMAP/IMAPError.h"
+#include "IMAP/InboxSession.h"
 
 namespace tarnwell {
 
@@ -53,24 +52,12 @@ std::string report(const AppConfig& config, const IMAPClient& client) {
          "\n   Capabilities: " + joined(client.serverCapabilities());
 }
 
-/// Logs in and selects the inbox. Gives the report, or throws after ending the session.
+/// Logs in and selects the inbox. Gives the report, or throws after the session has ended.
 std::string tryConnection(const AppConfig& config, Secret password) {
   IMAPClient client(config.imapHost, config.imapPort, config.email, std::move(password),
                     BridgeConstants::networkTimeoutSeconds);
-  std::string text;
-  std::exception_ptr failure;
-  try {
-    client.connect();
-    client.selectInbox(IMAPClient::Access::readOnly);
-    text = report(config, client);
-  } catch (...) {
-    failure = std::current_exception();
-  }
-  client.disconnect();
-  if (failure) {
-    std::rethrow_exception(failure);
-  }
-  return text;
+  return withInbox(client, IMAPClient::Access::readOnly,
+                   [&](const IMAPClient& session) { return report(config, session); });
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 #include "MCP/Tools/MCPTools.h"
 
-#include <exception>
 #include <stdexcept>
 #include <utility>
 
 #include "Core/AppLogger.h"
 #include "Core/BridgeConstants.h"
 #include "IMAP/IMAPError.h"
+#include "IMAP/InboxSession.h"
 #include "MCP/LogText.h"
 
 namespace tarnwell {
@@ -20,25 +20,6 @@ using AppLogger::Category;
 std::string loggable(std::string_view text) {
   constexpr std::size_t maximumLength = 300;
   return std::string(shortened(text, maximumLength));
-}
-
-/// The outcome is kept, result or failure, until the session has ended.
-ToolCallResult withSession(IMAPClient& client, IMAPClient::Access access,
-                           const std::function<ToolCallResult(IMAPClient&)>& body) {
-  ToolCallResult result;
-  std::exception_ptr failure;
-  try {
-    client.connect();
-    client.selectInbox(access);
-    result = body(client);
-  } catch (...) {
-    failure = std::current_exception();
-  }
-  client.disconnect();
-  if (failure) {
-    std::rethrow_exception(failure);
-  }
-  return result;
 }
 
 }  // namespace
@@ -118,7 +99,7 @@ ToolCallResult MCPTools::withIMAP(const AppConfig& config, IMAPClient::Access ac
   }
   const std::unique_ptr<IMAPClient> client =
       makeClient_(config.imapHost, config.imapPort, config.email, std::move(*password));
-  return withSession(*client, access, body);
+  return withInbox(*client, access, body);
 }
 
 }  // namespace tarnwell
