@@ -95,11 +95,11 @@ std::filesystem::path CLIRunner::ownExecutablePath() {
   if (const std::optional<std::filesystem::path> path = executablePath()) {
     return *path;
   }
-  const std::string_view name = invocationName();
-  const std::filesystem::path path = std::filesystem::absolute(name.empty() ? "tarnwell" : name);
-  std::error_code error;
-  std::filesystem::path resolved = std::filesystem::weakly_canonical(path, error);
-  return error ? path : resolved;
+  const std::filesystem::path name = invocationName().empty() ? "tarnwell" : invocationName();
+  std::error_code error;  // of a working directory that was removed, or a folder that may not be read
+  const std::filesystem::path path = std::filesystem::absolute(name, error);
+  std::filesystem::path resolved = error ? name : std::filesystem::weakly_canonical(path, error);
+  return error ? name : resolved;
 }
 
 }  // namespace tarnwell

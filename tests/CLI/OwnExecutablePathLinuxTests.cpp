@@ -23,5 +23,18 @@ TEST(OwnExecutablePath, comesFromTheCommandLineWhenTheSystemDoesNotTell) {
             expected);
 }
 
+TEST(OwnExecutablePath, isTheBareNameInAWorkingDirectoryThatWasRemoved) {
+  EXPECT_EQ(inForkedProcess([] {
+              enterMountNamespace({"/proc", "/tmp"});
+              std::filesystem::create_directory("/tmp/removed");
+              std::filesystem::current_path("/tmp/removed");
+              std::filesystem::remove("/tmp/removed");
+              static char name[] = "some-name";
+              program_invocation_name = name;
+              return CLIRunner::ownExecutablePath().string();
+            }),
+            "some-name");
+}
+
 }  // namespace
 }  // namespace tarnwell::test
