@@ -26,8 +26,14 @@ std::optional<Secret> savedPassword(const std::string& email) {
   }
 }
 
-/// Keeps the outcome for the companion app. Deliberate: when it cannot be saved, the test still counts.
-void saveOutcome(const ConfigStore& store, AppConfig config, bool succeeded) {
+/// Keeps the outcome for the companion app, which may have changed the settings during the test: they are
+/// read again, and are left alone when they are about another account by now.
+/// Deliberate: when the outcome cannot be saved, the test still counts.
+void saveOutcome(const ConfigStore& store, const std::string& email, bool succeeded) {
+  AppConfig config = store.load();
+  if (config.email != email) {
+    return;
+  }
   config.lastConnectionTestDate = currentInstant();
   config.lastConnectionTestSuccess = succeeded;
   try {
@@ -77,7 +83,7 @@ int CLIRunner::testConnection() {
   std::string message;
   try {
     const std::string text = tryConnection(config, std::move(*password));
-    saveOutcome(store, config, true);
+    saveOutcome(store, config.email, true);
     print(text);
     return 0;
   } catch (const IMAPError& error) {
@@ -85,7 +91,7 @@ int CLIRunner::testConnection() {
   } catch (const std::exception&) {
     message = "An error occurred.";
   }
-  saveOutcome(store, config, false);
+  saveOutcome(store, config.email, false);
   printError("❌ Connection failed: " + message + "\n");
   return 1;
 }

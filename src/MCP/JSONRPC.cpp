@@ -6,11 +6,6 @@ namespace tarnwell {
 
 namespace {
 
-std::optional<JSONValue> optionalMember(const JSONValue& object, std::string_view key) {
-  const JSONValue* value = object.member(key);
-  return value ? std::optional(*value) : std::nullopt;
-}
-
 /// The line without one CR at its end; absent when nothing is left.
 std::optional<std::string> withoutLineEnd(std::string line) {
   if (line.ends_with('\r')) {
@@ -25,7 +20,7 @@ std::optional<std::string> withoutLineEnd(std::string line) {
 }  // namespace
 
 std::optional<JSONRPCRequest> JSONRPCRequest::parse(std::string_view data) {
-  const std::optional<JSONValue> message = JSONValue::decode(data);
+  std::optional<JSONValue> message = JSONValue::decode(data);
   if (!message) {
     return std::nullopt;
   }
@@ -33,8 +28,7 @@ std::optional<JSONRPCRequest> JSONRPCRequest::parse(std::string_view data) {
   if (!method) {
     return std::nullopt;
   }
-  return JSONRPCRequest{optionalMember(*message, "id"), std::move(*method),
-                        optionalMember(*message, "params")};
+  return JSONRPCRequest{message->takeMember("id"), std::move(*method), message->takeMember("params")};
 }
 
 JSONValue JSONRPC::success(std::optional<JSONValue> id, JSONValue result) {

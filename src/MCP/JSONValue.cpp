@@ -225,6 +225,15 @@ const JSONValue& JSONValue::operator[](std::string_view key) const {
   return value ? *value : null;
 }
 
+std::optional<JSONValue> JSONValue::takeMember(std::string_view key) {
+  auto* members = std::get_if<JSONObject>(&payload_);
+  const auto found = members ? members->find(key) : JSONObject::iterator();
+  if (!members || found == members->end()) {
+    return std::nullopt;
+  }
+  return std::exchange(found->second, JSONValue());
+}
+
 bool JSONValue::operator==(const JSONValue&) const = default;
 
 }  // namespace tarnwell

@@ -90,6 +90,9 @@ class JSONValue {
   /// The same, with null standing for a missing member.
   const JSONValue& operator[](std::string_view key) const;
 
+  /// Moves the member with this key out of the object, leaving null in its place; absent as with `member`.
+  std::optional<JSONValue> takeMember(std::string_view key);
+
   const Payload& payload() const { return payload_; }
 
   /// Same kind and equal payloads: the integer 1 and the double 1.0 differ.

@@ -66,7 +66,8 @@ JSONValue MCPServer::initializeResult(const std::optional<JSONValue>& params) co
 }
 
 JSONValue MCPServer::toolsCall(const JSONRPCRequest& request) const {
-  const JSONValue params = request.params.value_or(nullptr);
+  static const JSONValue none;
+  const JSONValue& params = request.params ? *request.params : none;
   const std::optional<std::string> name = params["name"].stringValue();
   if (!name) {
     return JSONRPC::failure(request.id, JSONRPCErrorCode::invalidParams, "tools/call requires a 'name'.");

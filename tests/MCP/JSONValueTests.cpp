@@ -220,6 +220,14 @@ TEST(JSONValue, membersAreFoundByKeyInObjectsOnly) {
   EXPECT_TRUE(object["x"].isNull());
 }
 
+TEST(JSONValue, takenMemberLeavesNullBehind) {
+  JSONValue object = JSONObject{{"k", JSONArray{1, 2}}};
+  EXPECT_EQ(object.takeMember("k"), JSONValue(JSONArray{1, 2}));
+  EXPECT_EQ(object, JSONValue(JSONObject{{"k", nullptr}}));
+  EXPECT_EQ(object.takeMember("x"), std::nullopt);
+  EXPECT_EQ(JSONValue("k").takeMember("k"), std::nullopt);
+}
+
 TEST(JSONValue, absentValuesBecomeNull) {
   EXPECT_TRUE(JSONValue::of(std::optional<std::string>()).isNull());
   EXPECT_TRUE(JSONValue::of(std::optional<std::int64_t>()).isNull());

@@ -3,13 +3,15 @@
 // PORT is the recorder's and SERVER_PORT the mail server's behind it, the record in DIRECTORY; the other three
 // are those of a server that does not know MOVE; FREE_PORT is nobody's.
 import assert from 'node:assert/strict';
-import { spawnSync } from 'node:child_process';
+import { execFile, spawnSync } from 'node:child_process';
 import fs from 'node:fs';
 import test from 'node:test';
+import tls from 'node:tls';
+import { promisify } from 'node:util';
 import { IMAPSession } from './support/imap-session.mjs';
 import { environment, readSettings, writeSettings } from './support/program.mjs';
 import { toolNames } from './support/samples.mjs';
-import { assertOnlyReading, recordLines, recordedCommands } from './support/wire.mjs';
+import { assertOnlyReading, isReadingCommand, recordLines, recordedCommands } from './support/wire.mjs';
 
 const [program, directory, port, serverPort, otherDirectory, otherPort, otherServerPort, freePort] =
   process.argv.slice(2);
@@ -64,6 +66,42 @@ test('testConnectionReportsInThreeLinesAndIsRemembered', async () => {
 
 test('aServerWithoutMoveIsReportedAsSuch', async () => {
   await assertConnects({ ...account, imapPort: Number(otherPort) }, otherServerPort, 'no');
+});
+
+// A server that greets and agrees to everything; `atLogin` is run when the login comes.
+async function startAgreeingServer(atLogin) {
+  const files = { key: fs.readFileSync(`${directory}/server.key`), cert: fs.readFileSync(`${directory}/server.pem`) };
+  const server = tls.createServer(files, (socket) => {
+    socket.on('error', () => {});
+    socket.write('* OK ready\r\n');
+    socket.setEncoding('latin1').on('data', (line) => {
+      assert.ok(isReadingCommand(line.trimEnd()), line);
+      if (line.includes(' LOGIN ')) atLogin();
+      socket.write(`${line.split(' ')[0]} OK done\r\n`);
+    });
+  });
+  await new Promise((resolve) => { server.listen(0, '127.0.0.1', resolve); });
+  return server;
+}
+
+test('settingsChangedDuringTheTestAreKept', async (t) => {
+  const meanwhile = { email: account.email, imapHost: 'mail.example.org', safety: { readOnly: false } };
+  const server = await startAgreeingServer(() => writeSettings(meanwhile));
+  t.after(() => server.close());
+  writeSettings({ ...account, imapPort: server.address().port });
+  await promisify(execFile)(program, ['test-connection'], { env: environment });
+  const saved = readSettings();
+  assert.deepEqual([saved.imapHost, saved.safety.readOnly, saved.lastConnectionTestSuccess],
+    ['mail.example.org', false, true]);
+});
+
+test('theOutcomeIsNotSavedForAnotherAccount', async (t) => {
+  const other = { email: 'other@example.org' };
+  const server = await startAgreeingServer(() => writeSettings(other));
+  t.after(() => server.close());
+  writeSettings({ ...account, imapPort: server.address().port });
+  await promisify(execFile)(program, ['test-connection'], { env: environment });
+  assert.deepEqual(readSettings(), other);
 });
 
 // Name, settings, environment, standard error (a text or an expression), whether a login may be tried.
