@@ -9,7 +9,7 @@
 namespace tarnwell {
 namespace {
 
-using testing::repeated;
+using test::repeated;
 
 /// One line for the table: section, encoding, charset or "-", and html for an HTML part; then whether
 /// there are attachments.

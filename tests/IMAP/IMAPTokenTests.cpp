@@ -76,13 +76,13 @@ TEST(IMAPToken, onlyAListHasElements) {
 TEST(IMAPTokenList, positionsStepOverNestedLists) {
   const IMAPTokens tokens = IMAPParser::tokenize("a (b (c d) e) f ((g) h)");
   const IMAPTokenList elements = tokens.elements();
-  EXPECT_EQ(testing::printed(*elements[0]), "a");
-  EXPECT_EQ(testing::printed(*elements[1]), "(b (c d) e)");
-  EXPECT_EQ(testing::printed(*elements[2]), "f");
-  EXPECT_EQ(testing::printed(*elements[3]), "((g) h)");
+  EXPECT_EQ(test::printed(*elements[0]), "a");
+  EXPECT_EQ(test::printed(*elements[1]), "(b (c d) e)");
+  EXPECT_EQ(test::printed(*elements[2]), "f");
+  EXPECT_EQ(test::printed(*elements[3]), "((g) h)");
   EXPECT_FALSE(elements[4]);
   EXPECT_FALSE(elements[1'000'000]);
-  EXPECT_EQ(testing::printed(*elements[1]->list()[1]->list()[1]), "d");
+  EXPECT_EQ(test::printed(*elements[1]->list()[1]->list()[1]), "d");
   EXPECT_FALSE(elements[1]->list()[3]);
 }
 

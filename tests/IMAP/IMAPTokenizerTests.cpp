@@ -10,9 +10,9 @@
 namespace tarnwell {
 namespace {
 
-using testing::repeated;
+using test::repeated;
 
-std::string tokenized(std::string_view response) { return testing::printed(IMAPParser::tokenize(response)); }
+std::string tokenized(std::string_view response) { return test::printed(IMAPParser::tokenize(response)); }
 
 struct Row {
   std::string response;
@@ -233,7 +233,7 @@ TEST(IMAPTokenizer, responseCutAtEveryPositionKeepsTheTokensBeforeTheCut) {
     // A copy of its own size, so that the address sanitizer sees a read beyond the end.
     const std::vector<char> cut(response.begin(), response.begin() + static_cast<std::ptrdiff_t>(length));
     const IMAPTokens tokens = IMAPParser::tokenize({cut.data(), cut.size()});
-    const std::string line = testing::printed(tokens);
+    const std::string line = test::printed(tokens);
     EXPECT_EQ(line.starts_with("[* 12 FETCH"), length >= std::string_view("* 12 FETCH").size()) << line;
     EXPECT_EQ(line.find("UID 4711 ") != std::string::npos, length > response.find("FLAGS")) << line;
     EXPECT_EQ(line.find("\"host\"") != std::string::npos, length >= response.find("host") + 4) << line;

@@ -9,7 +9,7 @@
 namespace tarnwell {
 namespace {
 
-using testing::repeated;
+using test::repeated;
 
 /// One line for the table: path | name | delimiter | special use or "-" | whether it can be selected.
 std::string folderOf(std::string_view response) {

@@ -71,7 +71,7 @@ class ReferenceTokenizer {
     }
     const bool isNIL =
         text.size() == 3 && (text[0] | 0x20) == 'n' && (text[1] | 0x20) == 'i' && (text[2] | 0x20) == 'l';
-    return isNIL ? "NIL" : testing::printedText(repairedUTF8(text));
+    return isNIL ? "NIL" : test::printedText(repairedUTF8(text));
   }
 
   std::string quoted() {
@@ -86,7 +86,7 @@ class ReferenceTokenizer {
     if (!rest_.empty()) {
       take();
     }
-    return "\"" + testing::printedText(repairedUTF8(text)) + "\"";
+    return "\"" + test::printedText(repairedUTF8(text)) + "\"";
   }
 
   std::string literal() {
@@ -105,7 +105,7 @@ class ReferenceTokenizer {
     for (unsigned long count = std::stoul(digits); count > 0 && !rest_.empty(); --count) {
       text += take();
     }
-    return "\"" + testing::printedText(repairedUTF8(text)) + "\"";
+    return "\"" + test::printedText(repairedUTF8(text)) + "\"";
   }
 
   static bool isNextDigit(char byte) { return byte >= '0' && byte <= '9'; }
@@ -129,7 +129,7 @@ TEST(IMAPTokenizer, readsRandomResponsesLikeTheReference) {
     }
     const std::vector<char> copy(response.begin(), response.end());  // exact bounds for the sanitizer
     const IMAPTokens tokens = IMAPParser::tokenize({copy.data(), copy.size()});
-    ASSERT_EQ(testing::printed(tokens), ReferenceTokenizer(response).printed())
+    ASSERT_EQ(test::printed(tokens), ReferenceTokenizer(response).printed())
         << "round " << round << ": " << ::testing::PrintToString(response);
   }
 }

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace tarnwell::testing {
+namespace tarnwell::test {
 
 /// `text`, `count` times.
 inline std::string repeated(std::string_view text, std::size_t count) {
@@ -16,4 +16,4 @@ inline std::string repeated(std::string_view text, std::size_t count) {
   return whole;
 }
 
-}  // namespace tarnwell::testing
+}  // namespace tarnwell::test

@@ -11,7 +11,7 @@
 
 #include "IMAP/IMAPToken.h"
 
-namespace tarnwell::testing {
+namespace tarnwell::test {
 
 inline std::string printedText(std::string_view text) {
   std::string printed;
@@ -62,4 +62,4 @@ inline std::string printed(const IMAPTokens& tokens) {
   return "[" + printedElements(tokens.elements()) + "]";
 }
 
-}  // namespace tarnwell::testing
+}  // namespace tarnwell::test

@@ -8,7 +8,6 @@
 namespace tarnwell::test {
 namespace {
 
-using tarnwell::testing::repeated;
 using ::testing::HasSubstr;
 using ::testing::Not;
 

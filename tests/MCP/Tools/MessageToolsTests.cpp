@@ -7,7 +7,6 @@
 namespace tarnwell::test {
 namespace {
 
-using tarnwell::testing::repeated;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
