@@ -27,7 +27,7 @@ std::optional<IMAPFolder> firstOf(const std::vector<IMAPFolder>& folders, Predic
 std::optional<IMAPFolder> MailboxMapper::resolve(std::string_view name,
                                                  const std::vector<IMAPFolder>& folders) {
   const std::string wanted = lowercased(name);
-  const std::optional<IMAPFolder> byPath =
+  std::optional<IMAPFolder> byPath =
       firstOf(folders, [&](const IMAPFolder& folder) { return lowercased(folder.path) == wanted; });
   if (byPath) {
     return byPath;
@@ -36,7 +36,7 @@ std::optional<IMAPFolder> MailboxMapper::resolve(std::string_view name,
 }
 
 std::optional<IMAPFolder> MailboxMapper::trashFolder(const std::vector<IMAPFolder>& folders) {
-  const std::optional<IMAPFolder> marked = firstOf(
+  std::optional<IMAPFolder> marked = firstOf(
       folders, [](const IMAPFolder& folder) { return folder.specialUse == rawValue(SpecialUse::trash); });
   if (marked) {
     return marked;
