@@ -94,15 +94,17 @@ ZoneOffset readZone(FixedFields& fields) {
   return {sign, hour, fields.number(2)};
 }
 
+// RFC 3339, section 1, has room for the years 0000 to 9999 only.
+constexpr Instant firstInstant = std::chrono::sys_days(std::chrono::year(0) / 1 / 1);
+constexpr Instant lastInstant = std::chrono::sys_days(std::chrono::year(10000) / 1 / 1) - seconds(1);
+
 }  // namespace
 
 Instant currentInstant() { return std::chrono::floor<seconds>(std::chrono::system_clock::now()); }
 
 std::string formatISO8601(Instant instant) {
-  // RFC 3339 has room for the years 0000 to 9999 only; an instant outside is moved to the nearest inside.
-  constexpr Instant first = std::chrono::sys_days(std::chrono::year(0) / 1 / 1);
-  constexpr Instant last = std::chrono::sys_days(std::chrono::year(10000) / 1 / 1) - seconds(1);
-  Instant shown = std::clamp(instant, first, last);
+  // An instant that has no form is moved to the nearest that has one.
+  Instant shown = std::clamp(instant, firstInstant, lastInstant);
 
   auto day = std::chrono::floor<std::chrono::days>(shown);
   std::chrono::year_month_day date(day);
@@ -127,7 +129,13 @@ std::optional<Instant> parseISO8601(std::string_view text) {
     return std::nullopt;
   }
   auto offset = zone.sign * (hours(zone.hour) + minutes(zone.minute));
-  return std::chrono::sys_days(day) + hours(hour) + minutes(minute) + seconds(second) - offset;
+  const Instant instant =
+      std::chrono::sys_days(day) + hours(hour) + minutes(minute) + seconds(second) - offset;
+  // The zone can lead out of the years that can be written, in UTC and in an IMAP date as well.
+  if (instant < firstInstant || instant > lastInstant) {
+    return std::nullopt;
+  }
+  return instant;
 }
 
 std::optional<Instant> parseISO8601Day(std::string_view text) {

@@ -19,7 +19,8 @@ Instant currentInstant();
 std::string formatISO8601(Instant instant);
 
 /// Reads date, time and time zone ("2024-05-01T09:30:00Z", "2024-05-01T18:30:00+09:00"); absent for
-/// anything else, a date alone, fractions of seconds or trailing characters included.
+/// anything else, a date alone, fractions of seconds or trailing characters included, and for an instant
+/// that lies outside of the years 0000 to 9999 in UTC.
 std::optional<Instant> parseISO8601(std::string_view text);
 
 /// Reads a date alone ("2024-05-01") as midnight UTC of that day; absent for anything else.

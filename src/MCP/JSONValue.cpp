@@ -234,6 +234,7 @@ std::optional<JSONValue> JSONValue::takeMember(std::string_view key) {
   return std::exchange(found->second, JSONValue());
 }
 
-bool JSONValue::operator==(const JSONValue&) const = default;
+// Written out: Clang 14 crashes on a defaulted comparison of a type that contains itself.
+bool JSONValue::operator==(const JSONValue& other) const { return payload_ == other.payload_; }
 
 }  // namespace tarnwell

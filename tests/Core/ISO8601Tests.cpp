@@ -77,6 +77,8 @@ TEST(ISO8601, everythingElseIsAbsent) {
       "2024-05-01T09:30:00GMT",
       "2024-05-01T09:30:00+",
       "２０２４-05-01T09:30:00Z",
+      "9999-12-31T23:59:59-00:01",
+      "0000-01-01T00:00:00+00:01",
   };
   for (const char* text : texts) {
     EXPECT_EQ(parseISO8601(text), std::nullopt) << text;

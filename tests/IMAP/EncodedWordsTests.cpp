@@ -1,8 +1,8 @@
 #include "IMAP/TextDecoding.h"
 #include "Platform/Text.h"
 #include "support/HostileText.h"
-#include "support/RegexReference.h"
 #include "support/RowName.h"
+#include "support/TextDecodingReference.h"
 
 namespace tarnwell::IMAPParser {
 namespace {
@@ -12,21 +12,6 @@ struct Row {
   std::string field;
   std::string text;
 };
-
-/// The field by the regular expression and one word after the other.
-std::string referenceField(const std::string& field) {
-  const auto decodeWord = [](const RegexGroups& groups) {
-    const std::string& text = groups[3];
-    const bool isBase64 = uppercased(groups[2]) == "B";
-    if (!isBase64) {
-      return decodeCharset(decodeQuotedPrintable(text, Underscore::isSpace), groups[1]);
-    }
-    return decodeCharset(decodeBase64(text).value_or(text), groups[1]);
-  };
-  const auto dropBlanks = [](const std::string& gap) { return trimmed(gap).empty() ? std::string() : gap; };
-  return replaceByICU(field, "=\\?([^?]+)\\?([BbQq])\\?([^?]*)\\?=", LetterCase::matters, decodeWord,
-                      dropBlanks);
-}
 
 class Field : public testing::TestWithParam<Row> {};
 

@@ -1,12 +1,7 @@
-#include <array>
-#include <charconv>
-
 #include "IMAP/TextDecoding.h"
-#include "Platform/Text.h"
-#include "Platform/UTF8.h"
 #include "support/HostileText.h"
-#include "support/RegexReference.h"
 #include "support/RowName.h"
+#include "support/TextDecodingReference.h"
 
 namespace tarnwell::IMAPParser {
 namespace {
@@ -16,46 +11,6 @@ struct Row {
   std::string html;
   std::string text;
 };
-
-std::string replacedEverywhere(std::string text, std::string_view from, std::string_view to) {
-  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
-    text.replace(at, from.size(), to);
-  }
-  return text;
-}
-
-/// What a numeric reference stands for, the number read the long way round.
-std::string scalarOrMatch(const RegexGroups& groups) {
-  const bool isHexadecimal = groups[1].starts_with('x');
-  const std::string digits = groups[1].substr(isHexadecimal ? 1 : 0);
-  std::uint32_t value = 0;
-  const auto [end, error] =
-      std::from_chars(digits.data(), digits.data() + digits.size(), value, isHexadecimal ? 16 : 10);
-  const bool isNumber = error == std::errc() && end == digits.data() + digits.size();
-  if (!isNumber || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF)) {
-    return groups[0];
-  }
-  std::string character;
-  appendCodePoint(character, value);
-  return character;
-}
-
-/// The four passes by regular expressions and plain replacements.
-std::string referenceText(std::string text) {
-  for (const std::string name : {"script", "style", "head"}) {
-    text = replaceByICU(text, "<" + name + "[^>]*>[\\s\\S]*?</" + name + ">", LetterCase::isIgnored, " ");
-  }
-  text = replaceByICU(text, "<\\s*(br|/p|/div|/tr|/li|/h[1-6])\\s*/?>", LetterCase::isIgnored, "\n");
-  text = replaceByICU(text, "<[^>]+>", LetterCase::matters, " ");
-  const std::pair<std::string_view, std::string_view> entities[] = {
-      {"&amp;", "&"},        {"&lt;", "<"},          {"&gt;", ">"},        {"&quot;", "\""},
-      {"&#39;", "'"},        {"&apos;", "'"},        {"&nbsp;", " "},      {"&mdash;", "\u2014"},
-      {"&ndash;", "\u2013"}, {"&hellip;", "\u2026"}, {"&copy;", "\u00A9"}, {"&reg;", "\u00AE"}};
-  for (const auto& [entity, character] : entities) {
-    text = replacedEverywhere(std::move(text), entity, character);
-  }
-  return replaceByICU(text, "&#(x?[0-9A-Fa-f]+);", LetterCase::matters, scalarOrMatch);
-}
 
 class HTMLToText : public testing::TestWithParam<Row> {};
 

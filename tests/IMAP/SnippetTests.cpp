@@ -3,8 +3,8 @@
 #include "IMAP/TextDecoding.h"
 #include "Platform/Text.h"
 #include "support/HostileText.h"
-#include "support/RegexReference.h"
 #include "support/RowName.h"
+#include "support/TextDecodingReference.h"
 
 namespace tarnwell::IMAPParser {
 
@@ -20,17 +20,6 @@ struct Row {
   std::int64_t maxChars;
   Snippet expected;
 };
-
-/// The preview step by step over the whole text.
-Snippet referenceSnippet(const std::string& text, std::int64_t maxChars) {
-  const std::string plain = replaceByICU(text, "\\u00A0", LetterCase::matters, " ");
-  const std::string collapsed(trimmed(replaceByICU(plain, "\\s+", LetterCase::matters, " ")));
-  const auto limit = static_cast<std::size_t>(std::max<std::int64_t>(maxChars, 0));
-  if (characterCount(collapsed) <= limit) {
-    return {.text = collapsed, .truncated = false};
-  }
-  return {.text = std::string(trimmed(characterPrefix(collapsed, limit))) + "…", .truncated = true};
-}
 
 class SnippetOf : public testing::TestWithParam<Row> {};
 

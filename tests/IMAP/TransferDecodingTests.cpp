@@ -3,6 +3,7 @@
 #include "IMAP/TextDecoding.h"
 #include "support/HostileText.h"
 #include "support/RowName.h"
+#include "support/TextDecodingReference.h"
 
 namespace tarnwell::IMAPParser {
 namespace {
@@ -120,30 +121,6 @@ INSTANTIATE_TEST_SUITE_P(
                     QuotedRow{"underscoreIsNoHexDigit", "=_4", "= 4", Underscore::isSpace},
                     QuotedRow{"escapesInARow", "=E6=97=A5=E6=9C=AC=E8=AA=9E", "日本語"}),
     rowName);
-
-/// One byte after the other, without any short cut.
-std::string referenceBytes(std::string_view encoded, Underscore underscore) {
-  const auto isHex = [&](std::size_t at) {
-    return at < encoded.size() &&
-           std::string_view("0123456789abcdefABCDEF").find(encoded[at]) != std::string_view::npos;
-  };
-  std::string bytes;
-  for (std::size_t at = 0; at < encoded.size();) {
-    const std::string_view rest = encoded.substr(at);
-    if (rest.starts_with("=\r\n")) {
-      at += 3;
-    } else if (rest.starts_with("=\n")) {
-      at += 2;
-    } else if (rest.front() == '=' && isHex(at + 1) && isHex(at + 2)) {
-      bytes += static_cast<char>(std::stoi(std::string(rest.substr(1, 2)), nullptr, 16));
-      at += 3;
-    } else {
-      bytes += rest.front() == '_' && underscore == Underscore::isSpace ? ' ' : rest.front();
-      at += 1;
-    }
-  }
-  return bytes;
-}
 
 TEST(QuotedPrintable, hostileTextsHaveTheMeaningOfTheRules) {
   constexpr std::string_view fragments[] = {"=",

@@ -1,0 +1,13 @@
+// HTML has the meaning of the regular expressions, and bytes that are no UTF-8 change nothing around them.
+
+#include "Fuzzing.h"
+#include "Platform/Text.h"
+#include "support/TextDecodingReference.h"
+
+FUZZ_TARGET(std::string_view input) {
+  using namespace IMAPParser;
+  const std::string html = repairedUTF8(input);
+  const std::string text = htmlToText(html);
+  require(text == referenceText(html), "the text is that of the expressions");
+  require(repairedUTF8(htmlToText(input)) == text, "invalid bytes pass through");
+}

@@ -1,0 +1,114 @@
+// A client's lines, cut at any place, through the framer, the JSON reader and the dispatcher to tools whose
+// every connection fails: each request has one answer of one line, with its own id.
+
+#include <nlohmann/json.hpp>
+
+#include "Fuzzing.h"
+#include "IMAP/ByteStream.h"
+#include "IMAP/IMAPConnection.h"
+#include "IMAP/IMAPError.h"
+#include "MCP/MCPServer.h"
+#include "SilentLog.h"
+#include "support/InMemorySecretItems.h"
+#include "support/TemporaryDirectory.h"
+
+namespace tarnwell {
+namespace {
+
+class UnreachableServer : public ByteStream {
+ public:
+  void connect() override { throw IMAPError::connectionFailed("nobody there"); }
+  void send(std::string_view) override { throw IMAPError::connectionClosed(); }
+  std::string_view receive() override { return {}; }
+  void close() noexcept override {}
+};
+
+/// Everything is allowed and set up, so that a call gets as far as its connection.
+class Bridge {
+ public:
+  Bridge() {
+    AppConfig config;
+    config.email = "user@example.org";
+    config.safety.readOnly = false;
+    config.safety.allowTrash = true;
+    store_.save(config);
+    items_.put({.service = "service", .account = config.email, .accessGroup = std::nullopt}, "secret");
+  }
+
+  std::optional<std::string> handle(std::string_view line) {
+    items_.calls.clear();
+    return server_.handleRaw(line);
+  }
+
+ private:
+  static std::unique_ptr<IMAPClient> unconnectedClient(std::string email, Secret password) {
+    const auto makeConnection = [] {
+      return std::make_unique<IMAPConnection>(std::make_unique<UnreachableServer>());
+    };
+    return std::make_unique<IMAPClient>(makeConnection, std::move(email), std::move(password));
+  }
+
+  fuzz::SilentLog silentLog_;
+  test::TemporaryDirectory directory_;
+  ConfigStore store_{directory_.path()};
+  test::InMemorySecretItems items_;
+  MCPServer server_{MCPTools(store_, KeychainStore("service", std::nullopt, items_),
+                             EmailRiskDetector::shared(),
+                             [](std::string, std::int64_t, std::string email, Secret password) {
+                               return unconnectedClient(std::move(email), std::move(password));
+                             })};
+};
+
+std::vector<std::string> linesOf(std::string_view stream, const fuzz::Cuts& cuts) {
+  NDJSONFramer framer;
+  std::vector<std::string> lines;
+  cuts.forEachPiece(stream, [&](std::string_view piece) {
+    for (std::string& line : framer.push(piece)) {
+      lines.push_back(std::move(line));
+    }
+  });
+  if (std::optional<std::string> last = framer.finish()) {
+    lines.push_back(*std::move(last));
+  }
+  return lines;
+}
+
+void requireAnswer(const std::string& answer, const std::optional<JSONRPCRequest>& request) {
+  fuzz::require(answer.find('\n') == std::string::npos, "an answer is one line");
+  const std::optional<JSONValue> value = JSONValue::decode(answer);
+  fuzz::require(value.has_value(), "an answer is JSON");
+  fuzz::require((*value)["jsonrpc"] == JSONValue("2.0"), "an answer is one of JSON-RPC 2.0");
+  fuzz::require((value->member("result") == nullptr) != (value->member("error") == nullptr),
+                "an answer has a result or an error");
+  fuzz::require(value->member("id") != nullptr && (*value)["id"] == (request ? *request->id : JSONValue()),
+                "an answer has the id of its request");
+}
+
+void requireRoundTrip(std::string_view line) {
+  if (const std::optional<JSONValue> value = JSONValue::decode(line)) {
+    fuzz::require(JSONValue::decode(value->serialized()) == value, "the compact form gives the value back");
+    fuzz::require(JSONValue::decode(value->prettyString()) == value, "the pretty form gives the value back");
+  }
+}
+
+}  // namespace
+}  // namespace tarnwell
+
+FUZZ_TARGET(std::string_view input) {
+  static Bridge bridge;
+  const Cuts cuts(input);
+  std::string_view singleBytes = "0000";
+  const std::vector<std::string> lines = linesOf(input, cuts);
+  require(lines == linesOf(input, Cuts(singleBytes)), "the cuts do not change the lines");
+  for (const std::string& line : lines) {
+    requireRoundTrip(line);
+    const std::optional<JSONRPCRequest> request = JSONRPCRequest::parse(line);
+    const std::optional<std::string> answer = bridge.handle(line);
+    require(answer || (request && (request->isNotification() || request->method.ends_with("initialized") ||
+                                   request->method == "notifications/cancelled")),
+            "only what asks for nothing has no answer");
+    if (answer) {
+      requireAnswer(*answer, request);
+    }
+  }
+}

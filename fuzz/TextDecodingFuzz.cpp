@@ -1,0 +1,83 @@
+// A body in each transfer encoding and charset: the first two bytes of the input choose the pair.
+
+#include "IMAP/TextDecoding.h"
+
+#include <iterator>
+
+#include "Fuzzing.h"
+#include "Platform/Text.h"
+#include "support/TextDecodingReference.h"
+
+namespace tarnwell::IMAPParser {
+namespace {
+
+constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+std::string base64Of(std::string_view bytes) {
+  std::string text;
+  for (std::size_t at = 0; at < bytes.size(); at += 3) {
+    const std::string_view group = bytes.substr(at, 3);
+    std::uint32_t bits = 0;
+    for (std::size_t index = 0; index < 3; ++index) {
+      bits = bits << 8 | (index < group.size() ? byteAt(group, index) : 0U);
+    }
+    for (std::size_t index = 0; index < 4; ++index) {
+      text += index <= group.size() ? alphabet[bits >> (18 - 6 * index) & 63] : '=';
+    }
+    text += at % 57 == 54 ? "\r\n" : "";
+  }
+  return text;
+}
+
+/// By the text of RFC 2045, section 6.8, bit by bit.
+std::optional<std::string> referenceBase64(std::string_view text) {
+  std::string bytes;
+  std::string bits;
+  bool sawSextet = false;
+  for (const char character : text) {
+    const std::size_t sextet = alphabet.find(character);
+    if (character == '=') {
+      bits.clear();
+    } else if (sextet != std::string_view::npos) {
+      sawSextet = true;
+      for (unsigned bit = 6; bit-- > 0;) {
+        bits += (sextet >> bit & 1) != 0 ? '1' : '0';
+      }
+    }
+    if (bits.size() >= 8) {
+      bytes += static_cast<char>(std::stoi(bits.substr(0, 8), nullptr, 2));
+      bits.erase(0, 8);
+    }
+    // Four sextets are three bytes and leave no bits.
+  }
+  return sawSextet && bytes.empty() ? std::nullopt : std::optional(bytes);
+}
+
+}  // namespace
+}  // namespace tarnwell::IMAPParser
+
+FUZZ_TARGET(std::string_view input) {
+  using namespace IMAPParser;
+  constexpr std::string_view encodings[] = {"base64", "quoted-printable", "7bit", "8bit", "x-unknown"};
+  constexpr std::string_view charsets[] = {
+      "utf-8",     "us-ascii", "iso-8859-1",  "iso-8859-2", "windows-1252", "windows-1251",
+      "shift_jis", "euc-jp",   "iso-2022-jp", "utf-16",     "gb18030",      "utf-7",
+      "koi8-r",    "euc-kr",   "big5",        "utf-32",     "iso-2022-kr",  "hz-gb-2312"};
+  const std::string_view encoding = encodings[takeChoice(input) % std::size(encodings)];
+  const unsigned charset = takeChoice(input) % (std::size(charsets) + 2);
+  std::optional<std::string_view> name;
+  if (charset < std::size(charsets)) {
+    name = charsets[charset];
+  } else if (charset == std::size(charsets)) {
+    name = takeLine(input);
+  }
+
+  const std::string text = decodeText(input, encoding, name);
+  require(isValidUTF8(text), "a decoded text is valid UTF-8");
+  for (const Underscore underscore : {Underscore::isUnderscore, Underscore::isSpace}) {
+    require(decodeQuotedPrintable(input, underscore) == referenceBytes(input, underscore),
+            "quoted-printable is read by its rules");
+  }
+  require(decodeBase64(input) == referenceBase64(input), "base64 is read by its rules");
+  require(decodeBase64(base64Of(input)) == input, "what was encoded is decoded");
+}
