@@ -63,8 +63,8 @@ std::optional<std::string> convertWith(const char* converterName, std::string_vi
     status = U_ZERO_ERROR;
     char* written = output.data();
     ucnv_convertEx(target.get(), source.get(), &written, output.data() + output.size(), &next, end,
-                   pivot.data(), &pivotRead, &pivotWrite, pivot.data() + pivot.size(), UBool{first},
-                   UBool{true}, &status);
+                   pivot.data(), &pivotRead, &pivotWrite, pivot.data() + pivot.size(),
+                   static_cast<UBool>(first), static_cast<UBool>(true), &status);
     text.append(output.data(), written);
     first = false;
   }
