@@ -84,7 +84,7 @@ bool holdsHashedCertificates(const char* directory) {
   return false;
 }
 
-/// Trusts what OpenSSL would trust by default, but reads the system's bundle (17 ms) only when there is no
+/// Trusts what OpenSSL would trust by default, but reads the system's bundle (23 ms) only when there is no
 /// hashed directory, which is searched when a certificate is needed and costs nothing before.
 void trustTheSystem(SSL_CTX* context) {
   const char* fileVariable = std::getenv(X509_get_default_cert_file_env());
