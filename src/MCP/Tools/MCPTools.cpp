@@ -1,5 +1,6 @@
 #include "MCP/Tools/MCPTools.h"
 
+#include <chrono>
 #include <stdexcept>
 #include <utility>
 
@@ -8,6 +9,7 @@
 #include "IMAP/IMAPError.h"
 #include "IMAP/InboxSession.h"
 #include "MCP/LogText.h"
+#include "MCP/Tools/CallLog.h"
 
 namespace tarnwell {
 
@@ -20,6 +22,19 @@ using AppLogger::Category;
 std::string loggable(std::string_view text) {
   constexpr std::size_t maximumLength = 300;
   return std::string(shortened(text, maximumLength));
+}
+
+/// The last line of a call that gave a result. An error has a line of its own; a call whose arguments cannot
+/// be used has none.
+void logOutcome(const std::string& label, ToolName tool, const ToolCallResult& result,
+                std::chrono::steady_clock::time_point start) {
+  if (result.isError) {
+    return;
+  }
+  const auto spent =
+      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+  AppLogger::info(Category::tool, label + ": " + outcomeText(tool, result.structured) + " in " +
+                                      std::to_string(spent.count()) + " ms");
 }
 
 }  // namespace
@@ -50,8 +65,11 @@ ToolCallResult MCPTools::handle(std::string_view name, const JSONValue& argument
     return ToolCallResult::error("Unknown tool: " + std::string(name));
   }
   const std::string label = "tool " + std::string(name);
+  const auto start = std::chrono::steady_clock::now();
   try {
-    return run(*tool, arguments);
+    ToolCallResult result = run(*tool, arguments);
+    logOutcome(label, *tool, result, start);
+    return result;
   } catch (const IMAPError& error) {
     AppLogger::error(Category::tool, label + " failed: " + loggable(error.description()));
     return ToolCallResult::error(error.description());

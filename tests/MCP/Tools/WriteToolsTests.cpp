@@ -10,6 +10,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
 using ::testing::Not;
 
 constexpr const char* listCommand = "LIST \"\" \"*\"";
@@ -146,8 +147,10 @@ TEST_P(Decision, isWhatTheServerSees) {
                                       : *JSONValue::decode(isExecuted ? tool.executedDetail : tool.detail)},
       }))
       << result.structured.prettyString();
-  EXPECT_THAT(toolLog(), ElementsAre("info: tool call: " + std::string(tool.name),
-                                     "notice: write " + std::string(tool.name) + ": " + decision));
+  const std::string name = tool.name;
+  const std::string fate = settings.refusal ? "blocked" : isExecuted ? "executed" : "previewed";
+  EXPECT_THAT(toolLog(), ElementsAre("info: tool call: " + name, "notice: write " + name + ": " + decision,
+                                     MatchesRegex("info: tool " + name + ": " + fate + " in [0-9]+ ms")));
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, Decision,
