@@ -75,9 +75,10 @@ std::optional<Endpoints> resolve(const std::string& host, std::uint16_t port, Cl
 }
 
 bool holdsHashedCertificates(const char* directory) {
-  error_code ignored;
-  for (const auto& entry : std::filesystem::directory_iterator(directory, ignored)) {
-    if (entry.path().extension() == ".0") {
+  error_code failed;  // then the iterator is at its end
+  for (std::filesystem::directory_iterator entry(directory, failed), end; entry != end;
+       entry.increment(failed)) {
+    if (entry->path().extension() == ".0") {
       return true;
     }
   }
@@ -97,7 +98,8 @@ void trustTheSystem(SSL_CTX* context) {
   ERR_clear_error();  // a missing file only means fewer trusted certificates
 }
 
-void authenticate(SSL* connection, const std::string& host) {
+/// Makes the host's name or address what the certificate must hold; false when that cannot be checked.
+bool authenticate(SSL* connection, const std::string& host) {
   X509_VERIFY_PARAM* verification = SSL_get0_param(connection);
   X509_VERIFY_PARAM_set_hostflags(verification, X509_CHECK_FLAG_NO_PARTIAL_WILDCARDS);
   error_code isName;
@@ -107,8 +109,8 @@ void authenticate(SSL* connection, const std::string& host) {
                                : X509_VERIFY_PARAM_set1_ip_asc(verification, host.c_str()) == 1;
   if (!accepted) {
     ERR_clear_error();
-    throw IMAPError::connectionFailed("the host name cannot be checked against a certificate");
   }
+  return accepted;
 }
 
 /// With and without the closing message of TLS.
@@ -160,8 +162,12 @@ struct TLSStream::State {
 
   void throwIfFailed(error_code error) {
     if (error) {
-      throw IMAPError::connectionFailed(host + ":" + std::to_string(port) + ": " + reason(error));
+      fail(reason(error));
     }
+  }
+
+  [[noreturn]] void fail(const std::string& text) const {
+    throw IMAPError::connectionFailed(host + ":" + std::to_string(port) + ": " + text);
   }
 
   std::string reason(error_code error) {
@@ -196,7 +202,8 @@ void TLSStream::connect() {
   State& state = *state_;
   // The system's resolver takes the first for this machine, and reads the second up to the zero byte.
   if (state.host.empty() || state.host.find('\0') != std::string::npos) {
-    throw IMAPError::connectionFailed("the host name is empty or holds a zero byte");
+    throw IMAPError::connectionFailed("port " + std::to_string(state.port) +
+                                      ": the host name is empty or holds a zero byte");
   }
   const Clock::time_point end = state.deadline();
 
@@ -212,7 +219,9 @@ void TLSStream::connect() {
   trustTheSystem(context);
   state.context.set_verify_mode(asio::ssl::verify_peer);
   state.stream.emplace(state.queue, state.context);
-  authenticate(state.stream->native_handle(), state.host);
+  if (!authenticate(state.stream->native_handle(), state.host)) {
+    state.fail("the host name cannot be checked against a certificate");
+  }
 
   tcp::socket& socket = state.stream->next_layer();
   const auto connected = state.await(end, [&](auto handler) {

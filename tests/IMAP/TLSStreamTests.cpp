@@ -142,7 +142,9 @@ TEST(TLSStream, hostNameThatIsNoNameIsNotConnectedTo) {
                                   std::string("localhost\0.example.org", 22), std::string(300, 'x')}) {
     FakeIMAPServer server({stallHere()});
     TLSStream stream(host, server.port(), patience);
-    EXPECT_EQ(failureOf([&] { stream.connect(); }).kind, IMAPError::Kind::connectionFailed) << host;
+    const Failure failure = failureOf([&] { stream.connect(); });
+    EXPECT_EQ(failure.kind, IMAPError::Kind::connectionFailed) << host;
+    EXPECT_THAT(failure.description, HasSubstr(std::to_string(server.port()))) << host;
     EXPECT_EQ(server.acceptCount(), 0) << host;
   }
 }
