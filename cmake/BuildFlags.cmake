@@ -10,7 +10,7 @@ endif()
 
 if(TARNWELL_SANITIZE)
   target_compile_options(tarnwell_flags INTERFACE
-    -fsanitize=${TARNWELL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    -fsanitize=${TARNWELL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -D_GLIBCXX_ASSERTIONS)
   target_link_options(tarnwell_flags INTERFACE -fsanitize=${TARNWELL_SANITIZE})
   # With the sanitizers' own code in place GCC 12 sees members of a std::variant read before they are written;
   # the sanitizers themselves would tell if they were.
