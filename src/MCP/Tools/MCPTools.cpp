@@ -33,8 +33,8 @@ void logOutcome(const std::string& label, ToolName tool, const ToolCallResult& r
   }
   const auto spent =
       std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
-  AppLogger::info(Category::tool, label + ": " + outcomeText(tool, result.structured) + " in " +
-                                      std::to_string(spent.count()) + " ms");
+  AppLogger::info(Category::tool, label + ": " + outcomeText(tool, result.structured) + " (" +
+                                      std::to_string(spent.count()) + " ms)");
 }
 
 }  // namespace

@@ -150,7 +150,7 @@ TEST_P(Decision, isWhatTheServerSees) {
   const std::string name = tool.name;
   const std::string fate = settings.refusal ? "blocked" : isExecuted ? "executed" : "previewed";
   EXPECT_THAT(toolLog(), ElementsAre("info: tool call: " + name, "notice: write " + name + ": " + decision,
-                                     MatchesRegex("info: tool " + name + ": " + fate + " in [0-9]+ ms")));
+                                     MatchesRegex("info: tool " + name + ": " + fate + " .[0-9]+ ms.")));
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, Decision,
