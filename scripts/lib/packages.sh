@@ -6,7 +6,8 @@ packages_to_build=(cmake g++ libboost1.81-dev libicu-dev libsecret-1-dev
   libssl-dev ninja-build nlohmann-json3-dev pkg-config)
 packages_to_run=(ca-certificates dbus-daemon dovecot-imapd gnome-keyring libsecret-tools openssl python3
   util-linux)
-packages_to_test=(clang-format-14 curl dovecot-dev libgmock-dev libgtest-dev strace systemd)
+packages_to_test=(clang-14 clang-format-14 clang-tidy-14 codespell curl dovecot-dev libclang-rt-14-dev
+  libgmock-dev libgtest-dev strace systemd valgrind)
 
 # require_packages NAME...
 require_packages() {

@@ -1,0 +1,26 @@
+# shellcheck shell=bash
+# What is looked at without running the program. Uses messages.sh; needs `root`.
+
+# sources: every C++ file of the project's own, separated by zero bytes.
+sources() {
+  (cd "$root" && git ls-files -z --cached --others --exclude-standard -- '*.h' '*.cpp')
+}
+
+check_format() {
+  say "Checking the format"
+  (cd "$root" && sources | xargs -0 clang-format-14 --dry-run -Werror) ||
+    fail "run clang-format-14 -i on the files named above"
+}
+
+check_spelling() {
+  say "Checking the spelling of the documents"
+  (cd "$root" && codespell ./*.md docs) || fail "see the words above"
+}
+
+# check_tidy FILE...: sources below src/, with the flags of the release build, which has to be configured.
+check_tidy() {
+  [ $# -gt 0 ] || return 0
+  say "Looking for mistakes with clang-tidy"
+  (cd "$root" && printf '%s\0' "$@" | xargs -0 -n 1 -P "$(nproc)" clang-tidy-14 --quiet -p build/release) ||
+    fail "clang-tidy found what stands above"
+}
