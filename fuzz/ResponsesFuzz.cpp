@@ -5,6 +5,7 @@
 
 #include "Fuzzing.h"
 #include "IMAP/IMAPParser.h"
+#include "Platform/Text.h"
 #include "support/ReferenceTokenizer.h"
 
 namespace tarnwell {
@@ -51,6 +52,6 @@ FUZZ_TARGET(std::string_view response) {
   }
   requireSection(IMAPParser::parseBodyStructure(tokens.elements()));
   if (const auto completion = IMAPParser::parseCompletion(response, "A0001")) {
-    require(response.starts_with("A0001"), "a completion is that of the tag");
+    require(trimmed(response).starts_with("A0001"), "a completion is that of the tag");
   }
 }
