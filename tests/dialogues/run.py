@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 """Runs text dialogues with the built program.
 
-    run.py PROGRAM FILE...
+    run.py [--valgrind] PROGRAM FILE...
+
+With --valgrind each case runs under valgrind's memory checker, whose every finding is a failure.
 
 A file holds cases; each begins with "== claimAboutTheProgram". The lines of a case:
 
@@ -43,6 +45,9 @@ import termios
 import time
 
 PATIENCE = 20  # seconds that one case may take
+
+# What the threads of GLib hold when the process ends counts as possibly lost, and is not looked at.
+VALGRIND = ["valgrind", "--quiet", "--leak-check=full", "--show-leak-kinds=definite"]
 
 
 class Failure(Exception):
@@ -123,15 +128,15 @@ def shortened(text, limit=300):
 class Run:
     """One start of the program: its descriptors, what it wrote, how it ended."""
 
-    def __init__(self, program, case, home):
-        self.case, self.home = case, home
-        self.deadline = time.monotonic() + PATIENCE
+    def __init__(self, command, patience, case, home):
+        self.case, self.home, self.patience = case, home, patience
+        self.deadline = time.monotonic() + patience
         self.read, self.errors = bytearray(), home / "stderr"
         self.trace = home / "trace"
         self.terminal = None
         child_in, self.to_child = self.make_input()
         self.from_child, child_out = self.make_output()
-        command = [program, *case.arguments]
+        command = [word.replace("{home}", str(home)) for word in command] + case.arguments
         if case.traced:
             if not shutil.which("strace"):
                 raise Failure("strace is missing: install the package strace")
@@ -195,7 +200,7 @@ class Run:
     def remaining(self):
         left = self.deadline - time.monotonic()
         if left <= 0:
-            raise Failure(f"the program did not answer or end within {PATIENCE} seconds")
+            raise Failure(f"the program did not answer or end within {self.patience} seconds")
         return left
 
     def send(self, data):
@@ -268,12 +273,23 @@ def check_traced_frames(run, frames):
     check(len(writes) == frames, f"{frames} frames left in {len(writes)} writes: {writes}")
 
 
-def play(program, case, home):
+def check_findings(home):
+    """The memory checker writes nothing when all is well. Where standard output is closed its file takes that
+    place, and holds the answers too; findings begin with "==" and the process id."""
+    for log in sorted(home.glob("valgrind.*")):
+        text = log.read_text()
+        check(not re.search(r"^==\d+==", text, flags=re.M), shortened(text, 5000))
+
+
+def play(program, checked, case, home):
     if case.settings is not None:
         directory = home / ".local/share/app.tarnwell.Tarnwell"
         directory.mkdir(parents=True)
         (directory / "config.json").write_text(case.settings, encoding="utf-8")
-    run = Run(program, case, home)
+    if checked:
+        run = Run([*VALGRIND, "--log-file={home}/valgrind.%p", program], PATIENCE * 10, case, home)
+    else:
+        run = Run([program], PATIENCE, case, home)
     try:
         frames = 0
         sends = [data for kind, data in case.steps if kind == "send"]
@@ -295,6 +311,7 @@ def play(program, case, home):
         errors = run.errors.read_bytes()
         check(errors == case.stderr.encode(),
               f"expected on standard error {case.stderr!r}\n         but got {shortened(repr(errors), 3000)}")
+        check_findings(home)
         if case.traced:
             check_traced_frames(run, frames)
         if run.terminal is not None:
@@ -305,18 +322,22 @@ def play(program, case, home):
 
 
 def main():
-    if len(sys.argv) < 3:
-        raise SystemExit("usage: run.py PROGRAM FILE...")
-    program = os.path.realpath(sys.argv[1])
+    checked = sys.argv[1:2] == ["--valgrind"]
+    words = sys.argv[2:] if checked else sys.argv[1:]
+    if len(words) < 2:
+        raise SystemExit("usage: run.py [--valgrind] PROGRAM FILE...")
+    if checked and not shutil.which("valgrind"):
+        raise SystemExit("error: valgrind is missing: install the package valgrind")
+    program = os.path.realpath(words[0])
     if not os.access(program, os.X_OK):
         raise SystemExit(f"error: the program is missing: {program}")
     failed = count = 0
-    for path in map(pathlib.Path, sys.argv[2:]):
+    for path in map(pathlib.Path, words[1:]):
         for case in read_cases(path):
             count += 1
             with tempfile.TemporaryDirectory(prefix="tw.", dir="/tmp") as home:
                 try:
-                    play(program, case, pathlib.Path(home))
+                    play(program, checked, case, pathlib.Path(home))
                     print(f"ok     {case.name}")
                 except (Failure, OSError, UnicodeDecodeError, subprocess.TimeoutExpired) as error:
                     failed += 1
