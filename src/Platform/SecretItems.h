@@ -58,7 +58,8 @@ class SecretItems {
   virtual ~SecretItems() = default;
 
   /// Hands the data of the one matching item to the receiver. When several items match, the one changed
-  /// last is taken on Linux, and the one in the first keychain of the search list on macOS. Success without a call of the receiver means that the item has no data.
+  /// last is taken on Linux, and the one in the first keychain of the search list on macOS. Success without
+  /// a call of the receiver means that the item has no data.
   virtual std::int32_t copyMatching(const SecretItemQuery& query, Receiver& receiver) = 0;
 
   /// Adds an item, readable while the user's session is unlocked; never replaces one.

@@ -153,8 +153,8 @@ TEST_F(SecretItemsOnKeychain, secretIsHandedOverWithoutACopy) {
 }
 
 TEST_F(SecretItemsOnKeychain, messageIsThatOfTheSystem) {
-  frameworks.messages = {{errSecItemNotFound, "Das Objekt fehlt — 項目がない 🔑."}};
-  EXPECT_EQ(systemSecretItems().message(errSecItemNotFound), "Das Objekt fehlt — 項目がない 🔑.");
+  frameworks.messages = {{errSecItemNotFound, "Élément introuvable — 項目がない 🔑."}};
+  EXPECT_EQ(systemSecretItems().message(errSecItemNotFound), "Élément introuvable — 項目がない 🔑.");
   EXPECT_EQ(systemSecretItems().message(-1), std::nullopt);
 }
 
