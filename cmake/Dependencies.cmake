@@ -1,4 +1,8 @@
 # Every library the program is built from; docs/architecture.md gives the reason for each.
+if(APPLE)
+  include(Homebrew)
+endif()
+
 set(THREADS_PREFER_PTHREAD_FLAG ON)
 find_package(Threads REQUIRED)
 find_package(Boost 1.81 REQUIRED)  # Asio, headers only

@@ -1,4 +1,4 @@
-# shellcheck shell=bash disable=SC2034 # the lists are used by scripts/setup
+# shellcheck shell=bash disable=SC2034 # the lists are used by scripts/setup and scripts/check-apple
 # The Debian packages that the build, the demonstration and the tests need: installed as root, named to an
 # ordinary user. Uses messages.sh.
 
@@ -6,6 +6,7 @@ packages_to_build=(cmake g++ libboost1.81-dev libicu-dev libsecret-1-dev
   libssl-dev ninja-build nlohmann-json3-dev pkg-config)
 packages_to_run=(ca-certificates dbus-daemon dovecot-imapd gnome-keyring libsecret-tools openssl python3
   util-linux)
+packages_to_check_apple=(clang-14 libc++-16-dev)
 packages_to_test=(clang-14 clang-format-14 clang-tidy-14 codespell curl dovecot-dev libclang-rt-14-dev
   libgmock-dev libgtest-dev strace systemd valgrind)
 

@@ -49,7 +49,7 @@ std::array<std::uint8_t, 16> freshIdentifier() {
 
 void log(LogLevel level, Category category, std::string_view message) {
   const SystemLog& system = *systemLog().load();
-  if (SystemLogType type = systemLogType(level); system.isEnabled(type)) {
+  if (SystemLogType type = systemLogType(level); system.isEnabled(type, rawValue(category))) {
     system.write(type, rawValue(category), message);
   }
   LogBuffer::shared().append({.id = freshIdentifier(),

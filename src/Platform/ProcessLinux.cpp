@@ -1,26 +1,17 @@
 #include "Platform/Process.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <string>
 #include <system_error>
 
+#include "Platform/StandardStreams.h"
+
 namespace tarnwell {
 namespace {
-
-void openMissingStandardStreams() {
-  for (int descriptor = 0; descriptor <= 2; ++descriptor) {
-    if (::fcntl(descriptor, F_GETFD) < 0 && errno == EBADF) {
-      // The lowest free number is given out, which is this one.
-      (void)::open("/dev/null", O_RDWR);
-    }
-  }
-}
 
 bool isSocket(const char* path) {
   struct stat status {};
@@ -40,8 +31,7 @@ void findSessionBus() {
 }  // namespace
 
 void prepareProcess() {
-  openMissingStandardStreams();
-  std::signal(SIGPIPE, SIG_IGN);
+  secureStandardStreams();
   findSessionBus();
 }
 

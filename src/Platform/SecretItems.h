@@ -4,10 +4,16 @@
 ///
 /// The calls and the status codes are those of the macOS keychain (generic-password items); on Linux
 /// they are carried out on the freedesktop Secret Service, whose answers are mapped onto the same
-/// codes. No call ever asks the user anything, unlocks anything, or lasts longer than two seconds.
+/// codes. No call ever asks the user anything or unlocks anything: what would need that fails with
+/// `interactionNotAllowed`.
+///
+/// On Linux no call lasts longer than two seconds. On macOS the system's calls know no bound; they are
+/// answered by a service of the same machine.
 ///
 /// An item is identified by its service, its account and, when it lies in the place that programs of
-/// one maker share, its access group. A query without an access group means the plain place only.
+/// one maker share, its access group. A query without an access group means the plain place only. On
+/// macOS the shared place is in the data-protection keychain and open only to a program that is signed
+/// for the group; others have `missingEntitlement` from it. The plain place is the login keychain.
 ///
 /// Threads: any; calls on one object one at a time.
 
@@ -25,7 +31,7 @@ inline constexpr std::int32_t badParameter = -50;
 inline constexpr std::int32_t notAvailable = -25291;  // no bus, no service, no answer in time
 inline constexpr std::int32_t duplicateItem = -25299;
 inline constexpr std::int32_t itemNotFound = -25300;
-inline constexpr std::int32_t interactionNotAllowed = -25308;  // the collection is locked
+inline constexpr std::int32_t interactionNotAllowed = -25308;  // locked, or the user would be asked
 inline constexpr std::int32_t missingEntitlement = -34018;
 inline constexpr std::int32_t internalError = -26276;
 }  // namespace SecretStatus
@@ -52,7 +58,8 @@ class SecretItems {
   virtual ~SecretItems() = default;
 
   /// Hands the data of the one matching item to the receiver. When several items match, the one changed
-  /// last is taken. Success without a call of the receiver means that the item has no data.
+  /// last is taken on Linux, and the one in the first keychain of the search list on macOS. Success without
+  /// a call of the receiver means that the item has no data.
   virtual std::int32_t copyMatching(const SecretItemQuery& query, Receiver& receiver) = 0;
 
   /// Adds an item, readable while the user's session is unlocked; never replaces one.

@@ -58,37 +58,48 @@ void appendField(std::string& datagram, std::string_view name, std::string_view 
 
 }  // namespace
 
-SystemLog::SystemLog(std::string subsystem, std::string address)
-    : subsystem_(std::move(subsystem)),
-      address_(std::move(address)),
-      socket_(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {}
-
-SystemLog::~SystemLog() {
-  if (socket_ >= 0) {
-    ::close(socket_);
+struct SystemLog::State {
+  State(std::string subsystemName, std::string socketPath)
+      : subsystem(std::move(subsystemName)), address(std::move(socketPath)) {}
+  State(const State&) = delete;
+  ~State() {
+    if (socket >= 0) {
+      ::close(socket);
+    }
   }
-}
+
+  std::string subsystem;
+  std::string address;
+  int socket = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);  // never connected
+};
+
+SystemLog::SystemLog(std::string subsystem, std::string address)
+    : state_(std::make_unique<State>(std::move(subsystem), std::move(address))) {}
+
+SystemLog::~SystemLog() = default;
 
 // The journal drops by its own settings, which it tells nobody.
-bool SystemLog::isEnabled(SystemLogType /*type*/) const { return socket_ >= 0; }
+bool SystemLog::isEnabled(SystemLogType /*type*/, std::string_view /*category*/) const {
+  return state_->socket >= 0;
+}
 
 void SystemLog::write(SystemLogType type, std::string_view category, std::string_view message) const {
   sockaddr_un journal{};
   journal.sun_family = AF_UNIX;
-  if (socket_ < 0 || address_.size() >= sizeof journal.sun_path) {
+  if (state_->socket < 0 || state_->address.size() >= sizeof journal.sun_path) {
     return;
   }
-  std::memcpy(journal.sun_path, address_.data(), address_.size());
+  std::memcpy(journal.sun_path, state_->address.data(), state_->address.size());
 
   std::string datagram;
   appendField(datagram, "MESSAGE", shortened(message));
   appendField(datagram, "PRIORITY", priority(type));
   appendField(datagram, "SYSLOG_IDENTIFIER", "tarnwell");
-  appendField(datagram, "SUBSYSTEM", subsystem_);
+  appendField(datagram, "SUBSYSTEM", state_->subsystem);
   appendField(datagram, "CATEGORY", category);
   // The address goes with each datagram, so that a journal that was restarted is found again. The outcome
   // does not matter: an entry that the journal does not take is lost, and nothing else.
-  (void)::sendto(socket_, datagram.data(), datagram.size(), MSG_NOSIGNAL,
+  (void)::sendto(state_->socket, datagram.data(), datagram.size(), MSG_NOSIGNAL,
                  reinterpret_cast<const sockaddr*>(&journal), sizeof journal);
 }
 

@@ -1,9 +1,5 @@
 #include "Platform/UserDirectories.h"
 
-#include <pwd.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <cstdlib>
 #include <string_view>
 
@@ -62,19 +58,6 @@ std::optional<std::filesystem::path> applicationSupportDirectory() {
     return *home / ".local" / "share";
   }
   return std::nullopt;
-}
-
-std::filesystem::path homeDirectory() {
-  std::vector<char> buffer(1024);
-  passwd record{};
-  passwd* found = nullptr;
-  while (::getpwuid_r(::getuid(), &record, buffer.data(), buffer.size(), &found) == ERANGE) {
-    buffer.resize(buffer.size() * 2);
-  }
-  if (found == nullptr || found->pw_dir == nullptr) {
-    return "/";
-  }
-  return absolutePath(found->pw_dir).value_or("/");
 }
 
 std::vector<std::string> preferredLanguages() {

@@ -4,6 +4,7 @@
 
 #include "Platform/Process.h"
 #include "support/ForkedProcess.h"
+#include "support/MountNamespace.h"
 
 namespace tarnwell::test {
 namespace {

@@ -7,6 +7,7 @@
 
 #include "support/DatagramSocket.h"
 #include "support/ForkedProcess.h"
+#include "support/MountNamespace.h"
 #include "support/TemporaryDirectory.h"
 
 namespace tarnwell::test {

@@ -7,6 +7,7 @@
 #include "support/ChildProgram.h"
 #include "support/DatagramSocket.h"
 #include "support/ForkedProcess.h"
+#include "support/MountNamespace.h"
 #include "support/TemporaryDirectory.h"
 
 namespace tarnwell::test {
@@ -53,7 +54,7 @@ TEST(SystemLogLinux, typesHaveThePrioritiesOfSyslog) {
   Journal journal;
   for (auto [type, priority] : {TypeRow{SystemLogType::debug, "7"}, TypeRow{SystemLogType::info, "6"},
                                 TypeRow{SystemLogType::standard, "5"}, TypeRow{SystemLogType::error, "3"}}) {
-    EXPECT_TRUE(journal.log.isEnabled(type));
+    EXPECT_TRUE(journal.log.isEnabled(type, "imap"));
     journal.log.write(type, "imap", "x");
     EXPECT_EQ(journal.receive(), expected("x", priority));
   }

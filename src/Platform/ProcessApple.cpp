@@ -1,0 +1,37 @@
+#include <CoreFoundation/CoreFoundation.h>
+#include <crt_externs.h>
+#include <limits.h>
+
+#include <system_error>
+
+#include "Platform/CoreFoundationObjects.h"
+#include "Platform/Process.h"
+#include "Platform/StandardStreams.h"
+
+namespace tarnwell {
+
+void prepareProcess() { secureStandardStreams(); }
+
+std::optional<std::filesystem::path> executablePath() {
+  // A program without a bundle has one all the same, which knows its file.
+  CFBundleRef bundle = CFBundleGetMainBundle();
+  CFPointer<CFURLRef> url(bundle != nullptr ? CFBundleCopyExecutableURL(bundle) : nullptr);
+  char path[PATH_MAX];
+  if (!url || !CFURLGetFileSystemRepresentation(url.get(), /*resolveAgainstBase=*/true,
+                                                reinterpret_cast<UInt8*>(path), sizeof path)) {
+    return std::nullopt;
+  }
+  std::error_code error;
+  auto resolved = std::filesystem::canonical(path, error);
+  if (error) {
+    return std::nullopt;
+  }
+  return resolved;
+}
+
+std::string_view invocationName() {
+  const char* name = **_NSGetArgv();
+  return name != nullptr ? name : "";
+}
+
+}  // namespace tarnwell
