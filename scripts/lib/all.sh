@@ -27,3 +27,5 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 . "$root/scripts/lib/recorder.sh"
 # shellcheck source=scripts/lib/build.sh
 . "$root/scripts/lib/build.sh"
+# shellcheck source=scripts/lib/root.sh
+. "$root/scripts/lib/root.sh"

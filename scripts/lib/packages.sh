@@ -6,7 +6,8 @@ packages_to_build=(cmake g++ libboost1.81-dev libicu-dev libsecret-1-dev
   libssl-dev ninja-build nlohmann-json3-dev pkg-config)
 packages_to_run=(ca-certificates dbus-daemon dovecot-imapd gnome-keyring libsecret-tools openssl python3
   util-linux)
-packages_to_test=(clang-format-14 curl dovecot-dev libgmock-dev libgtest-dev strace systemd)
+packages_to_package=(dpkg-dev file gzip python3)
+packages_to_test=(clang-format-14 curl dovecot-dev fish libgmock-dev libgtest-dev lintian mandoc strace systemd zsh)
 
 # require_packages NAME...
 require_packages() {
