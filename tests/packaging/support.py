@@ -41,7 +41,7 @@ def need(tool, package):
 def run(*words, **options):
     """Gives the finished process; its texts are captured, its input is empty."""
     return subprocess.run([str(word) for word in words], stdin=subprocess.DEVNULL, capture_output=True, text=True,
-                          timeout=100, **options)
+                          timeout=280, **options)
 
 
 def output(*words, **options):
