@@ -25,6 +25,12 @@ if(TARNWELL_SANITIZE STREQUAL "thread" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(tarnwell_flags INTERFACE -Wno-tsan)
 endif()
 
+# The same source gives the same bytes wherever it lies: no path of the build machine enters a release.
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  target_compile_options(tarnwell_flags INTERFACE
+    -ffile-prefix-map=${PROJECT_BINARY_DIR}=build -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+endif()
+
 # The release build is hardened: checked libc calls, guarded stack and control flow, read-only
 # relocations, position-independent executable.
 if(CMAKE_BUILD_TYPE STREQUAL "Release")

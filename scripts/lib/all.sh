@@ -29,3 +29,5 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 . "$root/scripts/lib/build.sh"
 # shellcheck source=scripts/lib/checks.sh
 . "$root/scripts/lib/checks.sh"
+# shellcheck source=scripts/lib/root.sh
+. "$root/scripts/lib/root.sh"

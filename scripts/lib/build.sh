@@ -15,3 +15,11 @@ build_preset() {
     cmake --build --preset "$preset" --target "$target" --parallel "$(nproc)" >&2
   ) </dev/null || fail "the preset $preset could not be built (see above)"
 }
+
+# use_changelog_date: sets SOURCE_DATE_EPOCH, unless it is set, to the time of the Debian change log
+# (https://reproducible-builds.org/docs/source-date-epoch/).
+use_changelog_date() {
+  local date
+  date=$(sed -n 's/^ -- .*  //p' "$root/packaging/debian/changelog.in" | head -n 1)
+  export SOURCE_DATE_EPOCH="${SOURCE_DATE_EPOCH:-$(date --date="$date" +%s)}"
+}

@@ -1,9 +1,10 @@
 # shellcheck shell=bash
 # A throw-away certificate authority and a server certificate for localhost.
 
-# make_certificates DIRECTORY: leaves ca.pem, server.pem and server.key there.
+# make_certificates DIRECTORY [NAME]: leaves ca.pem, server.pem and server.key there. The server may go by that
+# name too.
 make_certificates() {
-  local directory=$1
+  local directory=$1 names="DNS:localhost,IP:127.0.0.1${2:+,DNS:$2}"
   local key=(-newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes)
   {
     openssl req -x509 "${key[@]}" -days 30 -subj "/CN=Throw-away CA" \
@@ -11,8 +12,7 @@ make_certificates() {
       -keyout "$directory/ca.key" -out "$directory/ca.pem"
     openssl req "${key[@]}" -subj /CN=localhost -keyout "$directory/server.key" \
       -out "$directory/server.csr"
-    printf 'subjectAltName=DNS:localhost,IP:127.0.0.1\nextendedKeyUsage=serverAuth\n' \
-      >"$directory/server.ext"
+    printf 'subjectAltName=%s\nextendedKeyUsage=serverAuth\n' "$names" >"$directory/server.ext"
     openssl x509 -req -in "$directory/server.csr" -CA "$directory/ca.pem" -CAkey "$directory/ca.key" \
       -CAcreateserial -days 30 -extfile "$directory/server.ext" -out "$directory/server.pem"
   } >"$directory/openssl.log" 2>&1 || {

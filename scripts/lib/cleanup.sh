@@ -1,8 +1,9 @@
 # shellcheck shell=bash
 # Whatever a script starts or makes is noted here and taken away when the script ends, however it ends.
-# Processes are ended by their id, newest first.
+# Processes are ended by their id, newest first; then what was mounted is taken off, before folders are removed.
 
 cleanup_processes=()
+cleanup_mounts=()
 cleanup_directories=()
 
 # start_process COMMAND...: runs the command in the background, sets started_process.
@@ -53,6 +54,9 @@ cleanup() {
   trap '' INT TERM HUP
   for ((index = ${#cleanup_processes[@]} - 1; index >= 0; index--)); do
     end_process "${cleanup_processes[index]}"
+  done
+  for ((index = ${#cleanup_mounts[@]} - 1; index >= 0; index--)); do
+    umount --lazy "${cleanup_mounts[index]}"
   done
   for directory in "${cleanup_directories[@]}"; do
     rm -rf -- "$directory"

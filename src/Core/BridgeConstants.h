@@ -8,7 +8,8 @@
 namespace tarnwell::BridgeConstants {
 
 inline constexpr std::string_view productName = "Tarnwell";
-inline constexpr std::string_view version = "0.1.0";
+/// The number that stands in CMakeLists.txt, from which the packages have it too.
+inline constexpr std::string_view version = TARNWELL_VERSION;
 
 /// The application identifier. It names the settings folder, the log subsystem and the password item,
 /// and is shared with the companion app.

@@ -1,0 +1,38 @@
+#!/usr/bin/env python3
+"""cmake --install puts each file into its place, and what it puts there works."""
+
+import os
+import pathlib
+
+from support import (build, check, check_equal, finish, install, output, source, temporary_directory)
+
+EXPECTED = {
+    "bin/tarnwell": 0o755,
+    "share/bash-completion/completions/tarnwell": 0o644,
+    "share/doc/tarnwell/CHANGELOG.md": 0o644,
+    "share/doc/tarnwell/LICENSE": 0o644,
+    "share/doc/tarnwell/README.md": 0o644,
+    "share/doc/tarnwell/docs/architecture.md": 0o644,
+    "share/doc/tarnwell/docs/safety.md": 0o644,
+    "share/doc/tarnwell/docs/settings.md": 0o644,
+    "share/fish/vendor_completions.d/tarnwell.fish": 0o644,
+    "share/man/man1/tarnwell.1": 0o644,
+    "share/zsh/site-functions/_tarnwell": 0o644,
+}
+
+for prefix in ("/usr/local", "/opt/a place"):
+    with temporary_directory() as directory:
+        top = install(directory, prefix) / prefix.lstrip("/")
+        files = {str(path.relative_to(top)): path.stat().st_mode & 0o777
+                 for path in pathlib.Path(directory).rglob("*") if path.is_file()}
+        check_equal(f"the files below {prefix}, with their modes", files, EXPECTED)
+        for name in EXPECTED:
+            if name != "bin/tarnwell":
+                data = (top / name).read_bytes()
+                check(f"{prefix}/{name} names no path of the build",
+                      os.fsencode(source) not in data and os.fsencode(build) not in data)
+        check("the installed program runs",
+              output(top / "bin/tarnwell", "help") == output(build / "tarnwell", "help"))
+        check("print-config names the installed program",
+              str((top / "bin/tarnwell").resolve()) in output(top / "bin/tarnwell", "print-config"))
+finish()
