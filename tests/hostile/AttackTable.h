@@ -38,5 +38,8 @@ struct AttackGroup {
 std::vector<AttackGroup> attackTable();
 
 std::vector<Attack> peerAttacks();
+std::vector<Attack> greetingAttacks();
+std::vector<Attack> closingAttacks();
+std::vector<Attack> silenceAttacks();
 
 }  // namespace tarnwell::test
