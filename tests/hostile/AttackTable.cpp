@@ -8,6 +8,9 @@ std::vector<AttackGroup> attackTable() {
       {"Greeting", "The greeting", greetingAttacks()},
       {"Closing", "The connection ends", closingAttacks()},
       {"Silence", "The server falls silent", silenceAttacks()},
+      {"Literals", "Literals", literalAttacks()},
+      {"Lines", "Lines", lineAttacks()},
+      {"Tags", "Tags, continuations and refusals", tagAttacks()},
   };
 }
 

@@ -41,5 +41,8 @@ std::vector<Attack> peerAttacks();
 std::vector<Attack> greetingAttacks();
 std::vector<Attack> closingAttacks();
 std::vector<Attack> silenceAttacks();
+std::vector<Attack> literalAttacks();
+std::vector<Attack> lineAttacks();
+std::vector<Attack> tagAttacks();
 
 }  // namespace tarnwell::test

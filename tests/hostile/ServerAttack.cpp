@@ -47,6 +47,20 @@ void expectOnlyExpectedBytes(const ServerAttack& row, FakeIMAPServer& server) {
   }
 }
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool isSanitized = true;
+#else
+constexpr bool isSanitized = false;
+#endif
+
+void expectPeakBelow(std::size_t megabytes, const ServeProgram& program) {
+  const std::size_t peak = program.peakKilobytes() / 1000;
+  testing::Test::RecordProperty("peakMegabytes", static_cast<int>(peak));
+  if (!isSanitized) {
+    EXPECT_LE(peak, megabytes) << "megabytes at the peak";
+  }
+}
+
 void play(const ServerAttack& row) {
   FakeIMAPServer server(row.dialogue, row.options);
   Home home;
@@ -60,6 +74,9 @@ void play(const ServerAttack& row) {
     row.check(answer.result);
   }
   expectOnlyExpectedBytes(row, server);
+  if (row.peakMegabytes > 0) {
+    expectPeakBelow(row.peakMegabytes, program);
+  }
   expectSound(home, program);
   expectQuietEnd(program);
 }

@@ -41,6 +41,9 @@ struct ServerAttack {
   std::function<void(const JSONValue&)> check{};
   /// The client is expected to break off before the end of the dialogue.
   bool isBrokenOff = false;
+  /// The most memory that the program may ever have held; 0 for any. Not looked at under a sanitizer, which
+  /// keeps memory of its own.
+  std::size_t peakMegabytes = 0;
 };
 
 Attack byServer(ServerAttack row);
