@@ -97,8 +97,10 @@ std::vector<std::uint32_t> IMAPClient::searchInbox(const IMAPSearchCriteria& cri
     }
   };
   ensureOK(executeArgs(buildSearchArgs(criteria), read), "UID SEARCH");
-  std::ranges::sort(uids, std::greater<>());
-  uids.resize(std::min(uids.size(), limit));
+  // A server may send millions; only those that are kept are brought into order.
+  const auto kept = static_cast<std::ptrdiff_t>(std::min(uids.size(), limit));
+  std::ranges::partial_sort(uids, uids.begin() + kept, std::greater<>());
+  uids.resize(static_cast<std::size_t>(kept));
   return uids;
 }
 
