@@ -11,6 +11,10 @@ std::vector<AttackGroup> attackTable() {
       {"Literals", "Literals", literalAttacks()},
       {"Lines", "Lines", lineAttacks()},
       {"Tags", "Tags, continuations and refusals", tagAttacks()},
+      {"Responses", "Messages and searches", responseAttacks()},
+      {"Folders", "Folders", folderAttacks()},
+      {"Texts", "Texts of the user and the client", textAttacks()},
+      {"Writes", "Changes to the mailbox", writeAttacks()},
   };
 }
 

@@ -44,5 +44,9 @@ std::vector<Attack> silenceAttacks();
 std::vector<Attack> literalAttacks();
 std::vector<Attack> lineAttacks();
 std::vector<Attack> tagAttacks();
+std::vector<Attack> responseAttacks();
+std::vector<Attack> folderAttacks();
+std::vector<Attack> textAttacks();
+std::vector<Attack> writeAttacks();
 
 }  // namespace tarnwell::test

@@ -56,7 +56,7 @@ std::string wholeFile(const std::filesystem::path& path) {
 
 }  // namespace
 
-Home::Home() {
+Home::Home() : email(testEmail) {
   environment = {{"HOME", path().string()},
                  {"PATH", "/usr/local/bin:/usr/bin:/bin"},
                  {"LC_ALL", "C.UTF-8"},
@@ -78,11 +78,11 @@ std::filesystem::path Home::settingsFile() const {
 
 void Home::useServer(std::uint16_t port, std::string_view host) {
   const JSONValue settings = JSONObject{
-      {"email", testEmail},
+      {"email", email},
       {"imapHost", host},
       {"imapPort", port},
       {"safety",
-       JSONObject{{"readOnly", false}, {"allowTrash", true}, {"allowCopyMoveFallback", isFallbackAllowed_}}}};
+       JSONObject{{"readOnly", false}, {"allowTrash", true}, {"allowCopyMoveFallback", isFallbackAllowed}}}};
   writeSettings(settings.serialized());
 }
 

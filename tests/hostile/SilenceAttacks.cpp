@@ -77,7 +77,7 @@ std::vector<Silence>& waitingPrograms() {
     for (Silence& silence : all) {
       silence.server = std::make_unique<FakeIMAPServer>(silence.dialogue, silence.options);
       silence.home = std::make_unique<Home>();
-      silence.home->allowFallback();
+      silence.home->isFallbackAllowed = true;
       silence.home->useServer(silence.server->port());
       silence.program = std::make_unique<ServeProgram>(*silence.home);
       silence.program->sendCall(silence.session.tool, silence.session.arguments);

@@ -7,34 +7,30 @@ namespace tarnwell::test {
 
 namespace {
 
-/// The password as GVariant writes bytes.
-std::string byteList(std::string_view text) {
-  std::string list;
-  for (const char byte : text) {
-    list += (list.empty() ? "byte " : ", ") + std::to_string(static_cast<unsigned char>(byte));
-  }
-  return "[" + list + "]";
-}
-
 FakeSecretService::Answers onePassword() {
   FakeSecretService::Answers answers = FakeSecretService::oneItem();
   answers["GetAll /collection/item"] =
       std::string("({'Attributes': <{'service': 'app.tarnwell.Tarnwell', 'account': '") + testEmail +
       "'}>, 'Label': <'Tarnwell'>, 'Locked': <false>, 'Created': <uint64 1>, 'Modified': <uint64 1>},)";
-  answers["GetSecret"] = "((objectpath '/session', @ay [], " + byteList(testPassword) + ", 'text/plain'),)";
   return answers;
 }
 
 struct SecretsOnABus {
+  SecretsOnABus() { service.holdSecret(testPassword); }
+
   PrivateBus bus;
   FakeSecretService service{bus, onePassword()};
 };
 
+SecretsOnABus& secrets() {
+  static SecretsOnABus shared;
+  return shared;
+}
+
 }  // namespace
 
-std::string busWithPassword() {
-  static const SecretsOnABus secrets;
-  return secrets.bus.address();
-}
+std::string busWithPassword() { return secrets().bus.address(); }
+
+void storePassword(std::string_view password) { secrets().service.holdSecret(std::string(password)); }
 
 }  // namespace tarnwell::test
