@@ -47,12 +47,11 @@ Dialogue envelope(const std::string& fields) {
 
 /// Parentheses within parentheses in the place of the structure, and then an envelope.
 ServerAttack nested(std::size_t depth, const std::string& depthText) {
-  ServerAttack row = summary("nested" + std::to_string(depth), depthText + " parentheses within each other",
-                             "reads past them without a stack of calls",
-                             {answer("* 1 FETCH (UID 7 BODYSTRUCTURE "), answer("(", depth),
-                              answer(")", depth), answer(" ENVELOPE (NIL \"Lunch\"))\r\n")},
-                             subjectIs("Lunch"));
-  return row;
+  return summary("nested" + std::to_string(depth), depthText + " parentheses within each other",
+                 "reads past them without a stack of calls",
+                 {answer("* 1 FETCH (UID 7 BODYSTRUCTURE "), answer("(", depth), answer(")", depth),
+                  answer(" ENVELOPE (NIL \"Lunch\"))\r\n")},
+                 subjectIs("Lunch"));
 }
 
 ServerAttack unclosed() {
@@ -138,7 +137,8 @@ ServerAttack search(std::string name, std::string attack, std::string outcome, c
           .tool = "search_inbox",
           .arguments = {{"limit", 1}},
           .dialogue = dialogue + Dialogue{expect(logout + " LOGOUT\r\n"), answer(logout + " OK bye\r\n")},
-          .check = [](const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(0)); }};
+          .check = [](const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(0)); },
+          .peakMegabytes = 250};
 }
 
 std::vector<ServerAttack> shapes() {

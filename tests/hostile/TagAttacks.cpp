@@ -78,6 +78,20 @@ ServerAttack answerBeforeItsCommand() {
           .check = [](const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(3)); }};
 }
 
+ServerAttack manyCapabilities() {
+  std::string names;
+  for (int number = 0; number < 10000; ++number) {
+    names += " NAME" + std::to_string(number);
+  }
+  const Session session =
+      listSession().answering("CAPABILITY", "* CAPABILITY IMAP4rev1" + names + "\r\nTAG OK done\r\n");
+  return {.name = "manyCapabilities",
+          .attack = "CAPABILITY with 10,000 names",
+          .outcome = "goes on",
+          .dialogue = honest(session),
+          .check = [](const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(3)); }};
+}
+
 ServerAttack secondPlusAtOnce() {
   const Session session = searchSession().answering("FROM", "+ go\r\n+ go\r\n").answering("SUBJECT", "");
   return {.name = "twoPluses",
@@ -113,6 +127,7 @@ std::vector<Attack> tagAttacks() {
       refused("unknownStatus", "a status word that does not exist", "shows the line and leaves",
               listSession(), "LIST", "TAG PERHAPS later\r\n",
               "Unexpected IMAP response: A0004 PERHAPS later"),
+      manyCapabilities(),
       secondPlusAtOnce(),
       insteadOfPlus("noInsteadOfPlus", "NO in the place of \"+\"", "A0004 NO too long"),
       insteadOfPlus("badInsteadOfPlus", "BAD in the place of \"+\"", "A0004 BAD no literals"),
@@ -129,7 +144,7 @@ std::vector<Attack> tagAttacks() {
       refused("trickNo", "NO with control and bidirectional characters", "shows blanks in their place",
               listSession(), "EXAMINE", "TAG NO " + trickText + "\r\n",
               "IMAP EXAMINE failed: red [31m   gnirts"),
-      listing("capabilityFloodAlike", "100 answers to other commands", "waits for its own",
+      listing("manyOldTags", "100 answers to other commands", "waits for its own",
               repeated("A0003 OK done\r\n", 100) + "TAG OK done\r\n"),
   });
 }

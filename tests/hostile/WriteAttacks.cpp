@@ -32,7 +32,7 @@ ServerAttack writing(std::string name, std::string attack, std::string outcome, 
 ServerAttack lost(const Session& session, const std::string& step, const std::string& begin,
                   bool isFallbackAllowed = false) {
   return {.name = session.tool + "AnswerToOf" + step + "Lost",
-          .attack = "`" + session.tool + "`: " + step + " is sent, and the connection closes amid the answer",
+          .attack = step + " is sent, and the connection closes amid the answer",
           .outcome =
               "says so; claims neither that the change was made nor that it was not, and tries nothing "
               "else",
