@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/read.hpp>
@@ -11,6 +12,7 @@
 #include <mutex>
 #include <thread>
 
+#include "support/Repeated.h"
 #include "support/WireGuard.h"
 
 namespace tarnwell::test {
@@ -126,7 +128,7 @@ struct FakeIMAPServer::State {
           break;
         case Step::Kind::answer:
           guard.serverSent(step.bytes);
-          asio::write(stream, asio::buffer(step.bytes), error);
+          writeTimes(stream, step, error);
           break;
         case Step::Kind::answerSlowly:
           guard.serverSent(step.bytes);
@@ -138,6 +140,10 @@ struct FakeIMAPServer::State {
           shutDown(stream);
           return {};
         case Step::Kind::cut:
+          return {};
+        case Step::Kind::halfClose:
+          peer.shutdown(tcp::socket::shutdown_send, error);
+          drain(stream);
           return {};
         case Step::Kind::reset:
           // Closed here, since the socket's destructor would turn the option off again.
@@ -157,14 +163,30 @@ struct FakeIMAPServer::State {
     return extra.empty() ? "" : "after the dialogue came: " + visible(extra);
   }
 
+  /// Repeats the bytes of an answer in blocks, so that short ones do not cost a record each.
+  template <class Stream>
+  void writeTimes(Stream& stream, const Step& step, error_code& error) {
+    constexpr std::size_t wanted = std::size_t{64} * 1024;
+    const std::size_t inBlock = std::min(step.times, wanted / (step.bytes.size() + 1) + 1);
+    const std::string block = repeated(step.bytes, inBlock);
+    for (std::size_t left = step.times; left > 0 && !error;) {
+      const std::size_t now = std::min(left, inBlock);
+      asio::write(stream, asio::buffer(block.data(), now * step.bytes.size()), error);
+      left -= now;
+    }
+  }
+
   template <class Stream>
   std::string readExpected(Stream& stream, const std::string& expected) {
     std::string bytes(expected.size(), '\0');
     error_code error;
     std::size_t count = 0;
-    // Byte by byte, so that a difference shows at once instead of as a wait for more.
-    while (count < bytes.size() && !error && bytes.compare(0, count, expected, 0, count) == 0) {
-      count += asio::read(stream, asio::buffer(&bytes[count], 1), error);
+    std::size_t checked = 0;
+    // No more at a time than is there, so that a difference shows at once instead of as a wait for more.
+    while (count < bytes.size() && !error &&
+           bytes.compare(checked, count - checked, expected, checked, count - checked) == 0) {
+      checked = count;
+      count += stream.read_some(asio::buffer(&bytes[count], bytes.size() - count), error);
     }
     bytes.resize(count);
     keep(bytes);
@@ -267,23 +289,6 @@ std::string FakeIMAPServer::mismatch() {
     return "a connection is still open";
   }
   return state_->firstProblem;
-}
-
-Dialogue loginDialogue(const std::string& select) {
-  return {
-      answer("* OK ready\r\n"),
-      expect("A0001 LOGIN \"user@example.org\" \"app-pass-word\"\r\n"),
-      answer("A0001 OK logged in\r\n"),
-      expect("A0002 CAPABILITY\r\n"),
-      answer("* CAPABILITY IMAP4rev1 UIDPLUS MOVE\r\nA0002 OK done\r\n"),
-      expect("A0003 " + select + "\r\n"),
-      answer("A0003 OK selected\r\n"),
-  };
-}
-
-Dialogue operator+(Dialogue first, const Dialogue& second) {
-  first.insert(first.end(), second.begin(), second.end());
-  return first;
 }
 
 }  // namespace tarnwell::test

@@ -32,18 +32,24 @@ struct Step {
     answerSlowly,  // send them one byte at a time
     close,         // close with the closing message of TLS
     cut,           // close without it
+    halfClose,     // close the own direction only, and go on listening
     reset,         // TCP reset
     stall,         // say nothing more, until the client goes away
   };
   Kind kind;
   std::string bytes;
+  /// An answer is sent so many times over, made while it is sent: a hundred megabytes take no memory here.
+  std::size_t times = 1;
 };
 
 inline Step expect(std::string bytes) { return {Step::Kind::expect, std::move(bytes)}; }
-inline Step answer(std::string bytes) { return {Step::Kind::answer, std::move(bytes)}; }
+inline Step answer(std::string bytes, std::size_t times = 1) {
+  return {Step::Kind::answer, std::move(bytes), times};
+}
 inline Step answerSlowly(std::string bytes) { return {Step::Kind::answerSlowly, std::move(bytes)}; }
 inline Step closeHere() { return {Step::Kind::close, {}}; }
 inline Step cutHere() { return {Step::Kind::cut, {}}; }
+inline Step halfCloseHere() { return {Step::Kind::halfClose, {}}; }
 inline Step resetHere() { return {Step::Kind::reset, {}}; }
 inline Step stallHere() { return {Step::Kind::stall, {}}; }
 

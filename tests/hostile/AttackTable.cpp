@@ -1,0 +1,21 @@
+#include "hostile/AttackTable.h"
+
+namespace tarnwell::test {
+
+std::vector<AttackGroup> attackTable() {
+  return {
+      {"Peer", "Who answers", peerAttacks},
+      {"Greeting", "The greeting", greetingAttacks},
+      {"Closing", "The connection ends", closingAttacks},
+      {"Silence", "The server falls silent", silenceAttacks},
+      {"Literals", "Literals", literalAttacks},
+      {"Lines", "Lines", lineAttacks},
+      {"Tags", "Tags, continuations and refusals", tagAttacks},
+      {"Responses", "Messages and searches", responseAttacks},
+      {"Folders", "Folders", folderAttacks},
+      {"Texts", "Texts of the user and the client", textAttacks},
+      {"Writes", "Changes to the mailbox", writeAttacks},
+  };
+}
+
+}  // namespace tarnwell::test

@@ -1,0 +1,53 @@
+#pragma once
+
+/// The table of attacks: what a hostile or broken surrounding may do to the program, one row for each, and
+/// what the program does about it. Each row is one test; the same rows make the table in `docs/safety.md`.
+///
+///     hostile_tests                 plays every row
+///     hostile_tests Peer            plays the rows of one group
+///     hostile_tests --table         prints the table
+///
+/// A new group: a function that gives its rows, declared below, and a line in `attackTable`; its name in
+/// `tests/hostile/CMakeLists.txt`.
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tarnwell::test {
+
+struct Attack {
+  /// As ctest and a failure print it: letters and digits.
+  std::string name;
+  /// The two columns of the table, as short as can be and without a full stop.
+  std::string attack;
+  std::string outcome;
+  /// Plays the row with GoogleTest's assertions.
+  std::function<void()> play;
+};
+
+struct AttackGroup {
+  /// Letters and digits.
+  std::string name;
+  /// The heading in the table.
+  std::string title;
+  /// Makes the rows; some hold texts of many megabytes.
+  std::vector<Attack> (*attacks)();
+};
+
+/// Every group, in the order of the table.
+std::vector<AttackGroup> attackTable();
+
+std::vector<Attack> peerAttacks();
+std::vector<Attack> greetingAttacks();
+std::vector<Attack> closingAttacks();
+std::vector<Attack> silenceAttacks();
+std::vector<Attack> literalAttacks();
+std::vector<Attack> lineAttacks();
+std::vector<Attack> tagAttacks();
+std::vector<Attack> responseAttacks();
+std::vector<Attack> folderAttacks();
+std::vector<Attack> textAttacks();
+std::vector<Attack> writeAttacks();
+
+}  // namespace tarnwell::test

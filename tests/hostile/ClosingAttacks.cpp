@@ -1,0 +1,109 @@
+/// The connection ends, in each of the ways in which one can, at each exchange of each tool's session.
+
+#include "hostile/ServerAttack.h"
+#include "hostile/Sessions.h"
+
+namespace tarnwell::test {
+
+namespace {
+
+struct Way {
+  const char* name;
+  const char* attack;
+  Step step;
+  std::string error;
+};
+
+const std::string closedText = "The IMAP connection was closed unexpectedly.";
+
+/// The orderly one first.
+const std::vector<Way>& ways() {
+  static const std::vector<Way> all{
+      {"Closed", "closes the connection", closeHere(), closedText},
+      {"Cut", "drops the connection without the closing message of TLS", cutHere(), closedText},
+      {"HalfClosed", "closes its own direction only and goes on listening", halfCloseHere(), closedText},
+      {"Reset", "resets the connection", resetHere(),
+       "Could not connect to the IMAP server: localhost:PORT: Connection reset by peer"},
+  };
+  return all;
+}
+
+/// What the table says of a step: where it is, and what comes of a fault there.
+struct Place {
+  const char* where;
+  const char* outcome;
+};
+
+Place placeOf(const Exchange& exchange) {
+  if (exchange.name == "greeting") {
+    return {"in the place of the greeting", "says so; no login is sent"};
+  }
+  if (exchange.name == "LOGOUT") {
+    return {"in the place of the farewell", "gives the result: all that mattered was said before"};
+  }
+  if (exchange.name == "MOVE" || exchange.name == "STORE") {
+    return {"after a command that changes the mailbox",
+            "says so; claims neither that the change was made nor that it was not"};
+  }
+  return {"in the place of an answer, at each step of each tool", "says so"};
+}
+
+ServerAttack breaking(const Session& session, std::size_t position, const Way& way) {
+  const Exchange& exchange = session.exchanges[position];
+  const bool isFarewell = exchange.name == "LOGOUT";
+  return {.name = session.tool + way.name + "InsteadOf" + exchange.name,
+          .attack = std::string("the server ") + way.attack + " " + placeOf(exchange).where,
+          .outcome = placeOf(exchange).outcome,
+          .tool = session.tool,
+          .arguments = session.arguments,
+          .dialogue = brokenAt(session, position, way.step),
+          .error = isFarewell ? "" : way.error};
+}
+
+/// Within the twelve bytes of the body.
+ServerAttack breakingWithinLiteral(const Session& session, const Way& way) {
+  ServerAttack row = breaking(session, session.position("BODY"), way);
+  row.name = session.tool + way.name + "WithinLiteral";
+  row.attack = std::string("the server ") + way.attack + " within a literal";
+  row.dialogue =
+      brokenAt(session, session.position("BODY"), way.step, "* 1 FETCH (UID 7 BODY[1] {12}\r\nSee");
+  return row;
+}
+
+/// Without a word of TLS.
+ServerAttack closedBeforeTheHandshake() {
+  return {.name = "closedBeforeTheHandshake",
+          .attack = "the server accepts and closes before the handshake of TLS",
+          .outcome = "says so; no login is sent",
+          .dialogue = {halfCloseHere()},
+          .options = {.plainText = true},
+          .error = "Could not connect to the IMAP server: localhost:PORT: the server closed the connection",
+          .isBrokenOff = true};
+}
+
+}  // namespace
+
+std::vector<Attack> closingAttacks() {
+  std::vector<ServerAttack> rows{closedBeforeTheHandshake()};
+  const auto breakEverywhere = [&rows](const Session& session, const Way& way) {
+    for (std::size_t position = 0; position < session.exchanges.size(); ++position) {
+      rows.push_back(breaking(session, position, way));
+    }
+  };
+  for (const Session& session : everySession()) {
+    breakEverywhere(session, ways().front());
+  }
+  for (const Way& way : ways()) {
+    // Between them these have every kind of step.
+    if (&way != &ways().front()) {
+      breakEverywhere(searchSession(), way);
+      breakEverywhere(moveSession(), way);
+      breakEverywhere(markReadSession(), way);
+    }
+    rows.push_back(breakingWithinLiteral(searchSession(), way));
+    rows.push_back(breakingWithinLiteral(bodySession(), way));
+  }
+  return byServer(std::move(rows));
+}
+
+}  // namespace tarnwell::test

@@ -1,0 +1,265 @@
+#include "hostile/ServeProgram.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+#include "Core/BridgeConstants.h"
+#include "hostile/TestSecrets.h"
+#include "support/FakeIMAPServer.h"
+
+namespace tarnwell::test {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// Waits until the descriptor is ready; throws when that takes too long.
+void awaitReady(int descriptor, short event, Clock::time_point deadline, const char* what) {
+  for (;;) {
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
+    pollfd ready{.fd = descriptor, .events = event, .revents = 0};
+    const int count = left > 0 ? ::poll(&ready, 1, static_cast<int>(left)) : 0;
+    if (count > 0) {
+      return;
+    }
+    if (count == 0 || errno != EINTR) {
+      throw std::runtime_error(std::string("the program hangs: ") + what);
+    }
+  }
+}
+
+std::vector<char*> pointers(std::vector<std::string>& texts) {
+  std::vector<char*> result;
+  for (std::string& text : texts) {
+    result.push_back(text.data());
+  }
+  result.push_back(nullptr);
+  return result;
+}
+
+std::string wholeFile(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+}  // namespace
+
+Home::Home() : email(testEmail) {
+  environment = {{"HOME", path().string()},
+                 {"PATH", "/usr/local/bin:/usr/bin:/bin"},
+                 {"LC_ALL", "C.UTF-8"},
+                 {"DBUS_SESSION_BUS_ADDRESS", busWithPassword()}};
+  TestCertificates::shared();  // names the authority's file in this program's environment
+  for (const char* name :
+       {"SSL_CERT_FILE", "SSL_CERT_DIR", "ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS"}) {
+    if (const char* value = std::getenv(name)) {
+      environment[name] = value;
+    }
+  }
+  constexpr std::uint16_t nobodyListens = 1;
+  useServer(nobodyListens);
+}
+
+std::filesystem::path Home::settingsFile() const {
+  return path() / ".local/share" / BridgeConstants::bundleIdentifier / "config.json";
+}
+
+void Home::useServer(std::uint16_t port, std::string_view host) {
+  const JSONValue settings = JSONObject{
+      {"email", email},
+      {"imapHost", host},
+      {"imapPort", port},
+      {"safety",
+       JSONObject{{"readOnly", false}, {"allowTrash", true}, {"allowCopyMoveFallback", isFallbackAllowed}}}};
+  writeSettings(settings.serialized());
+}
+
+void Home::writeSettings(std::string_view bytes) const {
+  std::filesystem::create_directories(settingsFile().parent_path());
+  std::ofstream(settingsFile(), std::ios::binary | std::ios::trunc) << bytes;
+}
+
+void Home::removeSettings() const { std::filesystem::remove(settingsFile()); }
+
+ServeProgram::ServeProgram(const Home& home) : errorFile_(home.path() / "standard-error") {
+  std::array<int, 2> inputPipe{};
+  std::array<int, 2> outputPipe{};
+  if (::pipe2(inputPipe.data(), O_CLOEXEC) < 0 || ::pipe2(outputPipe.data(), O_CLOEXEC) < 0) {
+    throw std::runtime_error("no pipes");
+  }
+  std::vector<std::string> command = home.launcher;
+  command.insert(command.end(), {TARNWELL_PROGRAM, "serve"});
+  std::vector<std::string> environment;
+  for (const auto& [name, value] : home.environment) {
+    environment.push_back(name + "=" + value);
+  }
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, inputPipe[0], STDIN_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, outputPipe[1], STDOUT_FILENO);
+  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errorFile_.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
+                                   S_IRUSR | S_IWUSR);
+  // This test program ignores SIGPIPE; the program under test decides for itself.
+  posix_spawnattr_t attributes;
+  posix_spawnattr_init(&attributes);
+  sigset_t defaults;
+  sigemptyset(&defaults);
+  sigaddset(&defaults, SIGPIPE);
+  posix_spawnattr_setsigdefault(&attributes, &defaults);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+  const int failure = ::posix_spawnp(&process_, command[0].c_str(), &actions, &attributes,
+                                     pointers(command).data(), pointers(environment).data());
+  posix_spawnattr_destroy(&attributes);
+  posix_spawn_file_actions_destroy(&actions);
+  ::close(inputPipe[0]);
+  ::close(outputPipe[1]);
+  input_ = inputPipe[1];
+  output_ = outputPipe[0];
+  if (failure != 0) {
+    ::close(input_);
+    ::close(output_);
+    throw std::runtime_error("cannot run " + command[0] + ", which this test needs");
+  }
+  ::fcntl(input_, F_SETFL, O_NONBLOCK);
+}
+
+ServeProgram::~ServeProgram() {
+  if (input_ >= 0) {
+    ::close(input_);
+  }
+  ::close(output_);
+  if (process_ > 0) {
+    ::kill(process_, SIGKILL);
+    ::waitpid(process_, nullptr, 0);
+  }
+}
+
+std::size_t ServeProgram::peakKilobytes() const {
+  std::ifstream status("/proc/" + std::to_string(process_) + "/status");
+  for (std::string line; std::getline(status, line);) {
+    if (constexpr std::string_view key = "VmHWM:"; line.starts_with(key)) {
+      return std::stoul(line.substr(key.size()));
+    }
+  }
+  throw std::runtime_error("the system does not tell the program's memory");
+}
+
+void ServeProgram::send(std::string_view bytes) {
+  const Clock::time_point deadline = Clock::now() + patience;
+  while (!bytes.empty()) {
+    const ssize_t count = ::write(input_, bytes.data(), bytes.size());
+    if (count >= 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(count));
+    } else if (errno == EAGAIN) {
+      awaitReady(input_, POLLOUT, deadline, "it takes no more input");
+    } else if (errno != EINTR) {
+      throw std::runtime_error("the program has closed its input");
+    }
+  }
+}
+
+bool ServeProgram::readMore(Clock::time_point deadline) {
+  awaitReady(output_, POLLIN, deadline, "it does not answer");
+  std::array<char, 65536> block;
+  const ssize_t count = ::read(output_, block.data(), block.size());
+  if (count > 0) {
+    pending_.append(block.data(), static_cast<std::size_t>(count));
+  }
+  return count > 0 || (count < 0 && errno == EINTR);
+}
+
+std::string ServeProgram::readLine() {
+  const Clock::time_point deadline = Clock::now() + patience;
+  std::size_t end = 0;
+  while ((end = pending_.find('\n', searched_)) == std::string::npos) {
+    searched_ = pending_.size();
+    if (!readMore(deadline)) {
+      throw std::runtime_error("the program has ended its output; on its standard error: " +
+                               wholeFile(errorFile_).substr(0, 4000));
+    }
+  }
+  std::string line = pending_.substr(0, end);
+  pending_.erase(0, end + 1);
+  searched_ = 0;
+  return line;
+}
+
+void ServeProgram::sendRequest(std::string_view method, const JSONValue& parameters) {
+  const JSONValue request =
+      JSONObject{{"jsonrpc", "2.0"}, {"id", ++lastID_}, {"method", method}, {"params", parameters}};
+  send(request.serialized() + "\n");
+}
+
+JSONValue ServeProgram::readResponse() {
+  const std::string line = readLine();
+  const std::optional<JSONValue> response = JSONValue::decode(line);
+  if (!response || (*response)["id"] != JSONValue(lastID_)) {
+    throw std::runtime_error("no answer to the request: " + line.substr(0, 1000));
+  }
+  return *response;
+}
+
+JSONValue ServeProgram::request(std::string_view method, const JSONValue& parameters) {
+  sendRequest(method, parameters);
+  return readResponse();
+}
+
+void ServeProgram::sendCall(std::string_view tool, const JSONObject& arguments) {
+  sendRequest("tools/call", JSONObject{{"name", tool}, {"arguments", arguments}});
+}
+
+ToolAnswer ServeProgram::readAnswer() {
+  const JSONValue response = readResponse();
+  const JSONValue& result = response["result"];
+  return {result["isError"].boolValue().value_or(true), result["structuredContent"]};
+}
+
+ToolAnswer ServeProgram::call(std::string_view tool, const JSONObject& arguments) {
+  sendCall(tool, arguments);
+  return readAnswer();
+}
+
+bool ServeProgram::answersPing() {
+  return request("ping", JSONObject{})["result"] == JSONValue(JSONObject{});
+}
+
+Ending ServeProgram::end() {
+  ::close(std::exchange(input_, -1));
+  const Clock::time_point deadline = Clock::now() + patience;
+  while (readMore(deadline)) {
+  }
+  Ending ending;
+  ending.status = waitForExit();
+  ending.restOfOutput = pending_;
+  ending.standardError = wholeFile(errorFile_);
+  return ending;
+}
+
+/// The output has ended, so the program is about to; still, it is not waited for without a bound.
+int ServeProgram::waitForExit() {
+  const Clock::time_point deadline = Clock::now() + patience;
+  int status = 0;
+  while (::waitpid(process_, &status, WNOHANG) == 0) {
+    if (Clock::now() > deadline) {
+      throw std::runtime_error("the program does not end");
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  process_ = -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+}  // namespace tarnwell::test
