@@ -6,6 +6,7 @@ packages_to_build=(cmake g++ libboost1.81-dev libicu-dev libsecret-1-dev
   libssl-dev ninja-build nlohmann-json3-dev pkg-config)
 packages_to_run=(ca-certificates dbus-daemon dovecot-imapd gnome-keyring libsecret-tools openssl python3
   util-linux)
+packages_to_bench=(libbenchmark-dev libgmime-3.0-dev)
 packages_to_test=(clang-format-14 curl dovecot-dev libgmock-dev libgtest-dev strace systemd)
 
 # require_packages NAME...
