@@ -1,6 +1,7 @@
 #include "Platform/Process.h"
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -37,12 +38,20 @@ void findSessionBus() {
   }
 }
 
+/// Left alone, glibc raises this bound to the largest block that was ever freed, up to 32 MiB.
+void returnLargeBlocks() {
+#ifdef M_MMAP_THRESHOLD
+  ::mallopt(M_MMAP_THRESHOLD, 1 << 20);
+#endif
+}
+
 }  // namespace
 
 void prepareProcess() {
   openMissingStandardStreams();
   std::signal(SIGPIPE, SIG_IGN);
   findSessionBus();
+  returnLargeBlocks();
 }
 
 std::optional<std::filesystem::path> executablePath() {
