@@ -3,8 +3,7 @@ nothing can go below, and prints the tables. Started by scripts/bench, which has
 
     python3 measure.py SETTINGS_DIRECTORY BUILD DIRECTORY DOVECOT_PORT RECORDER_PORT [MARKDOWN_FILE]
 
-BUILD is the build folder; DIRECTORY holds ca.pem, certificates/, wire, and what the micro benchmarks left in
-micro/. The contenders take turns within each measurement, so that a disturbance meets all of them.
+BUILD is the build folder; DIRECTORY holds ca.pem, certificates/, wire, and in micro/ the tables of the parts. The contenders take turns within each measurement, so that a disturbance meets all of them.
 """
 import json
 import os
@@ -12,7 +11,6 @@ import statistics
 import sys
 
 import machine
-import micro
 from sample_mailbox import BODY_BYTES, LARGE_8BIT, LARGE_BASE64
 from processes import Answering, MCPServer, Measuring, run_timer
 from report import MICROSECONDS, MILLISECONDS, Targets, comparison, figure, replace_between_markers, table
@@ -206,6 +204,15 @@ class Bench:
                              median(wall[own]) / median(wall[replayed]), 1.5, "x")
 
 
+def tables_of_parts(directory):
+    """What the programs that measure the parts have printed."""
+    tables = []
+    for name in sorted(os.listdir(directory)):
+        with open(f"{directory}/{name}") as file:
+            tables.append(f"### The parts: {name}\n\n{file.read()}")
+    return "\n".join(tables)
+
+
 def main():
     settings, build, directory, dovecot_port, recorder_port, *markdown = sys.argv[1:]
     bench = Bench(settings, build, directory, dovecot_port, recorder_port)
@@ -222,7 +229,7 @@ def main():
     bench.large_body("base64", LARGE_BASE64)
     targets = bench.targets.table()
     print(f"### Targets\n\n{targets}\n", flush=True)
-    parts = micro.tables(f"{directory}/micro")
+    parts = tables_of_parts(f"{directory}/micro")
     print(parts, flush=True)
     if markdown:
         whole = "\n".join([introduction, f"### Targets\n\n{targets}", *bench.sections, parts])
