@@ -5,7 +5,8 @@
 ///
 /// Prints its port on the first line, and for each connection that has ended one line of JSON with its round
 /// trips: how often the client's bytes were answered, and one for the handshake of TCP. That one the kernel
-/// completes at once on loopback, so the first bytes of a client are held back for one round trip more.
+/// completes at once on loopback, so the first bytes of a client are held back for one round trip more. Ends
+/// with its standard input.
 
 #include <arpa/inet.h>
 #include <fcntl.h>
@@ -19,7 +20,6 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
 #include <deque>
 #include <iostream>
@@ -155,8 +155,9 @@ class Proxy {
   Proxy(int listener, std::uint16_t upstream, Clock::duration oneWay)
       : listener_(listener), upstream_(upstream), oneWay_(oneWay) {}
 
-  void runOnce() {
-    std::vector<pollfd> ready{{listener_, POLLIN, 0}};
+  /// False when the standard input has ended.
+  bool runOnce() {
+    std::vector<pollfd> ready{{listener_, POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
     std::optional<Clock::time_point> next;
     Clock::time_point now = Clock::now();
     for (Connection& connection : connections_) {
@@ -172,7 +173,7 @@ class Proxy {
     wait(ready, next, now);
 
     now = Clock::now();
-    std::size_t index = 1;
+    std::size_t index = 2;
     for (Connection& connection : connections_) {
       for (Direction* direction : connection.directions()) {
         if (ready[index].revents != 0) {
@@ -186,6 +187,7 @@ class Proxy {
     if (ready[0].revents != 0) {
       accept();
     }
+    return ready[1].revents == 0;
   }
 
  private:
@@ -246,7 +248,6 @@ int main(int count, char* arguments[]) {
   }
   Proxy proxy(listener, static_cast<std::uint16_t>(std::atoi(arguments[2])),
               std::chrono::milliseconds(std::atoi(arguments[1])));
-  for (;;) {
-    proxy.runOnce();
+  while (proxy.runOnce()) {
   }
 }

@@ -27,10 +27,6 @@ class Answering:
             self._process.wait()
         self._process.stdout.close()
 
-    def end(self):
-        """For a program that does not end with its input."""
-        self._process.terminate()
-
     def write(self, text):
         data = memoryview(text.encode() + b"\n")
         while data:
