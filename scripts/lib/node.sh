@@ -1,7 +1,7 @@
 # shellcheck shell=bash
-# NodeJS 18 or newer with npm (Debian's, or one that is on PATH already), and what the tests take from npm, in
-# the versions that a package-lock.json pins: the official MCP client and the tool for MCP bundles. Uses
-# messages.sh, packages.sh.
+# NodeJS 18 or newer with npm (Debian's, or one that is on PATH already), and what is taken from npm, in the
+# versions that a package-lock.json pins: the official MCP client, the tool for MCP bundles, the comparators of
+# the measurements. Uses messages.sh, packages.sh.
 
 node_is_usable() {
   command -v npm >/dev/null && command -v node >/dev/null &&

@@ -154,12 +154,12 @@ IMAPClient::BodyText IMAPClient::fetchBodyText(const IMAPMessage& message) {
   if (!part) {
     return {};
   }
-  const std::optional<std::string> body = fetchBodyRaw(message.uid, part->section);
+  std::optional<std::string> body = fetchBodyRaw(message.uid, part->section);
   if (!body || body->empty()) {
     return {};
   }
-  std::string text = IMAPParser::decodeText(*body, part->encoding, part->charset);
-  return {part->isHTML ? IMAPParser::htmlToText(text) : std::move(text), true};
+  IMAPParser::decodeTextInPlace(*body, part->encoding, part->charset);
+  return {part->isHTML ? IMAPParser::htmlToText(*body) : *std::move(body), true};
 }
 
 /// PEEK leaves the message unread; the whole part is fetched. A body may have tens of megabytes, so the

@@ -28,6 +28,10 @@ namespace tarnwell::IMAPParser {
 std::string decodeText(std::string_view body, std::string_view encoding,
                        std::optional<std::string_view> charset);
 
+/// The same, the text taking the place of the body. A body may have tens of megabytes, so that no form of it
+/// stays longer than it is needed.
+void decodeTextInPlace(std::string& body, std::string_view encoding, std::optional<std::string_view> charset);
+
 /// The bytes in the named charset; when that does not succeed as a whole UTF-8, then ISO 8859-1.
 std::string decodeCharset(std::string_view bytes, std::optional<std::string_view> charset);
 

@@ -1,9 +1,7 @@
 #include "MCP/JSONValue.h"
 
 #include <charconv>
-#include <cmath>
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 
 namespace tarnwell {
 
@@ -79,42 +77,6 @@ class Builder final : public nlohmann::json_sax<json> {
   JSONValue result_;
 };
 
-json libraryValue(const JSONValue& value) {
-  return std::visit(
-      [](const auto& payload) -> json {
-        using Payload = std::decay_t<decltype(payload)>;
-        if constexpr (std::is_same_v<Payload, double>) {
-          if (!std::isfinite(payload)) {
-            throw std::domain_error("JSON has no form for a number that is not finite");
-          }
-          return payload;
-        } else if constexpr (std::is_same_v<Payload, JSONArray>) {
-          json array = json::array();
-          for (const JSONValue& element : payload) {
-            array.push_back(libraryValue(element));
-          }
-          return array;
-        } else if constexpr (std::is_same_v<Payload, JSONObject>) {
-          json object = json::object();
-          for (const auto& [key, member] : payload) {
-            object.emplace(key, libraryValue(member));
-          }
-          return object;
-        } else {
-          return payload;
-        }
-      },
-      value.payload());
-}
-
-std::optional<std::string> encoded(const JSONValue& value, int indentation) {
-  try {
-    return libraryValue(value).dump(indentation);
-  } catch (const std::exception&) {  // not finite, or not UTF-8
-    return std::nullopt;
-  }
-}
-
 std::optional<std::int64_t> integerFromDecimal(std::string_view text) {
   if (text.starts_with('+')) {
     text.remove_prefix(1);
@@ -167,10 +129,6 @@ std::optional<JSONValue> JSONValue::decode(std::string_view data) {
   }
   return builder.takeResult();
 }
-
-std::string JSONValue::serialized() const { return encoded(*this, -1).value_or("null"); }
-
-std::string JSONValue::prettyString() const { return encoded(*this, 2).value_or("{}"); }
 
 std::optional<std::string> JSONValue::stringValue() const {
   const auto* text = std::get_if<std::string>(&payload_);

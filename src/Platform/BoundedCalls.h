@@ -16,12 +16,12 @@
 ///
 /// Threads: one for each object. No thread is started here; GLib has its own for the connection.
 
-#include <gio/gio.h>
-
 #include <chrono>
 #include <cstdint>
 #include <exception>
 #include <memory>
+
+#include "Platform/SecretServiceLibrary.h"
 
 namespace tarnwell {
 

@@ -14,6 +14,8 @@ namespace tarnwell {
 /// - Ignores SIGPIPE: a closed pipe is an error of the write, never the end of the process.
 /// - On Linux, when neither DBUS_SESSION_BUS_ADDRESS nor XDG_RUNTIME_DIR is set, which is how many MCP
 ///   clients start a server, points the former at the user's bus, /run/user/UID/bus, if that is a socket.
+/// - With glibc, has blocks of a megabyte and more given back to the system as soon as they are free. A body
+///   of mail may need dozens of them for a moment, and the process lives for days after.
 void prepareProcess();
 
 /// The absolute path of the program's own file, symbolic links resolved; absent when the system does

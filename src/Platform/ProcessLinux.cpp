@@ -1,5 +1,6 @@
 #include "Platform/Process.h"
 
+#include <malloc.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -28,11 +29,19 @@ void findSessionBus() {
   }
 }
 
+/// Left alone, glibc raises this bound to the largest block that was ever freed, up to 32 MiB.
+void returnLargeBlocks() {
+#ifdef M_MMAP_THRESHOLD
+  ::mallopt(M_MMAP_THRESHOLD, 1 << 20);
+#endif
+}
+
 }  // namespace
 
 void prepareProcess() {
   secureStandardStreams();
   findSessionBus();
+  returnLargeBlocks();
 }
 
 std::optional<std::filesystem::path> executablePath() {

@@ -1,11 +1,10 @@
 #include "Platform/SecretItems.h"
 
-#include <libsecret/secret.h>
-
 #include <algorithm>
 #include <vector>
 
 #include "Platform/BoundedCalls.h"
+#include "Platform/SecretServiceLibrary.h"
 #include "Platform/SecretServiceStatus.h"
 #include "Platform/UnpromptingService.h"
 
@@ -140,13 +139,6 @@ class Conversation {
 
 class SecretServiceItems : public SecretItems {
  public:
-  /// GLib's debugging aids (G_MESSAGES_DEBUG, G_DBUS_DEBUG) write to the standard output, which belongs to
-  /// the protocol. GLib wants this settled before its first thread, hence here.
-  SecretServiceItems() {
-    g_log_writer_default_set_use_stderr(TRUE);
-    g_set_print_handler([](const gchar* text) { g_printerr("%s", text); });
-  }
-
   std::int32_t copyMatching(const SecretItemQuery& query, Receiver& receiver) override {
     return converse(query, [&](Conversation& service) {
       Matches matches = service.search(query);
@@ -200,6 +192,9 @@ class SecretServiceItems : public SecretItems {
 
   template <class Talk>
   static std::int32_t converse(const SecretItemQuery& query, const Talk& talk) {
+    if (!loadSecretServiceLibrary()) {
+      return SecretStatus::notAvailable;
+    }
     if (!isText(query.service) || !isText(query.account) || !isText(query.accessGroup.value_or(""))) {
       return SecretStatus::badParameter;
     }

@@ -3,8 +3,6 @@
 /// The freedesktop Secret Service on the session bus, in a form that never asks the user anything. Linux
 /// only; included by source files alone.
 
-#include <libsecret/secret.h>
-
 #include "Platform/BoundedCalls.h"
 
 namespace tarnwell {

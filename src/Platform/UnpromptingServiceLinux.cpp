@@ -63,7 +63,7 @@ std::optional<std::string> sessionBusAddress() {
   if (::stat(path.c_str(), &status) < 0 || !S_ISSOCK(status.st_mode)) {
     return std::nullopt;
   }
-  std::unique_ptr<gchar, decltype(&g_free)> escaped(g_dbus_address_escape_value(path.c_str()), &g_free);
+  std::unique_ptr<gchar, decltype(g_free)> escaped(g_dbus_address_escape_value(path.c_str()), g_free);
   return std::string("unix:path=") + escaped.get();
 }
 

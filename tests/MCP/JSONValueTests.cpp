@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <limits>
+#include <nlohmann/json.hpp>
 
 namespace tarnwell::test {
 namespace {
@@ -128,6 +129,40 @@ TEST(JSONValue, compactFormHasNoBlanksAndPlainSlashes) {
 TEST(JSONValue, prettyFormSortsKeysAndKeepsSlashes) {
   const JSONValue value = JSONObject{{"b", "x/y"}, {"a", JSONArray{1}}};
   EXPECT_EQ(value.prettyString(), "{\n  \"a\": [\n    1\n  ],\n  \"b\": \"x/y\"\n}");
+}
+
+TEST(JSONValue, bothFormsAreThoseOfTheLibrary) {
+  JSONObject everyCharacter;
+  for (int byte = 0; byte < 0x80; ++byte) {
+    everyCharacter[std::string(1, static_cast<char>(byte))] =
+        std::string(2, static_cast<char>(byte)) + "é髙😀";
+  }
+  const JSONValue values[] = {
+      nullptr,
+      true,
+      false,
+      0,
+      -1,
+      smallest,
+      0.1,
+      -0.0,
+      1e300,
+      5e-324,
+      100.0,
+      1e16,
+      "",
+      "\u2028\x7F",
+      JSONArray{},
+      JSONObject{},
+      JSONArray{JSONArray{}, JSONObject{}, JSONArray{1, JSONArray{2}}},
+      JSONObject{{"", JSONObject{{"a", JSONArray{nullptr, JSONObject{{"b", "c"}}}}}}, {"d", 1.5}},
+      everyCharacter};
+  for (const JSONValue& value : values) {
+    const nlohmann::json library = nlohmann::json::parse(value.serialized());
+    EXPECT_EQ(value.serialized(), library.dump());
+    EXPECT_EQ(value.prettyString(), library.dump(2));
+    EXPECT_EQ(JSONValue::decode(value.serialized()), value);
+  }
 }
 
 TEST(JSONValue, doublesComeBackExactly) {

@@ -1,0 +1,241 @@
+"""Measures the program from outside, side by side with what one would otherwise reach for and with floors that
+nothing can go below, and prints the tables. Started by scripts/bench, which has started the services.
+
+    python3 measure.py SETTINGS_DIRECTORY BUILD DIRECTORY DOVECOT_PORT RECORDER_PORT [MARKDOWN_FILE]
+
+BUILD is the build folder; DIRECTORY holds ca.pem, certificates/, wire, and in micro/ the tables of the parts. The contenders take turns within each measurement, so that a disturbance meets all of them.
+"""
+import json
+import os
+import statistics
+import sys
+
+import machine
+from sample_mailbox import BODY_BYTES, LARGE_8BIT, LARGE_BASE64
+from processes import Answering, MCPServer, Measuring, run_timer
+from report import MICROSECONDS, MILLISECONDS, Targets, comparison, figure, replace_between_markers, table
+
+HITS = 20
+ROUND_TRIPS = 29  # TCP, TLS, greeting; LOGIN, CAPABILITY, EXAMINE, SEARCH, FETCH; a body each; LOGOUT
+USER, PASSWORD = "user@example.org", "app-pass-word"
+
+PEERS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "peers")
+FLOOR, SDK, REPLAY, LOOP = "C floor", "TypeScript SDK, imapflow", "raw TLS replay", "Python imaplib"
+
+
+def median(samples):
+    return statistics.median(samples)
+
+
+class Bench:
+    def __init__(self, settings, build, directory, dovecot_port, recorder_port):
+        self.settings, self.directory = settings, directory
+        self.dovecot_port, self.recorder_port = int(dovecot_port), int(recorder_port)
+        self.program = f"{build}/tarnwell"
+        self.ends = f"{build}/bench/ends"
+        self.sections, self.targets = [], Targets()
+        self.servers = {FLOOR: [f"{self.ends}/CannedServer"], "tarnwell": [self.program, "serve"],
+                        SDK: ["node", f"{PEERS}/sdk_server.mjs"]}
+
+    def add(self, title, *texts):
+        section = f"### {title}\n\n" + "\n".join(texts)
+        print(section, flush=True)
+        self.sections.append(section)
+
+    # The contenders of the mailbox measurements.
+
+    def use_port(self, port):
+        """The program reads its settings anew for every call."""
+        with open(f"{self.settings}/config.json", "w") as file:
+            json.dump({"email": USER, "imapHost": "localhost", "imapPort": port}, file)
+
+    def tarnwell(self):
+        return MCPServer(self.servers["tarnwell"])
+
+    def sdk(self, port):
+        return MCPServer(self.servers[SDK], {"MAIL_PORT": str(port), "MAIL_USER": USER, "MAIL_PASSWORD": PASSWORD,
+                                             "MAIL_CA": f"{self.directory}/ca.pem"})
+
+    def replay(self, port, commands):
+        return Measuring([f"{self.ends}/TLSReplay", str(port), f"{self.directory}/certificates", commands])
+
+    def loop(self, port):
+        return Measuring([sys.executable, f"{PEERS}/imap_loop.py", str(port), f"{self.directory}/ca.pem", USER,
+                          PASSWORD, str(HITS)])
+
+    def record(self, name, tool, **arguments):
+        """The file with the commands that the program sends for one call."""
+        self.use_port(self.recorder_port)
+        with self.tarnwell() as server:
+            server.call(tool, **arguments)
+        with open(f"{self.directory}/wire") as file:
+            pieces = [json.loads(line) for line in file]
+        own = [piece["text"] for piece in pieces if piece["connection"] == pieces[-1]["connection"]]
+        path = f"{self.directory}/{name}.commands"
+        with open(path, "w", encoding="latin1") as file:
+            file.writelines(f"{line}\n" for line in own)
+        self.use_port(self.dovecot_port)
+        return path
+
+    # The measurements.
+
+    def start(self):
+        samples, processor = {name: [] for name in self.servers}, {name: [] for name in self.servers}
+        counts = {FLOOR: 30, "tarnwell": 30, SDK: 2}
+        for _ in range(10):
+            for name, command in self.servers.items():
+                result = run_timer(f"{self.ends}/ServeTimer", "start", counts[name], command)
+                samples[name] += result["wall"]
+                processor[name].append(result["processor"] / counts[name])
+        self.add("Start to the answer of initialize", comparison(samples, MILLISECONDS),
+                 "Processor time of the whole process: " + ", ".join(
+                     f"{name} {figure(median(times) / 1e6)} ms" for name, times in processor.items()) + ".\n")
+        own = median(samples["tarnwell"])
+        self.targets.at_most("start, above the C floor", (own - median(samples[FLOOR])) / 1e6, 3, "ms")
+        self.targets.at_least("start, faster than the SDK server", median(samples[SDK]) / own, 30, "x")
+
+    def pings(self):
+        samples = {name: [] for name in self.servers}
+        rates = {name: [] for name in self.servers}
+        for _ in range(9):
+            for name, command in self.servers.items():
+                timer, heavy = f"{self.ends}/ServeTimer", name == SDK
+                samples[name] += run_timer(timer, "ping", 500 if heavy else 5000, command)["wall"]
+                count = 3000 if heavy else 100_000
+                rates[name].append(count / run_timer(timer, "pipeline", count, command)["wall"][0] * 1e9)
+        own = median(rates["tarnwell"])
+        self.add("Ping over pipes", comparison(samples, MICROSECONDS))
+        self.add("Pings written without waiting", table(
+            ["", "median, requests per second", "least to most", "to tarnwell"],
+            [[name, figure(median(rate)), f"{figure(min(rate))} to {figure(max(rate))}",
+              f"{figure(median(rate) / own)} x"] for name, rate in rates.items()]))
+        self.targets.at_most("ping, above the C floor",
+                             (median(samples["tarnwell"]) - median(samples[FLOOR])) / 1e3, 10, "µs")
+        self.targets.at_least("requests per second, of the C floor's", own / median(rates[FLOOR]), .5, "x")
+        self.targets.at_least("requests per second, of the SDK server's", own / median(rates[SDK]), 10, "x")
+
+    def memory(self):
+        rows, own = [], None
+        for name, command in self.servers.items():
+            server = self.sdk(self.dovecot_port) if name == SDK else MCPServer(command)
+            with server:
+                server.request("tools/list")
+                listed, searched = server.memory(), None
+                if name != FLOOR:
+                    server.call("search_inbox", limit=HITS)
+                    searched = server.memory()
+            rows.append([name, *(figure(each[key] / 1e6) if each else "" for each in (listed, searched)
+                                 for key in ("resident", "peak"))])
+            own = (listed, searched) if name == "tarnwell" else own
+        self.add("Resident memory", table(["", "after tools/list, MB", "peak, MB", f"after a search of {HITS}, MB",
+                                           "peak, MB"], rows))
+        self.targets.at_most("memory after tools/list", own[0]["resident"] / 1e6, 8, "MB")
+        self.targets.at_most("memory after a search", own[1]["resident"] / 1e6, 16, "MB")
+
+    def search(self):
+        commands = self.record("search", "search_inbox", limit=HITS)
+        contenders = (REPLAY, "tarnwell", SDK, LOOP)
+        wall, processor = {name: [] for name in contenders}, {name: [] for name in contenders}
+        secrets = []
+        with self.tarnwell() as own, self.sdk(self.dovecot_port) as sdk, self.loop(self.dovecot_port) as loop, \
+                self.replay(self.dovecot_port, commands) as replay:
+            rounds = {REPLAY: replay.round, "tarnwell": lambda: own.call("search_inbox", limit=HITS),
+                      SDK: lambda: sdk.call("search_inbox", limit=HITS), LOOP: loop.round}
+            for number in range(42):
+                for name, take in rounds.items():
+                    result = take()
+                    if result.get("result", {}).get("count", HITS) != HITS:
+                        raise RuntimeError(f"{name} found {result['result']['count']} messages, not {HITS}")
+                    if number >= 2:  # before that, everything is cold
+                        wall[name].append(result["wall"])
+                        processor[name].append(result["processor"])
+                secrets.append(own.call("get_status")["wall"])
+        self.add(f"search_inbox, {HITS} hits, on loopback", comparison(wall, MILLISECONDS),
+                 "Processor time of the process alone:\n", comparison(processor, MILLISECONDS),
+                 "Of tarnwell's time the password takes about "
+                 f"{figure(median(secrets) / 1e6)} ms (get_status, which looks for it too); the others are given "
+                 "theirs.\n")
+        self.targets.at_most("search, of the raw replay's time", median(wall["tarnwell"]) / median(wall[REPLAY]),
+                             1.15, "x")
+        self.targets.at_least("search, faster than imapflow", median(wall[SDK]) / median(wall["tarnwell"]), 3, "x")
+        self.targets.at_most("search, processor time", median(processor["tarnwell"]) / 1e6, 10, "ms")
+        return commands
+
+    def far_away(self, commands, one_way, rounds):
+        proxy = [f"{self.ends}/DelayProxy", str(one_way), str(self.dovecot_port)]
+        wall, trips = {}, {}
+        with Answering(proxy) as far:
+            port = int(far.read())
+            self.use_port(port)
+            with self.tarnwell() as own, self.sdk(port) as sdk, self.loop(port) as loop, \
+                    self.replay(port, commands) as replay:
+                takes = {REPLAY: replay.round, "tarnwell": lambda: own.call("search_inbox", limit=HITS),
+                         SDK: lambda: sdk.call("search_inbox", limit=HITS), LOOP: loop.round}
+                for number in range(rounds + 1):
+                    for name, take in takes.items():
+                        taken, counted = take()["wall"], json.loads(far.read())["roundTrips"]
+                        if number >= 1:  # before that, the comparators load their libraries
+                            wall.setdefault(name, []).append(taken)
+                            trips.setdefault(name, []).append(counted)
+        self.use_port(self.dovecot_port)
+        expected = median(trips["tarnwell"]) * 2 * one_way * 1e6
+        self.add(f"The same, {one_way} ms away in each direction", comparison(wall, MILLISECONDS),
+                 "Round trips: " + ", ".join(f"{name} {median(count):g}" for name, count in trips.items()) + ".\n")
+        self.targets.exactly(f"round trips, {one_way} ms away", median(trips["tarnwell"]), ROUND_TRIPS, "")
+        self.targets.at_most(f"time above the round trips, {one_way} ms away",
+                             (median(wall["tarnwell"]) / expected - 1) * 100, 5, "%")
+
+    def large_body(self, title, uid):
+        commands = self.record(f"body-{uid}", "get_message_body", uid=uid)
+        with self.tarnwell() as fresh:
+            fresh.call("get_message_body", uid=uid)
+            peak = fresh.memory()["peak"]
+        copied, replayed, own = "memcpy", REPLAY, "tarnwell"
+        wall = {copied: [], replayed: [], own: []}
+        with Measuring([f"{self.ends}/MemoryCopy", str(BODY_BYTES)]) as copy, self.tarnwell() as server, \
+                self.replay(self.dovecot_port, commands) as replay:
+            for _ in range(9):
+                wall[copied].append(copy.round()["wall"])
+                wall[replayed].append(replay.round()["wall"])
+                wall[own].append(server.call("get_message_body", uid=uid)["wall"])
+        self.add(f"get_message_body, a text of {BODY_BYTES / 1e6:g} MB, {title}", comparison(wall, MILLISECONDS),
+                 f"Peak memory of a fresh process: {figure(peak / 1e6)} MB.\n")
+        self.targets.at_most(f"large body, {title}: peak memory", peak / BODY_BYTES, 4, "x the body")
+        self.targets.at_most(f"large body, {title}: of the raw transfer's time",
+                             median(wall[own]) / median(wall[replayed]), 1.5, "x")
+
+
+def tables_of_parts(directory):
+    """What the programs that measure the parts have printed."""
+    tables = []
+    for name in sorted(os.listdir(directory)):
+        with open(f"{directory}/{name}") as file:
+            tables.append(f"### The parts: {name}\n\n{file.read()}")
+    return "\n".join(tables)
+
+
+def main():
+    settings, build, directory, dovecot_port, recorder_port, *markdown = sys.argv[1:]
+    bench = Bench(settings, build, directory, dovecot_port, recorder_port)
+    introduction = machine.description(build)
+    print(introduction, flush=True)
+    bench.use_port(bench.dovecot_port)
+    bench.start()
+    bench.pings()
+    commands = bench.search()
+    bench.memory()
+    bench.far_away(commands, 20, 5)
+    bench.far_away(commands, 75, 5)
+    bench.large_body("8bit", LARGE_8BIT)
+    bench.large_body("base64", LARGE_BASE64)
+    targets = bench.targets.table()
+    print(f"### Targets\n\n{targets}\n", flush=True)
+    parts = tables_of_parts(f"{directory}/micro")
+    print(parts, flush=True)
+    if markdown:
+        whole = "\n".join([introduction, f"### Targets\n\n{targets}", *bench.sections, parts])
+        replace_between_markers(markdown[0], whole)
+
+
+if __name__ == "__main__":
+    main()

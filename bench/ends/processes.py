@@ -1,0 +1,101 @@
+"""The programs that are measured, as processes that answer one line with one line."""
+import json
+import os
+import subprocess
+import time
+
+
+class Answering:
+    """A process that is asked by lines on its standard input. Ends with its input."""
+
+    def __init__(self, command, environment=None, directory=None):
+        self._process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, bufsize=0,
+                                         env={**os.environ, **(environment or {})}, cwd=directory)
+        self._output = self._process.stdout.fileno()
+        self._input = self._process.stdin.fileno()
+        self._received = b""
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self._process.stdin.close()
+        try:
+            self._process.wait(timeout=10)
+        except subprocess.TimeoutExpired:
+            self._process.kill()
+            self._process.wait()
+        self._process.stdout.close()
+
+    def write(self, text):
+        data = memoryview(text.encode() + b"\n")
+        while data:
+            data = data[os.write(self._input, data):]
+
+    def read(self):
+        pieces = [self._received]
+        while b"\n" not in pieces[-1]:
+            piece = os.read(self._output, 1 << 20)
+            if not piece:
+                raise RuntimeError(f"{self._process.args[0]} ended without an answer")
+            pieces.append(piece)
+        line, self._received = b"".join(pieces).split(b"\n", 1)
+        return line
+
+    def ask(self, text):
+        self.write(text)
+        return self.read()
+
+    def processor_time(self):
+        """Nanoseconds of the whole process, threads that have ended included (clock_getcpuclockid(3))."""
+        return time.clock_gettime_ns((~self._process.pid << 3) | 2)
+
+    def memory(self):
+        """Resident bytes, now and at their peak."""
+        with open(f"/proc/{self._process.pid}/status") as file:
+            fields = dict(line.split(":", 1) for line in file)
+        return {name: int(fields[key].split()[0]) * 1024 for name, key in
+                (("resident", "VmRSS"), ("peak", "VmHWM"))}
+
+
+class Measuring(Answering):
+    """A comparator that measures one round for each line "go"."""
+
+    def round(self):
+        return json.loads(self.ask("go"))
+
+
+class MCPServer(Answering):
+    """A server for MCP clients, with the handshake behind it."""
+
+    def __init__(self, command, environment=None, directory=None):
+        super().__init__(command, environment, directory)
+        self._id = 0
+        self.request("initialize", {"protocolVersion": "2025-11-25", "capabilities": {},
+                                    "clientInfo": {"name": "bench", "version": "1"}})
+        self.write('{"jsonrpc":"2.0","method":"notifications/initialized"}')
+
+    def request(self, method, parameters=None):
+        self._id += 1
+        message = {"jsonrpc": "2.0", "id": self._id, "method": method, "params": parameters or {}}
+        return json.loads(self.ask(json.dumps(message)))
+
+    def call(self, tool, **arguments):
+        """What a call took, in nanoseconds, and its result."""
+        self._id += 1
+        message = json.dumps({"jsonrpc": "2.0", "id": self._id, "method": "tools/call",
+                              "params": {"name": tool, "arguments": arguments}})
+        processor, wall = self.processor_time(), time.perf_counter_ns()
+        answer = self.ask(message)
+        wall, processor = time.perf_counter_ns() - wall, self.processor_time() - processor
+        result = json.loads(answer)["result"]
+        if result.get("isError"):
+            raise RuntimeError(f"{tool} failed: {result['content']}")
+        return {"wall": wall, "processor": processor, "result": result["structuredContent"]}
+
+
+def run_timer(program, what, count, command, directory=None):
+    """One run of ServeTimer."""
+    output = subprocess.run([program, what, str(count), *command], check=True, stdout=subprocess.PIPE,
+                            cwd=directory).stdout
+    return json.loads(output)

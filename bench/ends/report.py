@@ -1,0 +1,73 @@
+"""Numbers as tables of Markdown."""
+import statistics
+
+MILLISECONDS = ("ms", 1e6)
+MICROSECONDS = ("µs", 1e3)
+
+
+def percentile(samples, share):
+    ordered = sorted(samples)
+    return ordered[min(len(ordered) - 1, int(len(ordered) * share))]
+
+
+def figure(value):
+    """Three digits that count."""
+    if value >= 1000:
+        return f"{value:,.0f}".replace(",", " ")
+    return f"{value:.0f}" if value >= 100 else f"{value:.1f}" if value >= 10 else f"{value:.2f}"
+
+
+def table(header, rows):
+    lines = ["| " + " | ".join(header) + " |", "|" + "---|" * len(header)]
+    return "\n".join(lines + ["| " + " | ".join(row) + " |" for row in rows]) + "\n"
+
+
+def comparison(contenders, unit, own="tarnwell"):
+    """One row for each contender: {name: samples}. The ratio says how many times that of the program's own."""
+    name, divisor = unit
+    median_of_own = statistics.median(contenders[own])
+    rows = []
+    for contender, samples in contenders.items():
+        median = statistics.median(samples)
+        rows.append([contender, figure(median / divisor), figure(min(samples) / divisor),
+                     f"{figure(percentile(samples, .1) / divisor)} to {figure(percentile(samples, .9) / divisor)}",
+                     f"{figure(median / median_of_own)} x", str(len(samples))])
+    return table(["", f"median, {name}", f"least, {name}", "10 % to 90 %", "to tarnwell", "samples"], rows)
+
+
+class Targets:
+    """What was wished for, and what was measured."""
+
+    def __init__(self):
+        self._rows = []
+
+    def at_most(self, what, measured, bound, unit):
+        self._add(what, "at most", measured, bound, unit, measured <= bound)
+
+    def at_least(self, what, measured, bound, unit):
+        self._add(what, "at least", measured, bound, unit, measured >= bound)
+
+    def exactly(self, what, measured, wanted, unit):
+        self._add(what, "", measured, wanted, unit, measured == wanted)
+
+    def _add(self, what, relation, measured, bound, unit, holds):
+        self._rows.append([what, f"{relation} {bound:g} {unit}".strip(), f"{figure(measured)} {unit}",
+                           "yes" if holds else "**no**"])
+
+    def table(self):
+        return table(["target", "wanted", "measured", "holds"], self._rows)
+
+
+def replace_between_markers(path, text):
+    """Writes the text to the file; one that has the two marker lines keeps what is around them."""
+    begin, end = "<!-- begin of the last run -->\n", "<!-- end of the last run -->\n"
+    try:
+        with open(path) as file:
+            before = file.read()
+    except FileNotFoundError:
+        before = ""
+    if begin in before and end in before:
+        head, rest = before.split(begin, 1)
+        text = head + begin + "\n" + text + "\n" + end + rest.split(end, 1)[1]
+    with open(path, "w") as file:
+        file.write(text)

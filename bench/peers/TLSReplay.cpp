@@ -1,0 +1,147 @@
+/// The floor of an IMAP session: sends recorded commands over TLS and reads the answers without looking into
+/// them. For each line "go" on its standard input it opens a connection, replays the whole session and prints
+/// what that took, as one line of JSON with nanoseconds.
+///
+///   tls_replay PORT CERTIFICATE_DIRECTORY COMMANDS
+///
+/// COMMANDS holds one command on each line, in the order in which they are sent; none has a literal.
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <openssl/ssl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <ctime>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+std::int64_t nanoseconds(clockid_t clock) {
+  timespec time{};
+  clock_gettime(clock, &time);
+  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
+void require(bool holds, const char* what) {
+  if (!holds) {
+    throw std::runtime_error(what);
+  }
+}
+
+class Session {
+ public:
+  Session(std::uint16_t port, const char* certificates) {
+    require(SSL_CTX_set_min_proto_version(context_.get(), TLS1_2_VERSION) == 1, "the version");
+    require(SSL_CTX_load_verify_dir(context_.get(), certificates) == 1, "the certificate directory");
+    SSL_CTX_set_verify(context_.get(), SSL_VERIFY_PEER, nullptr);
+    stream_.reset(SSL_new(context_.get()));
+    require(SSL_set1_host(stream_.get(), "localhost") == 1, "the host name");
+    require(SSL_set_tlsext_host_name(stream_.get(), "localhost") == 1, "the server name");
+
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    require(connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0, "connect");
+    const int on = 1;
+    setsockopt(socket_, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    SSL_set_fd(stream_.get(), socket_);
+    require(SSL_connect(stream_.get()) == 1, "the handshake");
+  }
+  ~Session() { close(socket_); }
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  void send(const std::string& line) {
+    require(SSL_write(stream_.get(), line.data(), static_cast<int>(line.size())) > 0, "send");
+  }
+
+  /// Reads until the last line received begins with the tag (or, for the greeting, with "* "). Keeps the end
+  /// of what came only, so that large answers cost nothing but their transfer.
+  std::size_t readUntil(const std::string& beginning) {
+    std::string tail;
+    std::size_t total = 0;
+    for (;;) {
+      const int count = SSL_read(stream_.get(), received_.data(), static_cast<int>(received_.size()));
+      require(count > 0, "the server closed the connection");
+      total += static_cast<std::size_t>(count);
+      tail.append(received_.data(), static_cast<std::size_t>(count));
+      if (tail.size() > longestTail) {
+        tail.erase(0, tail.size() - longestTail);
+      }
+      if (lastLine(tail).starts_with(beginning)) {
+        return total;
+      }
+    }
+  }
+
+ private:
+  static constexpr std::size_t longestTail = 1024;
+
+  static std::string_view lastLine(std::string_view text) {
+    if (!text.ends_with("\r\n")) {
+      return {};
+    }
+    text.remove_suffix(2);
+    const std::size_t lineFeed = text.rfind('\n');
+    return lineFeed == std::string_view::npos ? text : text.substr(lineFeed + 1);
+  }
+
+  struct Free {
+    void operator()(SSL_CTX* context) const { SSL_CTX_free(context); }
+    void operator()(SSL* stream) const { SSL_free(stream); }
+  };
+  std::unique_ptr<SSL_CTX, Free> context_{SSL_CTX_new(TLS_client_method())};
+  std::unique_ptr<SSL, Free> stream_;
+  int socket_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  std::array<char, 65536> received_;
+};
+
+std::size_t replay(std::uint16_t port, const char* certificates, const std::vector<std::string>& commands) {
+  Session session(port, certificates);
+  std::size_t bytes = session.readUntil("* ");
+  for (const std::string& command : commands) {
+    session.send(command);
+    bytes += session.readUntil(command.substr(0, command.find(' ') + 1));
+  }
+  return bytes;
+}
+
+}  // namespace
+
+int main(int count, char* arguments[]) {
+  if (count != 4) {
+    std::cerr << "usage: tls_replay PORT CERTIFICATE_DIRECTORY COMMANDS\n";
+    return 2;
+  }
+  std::vector<std::string> commands;
+  std::ifstream file(arguments[3]);
+  for (std::string line; std::getline(file, line);) {
+    commands.push_back(line + "\r\n");
+  }
+  const auto port = static_cast<std::uint16_t>(std::atoi(arguments[1]));
+  try {
+    for (std::string go; std::getline(std::cin, go);) {
+      const std::int64_t wall = nanoseconds(CLOCK_MONOTONIC);
+      const std::int64_t processor = nanoseconds(CLOCK_PROCESS_CPUTIME_ID);
+      const std::size_t bytes = replay(port, arguments[2], commands);
+      std::cout << "{\"wall\": " << nanoseconds(CLOCK_MONOTONIC) - wall
+                << ", \"processor\": " << nanoseconds(CLOCK_PROCESS_CPUTIME_ID) - processor
+                << ", \"bytes\": " << bytes << "}" << std::endl;
+    }
+  } catch (const std::exception& error) {
+    std::cerr << "tls_replay: failed at " << error.what() << "\n";
+    return 1;
+  }
+}

@@ -1,0 +1,133 @@
+/// How a `JSONValue` is written (RFC 8259). Straight from the value into one text: the library's way leads
+/// over a second tree of its own.
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <nlohmann/json.hpp>
+
+#include "MCP/JSONValue.h"
+#include "Platform/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+enum class Layout { compact, indented };
+
+class Writer {
+ public:
+  explicit Writer(Layout layout) : layout_(layout) {}
+
+  /// Absent for a value without a JSON form.
+  std::optional<std::string> written(const JSONValue& value) && {
+    write(value);
+    return isWritable_ ? std::optional(std::move(text_)) : std::nullopt;
+  }
+
+ private:
+  static constexpr std::size_t indentation = 2;
+
+  void write(const JSONValue& value) {
+    std::visit([this](const auto& payload) { writePayload(payload); }, value.payload());
+  }
+
+  void writePayload(std::nullptr_t) { text_ += "null"; }
+  void writePayload(bool value) { text_ += value ? "true" : "false"; }
+
+  void writePayload(std::int64_t value) {
+    char digits[std::numeric_limits<std::int64_t>::digits10 + 2];
+    text_.append(digits, std::to_chars(std::begin(digits), std::end(digits), value).ptr);
+  }
+
+  /// In the library's words: the shortest that reads back as the same number, and never like an integer.
+  void writePayload(double value) {
+    isWritable_ = isWritable_ && std::isfinite(value);
+    text_ += nlohmann::json(value).dump();
+  }
+
+  void writePayload(const std::string& value) { writeText(value); }
+
+  void writePayload(const JSONArray& elements) {
+    writeContainer('[', ']', elements, [this](const JSONValue& element) { write(element); });
+  }
+
+  void writePayload(const JSONObject& members) {
+    writeContainer('{', '}', members, [this](const auto& member) {
+      writeText(member.first);
+      text_ += layout_ == Layout::compact ? ":" : ": ";
+      write(member.second);
+    });
+  }
+
+  template <class Container, class WriteElement>
+  void writeContainer(char open, char close, const Container& elements, const WriteElement& writeElement) {
+    text_ += open;
+    ++depth_;
+    bool isFirst = true;
+    for (const auto& element : elements) {
+      if (!isFirst) {
+        text_ += ',';
+      }
+      isFirst = false;
+      beginLine();
+      writeElement(element);
+    }
+    --depth_;
+    if (!isFirst) {
+      beginLine();
+    }
+    text_ += close;
+  }
+
+  void beginLine() {
+    if (layout_ == Layout::indented) {
+      text_ += '\n';
+      text_.append(depth_ * indentation, ' ');
+    }
+  }
+
+  void writeText(std::string_view value) {
+    isWritable_ = isWritable_ && isValidUTF8(value);
+    text_ += '"';
+    std::size_t begin = 0;
+    for (std::size_t i = 0; i < value.size(); ++i) {
+      const auto byte = static_cast<unsigned char>(value[i]);
+      if (byte < 0x20 || byte == '"' || byte == '\\') {
+        text_.append(value, begin, i - begin);
+        writeEscaped(value[i]);
+        begin = i + 1;
+      }
+    }
+    text_.append(value, begin);
+    text_ += '"';
+  }
+
+  void writeEscaped(char character) {
+    constexpr std::string_view named = "\"\\\b\f\n\r\t";
+    constexpr std::string_view letters = "\"\\bfnrt";
+    constexpr std::string_view digits = "0123456789abcdef";
+    text_ += '\\';
+    if (const std::size_t found = named.find(character); found != std::string_view::npos) {
+      text_ += letters[found];
+    } else {
+      const auto byte = static_cast<unsigned char>(character);
+      text_ += "u00";
+      text_ += digits[byte >> 4];
+      text_ += digits[byte & 0x0F];
+    }
+  }
+
+  Layout layout_;
+  std::string text_;
+  std::size_t depth_ = 0;
+  bool isWritable_ = true;
+};
+
+}  // namespace
+
+std::string JSONValue::serialized() const { return Writer(Layout::compact).written(*this).value_or("null"); }
+
+std::string JSONValue::prettyString() const { return Writer(Layout::indented).written(*this).value_or("{}"); }
+
+}  // namespace tarnwell
