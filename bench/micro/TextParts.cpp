@@ -72,6 +72,12 @@ void addTextParts(std::vector<Part>& parts) {
                      .work = [html] { return IMAPParser::htmlToText(html).size(); }});
   }
 
+  const std::string dense =
+      repeated("<tr><td><b>Ferry</b></td><td>6:10</td><td><i>daily</i></td></tr>\r\n", size);
+  parts.push_back({.name = "htmlToText, a table of short cells", .bytes = dense.size(), .work = [dense] {
+                     return IMAPParser::htmlToText(dense).size();
+                   }});
+
   const std::string html = newsletter(size);
   addPreview(parts, "newsletter text", IMAPParser::htmlToText(html));
   addPreview(parts, "Latin text", prose(Script::latin, size));
