@@ -25,13 +25,11 @@ Shape between(const std::string& reader, std::string_view before, std::string_vi
 }
 
 std::string manyLines(std::size_t size) {
-  std::string stream;
-  while (stream.size() < size) {
-    for (const std::string& line : fetchResponses(200)) {
-      stream.append(line).append("\r\n");
-    }
+  std::string lines;
+  for (const std::string& line : fetchResponses(500)) {
+    lines.append(line).append("\r\n");
   }
-  return stream;
+  return repeated(lines, size);
 }
 
 std::string oneLiteral(std::size_t size) {
