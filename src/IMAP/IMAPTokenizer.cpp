@@ -36,7 +36,7 @@ class IMAPTokenizer {
  public:
   explicit IMAPTokenizer(std::string_view response) : response_(response), tokens_(response) {
     // Room for the summary of an ordinary message at once, and little for a body of many megabytes.
-    tokens_.tape_.reserve(std::min<std::size_t>(response.size() / 8, 256));
+    tokens_.tape_.reserve(std::min<std::size_t>(response.size() / 6, 256));
   }
 
   IMAPTokens tokens() && {
