@@ -51,6 +51,9 @@ FUZZ_TARGET(std::string_view response) {
     requireSection(IMAPParser::parseBodyStructure(token.list()));
   }
   requireSection(IMAPParser::parseBodyStructure(tokens.elements()));
+  if (const auto found = IMAPParser::parseSearch(response)) {
+    require(found->size() <= response.size() / 2, "each number has a blank before it");
+  }
   if (const auto completion = IMAPParser::parseCompletion(response, "A0001")) {
     require(trimmed(response).starts_with("A0001"), "a completion is that of the tag");
   }

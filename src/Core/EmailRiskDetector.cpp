@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -45,6 +46,17 @@ constexpr Keyword keywordTable[] = {
     {"セキュリティ警告", "security_alert", false},
 };
 
+/// A whole word is looked for only where the term is a substring of the lower-cased text. The one implies the
+/// other for terms to which nothing outside of ASCII folds: U+017F folds to s, U+212A to k, and the ligatures
+/// to ff or to pairs with i, l or s (Unicode 15, CaseFolding.txt).
+constexpr bool foldsFromASCIIOnly(std::string_view term) {
+  return term.find_first_of("IKLSikls") == term.npos && term.find("FF") == term.npos &&
+         term.find("ff") == term.npos;
+}
+static_assert(std::ranges::all_of(keywordTable, [](const Keyword& keyword) {
+  return !keyword.wordBoundary || foldsFromASCIIOnly(keyword.term);
+}));
+
 /// A set of rows of the table, one bit for each.
 using Rows = std::uint32_t;
 static_assert(std::size(keywordTable) <= 32);
@@ -87,8 +99,9 @@ class TermSearch {
 
   Rows confirmed(Rows candidates, std::string_view text) const {
     Rows found = 0;
-    for (std::size_t row = 0; row < std::size(keywordTable); ++row) {
-      if ((candidates & bitOf(row)) != 0 && text.starts_with(lowerTerms_[row])) {
+    for (; candidates != 0; candidates &= candidates - 1) {
+      const auto row = static_cast<std::size_t>(std::countr_zero(candidates));
+      if (text.starts_with(lowerTerms_[row])) {
         found |= bitOf(row);
       }
     }
@@ -133,9 +146,10 @@ class WordRegexCache {
   std::map<std::string, std::shared_ptr<const WordPattern>> patterns_;
 };
 
-bool isFoundAsWord(const std::string& lowerTerm, std::string_view lowerText, bool isSubstring) {
+/// For a term that is a substring of the text.
+bool isFoundAsWord(const std::string& lowerTerm, std::string_view lowerText) {
   const auto pattern = WordRegexCache::shared().pattern(lowerTerm);
-  return pattern != nullptr ? pattern->isFoundIn(lowerText) : isSubstring;
+  return pattern == nullptr || pattern->isFoundIn(lowerText);
 }
 
 /// Appends the signals of one text. No term stands in the table twice, so that no signal does either.
@@ -146,11 +160,11 @@ void scan(std::string_view text, std::string_view location, std::vector<RiskSign
   const std::string lowerText = lowercased(text);
   const Rows substrings = termSearch().foundIn(lowerText);
   for (std::size_t row = 0; row < std::size(keywordTable); ++row) {
+    if ((substrings & bitOf(row)) == 0) {
+      continue;
+    }
     const std::string& lowerTerm = termSearch().lowerTerm(row);
-    const bool isSubstring = (substrings & bitOf(row)) != 0;
-    const bool matches =
-        keywordTable[row].wordBoundary ? isFoundAsWord(lowerTerm, lowerText, isSubstring) : isSubstring;
-    if (matches) {
+    if (!keywordTable[row].wordBoundary || isFoundAsWord(lowerTerm, lowerText)) {
       signals.push_back({std::string(keywordTable[row].category), lowerTerm, std::string(location)});
     }
   }

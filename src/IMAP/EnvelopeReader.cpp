@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "IMAP/IMAPParser.h"
 #include "IMAP/TextDecoding.h"
 #include "IMAP/TokenReading.h"
@@ -6,8 +8,9 @@ namespace tarnwell {
 namespace {
 
 std::optional<std::string> decodedTextOf(const std::optional<IMAPToken>& token) {
-  const std::optional<std::string> text = textOf(token);
-  return text ? IMAPParser::decodeRFC2047(*text) : std::nullopt;
+  std::optional<std::string> text = textOf(token);
+  const bool mayHaveEncodedWords = text && text->find("=?") != std::string::npos;
+  return mayHaveEncodedWords ? IMAPParser::decodeRFC2047(*text) : std::move(text);
 }
 
 /// RFC 3501, section 9: address = "(" addr-name SP addr-adl SP addr-mailbox SP addr-host ")"

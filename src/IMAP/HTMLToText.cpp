@@ -29,6 +29,8 @@ std::size_t endOfName(std::string_view text, std::size_t position, std::string_v
     if (asciiLowercasedByte(text[position]) == lowerName.front()) {
       ++position;
       lowerName.remove_prefix(1);
+    } else if (byteAt(text, position) < 0x80) {
+      return nowhere;
     } else if (lowerName.front() == 's' && startsWith(text, position, "\u017F")) {
       position += 2;
       lowerName.remove_prefix(1);
@@ -58,8 +60,9 @@ std::size_t endOfClosingTag(std::string_view text, std::size_t position, std::st
 /// Deliberate: the name may be the beginning of a longer one, so that "<header>" opens a head and
 /// everything up to a "</head>" behind it goes. It can only hide more of a broken message, and one that
 /// has a "</head>" without a "<head" is broken.
-std::string withoutElement(std::string_view html, std::string_view lowerName) {
-  TextReplacement replacement(html);
+std::string withoutElement(std::string source, std::string_view lowerName) {
+  TextReplacement replacement(std::move(source));
+  const std::string_view html = replacement.text();
   for (std::size_t start = html.find('<'); start != nowhere;) {
     const std::size_t nameEnd = endOfName(html, start + 1, lowerName);
     if (nameEnd == nowhere) {
@@ -109,8 +112,9 @@ std::size_t endOfLineTagName(std::string_view text, std::size_t position) {
 }
 
 /// Every "<\s*(br|/p|/div|/tr|/li|/h[1-6])\s*/?>" as a line feed.
-std::string withLineFeeds(std::string_view html) {
-  TextReplacement replacement(html);
+std::string withLineFeeds(std::string source) {
+  TextReplacement replacement(std::move(source));
+  const std::string_view html = replacement.text();
   for (std::size_t start = html.find('<'); start != nowhere;) {
     std::size_t end = endOfLineTagName(html, skipWhitespace(html, start + 1));
     if (end != nowhere) {
@@ -130,8 +134,9 @@ std::string withLineFeeds(std::string_view html) {
 }
 
 /// Every "<[^>]+>" as one space.
-std::string withoutTags(std::string_view html) {
-  TextReplacement replacement(html);
+std::string withoutTags(std::string source) {
+  TextReplacement replacement(std::move(source));
+  const std::string_view html = replacement.text();
   for (std::size_t start = html.find('<'); start != nowhere;) {
     const std::size_t end = html.find('>', start + 1);
     if (end == nowhere) {
@@ -151,11 +156,9 @@ std::string withoutTags(std::string_view html) {
 std::string htmlToText(std::string_view html) {
   std::string text(html);
   for (const std::string_view name : {"script", "style", "head"}) {
-    text = withoutElement(text, name);
+    text = withoutElement(std::move(text), name);
   }
-  text = withLineFeeds(text);
-  text = withoutTags(text);
-  return decodeHTMLEntities(text);
+  return decodeHTMLEntities(withoutTags(withLineFeeds(std::move(text))));
 }
 
 }  // namespace tarnwell::IMAPParser

@@ -10,8 +10,6 @@
 #include "IMAP/IMAPClient.h"
 #include "IMAP/IMAPError.h"
 #include "IMAP/TextDecoding.h"
-#include "IMAP/Words.h"
-#include "Platform/ASCIICase.h"
 
 namespace tarnwell {
 
@@ -85,15 +83,8 @@ std::vector<std::uint32_t> IMAPClient::searchInbox(const IMAPSearchCriteria& cri
   requireInbox();
   std::vector<std::uint32_t> uids;
   const auto read = [&uids](std::string& line) {
-    std::string_view rest = line;
-    takeWord(rest);
-    if (!equalsIgnoringASCIICase(takeWord(rest), "SEARCH")) {
-      return;
-    }
-    for (std::string_view word; !(word = takeWord(rest)).empty();) {
-      if (const std::optional<std::uint32_t> uid = unsigned32(word)) {
-        uids.push_back(*uid);
-      }
+    if (const auto found = IMAPParser::parseSearch(line)) {
+      uids.insert(uids.end(), found->begin(), found->end());
     }
   };
   ensureOK(executeArgs(buildSearchArgs(criteria), read), "UID SEARCH");

@@ -9,9 +9,11 @@
 ///
 /// Threads: all operations are pure.
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "IMAP/IMAPFolder.h"
 #include "IMAP/IMAPMessage.h"
@@ -41,6 +43,10 @@ std::optional<Completion> parseCompletion(std::string_view line, std::string_vie
 /// Reads `* LIST (flags) delimiter mailbox` and the same with LSUB (section 7.2.2); absent for another
 /// shape or without a mailbox name.
 std::optional<IMAPFolder> parseList(IMAPTokenList tokens);
+
+/// Reads the numbers of `* SEARCH n n ...` (section 7.2.5) in the order of the server; absent for another
+/// response. What is no number of 32 bits is skipped.
+std::optional<std::vector<std::uint32_t>> parseSearch(std::string_view line);
 
 /// Reads `* n FETCH (...)` (section 7.4.2); absent without a readable UID. Of an attribute that occurs
 /// twice the later readable value counts.

@@ -9,17 +9,24 @@
 namespace tarnwell {
 namespace {
 
+using ByteSet = std::array<bool, 256>;
+
+constexpr ByteSet bytesOf(std::string_view members) {
+  ByteSet set{};
+  for (const char member : members) {
+    set[static_cast<unsigned char>(member)] = true;
+  }
+  return set;
+}
+
 /// The bytes that end an atom.
 /// Deliberate: only these. Brackets, backslashes, wildcards and angle brackets stay inside, so that
 /// BODY[1.2]<0>, [READ-WRITE] and \Noselect are one atom each; CR and LF stay too, since within a response
 /// they occur only behind a literal's announcement.
-constexpr std::array<bool, 256> endsAtom = [] {
-  std::array<bool, 256> table{};
-  for (const char byte : {' ', '\t', '"', '(', ')', '{'}) {
-    table[static_cast<unsigned char>(byte)] = true;
-  }
-  return table;
-}();
+constexpr ByteSet atomEnds = bytesOf(" \t\"(){");
+
+/// The bytes within a quoted string that mean something.
+constexpr ByteSet quotedSpecials = bytesOf("\"\\");
 
 }  // namespace
 
@@ -29,7 +36,7 @@ class IMAPTokenizer {
  public:
   explicit IMAPTokenizer(std::string_view response) : response_(response), tokens_(response) {
     // Room for the summary of an ordinary message at once, and little for a body of many megabytes.
-    tokens_.tape_.reserve(std::min<std::size_t>(response.size() / 8, 256));
+    tokens_.tape_.reserve(std::min<std::size_t>(response.size() / 6, 256));
   }
 
   IMAPTokens tokens() && {
@@ -90,10 +97,7 @@ class IMAPTokenizer {
 
   void readAtom() {
     const std::size_t begin = position_;
-    std::size_t end = begin;  // a local cursor stays in a register
-    while (end < response_.size() && !endsAtom[static_cast<unsigned char>(response_[end])]) {
-      ++end;
-    }
+    const std::size_t end = firstOf(atomEnds, begin);
     position_ = end;
     const bool isNIL = equalsIgnoringASCIICase(response_.substr(begin, end - begin), "NIL");
     tokens_.tape_.emplace_back(isNIL ? Form::nilToken : Form::atom, begin, end);
@@ -105,12 +109,9 @@ class IMAPTokenizer {
     const std::size_t begin = position_;
     std::size_t end = begin;
     Form form = Form::string;
-    while (end < response_.size() && response_[end] != '"') {
-      if (response_[end] == '\\') {
-        form = Form::escapedString;
-        ++end;  // a quote behind it does not close
-      }
-      ++end;
+    while ((end = firstOf(quotedSpecials, end)) < response_.size() && response_[end] == '\\') {
+      form = Form::escapedString;
+      end += 2;  // a quote behind it does not close
     }
     position_ = end = std::min(end, response_.size());  // the last byte may have been a backslash
     tokens_.tape_.emplace_back(form, begin, end);
@@ -144,6 +145,15 @@ class IMAPTokenizer {
     }
     skipOne('}');
     return number;
+  }
+
+  /// Where the first byte of the set stands at or behind `position`, or the end of the response.
+  std::size_t firstOf(const ByteSet& set, std::size_t position) const {
+    const char* const bytes = response_.data();
+    while (position < response_.size() && !set[static_cast<unsigned char>(bytes[position])]) {
+      ++position;
+    }
+    return position;
   }
 
   void skipOne(char byte) {

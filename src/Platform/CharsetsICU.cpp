@@ -194,7 +194,9 @@ std::optional<std::string> convertToUTF8(std::string_view bytes, const Charset& 
   if (!text && charset == Charset::iso2022JP) {
     text = convertWith("ISO_2022,locale=ja,version=3", bytes);
   }
-  if (text && exchangesControlCharacters(converterName.c_str())) {
+  // Finding out opens converters, and almost no text has one of the three.
+  if (text && text->find_first_of("\x1A\x1C\x7F") != std::string::npos &&
+      exchangesControlCharacters(converterName.c_str())) {
     restoreControlCharacters(*text);
   }
   return text;

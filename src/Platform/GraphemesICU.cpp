@@ -1,6 +1,6 @@
-// User-perceived characters. Most text needs no search for boundaries: where two neighbours each belong
-// to the code points that never join, there is one between them (UAX #29, rules GB4, GB5 and GB999).
-// ICU's iterator is asked only about the stretches in between.
+// User-perceived characters. Most text consists of a few kinds of code points for which the boundaries follow
+// from two neighbours (UAX #29, rules GB4, GB5 and GB999), or nearly so. ICU's iterator is asked only about
+// the stretches in between.
 
 #include "Platform/Text.h"
 
@@ -8,10 +8,12 @@
 #include <unicode/utext.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <optional>
 
 #include "Platform/UTF8.h"
 
@@ -19,48 +21,71 @@ namespace tarnwell {
 
 namespace {
 
-/// True for code points of which each is a character of its own between two of the same kind, CR LF
-/// aside. It may be false for others of the kind: that costs time, never a boundary.
-bool standsAlone(char32_t codePoint) {
-  if (codePoint < 0x300) {
-    return codePoint != 0xA9 && codePoint != 0xAE;
+/// What a code point does to its neighbours, as far as this file knows.
+enum class Joining : std::uint8_t {
+  unknown,     // ICU's iterator is asked
+  never,       // a character of its own between two that never join, CR LF aside
+  pictograph,  // the same, but a zero-width joiner ties two of them together (rule GB11)
+  flagLetter,  // two of them make a flag (rules GB12 and GB13)
+  mark,        // joins whatever stands before it, controls excepted (rules GB4 and GB9)
+};
+
+struct Range {
+  char32_t first;
+  char32_t last;
+  Joining joining;
+};
+
+/// What the most common code points are. A range may leave some of its kind out: that costs time, never a
+/// boundary. Pictographs are those of emoji-data.txt with the property Extended_Pictographic.
+constexpr Range ranges[] = {
+    {0x0000, 0x00A8, Joining::never},        {0x00AA, 0x00AD, Joining::never},
+    {0x00AF, 0x02FF, Joining::never},        {0x0300, 0x036F, Joining::mark},
+    {0x0370, 0x0482, Joining::never},                                           // Greek, Cyrillic
+    {0x048A, 0x052F, Joining::never},        {0x2010, 0x2027, Joining::never},  // dashes, quotation marks
+    {0x2600, 0x2605, Joining::pictograph},   {0x2607, 0x2612, Joining::pictograph},
+    {0x2614, 0x2685, Joining::pictograph},   {0x2690, 0x2705, Joining::pictograph},
+    {0x2708, 0x2712, Joining::pictograph},   {0x2763, 0x2767, Joining::pictograph},  // hearts
+    {0x3000, 0x3029, Joining::never},                                                // CJK punctuation
+    {0x3041, 0x3096, Joining::never},                                                // Hiragana
+    {0x3099, 0x309A, Joining::mark},         {0x309B, 0x312F, Joining::never},       // Katakana, Bopomofo
+    {0x3400, 0x4DBF, Joining::never},                                                // Han, extension A
+    {0x4E00, 0x9FFF, Joining::never},                                                // Han
+    {0xFE00, 0xFE0F, Joining::mark},                                                 // variation selectors
+    {0xFF01, 0xFF9D, Joining::never},  // full-width and half-width forms
+    {0x1F1E6, 0x1F1FF, Joining::flagLetter}, {0x1F300, 0x1F3FA, Joining::pictograph},
+    {0x1F3FB, 0x1F3FF, Joining::mark},  // skin tones
+    {0x1F400, 0x1F53D, Joining::pictograph}, {0x1F546, 0x1F64F, Joining::pictograph},
+    {0x1F680, 0x1F6FF, Joining::pictograph}, {0x1F90C, 0x1F93A, Joining::pictograph},
+    {0x1F93C, 0x1F945, Joining::pictograph}, {0x1F947, 0x1F9FF, Joining::pictograph},
+};
+
+/// The ranges laid out, for the code points below 0x20000.
+class JoiningTable {
+ public:
+  constexpr JoiningTable() {
+    for (const Range& range : ranges) {
+      for (char32_t codePoint = range.first; codePoint <= range.last; ++codePoint) {
+        table_[codePoint] = range.joining;
+      }
+    }
   }
-  if (codePoint >= 0x3041 && codePoint <= 0x3096) {
-    return true;  // Hiragana
+
+  constexpr Joining operator()(char32_t codePoint) const {
+    return codePoint < table_.size() ? table_[codePoint] : Joining::unknown;
   }
-  if (codePoint >= 0x309B && codePoint <= 0x312F) {
-    return true;  // Katakana, Bopomofo
-  }
-  if (codePoint >= 0x4E00 && codePoint <= 0x9FFF) {
-    return true;  // Han
-  }
-  if (codePoint >= 0x3000 && codePoint <= 0x3029) {
-    return true;  // CJK punctuation
-  }
-  if (codePoint >= 0xFF01 && codePoint <= 0xFF9D) {
-    return true;  // full-width and half-width forms
-  }
-  if (codePoint >= 0x370 && codePoint <= 0x3FF) {
-    return true;  // Greek
-  }
-  if (codePoint >= 0x400 && codePoint <= 0x482) {
-    return true;  // Cyrillic
-  }
-  if (codePoint >= 0x48A && codePoint <= 0x52F) {
-    return true;
-  }
-  if (codePoint >= 0x2010 && codePoint <= 0x2027) {
-    return true;  // dashes, quotation marks
-  }
-  return codePoint >= 0x3400 && codePoint <= 0x4DBF;  // Han, extension A
-}
+
+ private:
+  std::array<Joining, 0x20000> table_{};
+};
+
+constexpr JoiningTable joiningOf;
+
+/// There is a boundary before each of these, whatever known character ends there.
+bool beginsCharacter(Joining joining) { return joining != Joining::unknown && joining != Joining::mark; }
 
 constexpr char32_t softHyphen = 0xAD;
-
-/// Marks that join whatever stands alone before them, controls excepted (UAX #29, rules GB4 and GB9).
-bool isMark(char32_t codePoint) {
-  return (codePoint >= 0x300 && codePoint <= 0x36F) || codePoint == 0x3099 || codePoint == 0x309A;
-}
+constexpr char32_t zeroWidthJoiner = 0x200D;
 
 struct CloseBreakIterator {
   void operator()(UBreakIterator* iterator) const { ubrk_close(iterator); }
@@ -86,9 +111,9 @@ class CharacterWalk {
     while (position_ < text_.size() && count_ < limit_) {
       const std::size_t before = position_;
       walkOverASCII();
-      walkOverLoners();
+      walkOverKnown();
       if (position_ == before) {
-        walkOverJoining();
+        walkOverUnknown();
       }
     }
   }
@@ -98,9 +123,24 @@ class CharacterWalk {
 
  private:
   void walkOverASCII();
-  void walkOverLoners();
-  void walkOverJoining();
-  bool startsWithTwoLoners(std::size_t position) const;
+  void walkOverKnown();
+  void walkOverUnknown();
+
+  struct CodePoint {
+    std::size_t begin;
+    std::size_t end;
+    char32_t value;
+    Joining joining;
+  };
+  CodePoint codePointAt(std::size_t position) const {
+    std::size_t end = position;
+    const char32_t value = nextCodePoint(text_, end);
+    return {position, end, value, joiningOf(value)};
+  }
+  std::optional<CodePoint> successorOf(const CodePoint& codePoint) const {
+    return codePoint.end < text_.size() ? std::optional(codePointAt(codePoint.end)) : std::nullopt;
+  }
+  bool startsWithTwoKnown(std::size_t position) const;
 
   std::string_view text_;
   std::size_t limit_;
@@ -131,40 +171,48 @@ void CharacterWalk::walkOverASCII() {
   }
 }
 
-/// Code points that stand alone, each with the marks behind it, up to the first that does not.
-void CharacterWalk::walkOverLoners() {
-  std::size_t next = position_;
-  if (next >= text_.size()) {
+/// Characters of known code points, up to the first that has or touches an unknown one.
+void CharacterWalk::walkOverKnown() {
+  if (position_ >= text_.size()) {
     return;
   }
-  char32_t current = nextCodePoint(text_, next);
-  while (count_ < limit_ && standsAlone(current)) {
-    char32_t successor = 0;
-    std::size_t afterSuccessor = next;
-    bool isAtEnd = next == text_.size();
-    while (!isAtEnd) {
-      successor = nextCodePoint(text_, afterSuccessor);
-      if (!isMark(successor) || isControlCharacter(current) || current == softHyphen) {
+  CodePoint current = codePointAt(position_);
+  while (count_ < limit_ && beginsCharacter(current.joining)) {
+    std::optional<CodePoint> successor = successorOf(current);
+    if (successor && current.joining == Joining::flagLetter && successor->joining == Joining::flagLetter) {
+      successor = successorOf(*successor);
+    }
+    const bool takesMarks = !isControlCharacter(current.value) && current.value != softHyphen;
+    while (successor && takesMarks) {
+      if (successor->value == zeroWidthJoiner && current.joining == Joining::pictograph) {
+        successor = successorOf(*successor);
+        if (!successor || successor->joining != Joining::pictograph) {
+          return;
+        }
+      } else if (successor->joining != Joining::mark) {
         break;
       }
-      next = afterSuccessor;
-      isAtEnd = next == text_.size();
+      successor = successorOf(*successor);
     }
-    if (!isAtEnd && (!standsAlone(successor) || (current == '\r' && successor == '\n'))) {
+    if (!successor) {
+      position_ = text_.size();
+      ++count_;
       return;
     }
-    position_ = next;
+    if (!beginsCharacter(successor->joining) || (current.value == '\r' && successor->value == '\n')) {
+      return;
+    }
+    position_ = successor->begin;
     ++count_;
     // A run of ASCII is walked over faster elsewhere.
-    if (isAtEnd || (current < 0x80 && successor < 0x80)) {
+    if (current.value < 0x80 && successor->value < 0x80) {
       return;
     }
-    current = successor;
-    next = afterSuccessor;
+    current = *successor;
   }
 }
 
-void CharacterWalk::walkOverJoining() {
+void CharacterWalk::walkOverUnknown() {
   // An offset of ICU's iterator has 32 bits.
   constexpr std::size_t longestStretch = std::size_t{1} << 30;
   const std::size_t start = position_;
@@ -186,14 +234,16 @@ void CharacterWalk::walkOverJoining() {
       position_ = start + static_cast<std::size_t>(boundary);
     }
     ++count_;
-  } while (count_ < limit_ && position_ - start < length && !startsWithTwoLoners(position_));
+  } while (count_ < limit_ && position_ - start < length && !startsWithTwoKnown(position_));
 }
 
-bool CharacterWalk::startsWithTwoLoners(std::size_t position) const {
-  if (!standsAlone(nextCodePoint(text_, position))) {
+bool CharacterWalk::startsWithTwoKnown(std::size_t position) const {
+  const CodePoint first = codePointAt(position);
+  if (!beginsCharacter(first.joining)) {
     return false;
   }
-  return position == text_.size() || standsAlone(nextCodePoint(text_, position));
+  const std::optional<CodePoint> second = successorOf(first);
+  return !second || beginsCharacter(second->joining);
 }
 
 }  // namespace

@@ -61,9 +61,33 @@ std::string mappedInPieces(std::string_view text, CaseMapping mapping) {
   return mapped;
 }
 
+/// True for scripts and signs that have no lower case, kana and Han above all. It may be false for others of
+/// the kind: that costs time.
+bool isCaseless(char32_t codePoint) {
+  return (codePoint >= 0x3000 && codePoint < 0xA000) ||   // kana, Han and their punctuation
+         (codePoint >= 0x2000 && codePoint < 0x2100) ||   // dashes, quotation marks
+         (codePoint >= 0xFF00 && codePoint <= 0xFF20) ||  // full-width digits and signs
+         (codePoint >= 0xAC00 && codePoint < 0xD7A4) ||   // Hangul
+         (codePoint >= 0x1F000 && codePoint < 0x20000);   // emoji
+}
+
+/// True when the text is well formed and only its ASCII letters can change.
+bool hasLetterCaseInASCIIOnly(std::string_view text) {
+  for (std::size_t position = 0; position < text.size();) {
+    const char32_t codePoint = nextCodePoint(text, position);
+    if (codePoint >= 0x80 && !isCaseless(codePoint)) {
+      return false;
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
 std::string repairedUTF8(std::string_view bytes) {
+  if (lengthOfASCIIRun(bytes, 0) == bytes.size()) {
+    return std::string(bytes);
+  }
   std::string text;
   text.reserve(bytes.size());
   for (std::size_t position = 0; position < bytes.size();) {
@@ -89,7 +113,8 @@ bool isValidUTF8(std::string_view bytes) {
 }
 
 std::string lowercased(std::string_view text) {
-  if (lengthOfASCIIRun(text, 0) < text.size()) {
+  const std::size_t ascii = lengthOfASCIIRun(text, 0);
+  if (!hasLetterCaseInASCIIOnly(text.substr(ascii))) {
     return mappedInPieces(text, ucasemap_utf8ToLower);
   }
   std::string lower(text);

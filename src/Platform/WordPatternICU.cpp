@@ -1,5 +1,6 @@
 #include "Platform/Text.h"
 
+#include <unicode/uchar.h>
 #include <unicode/uregex.h>
 #include <unicode/utext.h>
 
@@ -56,28 +57,71 @@ bool matchesOnlyASCII(std::string_view lowerTerm) {
   });
 }
 
+bool isASCIIWordCharacter(char character) {
+  const char lower = asciiLowercasedByte(character);
+  return (lower >= 'a' && lower <= 'z') || (lower >= '0' && lower <= '9') || lower == '_';
+}
+
+/// True for letters, which are parts of words, unless they are passed over in the search for a boundary (as
+/// the half-width voicing marks are). It may be false for others of the kind: that costs time.
+bool isLetter(char32_t codePoint) {
+  if (codePoint < 0x80) {
+    return isASCIIWordCharacter(static_cast<char>(codePoint));
+  }
+  const auto character = static_cast<UChar32>(codePoint);
+  return u_isalpha(character) != 0 && u_hasBinaryProperty(character, UCHAR_GRAPHEME_EXTEND) == 0;
+}
+
+/// The code point that ends right before `position`.
+char32_t codePointBefore(std::string_view text, std::size_t position) {
+  std::size_t start = position - 1;
+  while (start > 0 && position - start < 4 && (byteAt(text, start) & 0xC0) == 0x80) {
+    --start;
+  }
+  const char32_t codePoint = nextCodePoint(text, start);
+  return start == position ? codePoint : replacementCharacter;
+}
+
+/// True when a letter stands right before or behind the span, which is no word of its own then.
+bool touchesLetter(std::string_view text, std::size_t begin, std::size_t end) {
+  return (begin > 0 && isLetter(codePointBefore(text, begin))) ||
+         (end < text.size() && isLetter(nextCodePoint(text, end)));
+}
+
 }  // namespace
 
 struct WordPattern::Compiled {
   Expression expression;
   std::string lowerTerm;
-  bool onlyASCII = false;
+  /// Only ASCII can match, and the term begins and ends with a part of a word.
+  bool isPlainWord = false;
 
-  /// A cheap look that may say true for too much, never false for a match.
+  /// A cheap look that may say true for too much, never false for a match: most texts do not have the term,
+  /// and most that do have it inside of longer words.
   bool mayBeIn(std::string_view text) const {
-    if (!onlyASCII || lowerTerm.empty()) {
+    if (!isPlainWord) {
       return true;
     }
     const auto sameLetter = [](char left, char right) { return asciiLowercasedByte(left) == right; };
-    return std::search(text.begin(), text.end(), lowerTerm.begin(), lowerTerm.end(), sameLetter) !=
-           text.end();
+    for (auto from = text.begin();; ++from) {
+      from = std::search(from, text.end(), lowerTerm.begin(), lowerTerm.end(), sameLetter);
+      if (from == text.end()) {
+        return false;
+      }
+      const auto begin = static_cast<std::size_t>(from - text.begin());
+      if (!touchesLetter(text, begin, begin + lowerTerm.size())) {
+        return true;
+      }
+    }
   }
 };
 
 WordPattern::WordPattern(std::string_view term) : compiled_(std::make_unique<Compiled>()) {
   compiled_->expression = compiled("\\b" + escaped(term) + "\\b");
   std::ranges::transform(term, std::back_inserter(compiled_->lowerTerm), asciiLowercasedByte);
-  compiled_->onlyASCII = matchesOnlyASCII(compiled_->lowerTerm);
+  const std::string_view lowerTerm = compiled_->lowerTerm;
+  compiled_->isPlainWord = matchesOnlyASCII(lowerTerm) && !lowerTerm.empty() &&
+                           isASCIIWordCharacter(lowerTerm.front()) && isASCIIWordCharacter(lowerTerm.back());
 }
 
 WordPattern::~WordPattern() = default;

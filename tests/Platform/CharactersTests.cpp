@@ -101,19 +101,20 @@ INSTANTIATE_TEST_SUITE_P(
     rowName);
 
 /// Pieces whose neighbourhoods are the interesting ones.
-const std::string_view pieces[] = {"a",          "b",        "\r",         "\n",         "\r\n",
-                                   "        ",   "abcdefgh", "01234567",   "\u0301",     "\u3099",
-                                   "\uFF9E",     "\u200D",   "\uFE0F",     "\u20E3",     "\u00A9",
-                                   "\u00AD",     "\u200B",   "\u0600",     "日",         "ひ",
-                                   "カ",         "ﾊ",        "　",         "、",         "〰",
-                                   "〽",         "\u302A",   "한",         "\u1112",     "\u1161",
-                                   "\u11AB",     "नि",       "क्ष",         "\u094D",     "क",
-                                   "ำ",          "ก",        "\U0001F468", "\U0001F469", "\U0001F3FD",
-                                   "🇯",          "🇵",        "❤",          "é",          "ß",
-                                   "Ж",          "\u0483",   "ω",          "—",          "‼",
-                                   "⁉",          "\xFF",     "\xE3\x81",   "\xC3",       "\xED\xA0\x80",
-                                   "𠮷",         "\0",       "\u0085",     "\u2028",     "葛\U000E0100",
-                                   "\U000E0001", "\u0E33",   "\uFEFF",     "\uFFFD"};
+const std::string_view pieces[] = {"a",          "b",          "\r",         "\n",         "\r\n",
+                                   "        ",   "abcdefgh",   "01234567",   "\u0301",     "\u3099",
+                                   "\uFF9E",     "\u200D",     "\uFE0F",     "\u20E3",     "\u00A9",
+                                   "\u00AD",     "\u200B",     "\u0600",     "日",         "ひ",
+                                   "カ",         "ﾊ",          "　",         "、",         "〰",
+                                   "〽",         "\u302A",     "한",         "\u1112",     "\u1161",
+                                   "\u11AB",     "नि",         "क्ष",         "\u094D",     "क",
+                                   "ำ",          "ก",          "\U0001F468", "\U0001F469", "\U0001F3FD",
+                                   "🇯",          "🇵",          "❤",          "é",          "ß",
+                                   "Ж",          "\u0483",     "ω",          "—",          "‼",
+                                   "⁉",          "\xFF",       "\xE3\x81",   "\xC3",       "\xED\xA0\x80",
+                                   "𠮷",         "\0",         "\u0085",     "\u2028",     "葛\U000E0100",
+                                   "\U000E0001", "\u0E33",     "\uFEFF",     "\uFFFD",     "\U0001F431",
+                                   "\u2640",     "\U0001F3F4", "\U000E0067", "\U0001F1E6", "\u2615"};
 
 TEST(Characters, randomTextsHaveTheBoundariesOfICU) {
   constexpr unsigned startValue = 20250611;
@@ -134,7 +135,7 @@ TEST(Characters, randomTextsHaveTheBoundariesOfICU) {
   }
 }
 
-TEST(Characters, everyCodePointBesideALetterAndBesideKanaHasTheBoundariesOfICU) {
+TEST(Characters, everyCodePointBesideALetterKanaPictographsAndFlagsHasTheBoundariesOfICU) {
   for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
     if (codePoint == 0xD800) {
       codePoint = 0xE000;
@@ -147,7 +148,15 @@ TEST(Characters, everyCodePointBesideALetterAndBesideKanaHasTheBoundariesOfICU) 
     text += "ひ";
     appendCodePoint(text, codePoint);
     appendCodePoint(text, codePoint);
-    text += "z";
+    text += "z\U0001F431";
+    appendCodePoint(text, codePoint);
+    text += "\u200D";
+    appendCodePoint(text, codePoint);
+    text += "\U0001F431\u200D";
+    appendCodePoint(text, codePoint);
+    text += "\U0001F1E6";
+    appendCodePoint(text, codePoint);
+    text += "\U0001F1E6\U0001F1E6";
     ASSERT_EQ(characterCount(text), boundariesByICU(text).size())
         << "U+" << std::hex << std::uint32_t{codePoint};
   }

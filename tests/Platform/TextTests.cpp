@@ -1,7 +1,12 @@
 #include "Platform/Text.h"
 
+#include <unicode/locid.h>
+#include <unicode/regex.h>
 #include <unicode/uchar.h>
+#include <unicode/unistr.h>
 #include <unicode/ustring.h>
+
+#include <memory>
 
 #include "Platform/UTF8.h"
 #include "support/RowName.h"
@@ -152,7 +157,12 @@ INSTANTIATE_TEST_SUITE_P(
         WordRow{"backslash", "a\\d", "a\\d", true}, WordRow{"quoteMarker", "a\\Eb", "a\\Eb", true},
         WordRow{"space", "one time", "one time", true}, WordRow{"japaneseTerm", "認証", "二要素認証", false},
         WordRow{"japaneseTermAlone", "認証", "「認証」", true},
-        WordRow{"invalidBytesBeside", "otp", "\xFFotp\xFF", true}),
+        WordRow{"invalidBytesBeside", "otp", "\xFFotp\xFF", true},
+        WordRow{"voicingMarkBeforeIsPassedOver", "otp", "\uFF9Eotp", true},
+        WordRow{"voicingMarkBehindJoins", "otp", "otp\uFF9E", false},
+        WordRow{"letterBeforeAMark", "otp", "a\u0301otp", false},
+        WordRow{"strayContinuationBefore", "otp", "a\x80otp", true},
+        WordRow{"onlyTheLastIsAWord", "otp", "日otp otps 日otp otp", true}),
     rowName);
 
 TEST(WordPattern, onlyTheKnownLettersFoldToASCII) {
@@ -177,6 +187,49 @@ TEST(WordPattern, onlyTheKnownLettersFoldToASCII) {
     }
   }
   EXPECT_EQ(found, U"\u00DF\u017F\u1E9E\u212A\uFB00\uFB01\uFB02\uFB03\uFB04\uFB05\uFB06");
+}
+
+/// A word pattern without any quick look before the search.
+bool isFoundByICU(const std::string& text) {
+  UErrorCode status = U_ZERO_ERROR;
+  static const std::unique_ptr<icu::RegexPattern> pattern(
+      icu::RegexPattern::compile("\\botp\\b", UREGEX_CASE_INSENSITIVE, status));
+  const icu::UnicodeString wide = icu::UnicodeString::fromUTF8(text);
+  const std::unique_ptr<icu::RegexMatcher> matcher(pattern->matcher(wide, status));
+  return matcher->find() != 0;
+}
+
+TEST(WordPattern, everyCodePointBesideATermHasTheBoundariesOfICU) {
+  const WordPattern pattern("otp");
+  for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
+    if (codePoint == 0xD800) {
+      codePoint = 0xE000;
+    }
+    if (codePoint > 0x30000 && codePoint < 0xE0000 && codePoint % 64 != 0) {
+      continue;  // unassigned planes
+    }
+    std::string character;
+    appendCodePoint(character, codePoint);
+    for (const std::string& text : {character + "otp", "OTP" + character, "a" + character + "otp"}) {
+      ASSERT_EQ(pattern.isFoundIn(text), isFoundByICU(text)) << "U+" << std::hex << std::uint32_t{codePoint};
+    }
+  }
+}
+
+TEST(Text, everyCodePointHasTheLowerCaseOfICU) {
+  for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
+    if (codePoint == 0xD800) {
+      codePoint = 0xE000;
+    }
+    if (codePoint > 0x30000 && codePoint < 0xE0000 && codePoint % 64 != 0) {
+      continue;  // unassigned planes
+    }
+    std::string text = "A日";
+    appendCodePoint(text, codePoint);
+    std::string expected;
+    icu::UnicodeString::fromUTF8(text).toLower(icu::Locale::getRoot()).toUTF8String(expected);
+    ASSERT_EQ(lowercased(text), expected) << "U+" << std::hex << std::uint32_t{codePoint};
+  }
 }
 
 TEST(WordPattern, movedFromIsFoundNowhere) {

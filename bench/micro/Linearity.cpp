@@ -1,0 +1,256 @@
+// linearity [LARGEST [READER]]: reads every shape of input at 1 MB, 2 MB and so on up to LARGEST MB (64
+// unless given; a reader whose input is bounded, up to its bound), and prints for each reader what the worst
+// doubling of an input cost. READER chooses those whose names begin so. The status is 1 when a doubling
+// cost 2.3 times as much or more.
+//
+// Two kinds of doublings are shown but not judged, since they tell about the memory and not about the reader:
+// those up to 8 MB, where an input and what is made of it outgrow the caches of the processor one after the
+// other (of a reader whose input is bounded, all are judged), and those of readings faster than 500 MB/s,
+// which work that grows with the square could not be at such sizes.
+//
+// Noise only ever makes a run slower, so that the fastest of several runs counts, and a doubling that looks
+// too dear is measured again.
+
+#include <malloc.h>
+#include <time.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+
+#include "Core/AppLogger.h"
+#include "MailInputs.h"
+#include "Shapes.h"
+
+namespace tarnwell::bench {
+
+void addRepeated(std::vector<Shape>& shapes, const std::string& reader,
+                 const std::vector<std::string_view>& fragments,
+                 const std::function<std::size_t(std::string_view)>& read) {
+  for (const std::string_view fragment : fragments) {
+    shapes.push_back({.reader = reader,
+                      .name = std::string(fragment) + "…",
+                      .input = [fragment](std::size_t size) { return repeated(fragment, size); },
+                      .read = read});
+  }
+}
+
+namespace {
+
+constexpr double dearest = 2.3;
+constexpr std::size_t megabyte = 1'000'000;
+constexpr std::size_t beyondCaches = 8 * megabyte;
+constexpr double fasterThanAnySquare = 500;  // megabytes a second
+
+double processorSeconds() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+volatile std::size_t sink;
+
+/// The fastest of several runs; of an input beyond the caches one run, unless it is measured again. Short
+/// ones are repeated until the clock can tell them.
+double secondsToRead(const Shape& shape, std::string_view input) {
+  constexpr double shortestBatch = 2e-3;
+  constexpr double enough = 0.05;
+  constexpr int fewestBatches = 2;
+  std::size_t rounds = 1;
+  double fastest = std::numeric_limits<double>::infinity();
+  double spent = 0;
+  for (int batch = 0; batch < fewestBatches || spent < enough;) {
+    const double start = processorSeconds();
+    for (std::size_t round = 0; round < rounds; ++round) {
+      sink = shape.read(input);
+    }
+    const double seconds = processorSeconds() - start;
+    spent += seconds;
+    if (seconds < shortestBatch) {
+      rounds *= 2;
+      continue;
+    }
+    fastest = std::min(fastest, seconds / static_cast<double>(rounds));
+    ++batch;
+  }
+  return fastest;
+}
+
+struct Doubling {
+  double ratio = 0;
+  std::size_t to = 0;  // bytes
+};
+
+struct Result {
+  Doubling worst;                 // of those that are judged
+  Doubling worstOfOthers;         // of the others
+  std::size_t largest = 0;        // bytes
+  double megabytesPerSecond = 0;  // at the largest size
+};
+
+/// Reads the shape at one size and at the one before it until the doubling is not too dear, or is after all.
+Doubling measureDoubling(const Shape& shape, std::size_t size, double& secondsBefore, double& seconds) {
+  constexpr int attempts = 4;
+  const std::string input = shape.input(size);
+  seconds = secondsToRead(shape, input);
+  for (int attempt = 1; attempt < attempts && seconds >= dearest * secondsBefore; ++attempt) {
+    // The smaller input is made anew: some shapes leave it in a file.
+    const std::string before = shape.input(size / 2);
+    secondsBefore = std::min(secondsBefore, secondsToRead(shape, before));
+    const std::string again = shape.input(size);
+    seconds = std::min(seconds, secondsToRead(shape, again));
+  }
+  return {.ratio = seconds / secondsBefore, .to = size};
+}
+
+Result measure(const Shape& shape, std::size_t largestAllowed) {
+  constexpr std::size_t doublings = 4;
+  const bool isBounded = shape.longest != 0;
+  std::size_t size = isBounded ? shape.longest >> doublings : megabyte;
+  const std::size_t largest = isBounded ? shape.longest : largestAllowed;
+  double seconds = secondsToRead(shape, shape.input(size));
+  Result result;
+  for (; size * 2 <= largest; size *= 2) {
+    double secondsOfDouble = 0;
+    const Doubling doubling = measureDoubling(shape, size * 2, seconds, secondsOfDouble);
+    const double speed = static_cast<double>(doubling.to) / secondsOfDouble / 1e6;
+    const bool isJudged = (isBounded || doubling.to > beyondCaches) && speed < fasterThanAnySquare;
+    Doubling& worst = isJudged ? result.worst : result.worstOfOthers;
+    if (doubling.ratio > worst.ratio) {
+      worst = doubling;
+    }
+    seconds = secondsOfDouble;
+  }
+  result.largest = size;
+  result.megabytesPerSecond = static_cast<double>(size) / seconds / 1e6;
+  return result;
+}
+
+std::string sizeText(std::size_t bytes) {
+  return bytes >= megabyte ? std::to_string(bytes / megabyte) + " MB" : std::to_string(bytes / 1000) + " kB";
+}
+
+/// Nothing for a doubling that was not measured.
+std::string ratioText(double ratio) {
+  char text[16] = "";
+  if (ratio > 0) {
+    std::snprintf(text, sizeof text, "%.2f", ratio);
+  }
+  return text;
+}
+
+/// What a table can show of a shape: one short line without its column sign.
+std::string printable(std::string_view name) {
+  constexpr std::size_t longest = 60;
+  constexpr std::string_view ellipsis = "…";
+  std::string text;
+  for (std::size_t position = 0; position < name.size() && text.size() < longest;) {
+    const char byte = name[position];
+    char escaped[8];
+    std::snprintf(escaped, sizeof escaped, "\\x%02X", static_cast<unsigned char>(byte));
+    const bool isPlain = byte > 0x1F && byte < 0x7F && byte != '|' && byte != '`';
+    const bool isEllipsis = name.substr(position).starts_with(ellipsis);
+    text += isEllipsis ? std::string(ellipsis) : isPlain ? std::string(1, byte) : std::string(escaped);
+    position += isEllipsis ? ellipsis.size() : 1;
+  }
+  return text.size() < longest ? text : text + "...";
+}
+
+std::string quoted(std::string_view name) {
+  return std::string(1, '`').append(printable(name)).append(1, '`');
+}
+
+struct Row {
+  std::string reader;
+  std::size_t shapes = 0;
+  std::size_t largest = 0;
+  double slowest = std::numeric_limits<double>::infinity();  // megabytes a second
+  Doubling worst = {};
+  double worstOfOthers = 0;
+  std::string worstShape = {};
+};
+
+void take(std::vector<Row>& rows, const Shape& shape, const Result& result) {
+  if (rows.empty() || rows.back().reader != shape.reader) {
+    rows.push_back({.reader = shape.reader});
+  }
+  Row& row = rows.back();
+  ++row.shapes;
+  row.largest = std::max(row.largest, result.largest);
+  row.slowest = std::min(row.slowest, result.megabytesPerSecond);
+  row.worstOfOthers = std::max(row.worstOfOthers, result.worstOfOthers.ratio);
+  if (result.worst.ratio > row.worst.ratio) {
+    row.worst = result.worst;
+    row.worstShape = shape.name;
+  }
+}
+
+int printTable(const std::vector<Row>& rows) {
+  int tooDear = 0;
+  std::printf("| Reader | Shapes | Up to | Slowest shape | Worst doubling | to | its input | not judged |\n");
+  std::printf("|---|---:|---:|---:|---:|---:|---|---:|\n");
+  for (const Row& row : rows) {
+    tooDear += row.worst.ratio >= dearest ? 1 : 0;
+    const bool isJudged = row.worst.ratio > 0;
+    std::printf("| %s | %zu | %s | %.0f MB/s | %s | %s | %s | %s |\n", row.reader.c_str(), row.shapes,
+                sizeText(row.largest).c_str(), row.slowest, ratioText(row.worst.ratio).c_str(),
+                isJudged ? sizeText(row.worst.to).c_str() : "",
+                isJudged ? quoted(row.worstShape).c_str() : "", ratioText(row.worstOfOthers).c_str());
+  }
+  return tooDear;
+}
+
+std::vector<Shape> allShapes() {
+  std::vector<Shape> shapes;
+  addResponseShapes(shapes);
+  addTextShapes(shapes);
+  addMessageShapes(shapes);
+  addCoreShapes(shapes);
+  // One row for a reader, in the order in which the readers were added.
+  std::vector<std::string> readers;
+  for (const Shape& shape : shapes) {
+    if (std::ranges::find(readers, shape.reader) == readers.end()) {
+      readers.push_back(shape.reader);
+    }
+  }
+  std::ranges::stable_sort(shapes, {}, [&readers](const Shape& shape) {
+    return std::ranges::find(readers, shape.reader) - readers.begin();
+  });
+  return shapes;
+}
+
+int run(std::size_t largest, std::string_view chosen) {
+  // The readers are to be measured, not the kernel's handing out of fresh pages: memory is kept.
+  mallopt(M_MMAP_MAX, 0);
+  mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+  // A broken settings file is an entry of the log; nobody listens there.
+  static const SystemLog nowhere("linearity", "/nowhere/tarnwell-linearity");
+  AppLogger::replaceSystemLog(nowhere);
+
+  std::vector<Row> rows;
+  for (const Shape& shape : allShapes()) {
+    if (!shape.reader.starts_with(chosen)) {
+      continue;
+    }
+    const Result result = measure(shape, largest);
+    take(rows, shape, result);
+    std::fprintf(stderr, "%-34s %5.2f %5.2f %6.0f MB/s  %s\n", shape.reader.c_str(), result.worst.ratio,
+                 result.worstOfOthers.ratio, result.megabytesPerSecond, printable(shape.name).c_str());
+  }
+  return printTable(rows) == 0 ? 0 : 1;
+}
+
+}  // namespace
+
+}  // namespace tarnwell::bench
+
+int main(int argumentCount, char** arguments) {
+  constexpr std::size_t usualLargest = 64;
+  const std::size_t largest = argumentCount > 1 ? std::strtoul(arguments[1], nullptr, 10) : usualLargest;
+  if (largest < 16) {
+    std::fprintf(stderr, "usage: linearity [LARGEST [READER]], LARGEST in MB and at least 16\n");
+    return 2;
+  }
+  return tarnwell::bench::run(largest * tarnwell::bench::megabyte, argumentCount > 2 ? arguments[2] : "");
+}

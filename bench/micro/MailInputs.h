@@ -1,0 +1,44 @@
+#pragma once
+
+/// Mail made up for the measurements: the same bytes in every run, in the shapes that real mail has.
+///
+///     std::string page = newsletter(1'000'000);  // HTML of at least a million bytes
+///
+/// Sizes are in bytes and are reached, not met: a text ends with the sentence or block that reaches them.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnwell::bench {
+
+enum class Script { latin, japanese, emoji, latinWithEmoji };
+
+/// Sentences and paragraphs.
+std::string prose(Script script, std::size_t size);
+
+/// An HTML newsletter: a head with styles and a script, then blocks of nested tables with inline styles,
+/// long tracking links, images, short sentences and character references.
+std::string newsletter(std::size_t size);
+
+/// The lines that answer a UID FETCH of flags, date, envelope and body structure, one for each message:
+/// plain messages, alternatives, and messages with attachments; a third have encoded subjects.
+std::vector<std::string> fetchResponses(std::size_t count);
+
+/// Subjects and names as they stand in headers: most have encoded words, B and Q, UTF-8 and ISO-2022-JP.
+std::vector<std::string> headerFields(std::size_t count);
+
+/// Base64 in lines of 76 columns (RFC 2045, section 6.8).
+std::string base64Lines(std::string_view bytes);
+
+/// Quoted-printable in lines of at most 76 columns (RFC 2045, section 6.7).
+std::string quotedPrintableLines(std::string_view text);
+
+/// Bytes without a pattern, as in a compressed attachment.
+std::string randomBytes(std::size_t size);
+
+/// The fragment over and over, cut to `size` bytes.
+std::string repeated(std::string_view fragment, std::size_t size);
+
+}  // namespace tarnwell::bench

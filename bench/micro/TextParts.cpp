@@ -1,0 +1,87 @@
+#include <gmime/gmime.h>
+
+#include <limits>
+#include <memory>
+
+#include "IMAP/TextDecoding.h"
+#include "MailInputs.h"
+#include "Parts.h"
+
+namespace tarnwell::bench {
+
+namespace {
+
+struct Free {
+  void operator()(char* text) const { g_free(text); }
+};
+
+std::size_t sizeOf(const std::vector<std::string>& fields) {
+  std::size_t size = 0;
+  for (const std::string& field : fields) {
+    size += field.size();
+  }
+  return size;
+}
+
+std::size_t decodeFields(const std::vector<std::string>& fields) {
+  std::size_t size = 0;
+  for (const std::string& field : fields) {
+    size += IMAPParser::decodeRFC2047(field)->size();
+  }
+  return size;
+}
+
+std::size_t decodeFieldsByGMime(const std::vector<std::string>& fields) {
+  std::size_t size = 0;
+  for (const std::string& field : fields) {
+    const std::unique_ptr<char, Free> text(g_mime_utils_header_decode_text(nullptr, field.c_str()));
+    size += std::string_view(text.get()).size();
+  }
+  return size;
+}
+
+void addPreview(std::vector<Part>& parts, const std::string& name, const std::string& text) {
+  constexpr std::int64_t previewLength = 200;
+  parts.push_back({.name = "preview of 200 characters, 1 MB of " + name,
+                   .bytes = text.size(),
+                   .work = [text] { return IMAPParser::snippet(text, previewLength).text.size(); }});
+  parts.push_back(
+      {.name = "all of the text collapsed, 1 MB of " + name, .bytes = text.size(), .work = [text] {
+         return IMAPParser::snippet(text, std::numeric_limits<std::int64_t>::max()).text.size();
+       }});
+}
+
+}  // namespace
+
+void addTextParts(std::vector<Part>& parts) {
+  constexpr std::size_t size = 1'000'000;
+  const std::vector<std::string> fields = headerFields(1000);
+  parts.push_back({.name = "encoded words, 1,000 header fields",
+                   .bytes = sizeOf(fields),
+                   .goal = {.fasterThan = {"encoded words, GMime"}},
+                   .work = [fields] { return decodeFields(fields); }});
+  parts.push_back({.name = "encoded words, GMime", .bytes = sizeOf(fields), .work = [fields] {
+                     return decodeFieldsByGMime(fields);
+                   }});
+
+  for (const std::size_t length : {std::size_t{50'000}, size}) {
+    const std::string html = newsletter(length);
+    parts.push_back({.name = "htmlToText, newsletter of " + std::to_string(length / 1000) + " kB",
+                     .bytes = html.size(),
+                     .goal = {.megabytesPerSecond = 300},
+                     .work = [html] { return IMAPParser::htmlToText(html).size(); }});
+  }
+
+  const std::string dense =
+      repeated("<tr><td><b>Ferry</b></td><td>6:10</td><td><i>daily</i></td></tr>\r\n", size);
+  parts.push_back({.name = "htmlToText, a table of short cells", .bytes = dense.size(), .work = [dense] {
+                     return IMAPParser::htmlToText(dense).size();
+                   }});
+
+  const std::string html = newsletter(size);
+  addPreview(parts, "newsletter text", IMAPParser::htmlToText(html));
+  addPreview(parts, "Latin text", prose(Script::latin, size));
+  addPreview(parts, "Japanese text", prose(Script::japanese, size));
+}
+
+}  // namespace tarnwell::bench
