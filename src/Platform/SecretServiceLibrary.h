@@ -2,7 +2,7 @@
 
 /// libsecret, loaded when the first secret is asked for. With GLib, which comes along, it would be more than
 /// half of the program's start-up and a quarter of its memory, and a client may talk to it for long without
-/// opening a mailbox. Linux only; included by source files alone, since it brings the headers of both with it.
+/// opening a mailbox. Linux only; included by source files alone, since it brings the headers of both along.
 ///
 /// Within the namespace the names below mean pointers that hide the functions of the same name, so that calls
 /// and the libraries' macros read as always. A function that is used and not listed does not link.
