@@ -140,8 +140,8 @@ TEST(Characters, everyCodePointBesideALetterKanaPictographsAndFlagsHasTheBoundar
     if (codePoint == 0xD800) {
       codePoint = 0xE000;
     }
-    if (codePoint > 0x30000 && codePoint < 0xE0000 && codePoint % 64 != 0) {
-      continue;  // unassigned planes
+    if (codePoint > 0x20000 && (codePoint < 0xE0000 || codePoint > 0xF0000) && codePoint % 64 != 0) {
+      continue;  // planes of Han, unassigned or for private use
     }
     std::string text = "a";
     appendCodePoint(text, codePoint);
