@@ -42,6 +42,7 @@ void findSessionBus() {
 void prepareProcess() {
   openMissingStandardStreams();
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   findSessionBus();
 }
 
