@@ -5,6 +5,11 @@ namespace tarnwell::test {
 std::vector<AttackGroup> attackTable() {
   return {
       {"Peer", "Who answers", peerAttacks()},
+      {"Client", "The MCP client", clientAttacks()},
+      {"Settings", "The settings file", settingsAttacks()},
+      {"Saving", "Saving the settings", savingAttacks()},
+      {"Secrets", "The secret store", secretAttacks()},
+      {"Password", "Looking for the password", passwordAttacks()},
   };
 }
 

@@ -38,5 +38,10 @@ struct AttackGroup {
 std::vector<AttackGroup> attackTable();
 
 std::vector<Attack> peerAttacks();
+std::vector<Attack> clientAttacks();
+std::vector<Attack> settingsAttacks();
+std::vector<Attack> savingAttacks();
+std::vector<Attack> secretAttacks();
+std::vector<Attack> passwordAttacks();
 
 }  // namespace tarnwell::test

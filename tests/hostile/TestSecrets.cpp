@@ -1,13 +1,9 @@
 #include "hostile/TestSecrets.h"
 
-#include "integration/FakeSecretService.h"
 #include "support/FakeIMAPServer.h"
 
 namespace tarnwell::test {
 
-namespace {
-
-/// The password as GVariant writes bytes.
 std::string byteList(std::string_view text) {
   std::string list;
   for (const char byte : text) {
@@ -16,18 +12,20 @@ std::string byteList(std::string_view text) {
   return "[" + list + "]";
 }
 
-FakeSecretService::Answers onePassword() {
+FakeSecretService::Answers passwordAnswers(std::string_view password) {
   FakeSecretService::Answers answers = FakeSecretService::oneItem();
   answers["GetAll /collection/item"] =
       std::string("({'Attributes': <{'service': 'app.tarnwell.Tarnwell', 'account': '") + testEmail +
       "'}>, 'Label': <'Tarnwell'>, 'Locked': <false>, 'Created': <uint64 1>, 'Modified': <uint64 1>},)";
-  answers["GetSecret"] = "((objectpath '/session', @ay [], " + byteList(testPassword) + ", 'text/plain'),)";
+  answers["GetSecret"] = "((objectpath '/session', @ay [], " + byteList(password) + ", 'text/plain'),)";
   return answers;
 }
 
+namespace {
+
 struct SecretsOnABus {
   PrivateBus bus;
-  FakeSecretService service{bus, onePassword()};
+  FakeSecretService service{bus, passwordAnswers(testPassword)};
 };
 
 }  // namespace
