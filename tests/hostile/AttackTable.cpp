@@ -5,6 +5,9 @@ namespace tarnwell::test {
 std::vector<AttackGroup> attackTable() {
   return {
       {"Peer", "Who answers", peerAttacks()},
+      {"Greeting", "The greeting", greetingAttacks()},
+      {"Closing", "The connection ends", closingAttacks()},
+      {"Silence", "The server falls silent", silenceAttacks()},
       {"Client", "The MCP client", clientAttacks()},
       {"Settings", "The settings file", settingsAttacks()},
       {"Saving", "Saving the settings", savingAttacks()},

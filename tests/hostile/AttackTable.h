@@ -38,6 +38,9 @@ struct AttackGroup {
 std::vector<AttackGroup> attackTable();
 
 std::vector<Attack> peerAttacks();
+std::vector<Attack> greetingAttacks();
+std::vector<Attack> closingAttacks();
+std::vector<Attack> silenceAttacks();
 std::vector<Attack> clientAttacks();
 std::vector<Attack> settingsAttacks();
 std::vector<Attack> savingAttacks();

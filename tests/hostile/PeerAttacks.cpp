@@ -39,6 +39,19 @@ std::vector<Attack> peerAttacks() {
        .options = {.certificate = {.selfSigned = true}},
        .error = untrusted("self-signed certificate"),
        .isBrokenOff = true},
+      {.name = "outdatedTLS",
+       .attack = "a server that speaks TLS 1.1 at most",
+       .outcome = "says that TLS failed; no login is sent",
+       .options = {.maximumTLSVersion = TLS1_1_VERSION},
+       .error = refusal("TLS failed (tlsv1 alert protocol version (SSL routines))"),
+       .isBrokenOff = true},
+      {.name = "noTLS",
+       .attack = "a server without TLS, which greets in plain text",
+       .outcome = "says that TLS failed; no login is sent",
+       .dialogue = {answer("* OK ready\r\n")},
+       .options = {.plainText = true},
+       .error = refusal("TLS failed (wrong version number (SSL routines))"),
+       .isBrokenOff = true},
   });
 }
 

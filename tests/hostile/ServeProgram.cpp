@@ -77,10 +77,12 @@ std::filesystem::path Home::settingsFile() const {
 }
 
 void Home::useServer(std::uint16_t port, std::string_view host) {
-  const JSONValue settings = JSONObject{{"email", testEmail},
-                                        {"imapHost", host},
-                                        {"imapPort", port},
-                                        {"safety", JSONObject{{"readOnly", false}, {"allowTrash", true}}}};
+  const JSONValue settings = JSONObject{
+      {"email", testEmail},
+      {"imapHost", host},
+      {"imapPort", port},
+      {"safety",
+       JSONObject{{"readOnly", false}, {"allowTrash", true}, {"allowCopyMoveFallback", isFallbackAllowed_}}}};
   writeSettings(settings.serialized());
 }
 

@@ -42,6 +42,8 @@ class Home {
 
   /// Settings that allow every write, for the server at this port of the host. Read by the next tool call.
   void useServer(std::uint16_t port, std::string_view host = "localhost");
+  /// From the next `useServer` on, the settings let COPY and a flag stand in for a rejected MOVE.
+  void allowFallback() { isFallbackAllowed_ = true; }
   /// Any bytes as the settings file.
   void writeSettings(std::string_view bytes) const;
   void removeSettings() const;
@@ -57,6 +59,7 @@ class Home {
 
  private:
   TemporaryDirectory directory_;
+  bool isFallbackAllowed_ = false;
 };
 
 /// What a tool call gave.

@@ -1,0 +1,172 @@
+#include "hostile/Sessions.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace tarnwell::test {
+
+namespace {
+
+constexpr const char* folderLines =
+    "* LIST () \"/\" INBOX\r\n"
+    "* LIST () \"/\" Archive\r\n"
+    "* LIST (\\Trash) \"/\" \"Deleted Messages\"\r\n";
+
+constexpr const char* bodyLine = "* 1 FETCH (UID 7 BODY[1] {12}\r\nSee you at 1)\r\n";
+
+std::string taggedOK(const std::string& tag) { return tag + " OK done\r\n"; }
+
+void readMessage(Session& session) {
+  session.then("FETCH", "UID FETCH 7 (UID FLAGS INTERNALDATE ENVELOPE BODYSTRUCTURE)", summaryLine());
+}
+
+void readBody(Session& session) { session.then("BODY", "UID FETCH 7 (BODY.PEEK[1])", bodyLine); }
+
+}  // namespace
+
+std::string summaryLine() {
+  return "* 1 FETCH (UID 7 FLAGS (\\Recent) INTERNALDATE \"01-Feb-2024 10:00:00 +0000\" ENVELOPE "
+         "(\"Thu, 1 Feb 2024 10:00:00 +0000\" \"Lunch\" ((\"Ann\" NIL \"ann\" \"example.org\")) NIL NIL NIL "
+         "NIL "
+         "NIL NIL \"<1@example.org>\") BODYSTRUCTURE (\"TEXT\" \"PLAIN\" (\"CHARSET\" \"UTF-8\") NIL NIL "
+         "\"7BIT\" 12 1))\r\n";
+}
+
+Session::Session(std::string toolName, JSONObject toolArguments, const std::string& select)
+    : tool(std::move(toolName)), arguments(std::move(toolArguments)) {
+  exchanges.push_back({"greeting", "", "* OK ready\r\n"});
+  then("LOGIN", "LOGIN \"user@example.org\" \"app-pass-word\"");
+  then("CAPABILITY", "CAPABILITY", "* CAPABILITY IMAP4rev1 UIDPLUS MOVE\r\n");
+  then(select, select + " INBOX");
+}
+
+std::string Session::tag(std::size_t number) const {
+  std::string digits = std::to_string(number);
+  return "A" + std::string(4 - std::min<std::size_t>(digits.size(), 4), '0') + digits;
+}
+
+Session& Session::then(const std::string& name, const std::string& command, const std::string& untagged) {
+  const std::string ownTag = tag(++commands_);
+  exchanges.push_back({name, ownTag + " " + command + "\r\n", untagged + taggedOK(ownTag)});
+  return *this;
+}
+
+Session& Session::thenLiteral(const std::string& name, const std::string& piece) {
+  const bool isBegin = piece.starts_with("UID ");
+  exchanges.push_back({name, (isBegin ? tag(++commands_) + " " : "") + piece + "\r\n", "+ go\r\n"});
+  return *this;
+}
+
+Session& Session::thenRest(const std::string& name, const std::string& rest, const std::string& untagged) {
+  exchanges.push_back({name, rest + "\r\n", untagged + taggedOK(tag(commands_))});
+  return *this;
+}
+
+Session Session::answering(const std::string& name, const std::string& answer) const {
+  Session changed = *this;
+  Exchange& exchange = changed.exchanges[position(name)];
+  exchange.answer = answer;
+  const std::string ownTag = exchange.command.substr(0, 5);
+  for (std::size_t mark = 0; (mark = exchange.answer.find("TAG", mark)) != std::string::npos;) {
+    exchange.answer.replace(mark, 3, ownTag);
+  }
+  return changed;
+}
+
+std::size_t Session::position(std::string_view name) const {
+  const auto found = std::ranges::find(exchanges, name, &Exchange::name);
+  if (found == exchanges.end()) {
+    throw std::logic_error("the session has no exchange of that name");
+  }
+  return static_cast<std::size_t>(found - exchanges.begin());
+}
+
+Dialogue honest(const Session& session) {
+  Dialogue dialogue;
+  for (const Exchange& exchange : session.exchanges) {
+    dialogue.push_back(expect(exchange.command));
+    dialogue.push_back(answer(exchange.answer));
+  }
+  return dialogue;
+}
+
+Dialogue brokenAt(const Session& session, std::size_t position, const Step& fault,
+                  const std::string& answerBegin) {
+  Dialogue dialogue = honest(session);
+  dialogue.resize(2 * position + 1, closeHere());
+  dialogue.push_back(answer(answerBegin));
+  dialogue.push_back(fault);
+  return dialogue;
+}
+
+Session listSession() {
+  return Session("list_folders", {}).then("LIST", "LIST \"\" \"*\"", folderLines).then("LOGOUT", "LOGOUT");
+}
+
+Session searchSession() {
+  Session session("search_inbox", {{"from", "a"}, {"subject", "b"}, {"query", "lunch"}});
+  session.thenLiteral("FROM", "UID SEARCH FROM {1}")
+      .thenLiteral("SUBJECT", "a SUBJECT {1}")
+      .thenLiteral("TEXT", "b TEXT {5}")
+      .thenRest("SEARCH", "lunch", "* SEARCH 7\r\n");
+  readMessage(session);
+  readBody(session);
+  return session.then("LOGOUT", "LOGOUT");
+}
+
+Session summarySession() {
+  Session session("get_message_summary", {{"uid", 7}});
+  readMessage(session);
+  readBody(session);
+  return session.then("LOGOUT", "LOGOUT");
+}
+
+Session bodySession() {
+  Session session = summarySession();
+  session.tool = "get_message_body";
+  return session;
+}
+
+Session cleanupSession() {
+  Session session("propose_inbox_cleanup", {});
+  session.then("SEARCH", "UID SEARCH ALL", "* SEARCH 7\r\n");
+  readMessage(session);
+  readBody(session);
+  return session.then("LOGOUT", "LOGOUT");
+}
+
+Session moveSession() {
+  return Session("move_message", {{"uid", 7}, {"targetFolder", "Archive"}}, "SELECT")
+      .then("LIST", "LIST \"\" \"*\"", folderLines)
+      .then("MOVE", "UID MOVE 7 \"Archive\"")
+      .then("LOGOUT", "LOGOUT");
+}
+
+Session fallbackSession() {
+  Session session = moveSession().answering("MOVE", "TAG NO cannot\r\n");
+  session.exchanges.pop_back();
+  session.exchanges.push_back({"COPY", "A0006 UID COPY 7 \"Archive\"\r\n", "A0006 OK done\r\n"});
+  session.exchanges.push_back({"STORE", "A0007 UID STORE 7 +FLAGS (\\Deleted)\r\n", "A0007 OK done\r\n"});
+  session.exchanges.push_back({"LOGOUT", "A0008 LOGOUT\r\n", "A0008 OK done\r\n"});
+  return session;
+}
+
+Session markReadSession() {
+  Session session("mark_as_read", {{"uid", 7}}, "SELECT");
+  readMessage(session);
+  return session.then("STORE", "UID STORE 7 +FLAGS (\\Seen)").then("LOGOUT", "LOGOUT");
+}
+
+Session trashSession() {
+  return Session("trash_message", {{"uid", 7}}, "SELECT")
+      .then("LIST", "LIST \"\" \"*\"", folderLines)
+      .then("MOVE", "UID MOVE 7 \"Deleted Messages\"")
+      .then("LOGOUT", "LOGOUT");
+}
+
+std::vector<Session> everySession() {
+  return {listSession(),    searchSession(), summarySession(),  bodySession(),
+          cleanupSession(), moveSession(),   markReadSession(), trashSession()};
+}
+
+}  // namespace tarnwell::test

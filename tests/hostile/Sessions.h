@@ -1,0 +1,76 @@
+#pragma once
+
+/// The whole sessions of all tools with an honest server, cut into exchanges, so that a row can break one at
+/// any of them.
+///
+///     const Session session = searchSession();
+///     brokenAt(session, session.position("LOGIN"), closeHere())    // reads the LOGIN, then closes
+///
+/// Threads: plain values.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "MCP/JSONValue.h"
+#include "support/FakeIMAPServer.h"
+
+namespace tarnwell::test {
+
+/// What the client says, nothing before the greeting, and what the server answers.
+struct Exchange {
+  std::string name;
+  std::string command;
+  std::string answer;
+};
+
+class Session {
+ public:
+  /// Greeting, login, capabilities and the inbox, opened by EXAMINE or SELECT.
+  Session(std::string tool, JSONObject arguments, const std::string& select = "EXAMINE");
+
+  /// A command and its answer: untagged lines with their line ends, and OK. The name is the command's word.
+  Session& then(const std::string& name, const std::string& command, const std::string& untagged = "");
+  /// A piece of a command that ends in a literal's announcement, and the server's "+".
+  Session& thenLiteral(const std::string& name, const std::string& piece);
+  /// The end of a command whose beginning was sent by `thenLiteral`.
+  Session& thenRest(const std::string& name, const std::string& rest, const std::string& untagged = "");
+  /// The same exchange with another answer of the server's; TAG stands for the command's tag.
+  Session answering(const std::string& name, const std::string& answer) const;
+
+  std::size_t position(std::string_view name) const;
+  std::string tag(std::size_t number) const;
+
+  std::string tool;
+  JSONObject arguments;
+  std::vector<Exchange> exchanges;
+
+ private:
+  unsigned commands_ = 0;
+};
+
+/// The session as it should be.
+Dialogue honest(const Session& session);
+/// The session up to the exchange at `position`, whose command is still read; then `answerBegin`, and
+/// `fault`.
+Dialogue brokenAt(const Session& session, std::size_t position, const Step& fault,
+                  const std::string& answerBegin = "");
+
+/// The FETCH response with the summary of the message 7, subject "Lunch".
+std::string summaryLine();
+
+Session listSession();
+Session searchSession();
+Session summarySession();
+Session bodySession();
+Session cleanupSession();
+Session moveSession();
+/// A move that the server rejects and the program makes by COPY and STORE, if the settings allow that.
+Session fallbackSession();
+Session markReadSession();
+Session trashSession();
+
+/// One for each tool that opens a session.
+std::vector<Session> everySession();
+
+}  // namespace tarnwell::test
