@@ -109,12 +109,14 @@ std::vector<IMAPMessage> IMAPClient::fetchMessages(const std::vector<std::uint32
   if (uids.empty()) {
     return {};
   }
-  const Reply reply =
+  Reply reply =
       execute("UID FETCH " + commaSeparated(uids) + " (UID FLAGS INTERNALDATE ENVELOPE BODYSTRUCTURE)");
   ensureOK(reply, "UID FETCH");
 
   std::unordered_map<std::uint32_t, IMAPMessage> messages;
-  for (const std::string& line : reply.lines) {
+  for (std::string& received : reply.lines) {
+    // A response may have tens of megabytes; it goes before the next one is read.
+    const std::string line = std::move(received);
     const IMAPTokens tokens = IMAPParser::tokenize(line);
     if (std::optional<IMAPMessage> message = IMAPParser::parseFetchMessage(tokens.elements())) {
       messages.insert_or_assign(message->uid, std::move(*message));
@@ -148,12 +150,15 @@ IMAPClient::BodyText IMAPClient::fetchBodyText(const IMAPMessage& message) {
   if (!part) {
     return {};
   }
-  const std::optional<std::string> body = fetchBodyRaw(message.uid, part->section);
+  std::optional<std::string> body = fetchBodyRaw(message.uid, part->section);
   if (!body || body->empty()) {
     return {};
   }
-  std::string text = IMAPParser::decodeText(*body, part->encoding, part->charset);
-  return {part->isHTML ? IMAPParser::htmlToText(text) : std::move(text), true};
+  std::string text = IMAPParser::decodeText(*std::move(body), part->encoding, part->charset);
+  if (part->isHTML) {
+    IMAPParser::reduceHTMLToText(text);
+  }
+  return {std::move(text), true};
 }
 
 /// PEEK leaves the message unread; the whole part is fetched. A body may have tens of megabytes, so the

@@ -167,15 +167,13 @@ std::string decodeQuotedPrintable(std::string_view bytes, Underscore underscore)
   return decoded;
 }
 
-std::string decodeText(std::string_view body, std::string_view encoding,
-                       std::optional<std::string_view> charset) {
+std::string decodeText(std::string body, std::string_view encoding, std::optional<std::string_view> charset) {
   const std::string name = lowercased(encoding);
   if (name == "quoted-printable") {
-    return decodeCharset(decodeQuotedPrintable(body, Underscore::isUnderscore), charset);
-  }
-  if (name == "base64") {
-    if (const std::optional<std::string> bytes = decodeBase64(body)) {
-      return decodeCharset(*bytes, charset);
+    body = decodeQuotedPrintable(body, Underscore::isUnderscore);
+  } else if (name == "base64") {
+    if (std::optional<std::string> bytes = decodeBase64(body)) {
+      body = *std::move(bytes);
     }
   }
   return decodeCharset(body, charset);
