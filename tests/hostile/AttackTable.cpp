@@ -13,6 +13,8 @@ std::vector<AttackGroup> attackTable() {
       {"Saving", "Saving the settings", savingAttacks()},
       {"Secrets", "The secret store", secretAttacks()},
       {"Password", "Looking for the password", passwordAttacks()},
+      {"Memory", "Messages of many megabytes", memoryAttacks()},
+      {"Endurance", "Very many calls", enduranceAttacks()},
   };
 }
 

@@ -46,5 +46,7 @@ std::vector<Attack> settingsAttacks();
 std::vector<Attack> savingAttacks();
 std::vector<Attack> secretAttacks();
 std::vector<Attack> passwordAttacks();
+std::vector<Attack> memoryAttacks();
+std::vector<Attack> enduranceAttacks();
 
 }  // namespace tarnwell::test
