@@ -47,24 +47,23 @@ void IMAPClient::logIn() {
   appendQuoted(command, email_);
   command.append(' ');
   appendQuoted(command, password_.view());
-  if (execute(command.view()).completion.status != IMAPParser::Completion::Status::ok) {
+  if (execute(command.view()).status != IMAPParser::Completion::Status::ok) {
     throw IMAPError::authenticationFailed();
   }
 }
 
 void IMAPClient::loadCapabilities() {
-  const Reply reply = execute("CAPABILITY");
-  ensureOK(reply, "CAPABILITY");
-  for (const std::string& line : reply.lines) {
-    std::string_view rest = line;
-    takeWord(rest);
-    if (!equalsIgnoringASCIICase(takeWord(rest), "CAPABILITY")) {
-      continue;
-    }
-    // People read the names on a terminal.
-    for (std::string_view name; !(name = takeWord(rest)).empty();) {
-      capabilities_.insert(uppercased(safeSummary(name)));
-    }
+  ensureOK(execute("CAPABILITY", [this](std::string& line) { readCapabilities(line); }), "CAPABILITY");
+}
+
+void IMAPClient::readCapabilities(std::string_view response) {
+  takeWord(response);
+  if (!equalsIgnoringASCIICase(takeWord(response), "CAPABILITY")) {
+    return;
+  }
+  // People read the names on a terminal.
+  for (std::string_view name; !(name = takeWord(response)).empty();) {
+    capabilities_.insert(uppercased(safeSummary(name)));
   }
 }
 
@@ -75,15 +74,14 @@ std::vector<std::string> IMAPClient::serverCapabilities() const {
 bool IMAPClient::supportsMove() const { return capabilities_.contains("MOVE"); }
 
 std::vector<IMAPFolder> IMAPClient::listFolders() {
-  const Reply reply = execute("LIST \"\" \"*\"");
-  ensureOK(reply, "LIST");
   std::vector<IMAPFolder> folders;
-  for (const std::string& line : reply.lines) {
+  const auto read = [&folders](std::string& line) {
     const IMAPTokens tokens = IMAPParser::tokenize(line);
     if (std::optional<IMAPFolder> folder = IMAPParser::parseList(tokens.elements())) {
       folders.push_back(std::move(*folder));
     }
-  }
+  };
+  ensureOK(execute("LIST \"\" \"*\"", read), "LIST");
   return folders;
 }
 

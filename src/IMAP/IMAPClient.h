@@ -118,22 +118,21 @@ class IMAPClient {
     std::string text;
   };
 
-  /// The untagged responses to one command, literals in place, and its completion.
-  struct Reply {
-    std::vector<std::string> lines;
-    IMAPParser::Completion completion;
-  };
+  /// Takes what it wants of an untagged response, literals in place. Each is handed over when it arrives and
+  /// gone afterwards, so that a flood of them takes no memory. Must not throw.
+  using ResponseReader = std::function<void(std::string&)>;
+  static void passOver(std::string&) {}
 
   static std::vector<IMAPArg> buildSearchArgs(const IMAPSearchCriteria& criteria);
-  static void ensureOK(const Reply& reply, std::string_view command);
+  static void ensureOK(const IMAPParser::Completion& completion, std::string_view command);
   static void appendQuoted(Secret& line, std::string_view text);
   static std::optional<std::string_view> extractFirstLiteral(std::string_view response);
 
   std::string nextTag();
-  Reply execute(std::string_view command);
-  Reply executeArgs(const std::vector<IMAPArg>& arguments);
-  Reply sendAndRead(const std::string& tag, Secret& line);
-  Reply readUntilTagged(const std::string& tag);
+  IMAPParser::Completion execute(std::string_view command, const ResponseReader& read = passOver);
+  IMAPParser::Completion executeArgs(const std::vector<IMAPArg>& arguments, const ResponseReader& read);
+  IMAPParser::Completion sendAndRead(const std::string& tag, Secret& line, const ResponseReader& read);
+  IMAPParser::Completion readUntilTagged(const std::string& tag, const ResponseReader& read);
   void requestContinuation(Secret& line, std::size_t literalSize);
 
   IMAPConnection& connection();
@@ -141,6 +140,7 @@ class IMAPClient {
   void readGreeting();
   void logIn();
   void loadCapabilities();
+  void readCapabilities(std::string_view response);
   void copyThenFlagDeleted(std::uint32_t uid, const std::string& target);
   std::optional<std::string> fetchBodyRaw(std::uint32_t uid, const std::string& section);
 

@@ -44,15 +44,16 @@ std::string IMAPClient::nextTag() {
   return "A" + number;
 }
 
-IMAPClient::Reply IMAPClient::execute(std::string_view command) {
+IMAPParser::Completion IMAPClient::execute(std::string_view command, const ResponseReader& read) {
   connection();
   const std::string tag = nextTag();
   Secret line(tag + " ");
   line.append(command);
-  return sendAndRead(tag, line);
+  return sendAndRead(tag, line, read);
 }
 
-IMAPClient::Reply IMAPClient::executeArgs(const std::vector<IMAPArg>& arguments) {
+IMAPParser::Completion IMAPClient::executeArgs(const std::vector<IMAPArg>& arguments,
+                                               const ResponseReader& read) {
   connection();
   const std::string tag = nextTag();
   Secret line(tag + " ");
@@ -62,7 +63,7 @@ IMAPClient::Reply IMAPClient::executeArgs(const std::vector<IMAPArg>& arguments)
     }
     line.append(argument.text);
   }
-  return sendAndRead(tag, line);
+  return sendAndRead(tag, line, read);
 }
 
 /// Announces a literal, sends the line so far and waits for the server's "+"; the literal starts the next
@@ -80,34 +81,35 @@ void IMAPClient::requestContinuation(Secret& line, std::size_t literalSize) {
   }
 }
 
-IMAPClient::Reply IMAPClient::sendAndRead(const std::string& tag, Secret& line) {
+IMAPParser::Completion IMAPClient::sendAndRead(const std::string& tag, Secret& line,
+                                               const ResponseReader& read) {
   line.append(lineEnd);
   connection().sendBytes(line.view());
-  return readUntilTagged(tag);
+  return readUntilTagged(tag, read);
 }
 
-IMAPClient::Reply IMAPClient::readUntilTagged(const std::string& tag) {
-  std::vector<std::string> lines;
+IMAPParser::Completion IMAPClient::readUntilTagged(const std::string& tag, const ResponseReader& read) {
+  const std::string completionBegin = tag + " ";
   for (;;) {
     std::string line = connection().readLogicalLine();
-    if (line.starts_with(tag + " ")) {
+    if (line.starts_with(completionBegin)) {
       std::optional<IMAPParser::Completion> completion = IMAPParser::parseCompletion(repairedUTF8(line), tag);
       if (!completion) {
         throw IMAPError::unexpectedResponse(safeSummary(line));
       }
-      return {std::move(lines), std::move(*completion)};
+      return *std::move(completion);
     }
     if (!line.starts_with('+')) {
-      lines.push_back(std::move(line));
+      read(line);
     }
   }
 }
 
 /// Deliberate: the error names the first word of the command only, so a failed "UID SEARCH" is a failed UID.
-void IMAPClient::ensureOK(const Reply& reply, std::string_view command) {
-  if (reply.completion.status != IMAPParser::Completion::Status::ok) {
+void IMAPClient::ensureOK(const IMAPParser::Completion& completion, std::string_view command) {
+  if (completion.status != IMAPParser::Completion::Status::ok) {
     throw IMAPError::commandFailed(std::string(command.substr(0, command.find(' '))),
-                                   safeSummary(reply.completion.text));
+                                   safeSummary(completion.text));
   }
 }
 

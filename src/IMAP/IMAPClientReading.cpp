@@ -83,24 +83,24 @@ std::vector<IMAPClient::IMAPArg> IMAPClient::buildSearchArgs(const IMAPSearchCri
 
 std::vector<std::uint32_t> IMAPClient::searchInbox(const IMAPSearchCriteria& criteria, std::size_t limit) {
   requireInbox();
-  const Reply reply = executeArgs(buildSearchArgs(criteria));
-  ensureOK(reply, "UID SEARCH");
-
   std::vector<std::uint32_t> uids;
-  for (const std::string& line : reply.lines) {
+  const auto read = [&uids](std::string& line) {
     std::string_view rest = line;
     takeWord(rest);
     if (!equalsIgnoringASCIICase(takeWord(rest), "SEARCH")) {
-      continue;
+      return;
     }
     for (std::string_view word; !(word = takeWord(rest)).empty();) {
       if (const std::optional<std::uint32_t> uid = unsigned32(word)) {
         uids.push_back(*uid);
       }
     }
-  }
-  std::ranges::sort(uids, std::greater<>());
-  uids.resize(std::min(uids.size(), limit));
+  };
+  ensureOK(executeArgs(buildSearchArgs(criteria), read), "UID SEARCH");
+  // A server may send millions; only those that are kept are brought into order.
+  const auto kept = static_cast<std::ptrdiff_t>(std::min(uids.size(), limit));
+  std::ranges::partial_sort(uids, uids.begin() + kept, std::greater<>());
+  uids.resize(static_cast<std::size_t>(kept));
   return uids;
 }
 
@@ -109,23 +109,27 @@ std::vector<IMAPMessage> IMAPClient::fetchMessages(const std::vector<std::uint32
   if (uids.empty()) {
     return {};
   }
-  Reply reply =
-      execute("UID FETCH " + commaSeparated(uids) + " (UID FLAGS INTERNALDATE ENVELOPE BODYSTRUCTURE)");
-  ensureOK(reply, "UID FETCH");
-
-  std::unordered_map<std::uint32_t, IMAPMessage> messages;
-  for (std::string& received : reply.lines) {
-    // A response may have tens of megabytes; it goes before the next one is read.
-    const std::string line = std::move(received);
+  // Only what was asked for has a place.
+  std::unordered_map<std::uint32_t, std::optional<IMAPMessage>> messages;
+  for (const std::uint32_t uid : uids) {
+    messages.emplace(uid, std::nullopt);
+  }
+  const auto read = [&messages](std::string& line) {
     const IMAPTokens tokens = IMAPParser::tokenize(line);
     if (std::optional<IMAPMessage> message = IMAPParser::parseFetchMessage(tokens.elements())) {
-      messages.insert_or_assign(message->uid, std::move(*message));
+      if (const auto place = messages.find(message->uid); place != messages.end()) {
+        place->second = std::move(message);
+      }
     }
-  }
+  };
+  ensureOK(
+      execute("UID FETCH " + commaSeparated(uids) + " (UID FLAGS INTERNALDATE ENVELOPE BODYSTRUCTURE)", read),
+      "UID FETCH");
+
   std::vector<IMAPMessage> ordered;
   for (const std::uint32_t uid : uids) {
-    if (const auto found = messages.find(uid); found != messages.end()) {
-      ordered.push_back(found->second);
+    if (const std::optional<IMAPMessage>& message = messages[uid]) {
+      ordered.push_back(*message);
     }
   }
   return ordered;
@@ -165,17 +169,20 @@ IMAPClient::BodyText IMAPClient::fetchBodyText(const IMAPMessage& message) {
 /// response is cut down to it in place.
 std::optional<std::string> IMAPClient::fetchBodyRaw(std::uint32_t uid, const std::string& section) {
   requireInbox();
-  Reply reply = execute("UID FETCH " + std::to_string(uid) + " (BODY.PEEK[" + section + "])");
-  ensureOK(reply, "UID FETCH");
-  for (std::string& line : reply.lines) {
+  std::optional<std::string> body;
+  const auto read = [&body](std::string& line) {
+    if (body) {
+      return;
+    }
     if (const std::optional<std::string_view> literal = extractFirstLiteral(line)) {
       const auto begin = static_cast<std::size_t>(literal->data() - line.data());
       line.resize(begin + literal->size());
       line.erase(0, begin);
-      return std::move(line);
+      body = std::move(line);
     }
-  }
-  return std::nullopt;
+  };
+  ensureOK(execute("UID FETCH " + std::to_string(uid) + " (BODY.PEEK[" + section + "])", read), "UID FETCH");
+  return body;
 }
 
 std::optional<std::string_view> IMAPClient::extractFirstLiteral(std::string_view response) {

@@ -10,12 +10,12 @@ namespace tarnwell {
 MoveOutcome IMAPClient::move(std::uint32_t uid, std::string_view toFolderPath, CopyFallback fallback) {
   requireInbox();
   const std::string target = std::to_string(uid) + " " + quoted(toFolderPath);
-  const Reply reply = execute("UID MOVE " + target);
-  if (reply.completion.status == IMAPParser::Completion::Status::ok) {
+  const IMAPParser::Completion completion = execute("UID MOVE " + target);
+  if (completion.status == IMAPParser::Completion::Status::ok) {
     return MoveOutcome::moved;
   }
   if (fallback == CopyFallback::forbidden) {
-    throw IMAPError::moveRejected(safeSummary(reply.completion.text));
+    throw IMAPError::moveRejected(safeSummary(completion.text));
   }
   copyThenFlagDeleted(uid, target);
   return MoveOutcome::copiedAndFlaggedDeleted;

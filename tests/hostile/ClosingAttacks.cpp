@@ -16,7 +16,7 @@ struct Way {
 
 const std::string closedText = "The IMAP connection was closed unexpectedly.";
 
-/// The ways that look alike to the program come in one table, the closing message of TLS first.
+/// The orderly one first.
 const std::vector<Way>& ways() {
   static const std::vector<Way> all{
       {"Closed", "closes the connection", closeHere(), closedText},
@@ -28,25 +28,32 @@ const std::vector<Way>& ways() {
   return all;
 }
 
-bool changesTheMailbox(const Exchange& exchange) {
-  return exchange.name == "MOVE" || exchange.name == "STORE" || exchange.name == "COPY";
-}
+/// What the table says of a step: where it is, and what comes of a fault there.
+struct Place {
+  const char* where;
+  const char* outcome;
+};
 
-std::string outcome(const Session& session, const Exchange& exchange) {
-  if (exchange.name == "LOGOUT") {
-    return "gives the result: all that mattered was said before";
+Place placeOf(const Exchange& exchange) {
+  if (exchange.name == "greeting") {
+    return {"in the place of the greeting", "says so; no login is sent"};
   }
-  return changesTheMailbox(exchange) ? "says so; claims neither that the change was made nor that it was not"
-         : session.exchanges.front().name == exchange.name ? "says so; no login is sent"
-                                                           : "says so";
+  if (exchange.name == "LOGOUT") {
+    return {"in the place of the farewell", "gives the result: all that mattered was said before"};
+  }
+  if (exchange.name == "MOVE" || exchange.name == "STORE") {
+    return {"after a command that changes the mailbox",
+            "says so; claims neither that the change was made nor that it was not"};
+  }
+  return {"in the place of an answer, at each step of each tool", "says so"};
 }
 
 ServerAttack breaking(const Session& session, std::size_t position, const Way& way) {
   const Exchange& exchange = session.exchanges[position];
   const bool isFarewell = exchange.name == "LOGOUT";
   return {.name = session.tool + way.name + "InsteadOf" + exchange.name,
-          .attack = "`" + session.tool + "`: the server " + way.attack + " at any step",
-          .outcome = outcome(session, exchange),
+          .attack = std::string("the server ") + way.attack + " " + placeOf(exchange).where,
+          .outcome = placeOf(exchange).outcome,
           .tool = session.tool,
           .arguments = session.arguments,
           .dialogue = brokenAt(session, position, way.step),
@@ -57,6 +64,7 @@ ServerAttack breaking(const Session& session, std::size_t position, const Way& w
 ServerAttack breakingWithinLiteral(const Session& session, const Way& way) {
   ServerAttack row = breaking(session, session.position("BODY"), way);
   row.name = session.tool + way.name + "WithinLiteral";
+  row.attack = std::string("the server ") + way.attack + " within a literal";
   row.dialogue =
       brokenAt(session, session.position("BODY"), way.step, "* 1 FETCH (UID 7 BODY[1] {12}\r\nSee");
   return row;

@@ -56,7 +56,7 @@ std::string wholeFile(const std::filesystem::path& path) {
 
 }  // namespace
 
-Home::Home() {
+Home::Home() : email(testEmail) {
   environment = {{"HOME", path().string()},
                  {"PATH", "/usr/local/bin:/usr/bin:/bin"},
                  {"LC_ALL", "C.UTF-8"},
@@ -78,11 +78,11 @@ std::filesystem::path Home::settingsFile() const {
 
 void Home::useServer(std::uint16_t port, std::string_view host) {
   const JSONValue settings = JSONObject{
-      {"email", testEmail},
+      {"email", email},
       {"imapHost", host},
       {"imapPort", port},
       {"safety",
-       JSONObject{{"readOnly", false}, {"allowTrash", true}, {"allowCopyMoveFallback", isFallbackAllowed_}}}};
+       JSONObject{{"readOnly", false}, {"allowTrash", true}, {"allowCopyMoveFallback", isFallbackAllowed}}}};
   writeSettings(settings.serialized());
 }
 
@@ -144,6 +144,16 @@ ServeProgram::~ServeProgram() {
     ::kill(process_, SIGKILL);
     ::waitpid(process_, nullptr, 0);
   }
+}
+
+std::size_t ServeProgram::peakKilobytes() const {
+  std::ifstream status("/proc/" + std::to_string(process_) + "/status");
+  for (std::string line; std::getline(status, line);) {
+    if (constexpr std::string_view key = "VmHWM:"; line.starts_with(key)) {
+      return std::stoul(line.substr(key.size()));
+    }
+  }
+  throw std::runtime_error("the system does not tell the program's memory");
 }
 
 void ServeProgram::send(std::string_view bytes) {

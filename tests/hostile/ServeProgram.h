@@ -42,14 +42,16 @@ class Home {
 
   /// Settings that allow every write, for the server at this port of the host. Read by the next tool call.
   void useServer(std::uint16_t port, std::string_view host = "localhost");
-  /// From the next `useServer` on, the settings let COPY and a flag stand in for a rejected MOVE.
-  void allowFallback() { isFallbackAllowed_ = true; }
   /// Any bytes as the settings file.
   void writeSettings(std::string_view bytes) const;
   void removeSettings() const;
 
   std::filesystem::path path() const { return directory_.path(); }
   std::filesystem::path settingsFile() const;
+
+  /// What `useServer` writes: the account, and whether COPY and a flag may stand in for a rejected MOVE.
+  std::string email;
+  bool isFallbackAllowed = false;
 
   /// The environment of the programs that are started here, by name. Change it at will.
   std::map<std::string, std::string> environment;
@@ -59,7 +61,6 @@ class Home {
 
  private:
   TemporaryDirectory directory_;
-  bool isFallbackAllowed_ = false;
 };
 
 /// What a tool call gave.
@@ -92,6 +93,8 @@ class ServeProgram {
   ~ServeProgram();
 
   pid_t processID() const { return process_; }
+  /// The most physical memory that the program has held so far.
+  std::size_t peakKilobytes() const;
 
   /// Bytes as they are, of any number.
   void send(std::string_view bytes);

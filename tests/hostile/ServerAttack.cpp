@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "hostile/TestSecrets.h"
+
 namespace tarnwell::test {
 
 namespace {
@@ -47,19 +49,44 @@ void expectOnlyExpectedBytes(const ServerAttack& row, FakeIMAPServer& server) {
   }
 }
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool isSanitized = true;
+#else
+constexpr bool isSanitized = false;
+#endif
+
+void expectPeakBelow(std::size_t megabytes, const ServeProgram& program) {
+  const std::size_t peak = program.peakKilobytes() / 1000;
+  testing::Test::RecordProperty("peakMegabytes", static_cast<int>(peak));
+  if (!isSanitized) {
+    EXPECT_LE(peak, megabytes) << "megabytes at the peak";
+  }
+}
+
 void play(const ServerAttack& row) {
   FakeIMAPServer server(row.dialogue, row.options);
   Home home;
+  home.email = row.email;
+  home.isFallbackAllowed = row.isFallbackAllowed;
   home.useServer(server.port(), row.host);
+  storePassword(row.password);
   ServeProgram program(home);
 
   const ToolAnswer answer = program.call(row.tool, row.arguments);
-  EXPECT_EQ(answer.error(), withPort(row.error, server.port()));
+  const std::string error = withPort(row.error, server.port());
+  EXPECT_TRUE(answer.error() == error) << answer.error().substr(0, 1000) << "\ninstead of\n"
+                                       << error.substr(0, 1000);
   EXPECT_EQ(answer.isError, !row.error.empty()) << answer.result.serialized().substr(0, 1000);
   if (row.check) {
     row.check(answer.result);
   }
-  expectOnlyExpectedBytes(row, server);
+  EXPECT_EQ(server.acceptCount(), row.connections);
+  if (row.connections > 0) {
+    expectOnlyExpectedBytes(row, server);
+  }
+  if (row.peakMegabytes > 0) {
+    expectPeakBelow(row.peakMegabytes, program);
+  }
   expectSound(home, program);
   expectQuietEnd(program);
 }
@@ -83,6 +110,8 @@ std::vector<Attack> byServer(std::vector<ServerAttack> rows) {
 void expectSound(Home& home, ServeProgram& program) {
   EXPECT_TRUE(program.answersPing());
   FakeIMAPServer honest(honestDialogue());
+  storePassword(testPassword);
+  home.email = testEmail;
   home.useServer(honest.port());
   EXPECT_EQ(program.call("get_status").result["configured"], JSONValue(true));
   const ToolAnswer folders = program.call("list_folders");

@@ -15,11 +15,20 @@
 /// expect fails the row.
 
 #include <functional>
+#include <ostream>
 #include <string>
 
 #include "hostile/AttackTable.h"
 #include "hostile/ServeProgram.h"
 #include "support/FakeIMAPServer.h"
+
+namespace tarnwell {
+
+inline void PrintTo(const JSONValue& value, std::ostream* out) {
+  *out << value.prettyString().substr(0, 1000);
+}
+
+}  // namespace tarnwell
 
 namespace tarnwell::test {
 
@@ -34,6 +43,10 @@ struct ServerAttack {
   FakeServerOptions options{};
   /// The host in the settings.
   std::string host = "localhost";
+  std::string email = testEmail;
+  std::string password = testPassword;
+  /// The settings let COPY and a flag stand in for a rejected MOVE.
+  bool isFallbackAllowed = false;
 
   /// The exact text of the failure, PORT standing for the server's port. Empty: the call succeeds.
   std::string error{};
@@ -41,6 +54,11 @@ struct ServerAttack {
   std::function<void(const JSONValue&)> check{};
   /// The client is expected to break off before the end of the dialogue.
   bool isBrokenOff = false;
+  /// How often the program connects.
+  int connections = 1;
+  /// The most memory that the program may ever have held; 0 for any. Not looked at under a sanitizer, which
+  /// keeps memory of its own.
+  std::size_t peakMegabytes = 0;
 };
 
 Attack byServer(ServerAttack row);

@@ -26,22 +26,39 @@ struct Silence {
   bool isFarewell() const { return name.ends_with("LOGOUT"); }
 };
 
+/// What the table says of a step.
+struct Place {
+  const char* attack;
+  const char* outcome;
+};
+
+constexpr Place amidAnAnswer{"the server falls silent amid an answer or a literal",
+                             "says that no answer came in time"};
+
+Place placeOf(const std::string& step) {
+  if (step == "greeting") {
+    return {"the server gives no greeting", "says that no answer came in time; no login is sent"};
+  }
+  if (step == "LOGOUT") {
+    return {"the server gives no farewell", "gives the result after the bound of 30 seconds"};
+  }
+  if (step == "MOVE" || step == "STORE" || step == "COPY") {
+    return {"the server falls silent after a command that changes the mailbox",
+            "says that no answer came in time; claims neither that the change was made nor that it was not"};
+  }
+  return {"the server falls silent at a step, each kind of step once", "says that no answer came in time"};
+}
+
 /// The steps of all sessions, each kind of step once.
 std::vector<Silence> everySilence() {
   std::vector<Silence> silences;
   const auto add = [&](const Session& session, const std::string& step, const std::string& begin = "") {
-    const bool isWrite = step == "MOVE" || step == "STORE" || step == "COPY";
-    const std::size_t position = session.position(step);
-    const std::string suffix = begin.empty() ? "" : "Begun";
-    silences.push_back(
-        {.name = session.tool + "SilentAt" + step + suffix,
-         .attack = "`" + session.tool + "`: the server falls silent at " + step +
-                   (begin.empty() ? "" : ", amid its answer"),
-         .outcome = step == "LOGOUT" ? "gives the result after the bound of 30 seconds"
-                    : isWrite ? "says that no answer came in time, and claims neither success nor failure"
-                              : "says that no answer came in time",
-         .session = session,
-         .dialogue = brokenAt(session, position, stallHere(), begin)});
+    const Place place = begin.empty() ? placeOf(step) : amidAnAnswer;
+    silences.push_back({.name = session.tool + "SilentAt" + step + (begin.empty() ? "" : "Begun"),
+                        .attack = place.attack,
+                        .outcome = place.outcome,
+                        .session = session,
+                        .dialogue = brokenAt(session, session.position(step), stallHere(), begin)});
   };
   const Session search = searchSession();
   for (const Exchange& exchange : search.exchanges) {
@@ -77,7 +94,7 @@ std::vector<Silence>& waitingPrograms() {
     for (Silence& silence : all) {
       silence.server = std::make_unique<FakeIMAPServer>(silence.dialogue, silence.options);
       silence.home = std::make_unique<Home>();
-      silence.home->allowFallback();
+      silence.home->isFallbackAllowed = true;
       silence.home->useServer(silence.server->port());
       silence.program = std::make_unique<ServeProgram>(*silence.home);
       silence.program->sendCall(silence.session.tool, silence.session.arguments);

@@ -28,11 +28,15 @@ struct SecretsOnABus {
   FakeSecretService service{bus, passwordAnswers(testPassword)};
 };
 
+SecretsOnABus& secrets() {
+  static SecretsOnABus shared;
+  return shared;
+}
+
 }  // namespace
 
-std::string busWithPassword() {
-  static const SecretsOnABus secrets;
-  return secrets.bus.address();
-}
+std::string busWithPassword() { return secrets().bus.address(); }
+
+void storePassword(std::string_view password) { secrets().service.holdSecret(std::string(password)); }
 
 }  // namespace tarnwell::test

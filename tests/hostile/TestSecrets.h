@@ -2,7 +2,6 @@
 
 #include <string>
 #include <string_view>
-
 #include "integration/FakeSecretService.h"
 
 namespace tarnwell::test {
@@ -16,5 +15,8 @@ std::string byteList(std::string_view text);
 /// The address of a bus of this test program's own, where a secret service holds the password of
 /// `testEmail`. Started with the first call.
 std::string busWithPassword();
+
+/// Any bytes as that password, from now on.
+void storePassword(std::string_view password);
 
 }  // namespace tarnwell::test

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
+#include <algorithm>
 #include <iostream>
 
 #include "hostile/AttackTable.h"
@@ -20,17 +21,37 @@ class AttackTest : public testing::Test {
   const Attack& attack_;
 };
 
+/// A line of the table, which may stand for several rows that say the same.
+struct TableLine {
+  std::string text;
+  std::size_t rows = 1;
+};
+
+std::vector<TableLine> tableLines(const AttackGroup& group) {
+  std::vector<TableLine> lines;
+  for (const Attack& attack : group.attacks) {
+    const std::string text = "| " + attack.attack + " | " + attack.outcome + " |";
+    const auto same = std::ranges::find(lines, text, &TableLine::text);
+    if (same == lines.end()) {
+      lines.push_back({text});
+    } else {
+      ++same->rows;
+    }
+  }
+  return lines;
+}
+
 void printTable(const std::vector<AttackGroup>& table) {
   std::size_t count = 0;
   for (const AttackGroup& group : table) {
     count += group.attacks.size();
   }
-  std::cout << count << " attacks in " << table.size() << " groups.\n";
+  std::cout << count << " tests in " << table.size() << " groups.\n";
   for (const AttackGroup& group : table) {
-    std::cout << "\n### " << group.title << " (`hostile." << group.name << "`, " << group.attacks.size()
-              << ")\n\n| Attack | What the program does |\n|---|---|\n";
-    for (const Attack& attack : group.attacks) {
-      std::cout << "| " << attack.attack << " | " << attack.outcome << " |\n";
+    std::cout << "\n### " << group.title << "\n\nShown by `hostile." << group.name
+              << "`.\n\n| Attack | What the program does | Tests |\n|---|---|---|\n";
+    for (const TableLine& line : tableLines(group)) {
+      std::cout << line.text << ' ' << line.rows << " |\n";
     }
   }
 }

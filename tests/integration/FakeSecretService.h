@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -59,6 +60,13 @@ class FakeSecretService {
     g_dbus_connection_remove_filter(connection_.get(), filter_);
   }
 
+  /// From now on GetSecret gives these bytes, whatever the answers say: bytes of any number and kind, for
+  /// which GVariant's text form is too slow.
+  void holdSecret(std::string secret) {
+    std::lock_guard guard(lock_);
+    secret_ = std::move(secret);
+  }
+
   /// The methods that were called, each once.
   std::set<std::string> called() const {
     std::lock_guard guard(lock_);
@@ -99,6 +107,10 @@ class FakeSecretService {
                                                      "plain only");
     }
     GDBusMessage* reply = g_dbus_message_new_method_reply(message);
+    if (member == "GetSecret" && secret_) {
+      g_dbus_message_set_body(reply, heldSecret());
+      return reply;
+    }
     GError* error = nullptr;
     GVariant* arguments = g_variant_parse(nullptr, text.c_str(), nullptr, nullptr, &error);
     if (arguments == nullptr) {
@@ -109,6 +121,12 @@ class FakeSecretService {
     return reply;
   }
 
+  GVariant* heldSecret() const {
+    GVariant* none = g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, nullptr, 0, 1);
+    GVariant* bytes = g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, secret_->data(), secret_->size(), 1);
+    return g_variant_new("((o@ay@ays))", "/session", none, bytes, "text/plain");
+  }
+
   static bool isPlain(GDBusMessage* message) {
     const char* algorithm = nullptr;
     g_variant_get(g_dbus_message_get_body(message), "(&sv)", &algorithm, nullptr);
@@ -116,6 +134,7 @@ class FakeSecretService {
   }
 
   Answers answers_;
+  std::optional<std::string> secret_;
   mutable std::mutex lock_;
   std::set<std::string> called_;
   std::unique_ptr<GDBusConnection, decltype(&g_object_unref)> connection_;

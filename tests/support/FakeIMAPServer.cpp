@@ -12,6 +12,7 @@
 #include <mutex>
 #include <thread>
 
+#include "support/Repeated.h"
 #include "support/WireGuard.h"
 
 namespace tarnwell::test {
@@ -179,12 +180,8 @@ struct FakeIMAPServer::State {
   template <class Stream>
   void writeTimes(Stream& stream, const Step& step, error_code& error) {
     constexpr std::size_t wanted = std::size_t{64} * 1024;
-    const std::size_t inBlock = std::clamp<std::size_t>(wanted / std::max<std::size_t>(step.bytes.size(), 1),
-                                                        1, std::max<std::size_t>(step.times, 1));
-    std::string block;
-    for (std::size_t number = 0; number < inBlock; ++number) {
-      block += step.bytes;
-    }
+    const std::size_t inBlock = std::min(step.times, wanted / (step.bytes.size() + 1) + 1);
+    const std::string block = repeated(step.bytes, inBlock);
     for (std::size_t left = step.times; left > 0 && !error;) {
       const std::size_t now = std::min(left, inBlock);
       asio::write(stream, asio::buffer(block.data(), now * step.bytes.size()), error);
@@ -316,23 +313,6 @@ std::string FakeIMAPServer::mismatch() {
     return "a connection is still open";
   }
   return state_->firstProblem;
-}
-
-Dialogue loginDialogue(const std::string& select) {
-  return {
-      answer("* OK ready\r\n"),
-      expect("A0001 LOGIN \"user@example.org\" \"app-pass-word\"\r\n"),
-      answer("A0001 OK logged in\r\n"),
-      expect("A0002 CAPABILITY\r\n"),
-      answer("* CAPABILITY IMAP4rev1 UIDPLUS MOVE\r\nA0002 OK done\r\n"),
-      expect("A0003 " + select + "\r\n"),
-      answer("A0003 OK selected\r\n"),
-  };
-}
-
-Dialogue operator+(Dialogue first, const Dialogue& second) {
-  first.insert(first.end(), second.begin(), second.end());
-  return first;
 }
 
 }  // namespace tarnwell::test

@@ -1,0 +1,86 @@
+/// Answers to the commands that change the mailbox. Whatever is said of a change is what the server said.
+
+#include <gtest/gtest.h>
+
+#include "hostile/ServerAttack.h"
+#include "hostile/Sessions.h"
+#include "support/Repeated.h"
+
+namespace tarnwell::test {
+
+namespace {
+
+std::string rejected(const std::string& detail) {
+  return "The mail server rejected the move (" + detail +
+         "). This is a server-side limitation — it is NOT fixed by changing read-only, dry-run, or the allow "
+         "toggles. To move anyway without permanent deletion, enable \"Move on servers without MOVE (COPY + "
+         "mark deleted)\" in Safety settings. (The bridge never performs a physical delete / EXPUNGE.)";
+}
+
+ServerAttack writing(std::string name, std::string attack, std::string outcome, const Session& session,
+                     std::string error) {
+  return {.name = std::move(name),
+          .attack = std::move(attack),
+          .outcome = std::move(outcome),
+          .tool = session.tool,
+          .arguments = session.arguments,
+          .dialogue = honest(session),
+          .error = std::move(error)};
+}
+
+/// The write is sent, its answer begins, and the connection closes.
+ServerAttack lost(const Session& session, const std::string& step, const std::string& begin,
+                  bool isFallbackAllowed = false) {
+  return {.name = session.tool + "AnswerToOf" + step + "Lost",
+          .attack = step + " is sent, and the connection closes amid the answer",
+          .outcome =
+              "says so; claims neither that the change was made nor that it was not, and tries nothing "
+              "else",
+          .tool = session.tool,
+          .arguments = session.arguments,
+          .dialogue = brokenAt(session, session.position(step), closeHere(), begin),
+          .isFallbackAllowed = isFallbackAllowed,
+          .error = "The IMAP connection was closed unexpectedly."};
+}
+
+/// The fallback session, refused at a step; the session then ends.
+ServerAttack fallbackRefused(const std::string& step, const std::string& logoutTag, std::string outcome) {
+  Session session = fallbackSession().answering(step, "TAG NO cannot\r\n");
+  session.exchanges.resize(session.position(step) + 1);
+  session.exchanges.push_back({"LOGOUT", logoutTag + " LOGOUT\r\n", logoutTag + " OK bye\r\n"});
+  ServerAttack row = writing("fallback" + step + "Refused", "MOVE is refused, and then " + step + " too",
+                             std::move(outcome), session, "IMAP UID failed: cannot");
+  row.isFallbackAllowed = true;
+  return row;
+}
+
+}  // namespace
+
+std::vector<Attack> writeAttacks() {
+  ServerAttack believed = writing("unknownMessage", "MOVE of an unknown message is answered with OK",
+                                  "believes it, as it must", moveSession(), "");
+  believed.check = [](const JSONValue& result) { EXPECT_EQ(result["reason"], JSONValue("Executed.")); };
+  return byServer({
+      lost(moveSession(), "MOVE", "* OK [COPYUID 1 7 9] moving\r\nA0005 "),
+      lost(trashSession(), "MOVE", "A0005 OK"),
+      lost(markReadSession(), "STORE", "* 1 FETCH (FLAGS (\\Seen))\r\n"),
+      lost(fallbackSession(), "COPY", "A0006 O", true),
+      lost(fallbackSession(), "STORE", "A0007 OK done", true),
+      writing("moveRefused", "MOVE is refused", "says that nothing was moved, and which setting helps",
+              moveSession().answering("MOVE", "TAG NO [CANNOT] not here\r\n"), rejected("[CANNOT] not here")),
+      writing("moveRefusedAtLength", "MOVE is refused in ten kilobytes with control characters",
+              "shows 200 characters of them, blanks for the rest",
+              moveSession().answering("MOVE",
+                                      "TAG BAD \x1B[31m\xE2\x80\xAE" + repeated("0123456789", 1000) + "\r\n"),
+              rejected("[31m " + repeated("0123456789", 20).substr(0, 195))),
+      writing("moveAnsweredForAnother", "MOVE is answered with another tag first", "waits for its own",
+              moveSession().answering("MOVE", "A0004 NO old\r\nTAG NO new\r\n"), rejected("new")),
+      writing("storeRefused", "STORE is refused", "says that it failed",
+              markReadSession().answering("STORE", "TAG NO read-only\r\n"), "IMAP UID failed: read-only"),
+      fallbackRefused("COPY", "A0007", "says that it failed; flags nothing"),
+      fallbackRefused("STORE", "A0008", "says that it failed; the message then stands in both places"),
+      believed,
+  });
+}
+
+}  // namespace tarnwell::test
