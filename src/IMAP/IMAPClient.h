@@ -119,7 +119,7 @@ class IMAPClient {
   };
 
   /// Takes what it wants of an untagged response, literals in place. Each is handed over when it arrives and
-  /// gone afterwards, so that a flood of them takes no memory. Must not throw.
+  /// gone afterwards, so that a flood of them takes no memory.
   using ResponseReader = std::function<void(std::string&)>;
   static void passOver(std::string&) {}
 

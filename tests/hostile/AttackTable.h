@@ -31,7 +31,8 @@ struct AttackGroup {
   std::string name;
   /// The heading in the table.
   std::string title;
-  std::vector<Attack> attacks;
+  /// Makes the rows; some hold texts of many megabytes.
+  std::vector<Attack> (*attacks)();
 };
 
 /// Every group, in the order of the table.

@@ -33,11 +33,11 @@ std::vector<Attack> greetingAttacks() {
   constexpr std::size_t megabyte = 1000000;
   std::vector<ServerAttack> rows{
       {.name = "byeAndClose",
-       .attack = "the greeting is BYE, and the connection closes",
+       .attack = "the greeting is BYE, and the connection closes at the login",
        .outcome = "says that the connection was closed",
-       .dialogue = {answer("* BYE too many connections\r\n"), cutHere()},
-       .error = "The IMAP connection was closed unexpectedly.",
-       .isBrokenOff = true},
+       .dialogue =
+           brokenAt(listSession().answering("greeting", "* BYE too many connections\r\n"), 1, cutHere()),
+       .error = "The IMAP connection was closed unexpectedly."},
       {.name = "byeAndNo",
        .attack = "the greeting is BYE, and the login is refused",
        .outcome = "says that the login failed",

@@ -14,6 +14,7 @@
 #include <iterator>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 #include "Core/BridgeConstants.h"
 #include "hostile/TestSecrets.h"

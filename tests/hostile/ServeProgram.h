@@ -20,8 +20,11 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <cstdint>
+#include <filesystem>
 #include <map>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -82,6 +85,11 @@ struct Ending {
 
   bool operator==(const Ending&) const = default;
 };
+
+inline void PrintTo(const Ending& ending, std::ostream* out) {
+  *out << "status " << ending.status << ", standard error: \"" << ending.standardError
+       << "\", output: " << ending.restOfOutput;
+}
 
 class ServeProgram {
  public:

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "hostile/TestSecrets.h"
 
 namespace tarnwell::test {
@@ -95,7 +97,8 @@ void play(const ServerAttack& row) {
 
 Attack byServer(ServerAttack row) {
   Attack attack{row.name, row.attack, row.outcome, {}};
-  attack.play = [row = std::move(row)] { play(row); };
+  // Shared, since functions are copied and rows may be large.
+  attack.play = [row = std::make_shared<const ServerAttack>(std::move(row))] { play(*row); };
   return attack;
 }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <sstream>
 
 #include "hostile/AttackTable.h"
 
@@ -14,6 +15,7 @@ namespace {
 
 class AttackTest : public testing::Test {
  public:
+  /// The row outlives the test.
   explicit AttackTest(const Attack& attack) : attack_(attack) {}
   void TestBody() override { attack_.play(); }
 
@@ -27,9 +29,9 @@ struct TableLine {
   std::size_t rows = 1;
 };
 
-std::vector<TableLine> tableLines(const AttackGroup& group) {
+std::vector<TableLine> tableLines(const std::vector<Attack>& attacks) {
   std::vector<TableLine> lines;
-  for (const Attack& attack : group.attacks) {
+  for (const Attack& attack : attacks) {
     const std::string text = "| " + attack.attack + " | " + attack.outcome + " |";
     const auto same = std::ranges::find(lines, text, &TableLine::text);
     if (same == lines.end()) {
@@ -41,47 +43,48 @@ std::vector<TableLine> tableLines(const AttackGroup& group) {
   return lines;
 }
 
-void printTable(const std::vector<AttackGroup>& table) {
+void printTable() {
   std::size_t count = 0;
-  for (const AttackGroup& group : table) {
-    count += group.attacks.size();
-  }
-  std::cout << count << " tests in " << table.size() << " groups.\n";
-  for (const AttackGroup& group : table) {
-    std::cout << "\n### " << group.title << "\n\nShown by `hostile." << group.name
-              << "`.\n\n| Attack | What the program does | Tests |\n|---|---|---|\n";
-    for (const TableLine& line : tableLines(group)) {
-      std::cout << line.text << ' ' << line.rows << " |\n";
+  std::ostringstream tables;
+  for (const AttackGroup& group : attackTable()) {
+    const std::vector<Attack> attacks = group.attacks();
+    count += attacks.size();
+    tables << "\n### " << group.title << "\n\nShown by `hostile." << group.name
+           << "`.\n\n| Attack | What the program does | Tests |\n|---|---|---|\n";
+    for (const TableLine& line : tableLines(attacks)) {
+      tables << line.text << ' ' << line.rows << " |\n";
     }
   }
+  std::cout << count << " tests in " << attackTable().size() << " groups.\n" << tables.str();
 }
 
-/// The number of tests that were registered.
-std::size_t registerTests(const std::vector<AttackGroup>& table, const std::string& wantedGroup) {
-  std::size_t count = 0;
-  for (const AttackGroup& group : table) {
+/// The rows of one group, or of all; the tests own them. False when there are none.
+bool registerTests(const std::string& wantedGroup) {
+  bool hasRows = false;
+  for (const AttackGroup& group : attackTable()) {
     if (!wantedGroup.empty() && group.name != wantedGroup) {
       continue;
     }
-    for (const Attack& attack : group.attacks) {
-      testing::RegisterTest(group.name.c_str(), attack.name.c_str(), nullptr, nullptr, __FILE__, __LINE__,
-                            [&attack]() -> testing::Test* { return new AttackTest(attack); });
-      ++count;
+    for (Attack& attack : group.attacks()) {
+      const std::string name = attack.name;
+      testing::RegisterTest(
+          group.name.c_str(), name.c_str(), nullptr, nullptr, __FILE__, __LINE__,
+          [attack = std::move(attack)]() -> testing::Test* { return new AttackTest(attack); });
+      hasRows = true;
     }
   }
-  return count;
+  return hasRows;
 }
 
 int run(int count, char* arguments[]) {
   testing::InitGoogleTest(&count, arguments);
   signal(SIGPIPE, SIG_IGN);
-  const std::vector<AttackGroup> table = attackTable();
   const std::string argument = count > 1 ? arguments[1] : "";
   if (argument == "--table") {
-    printTable(table);
+    printTable();
     return 0;
   }
-  if (registerTests(table, argument) == 0) {
+  if (!registerTests(argument)) {
     std::cerr << "there is no group " << argument << '\n';
     return 2;
   }
