@@ -72,7 +72,7 @@ FUZZ_TARGET(std::string_view input) {
     name = takeLine(input);
   }
 
-  const std::string text = decodeText(input, encoding, name);
+  const std::string text = decodeText(std::string(input), encoding, name);
   require(isValidUTF8(text), "a decoded text is valid UTF-8");
   for (const Underscore underscore : {Underscore::isUnderscore, Underscore::isSpace}) {
     require(decodeQuotedPrintable(input, underscore) == referenceBytes(input, underscore),

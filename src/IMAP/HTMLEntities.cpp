@@ -2,8 +2,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string_view>
-#include <utility>
 
 #include "IMAP/HexDigits.h"
 #include "IMAP/TextReplacement.h"
@@ -100,20 +98,21 @@ std::size_t replaceReference(std::string_view text, std::size_t start, TextRepla
 /// Deliberate: "&amp;" goes first and what it uncovers is decoded too, so that "&amp;lt;" is "<". Mail is
 /// often escaped twice, and no markup is made of the result. The other references cannot uncover one
 /// another, so that one pass does for all of them.
-std::string decodeHTMLEntities(std::string source) {
+void decodeHTMLEntities(std::string& text) {
   constexpr std::string_view ampersand = "&amp;";
-  TextReplacement unescaped(std::move(source));
-  const std::string_view text = unescaped.text();
-  for (std::size_t start = text.find(ampersand); start != nowhere;
-       start = text.find(ampersand, start + ampersand.size())) {
+  const std::string_view escaped = text;
+  TextReplacement unescaped(text);
+  for (std::size_t start = escaped.find(ampersand); start != nowhere;
+       start = escaped.find(ampersand, start + ampersand.size())) {
     unescaped.replace(start, start + ampersand.size(), "&");
   }
-  TextReplacement decoded(std::move(unescaped).finished());
-  const std::string_view once = decoded.text();
+  unescaped.finish();
+  const std::string_view once = text;
+  TextReplacement decoded(text);
   for (std::size_t start = once.find('&'); start != nowhere;) {
     start = once.find('&', replaceReference(once, start, decoded));
   }
-  return std::move(decoded).finished();
+  decoded.finish();
 }
 
 }  // namespace tarnwell::IMAPParser

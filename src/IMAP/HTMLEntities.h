@@ -1,11 +1,12 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace tarnwell::IMAPParser {
 
-/// The character references of mail decoded: twelve named ones and the numeric ones. Any other stays as
+/// Decodes the character references of mail: twelve named ones and the numeric ones. Any other stays as
 /// it stands. Linear in the text.
-std::string decodeHTMLEntities(std::string text);
+void decodeHTMLEntities(std::string& text);
 
 }  // namespace tarnwell::IMAPParser

@@ -60,9 +60,9 @@ std::size_t endOfClosingTag(std::string_view text, std::size_t position, std::st
 /// Deliberate: the name may be the beginning of a longer one, so that "<header>" opens a head and
 /// everything up to a "</head>" behind it goes. It can only hide more of a broken message, and one that
 /// has a "</head>" without a "<head" is broken.
-std::string withoutElement(std::string source, std::string_view lowerName) {
-  TextReplacement replacement(std::move(source));
-  const std::string_view html = replacement.text();
+void removeElement(std::string& text, std::string_view lowerName) {
+  const std::string_view html = text;
+  TextReplacement replacement(text);
   for (std::size_t start = html.find('<'); start != nowhere;) {
     const std::size_t nameEnd = endOfName(html, start + 1, lowerName);
     if (nameEnd == nowhere) {
@@ -81,7 +81,7 @@ std::string withoutElement(std::string source, std::string_view lowerName) {
     replacement.replace(start, elementEnd, " ");
     start = html.find('<', elementEnd);
   }
-  return std::move(replacement).finished();
+  replacement.finish();
 }
 
 std::size_t skipWhitespace(std::string_view text, std::size_t position) {
@@ -112,9 +112,9 @@ std::size_t endOfLineTagName(std::string_view text, std::size_t position) {
 }
 
 /// Every "<\s*(br|/p|/div|/tr|/li|/h[1-6])\s*/?>" as a line feed.
-std::string withLineFeeds(std::string source) {
-  TextReplacement replacement(std::move(source));
-  const std::string_view html = replacement.text();
+void breakLines(std::string& text) {
+  const std::string_view html = text;
+  TextReplacement replacement(text);
   for (std::size_t start = html.find('<'); start != nowhere;) {
     std::size_t end = endOfLineTagName(html, skipWhitespace(html, start + 1));
     if (end != nowhere) {
@@ -130,13 +130,13 @@ std::string withLineFeeds(std::string source) {
       start = html.find('<', start + 1);
     }
   }
-  return std::move(replacement).finished();
+  replacement.finish();
 }
 
 /// Every "<[^>]+>" as one space.
-std::string withoutTags(std::string source) {
-  TextReplacement replacement(std::move(source));
-  const std::string_view html = replacement.text();
+void removeTags(std::string& text) {
+  const std::string_view html = text;
+  TextReplacement replacement(text);
   for (std::size_t start = html.find('<'); start != nowhere;) {
     const std::size_t end = html.find('>', start + 1);
     if (end == nowhere) {
@@ -148,17 +148,24 @@ std::string withoutTags(std::string source) {
     }
     start = html.find('<', end + 1);
   }
-  return std::move(replacement).finished();
+  replacement.finish();
 }
 
 }  // namespace
 
+void reduceHTMLToText(std::string& html) {
+  for (const std::string_view name : {"script", "style", "head"}) {
+    removeElement(html, name);
+  }
+  breakLines(html);
+  removeTags(html);
+  decodeHTMLEntities(html);
+}
+
 std::string htmlToText(std::string_view html) {
   std::string text(html);
-  for (const std::string_view name : {"script", "style", "head"}) {
-    text = withoutElement(std::move(text), name);
-  }
-  return decodeHTMLEntities(withoutTags(withLineFeeds(std::move(text))));
+  reduceHTMLToText(text);
+  return text;
 }
 
 }  // namespace tarnwell::IMAPParser

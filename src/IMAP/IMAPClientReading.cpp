@@ -149,8 +149,11 @@ IMAPClient::BodyText IMAPClient::fetchBodyText(const IMAPMessage& message) {
   if (!body || body->empty()) {
     return {};
   }
-  IMAPParser::decodeTextInPlace(*body, part->encoding, part->charset);
-  return {part->isHTML ? IMAPParser::htmlToText(*body) : *std::move(body), true};
+  std::string text = IMAPParser::decodeText(*std::move(body), part->encoding, part->charset);
+  if (part->isHTML) {
+    IMAPParser::reduceHTMLToText(text);
+  }
+  return {std::move(text), true};
 }
 
 /// PEEK leaves the message unread; the whole part is fetched. A body may have tens of megabytes, so the

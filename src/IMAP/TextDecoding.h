@@ -24,13 +24,9 @@ namespace tarnwell::IMAPParser {
 
 /// A body part as text: the content transfer encoding undone (RFC 2045, section 6: "base64",
 /// "quoted-printable", any other name unchanged; letter case is ignored), then the charset.
-/// Base64 that yields nothing at all is taken as unencoded.
-std::string decodeText(std::string_view body, std::string_view encoding,
-                       std::optional<std::string_view> charset);
-
-/// The same, the text taking the place of the body. A body may have tens of megabytes, so that no form of it
-/// stays longer than it is needed.
-void decodeTextInPlace(std::string& body, std::string_view encoding, std::optional<std::string_view> charset);
+/// Base64 that yields nothing at all is taken as unencoded. The body is taken over, so that its memory is
+/// free again as soon as its encoding is undone.
+std::string decodeText(std::string body, std::string_view encoding, std::optional<std::string_view> charset);
 
 /// The bytes in the named charset; when that does not succeed as a whole UTF-8, then ISO 8859-1.
 std::string decodeCharset(std::string_view bytes, std::optional<std::string_view> charset);
@@ -59,6 +55,8 @@ std::optional<std::string> decodeBase64(std::string_view text);
 /// The tags are recognised by the expressions that `HTMLToText.cpp` quotes, not by a parser of HTML: a
 /// "<" that is text may hide what follows it up to the next ">".
 std::string htmlToText(std::string_view html);
+/// The same where the text lies, for one of many megabytes.
+void reduceHTMLToText(std::string& html);
 
 /// The result of `snippet`.
 struct Snippet {

@@ -1,43 +1,43 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace tarnwell::IMAPParser {
 
-/// The text with some spans replaced, built from left to right. Spans are not empty. A text of which nothing
-/// is replaced is not copied but handed back.
+/// Replaces spans of a text where it lies, from left to right. What is behind the last replaced span stays
+/// readable in its old place until `finish`. No substitute may be longer than its span.
 class TextReplacement {
  public:
-  explicit TextReplacement(std::string text) : text_(std::move(text)) {}
+  explicit TextReplacement(std::string& text) : text_(text) {}
 
-  /// Copies up to `start`, then takes what stands for the span from there to `end`.
+  /// Keeps what is before `start`, then takes what stands for the span from there to `end`.
   void replace(std::size_t start, std::size_t end, std::string_view substitute) {
-    if (copied_ == 0) {
-      result_.reserve(text_.size());
-    }
-    result_.append(text_, copied_, start - copied_);
-    result_ += substitute;
-    copied_ = end;
+    keepUpTo(start);
+    std::memcpy(text_.data() + written_, substitute.data(), substitute.size());
+    written_ += substitute.size();
+    read_ = end;
   }
 
-  /// The text before any replacement.
-  std::string_view text() const { return text_; }
-
-  std::string finished() && {
-    if (copied_ == 0) {
-      return std::move(text_);
-    }
-    result_.append(text_, copied_);
-    return std::move(result_);
+  /// Keeps the rest.
+  void finish() {
+    keepUpTo(text_.size());
+    text_.resize(written_);
   }
 
  private:
-  std::string text_;
-  std::size_t copied_ = 0;
-  std::string result_;
+  void keepUpTo(std::size_t end) {
+    if (written_ != read_) {
+      std::memmove(text_.data() + written_, text_.data() + read_, end - read_);
+    }
+    written_ += end - read_;
+  }
+
+  std::string& text_;
+  std::size_t read_ = 0;
+  std::size_t written_ = 0;
 };
 
 }  // namespace tarnwell::IMAPParser

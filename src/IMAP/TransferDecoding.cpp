@@ -167,15 +167,7 @@ std::string decodeQuotedPrintable(std::string_view bytes, Underscore underscore)
   return decoded;
 }
 
-std::string decodeText(std::string_view body, std::string_view encoding,
-                       std::optional<std::string_view> charset) {
-  std::string text(body);
-  decodeTextInPlace(text, encoding, charset);
-  return text;
-}
-
-void decodeTextInPlace(std::string& body, std::string_view encoding,
-                       std::optional<std::string_view> charset) {
+std::string decodeText(std::string body, std::string_view encoding, std::optional<std::string_view> charset) {
   const std::string name = lowercased(encoding);
   if (name == "quoted-printable") {
     body = decodeQuotedPrintable(body, Underscore::isUnderscore);
@@ -185,10 +177,10 @@ void decodeTextInPlace(std::string& body, std::string_view encoding,
     }
   }
   const Charset named = stringEncoding(charset);
-  const bool staysAsItIs = (named == Charset::utf8 || named == Charset::ascii) && isValidUTF8(body);
-  if (!staysAsItIs) {
-    body = decodeCharset(body, charset);
+  if ((named == Charset::utf8 || named == Charset::ascii) && isValidUTF8(body)) {
+    return body;  // not copied: it may have tens of megabytes
   }
+  return decodeCharset(body, charset);
 }
 
 }  // namespace tarnwell::IMAPParser

@@ -51,6 +51,9 @@ std::optional<std::string> convertWith(const char* converterName, std::string_vi
   }
 
   std::string text;
+  // No charset of mail makes more than three bytes of one. Memory that is not written to costs nothing,
+  // while a text of many megabytes that grows would lie there twice.
+  text.reserve(bytes.size() * 3);
   std::array<char, 8192> output;
   std::array<UChar, 4096> pivot;
   UChar* pivotRead = pivot.data();
@@ -76,7 +79,8 @@ std::optional<std::string> convertWith(const char* converterName, std::string_vi
 
 std::string widenLatin1(std::string_view bytes) {
   std::string text;
-  text.reserve(bytes.size() + bytes.size() / 8);
+  const auto widened = std::ranges::count_if(bytes, [](char byte) { return (byte & 0x80) != 0; });
+  text.reserve(bytes.size() + static_cast<std::size_t>(widened));
   for (std::size_t position = 0; position < bytes.size();) {
     const std::size_t run = lengthOfASCIIRun(bytes, position);
     text.append(bytes, position, run);

@@ -11,7 +11,8 @@ namespace tarnwell {
 /// Call first thing in `main`, before any thread exists.
 /// - Opens /dev/null on each of the descriptors 0 to 2 that is closed, so that no socket or file ever
 ///   takes the number of a standard stream.
-/// - Ignores SIGPIPE: a closed pipe is an error of the write, never the end of the process.
+/// - Ignores SIGPIPE and SIGXFSZ: a closed pipe and a file at its limit (setrlimit(2), RLIMIT_FSIZE) are
+///   errors of the write, never the end of the process.
 /// - On Linux, when neither DBUS_SESSION_BUS_ADDRESS nor XDG_RUNTIME_DIR is set, which is how many MCP
 ///   clients start a server, points the former at the user's bus, /run/user/UID/bus, if that is a socket.
 /// - With glibc, has blocks of a megabyte and more given back to the system as soon as they are free. A body

@@ -15,6 +15,7 @@ void secureStandardStreams() {
     }
   }
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 }  // namespace tarnwell

@@ -5,7 +5,7 @@
 namespace tarnwell {
 
 /// The part of `prepareProcess` (Platform/Process.h) that all systems share: opens /dev/null on each of the
-/// descriptors 0 to 2 that is closed, and ignores SIGPIPE.
+/// descriptors 0 to 2 that is closed, and ignores SIGPIPE and SIGXFSZ.
 void secureStandardStreams();
 
 }  // namespace tarnwell

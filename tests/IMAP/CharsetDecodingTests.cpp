@@ -74,7 +74,8 @@ struct Row {
 class BodyText : public testing::TestWithParam<Row> {};
 
 TEST_P(BodyText, isReadable) {
-  EXPECT_EQ(decodeText(GetParam().body, GetParam().encoding, GetParam().charset), GetParam().text);
+  EXPECT_EQ(decodeText(std::string(GetParam().body), GetParam().encoding, GetParam().charset),
+            GetParam().text);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -1,5 +1,6 @@
 #include "Platform/Process.h"
 
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
@@ -70,6 +71,23 @@ TEST(PrepareProcess, closedPipeIsAnErrorOfTheWrite) {
     return std::string(written < 0 && errno == EPIPE ? "EPIPE" : "written");
   });
   EXPECT_EQ(report, "EPIPE");
+}
+
+TEST(PrepareProcess, fileAtItsLimitIsAnErrorOfTheWrite) {
+  TemporaryDirectory directory;
+  std::string report = inForkedProcess([&] {
+    std::signal(SIGXFSZ, SIG_DFL);
+    prepareProcess();
+    rlimit limit{.rlim_cur = 1, .rlim_max = 1};
+    int file = ::open((directory / "file").c_str(), O_WRONLY | O_CREAT, S_IRUSR | S_IWUSR);
+    if (file < 0 || ::setrlimit(RLIMIT_FSIZE, &limit) < 0) {
+      return std::string("no file with a limit");
+    }
+    bool isTaken = ::write(file, "x", 1) == 1;
+    ssize_t written = ::write(file, "x", 1);
+    return std::string(isTaken && written < 0 && errno == EFBIG ? "EFBIG" : "written");
+  });
+  EXPECT_EQ(report, "EFBIG");
 }
 
 enum class BusEntry { socket, file, none };

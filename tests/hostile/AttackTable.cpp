@@ -15,6 +15,13 @@ std::vector<AttackGroup> attackTable() {
       {"Folders", "Folders", folderAttacks},
       {"Texts", "Texts of the user and the client", textAttacks},
       {"Writes", "Changes to the mailbox", writeAttacks},
+      {"Client", "The MCP client", clientAttacks},
+      {"Settings", "The settings file", settingsAttacks},
+      {"Saving", "Saving the settings", savingAttacks},
+      {"Secrets", "The secret store", secretAttacks},
+      {"Password", "Looking for the password", passwordAttacks},
+      {"Memory", "Messages of many megabytes", memoryAttacks},
+      {"Endurance", "Very many calls", enduranceAttacks},
   };
 }
 

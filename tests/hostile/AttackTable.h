@@ -49,5 +49,12 @@ std::vector<Attack> responseAttacks();
 std::vector<Attack> folderAttacks();
 std::vector<Attack> textAttacks();
 std::vector<Attack> writeAttacks();
+std::vector<Attack> clientAttacks();
+std::vector<Attack> settingsAttacks();
+std::vector<Attack> savingAttacks();
+std::vector<Attack> secretAttacks();
+std::vector<Attack> passwordAttacks();
+std::vector<Attack> memoryAttacks();
+std::vector<Attack> enduranceAttacks();
 
 }  // namespace tarnwell::test

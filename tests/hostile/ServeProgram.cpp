@@ -137,10 +137,10 @@ ServeProgram::ServeProgram(const Home& home) : errorFile_(home.path() / "standar
 }
 
 ServeProgram::~ServeProgram() {
-  if (input_ >= 0) {
-    ::close(input_);
+  endInput();
+  if (output_ >= 0) {
+    ::close(output_);
   }
-  ::close(output_);
   if (process_ > 0) {
     ::kill(process_, SIGKILL);
     ::waitpid(process_, nullptr, 0);
@@ -236,10 +236,18 @@ bool ServeProgram::answersPing() {
   return request("ping", JSONObject{})["result"] == JSONValue(JSONObject{});
 }
 
+void ServeProgram::closeOutput() { ::close(std::exchange(output_, -1)); }
+
+void ServeProgram::endInput() {
+  if (input_ >= 0) {
+    ::close(std::exchange(input_, -1));
+  }
+}
+
 Ending ServeProgram::end() {
-  ::close(std::exchange(input_, -1));
+  endInput();
   const Clock::time_point deadline = Clock::now() + patience;
-  while (readMore(deadline)) {
+  while (output_ >= 0 && readMore(deadline)) {
   }
   Ending ending;
   ending.status = waitForExit();

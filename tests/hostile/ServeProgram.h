@@ -119,7 +119,11 @@ class ServeProgram {
 
   bool answersPing();
 
-  /// Ends the standard input and waits for the program's end.
+  /// Goes away as the reader of the standard output. Nothing can be read afterwards.
+  void closeOutput();
+
+  void endInput();
+  /// Ends the standard input, if it is still open, and waits for the program's end.
   Ending end();
 
  private:

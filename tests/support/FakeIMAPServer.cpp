@@ -23,6 +23,8 @@ using boost::system::error_code;
 
 namespace {
 
+constexpr std::chrono::seconds patience{10};
+
 /// The bytes with line ends made visible, for messages.
 std::string visible(const std::string& bytes) {
   std::string text;
@@ -60,6 +62,7 @@ struct FakeIMAPServer::State {
     {
       const std::lock_guard lock(mutex);
       stopping = true;
+      idle.notify_all();
       if (socket) {
         ::shutdown(socket->native_handle(), SHUT_RDWR);
       }
@@ -145,6 +148,9 @@ struct FakeIMAPServer::State {
           peer.shutdown(tcp::socket::shutdown_send, error);
           drain(stream);
           return {};
+        case Step::Kind::pause:
+          pause();
+          break;
         case Step::Kind::reset:
           // Closed here, since the socket's destructor would turn the option off again.
           peer.set_option(asio::socket_base::linger(true, 0), error);
@@ -161,6 +167,13 @@ struct FakeIMAPServer::State {
     // Whatever still comes was not in the dialogue.
     const std::string extra = drain(stream);
     return extra.empty() ? "" : "after the dialogue came: " + visible(extra);
+  }
+
+  void pause() {
+    std::unique_lock lock(mutex);
+    pausing = true;
+    idle.notify_all();
+    idle.wait(lock, [this] { return !pausing || stopping; });
   }
 
   /// Repeats the bytes of an answer in blocks, so that short ones do not cost a record each.
@@ -251,6 +264,7 @@ struct FakeIMAPServer::State {
   mutable std::mutex mutex;
   std::condition_variable idle;
   bool stopping = false;
+  bool pausing = false;
   int accepted = 0;
   int open = 0;
   tcp::socket* socket = nullptr;
@@ -282,9 +296,19 @@ std::string FakeIMAPServer::received() const {
   return state_->received;
 }
 
+bool FakeIMAPServer::awaitPause() {
+  std::unique_lock lock(state_->mutex);
+  return state_->idle.wait_for(lock, patience, [&] { return state_->pausing; });
+}
+
+void FakeIMAPServer::resume() {
+  const std::lock_guard lock(state_->mutex);
+  state_->pausing = false;
+  state_->idle.notify_all();
+}
+
 std::string FakeIMAPServer::mismatch() {
   std::unique_lock lock(state_->mutex);
-  constexpr std::chrono::seconds patience{10};
   if (!state_->idle.wait_for(lock, patience, [&] { return state_->open == 0; })) {
     return "a connection is still open";
   }

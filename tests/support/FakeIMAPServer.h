@@ -33,6 +33,7 @@ struct Step {
     close,         // close with the closing message of TLS
     cut,           // close without it
     halfClose,     // close the own direction only, and go on listening
+    pause,         // say nothing until `resume`
     reset,         // TCP reset
     stall,         // say nothing more, until the client goes away
   };
@@ -50,6 +51,7 @@ inline Step answerSlowly(std::string bytes) { return {Step::Kind::answerSlowly, 
 inline Step closeHere() { return {Step::Kind::close, {}}; }
 inline Step cutHere() { return {Step::Kind::cut, {}}; }
 inline Step halfCloseHere() { return {Step::Kind::halfClose, {}}; }
+inline Step pauseHere() { return {Step::Kind::pause, {}}; }
 inline Step resetHere() { return {Step::Kind::reset, {}}; }
 inline Step stallHere() { return {Step::Kind::stall, {}}; }
 
@@ -75,6 +77,11 @@ class FakeIMAPServer {
   std::uint16_t port() const;
   int acceptCount() const;
   std::string received() const;
+
+  /// Waits until a connection has come to a pause; false when none does.
+  bool awaitPause();
+  /// Lets the pausing connection go on.
+  void resume();
 
   /// Waits until the connections served so far have ended; empty when every dialogue was played to its
   /// end, else what went wrong.

@@ -1,0 +1,184 @@
+/// The memory that a message of any size may take, and what stays after very many calls.
+
+#include <gtest/gtest.h>
+
+#include "hostile/ProcessFacts.h"
+#include "hostile/ServerAttack.h"
+
+namespace tarnwell::test {
+
+namespace {
+
+constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
+
+constexpr const char* fetchOfSeven = "UID FETCH 7 (UID FLAGS INTERNALDATE ENVELOPE BODYSTRUCTURE)";
+
+/// One text part; `type` is as in "\"PLAIN\" (\"CHARSET\" \"UTF-8\") NIL NIL \"7BIT\"".
+std::string structure(const std::string& type) { return "BODYSTRUCTURE (\"TEXT\" " + type + " 1 1)"; }
+
+/// Bytes that are made while they are sent.
+struct Bulk {
+  std::string block;
+  std::size_t times;
+
+  std::size_t size() const { return block.size() * times; }
+  Dialogue literal() const { return {answer("{" + std::to_string(size()) + "}\r\n"), answer(block, times)}; }
+};
+
+/// So many mebibytes of these bytes; their number divides a mebibyte.
+Bulk mebibytes(std::size_t count, std::string bytes) {
+  const std::size_t inOne = mebibyte / bytes.size();
+  return {std::move(bytes), count * inOne};
+}
+
+Dialogue readingOf(const Dialogue& summary, const Dialogue& body) {
+  return loginDialogue() + Dialogue{expect(std::string("A0004 ") + fetchOfSeven + "\r\n")} + summary +
+         Dialogue{answer("A0004 OK done\r\n"), expect("A0005 UID FETCH 7 (BODY.PEEK[1])\r\n")} + body +
+         Dialogue{answer("A0005 OK done\r\n"), expect("A0006 LOGOUT\r\n"), answer("A0006 OK bye\r\n")};
+}
+
+Dialogue bodyOf(const std::string& type, const Bulk& bulk) {
+  return readingOf(
+      {answer("* 1 FETCH (UID 7 " + structure(type) + ")\r\n")},
+      Dialogue{answer("* 1 FETCH (UID 7 BODY[1] ")} + bulk.literal() + Dialogue{answer(")\r\n")});
+}
+
+/// The envelope is (date subject from sender reply-to to cc bcc in-reply-to message-id).
+Dialogue envelopeOf(const std::string& before, const Bulk& bulk, const std::string& behind) {
+  const std::string plain = structure("\"PLAIN\" NIL NIL NIL \"7BIT\"");
+  return readingOf(Dialogue{answer("* 1 FETCH (UID 7 ENVELOPE (" + before)} + bulk.literal() +
+                       Dialogue{answer(behind + ") " + plain + ")\r\n")},
+                   {answer("* 1 FETCH (UID 7 BODY[1] {2}\r\nok)\r\n")});
+}
+
+/// The greatest memory that the program ever took is at most four times the literal and 16 MiB. A
+/// sanitizer's shadow and quarantine belie the figure; under one the message is only read.
+void readBigMessage(const Dialogue& dialogue, const Bulk& bulk) {
+  FakeIMAPServer server(dialogue);
+  Home home;
+  home.useServer(server.port());
+  ServeProgram program(home);
+  const ToolAnswer message = program.call("get_message_body", {{"uid", 7}});
+  EXPECT_EQ(message.error(), "");
+  EXPECT_EQ(message.result["returned"], JSONValue(true)) << message.result.serialized().substr(0, 1000);
+  EXPECT_EQ(server.mismatch(), "");
+  const auto peak = static_cast<std::size_t>(processFigure(program.processID(), "VmHWM")) * 1024;
+  std::cout << "greatest memory: " << peak / mebibyte << " MiB for a literal of " << bulk.size() / mebibyte
+            << " MiB\n";
+  if (!isSanitized) {
+    EXPECT_LE(peak, 4 * bulk.size() + 16 * mebibyte);
+  }
+  expectSound(home, program);
+  expectQuietEnd(program);
+}
+
+constexpr const char* bounded = "takes at most four times its size and 16 MiB";
+
+Attack bigBody(const std::string& name, const std::string& attack, const std::string& type, Bulk bulk) {
+  return {name, attack, bounded,
+          [type, bulk = std::move(bulk)] { readBigMessage(bodyOf(type, bulk), bulk); }};
+}
+
+std::vector<Attack> bigMessages() {
+  const std::string words = "Thirty-two bytes of a long text\n";
+  const std::string coded = "6enp6enp6enp6enp6enp6enp6enp\r\n\r\n";
+  const std::string markup = "<p>c\xE9 \xE8\xE9\xE0&amp;&nbsp;<b>x</b></p>";
+  const Bulk identifier = mebibytes(64, words);
+  const Bulk subject = mebibytes(25, words);
+  return {
+      bigBody("bodyOf25MiB", "a body of 25 MiB", R"("PLAIN" ("CHARSET" "UTF-8") NIL NIL "7BIT")",
+              mebibytes(25, words)),
+      bigBody("bodyOf64MiB", "a body of 64 MiB", R"("PLAIN" ("CHARSET" "UTF-8") NIL NIL "7BIT")",
+              mebibytes(64, words)),
+      bigBody("html", "HTML of 25 MiB in ISO 8859-1", R"("HTML" ("CHARSET" "ISO-8859-1") NIL NIL "8BIT")",
+              mebibytes(25, markup)),
+      bigBody("base64", "HTML of 25 MiB in base64", R"("HTML" ("CHARSET" "ISO-8859-1") NIL NIL "BASE64")",
+              mebibytes(25, coded)),
+      bigBody("cyrillic", "a body of 25 MiB, each byte of which becomes two",
+              R"("PLAIN" ("CHARSET" "WINDOWS-1251") NIL NIL "8BIT")", mebibytes(25, std::string(32, '\xE9'))),
+      {"messageID", "a message ID of 64 MiB", bounded,
+       [identifier] {
+         readBigMessage(envelopeOf("NIL NIL NIL NIL NIL NIL NIL NIL NIL ", identifier, ""), identifier);
+       }},
+      {"subject", "a subject of 25 MiB", bounded,
+       [subject] {
+         readBigMessage(envelopeOf("NIL ", subject, " NIL NIL NIL NIL NIL NIL NIL NIL"), subject);
+       }},
+  };
+}
+
+/// What a process holds on to.
+struct Holdings {
+  long kilobytes;
+  long descriptors;
+  long threads;
+};
+
+Holdings holdingsOf(pid_t process) {
+  return {processFigure(process, "VmRSS"), openDescriptors(process), processFigure(process, "Threads")};
+}
+
+Dialogue searching() {
+  return loginDialogue() +
+         Dialogue{
+             expect("A0004 UID SEARCH ALL\r\n"),
+             answer("* SEARCH 7\r\nA0004 OK done\r\n"),
+             expect(std::string("A0005 ") + fetchOfSeven + "\r\n"),
+             answer("* 1 FETCH (UID 7 FLAGS () ENVELOPE (NIL \"Lunch\" NIL NIL NIL NIL NIL NIL NIL NIL) " +
+                    structure("\"PLAIN\" NIL NIL NIL \"7BIT\"") + ")\r\nA0005 OK done\r\n"),
+             expect("A0006 UID FETCH 7 (BODY.PEEK[1])\r\n"),
+             answer("* 1 FETCH (UID 7 BODY[1] {12}\r\nSee you soon)\r\nA0006 OK done\r\n"),
+             expect("A0007 LOGOUT\r\n"),
+             answer("A0007 OK bye\r\n")};
+}
+
+/// Every hundred calls hold ten sessions over TLS, thirty questions to the secret service, and sixty calls
+/// that are refused.
+void playHundredCalls(ServeProgram& program) {
+  for (int number = 0; number < 100; ++number) {
+    if (number % 10 == 0) {
+      EXPECT_EQ(program.call("search_inbox").result["count"], JSONValue(1));
+    } else if (number % 10 <= 3) {
+      EXPECT_EQ(program.call("get_status").result["configured"], JSONValue(true));
+    } else {
+      EXPECT_TRUE(program.call(number % 2 == 0 ? "get_message_body" : "no_such_tool").isError);
+    }
+  }
+}
+
+/// The log keeps its newest 500 entries in memory, and what is loaded on demand is loaded early: both is
+/// over after the first hundred calls, which hold more entries than that.
+void callTenThousandTimes() {
+  FakeIMAPServer server(searching());
+  Home home;
+  home.useServer(server.port());
+  ServeProgram program(home);
+  playHundredCalls(program);
+  const Holdings before = holdingsOf(program.processID());
+  for (int hundred = 1; hundred < 100; ++hundred) {
+    playHundredCalls(program);
+  }
+  const Holdings after = holdingsOf(program.processID());
+  EXPECT_EQ(server.acceptCount(), 1000);
+  EXPECT_EQ(server.mismatch(), "");
+  std::cout << "after 100 calls " << before.kilobytes << " kB, after 10,000 " << after.kilobytes << " kB\n";
+  EXPECT_EQ(after.descriptors, before.descriptors);
+  EXPECT_EQ(after.threads, before.threads);
+  if (!isSanitized) {
+    EXPECT_LT(after.kilobytes - before.kilobytes, 1000);
+  }
+  expectSound(home, program);
+  expectQuietEnd(program);
+}
+
+}  // namespace
+
+std::vector<Attack> memoryAttacks() { return bigMessages(); }
+
+std::vector<Attack> enduranceAttacks() {
+  return {{"tenThousandCalls", "10,000 tool calls, 1000 of them over TLS",
+           "grows by less than 1 MB after the first hundred, and by no descriptor and no thread",
+           callTenThousandTimes}};
+}
+
+}  // namespace tarnwell::test

@@ -1,0 +1,42 @@
+#pragma once
+
+/// What the system tells about a running program.
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+
+namespace tarnwell::test {
+
+/// Whether the programs are built with a sanitizer, whose shadow memory and allocator belie every figure.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool isSanitized = true;
+#else
+inline constexpr bool isSanitized = false;
+#endif
+
+inline std::filesystem::path processDirectory(pid_t process) {
+  return std::filesystem::path("/proc") / std::to_string(process);
+}
+
+/// A number of /proc/PID/status, such as VmHWM and VmRSS (in kB) or Threads.
+inline long processFigure(pid_t process, const std::string& name) {
+  std::ifstream status(processDirectory(process) / "status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with(name + ":")) {
+      return std::stol(line.substr(name.size() + 1));
+    }
+  }
+  throw std::runtime_error("the system does not tell " + name);
+}
+
+inline long openDescriptors(pid_t process) {
+  return std::distance(std::filesystem::directory_iterator(processDirectory(process) / "fd"),
+                       std::filesystem::directory_iterator());
+}
+
+}  // namespace tarnwell::test
