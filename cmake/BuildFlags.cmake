@@ -15,7 +15,8 @@ if(TARNWELL_SANITIZE)
   # With the sanitizers' own code in place GCC 12 sees members of a std::variant read before they are written, and
   # short texts copied beyond their end; the sanitizers themselves would tell if they were.
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    target_compile_options(tarnwell_flags INTERFACE -Wno-maybe-uninitialized -Wno-array-bounds)
+    target_compile_options(tarnwell_flags INTERFACE
+      -Wno-maybe-uninitialized -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread -Wno-restrict)
   endif()
 endif()
 
