@@ -26,15 +26,14 @@ std::size_t endOfName(std::string_view text, std::size_t position, std::string_v
     if (position >= text.size()) {
       return nowhere;
     }
+    const bool isBeyondASCII = byteAt(text, position) >= 0x80;
     if (asciiLowercasedByte(text[position]) == lowerName.front()) {
       ++position;
       lowerName.remove_prefix(1);
-    } else if (byteAt(text, position) < 0x80) {
-      return nowhere;
-    } else if (lowerName.front() == 's' && startsWith(text, position, "\u017F")) {
+    } else if (isBeyondASCII && lowerName.front() == 's' && startsWith(text, position, "\u017F")) {
       position += 2;
       lowerName.remove_prefix(1);
-    } else if (lowerName.starts_with("st") &&
+    } else if (isBeyondASCII && lowerName.starts_with("st") &&
                (startsWith(text, position, "\uFB05") || startsWith(text, position, "\uFB06"))) {
       position += 3;
       lowerName.remove_prefix(2);

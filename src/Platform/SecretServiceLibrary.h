@@ -82,6 +82,7 @@
 
 namespace tarnwell {
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a name that is declared stands in none.
 #define TARNWELL_DECLARE_POINTER(NAME) inline decltype(&::NAME) NAME = nullptr;
 TARNWELL_SECRET_SERVICE_FUNCTIONS(TARNWELL_DECLARE_POINTER)
 #undef TARNWELL_DECLARE_POINTER
