@@ -154,7 +154,7 @@ struct FakeIMAPServer::State {
         case Step::Kind::reset:
           // Closed here, since the socket's destructor would turn the option off again.
           peer.set_option(asio::socket_base::linger(true, 0), error);
-          peer.close(error);
+          close(peer);
           return {};
         case Step::Kind::stall:
           drain(stream);
@@ -239,12 +239,19 @@ struct FakeIMAPServer::State {
     stream.async_shutdown([](error_code) {});
     context.restart();
     context.run_for(moment);
-    error_code ignored;
-    stream.next_layer().close(ignored);
+    close(stream.next_layer());
     context.restart();
     context.run();
   }
   void shutDown(tcp::socket&) {}
+
+  /// Closes where `stop` cannot be looking at the socket.
+  void close(tcp::socket& peer) {
+    const std::lock_guard lock(mutex);
+    socket = nullptr;
+    error_code ignored;
+    peer.close(ignored);
+  }
 
   void keep(const std::string& bytes) {
     guard.clientSent(bytes);
