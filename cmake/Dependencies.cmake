@@ -12,5 +12,5 @@ find_package(nlohmann_json 3.11 REQUIRED)
 
 if(NOT APPLE)
   find_package(PkgConfig REQUIRED)
-  pkg_check_modules(LIBSECRET REQUIRED IMPORTED_TARGET libsecret-1>=0.20)
+  pkg_check_modules(LIBSYSTEMD REQUIRED IMPORTED_TARGET libsystemd>=246)
 endif()

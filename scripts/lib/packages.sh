@@ -2,15 +2,15 @@
 # The Debian packages that the build, the demonstration and the tests need: installed as root, named to an
 # ordinary user. Uses messages.sh.
 
-packages_to_build=(cmake g++ libboost1.81-dev libicu-dev libsecret-1-dev
-  libssl-dev ninja-build nlohmann-json3-dev pkg-config)
+packages_to_build=(cmake g++ libboost1.81-dev libicu-dev libssl-dev
+  libsystemd-dev ninja-build nlohmann-json3-dev pkg-config)
 packages_to_run=(ca-certificates dbus-daemon dovecot-imapd gnome-keyring libsecret-tools openssl python3
   util-linux)
 packages_to_bench=(libbenchmark-dev libgmime-3.0-dev)
 packages_to_check_apple=(clang-14 libc++-16-dev)
 packages_to_package=(dpkg-dev file gzip python3)
 packages_to_test=(clang-14 clang-format-14 clang-tidy-14 codespell curl dovecot-dev fish libclang-rt-14-dev
-  libgmock-dev libgtest-dev lintian mandoc strace systemd valgrind zsh)
+  libglib2.0-dev libgmock-dev libgtest-dev lintian mandoc strace systemd valgrind zsh)
 
 # require_packages NAME...
 require_packages() {

@@ -15,7 +15,7 @@
 /// macOS the shared place is in the data-protection keychain and open only to a program that is signed
 /// for the group; others have `missingEntitlement` from it. The plain place is the login keychain.
 ///
-/// Threads: any; calls on one object one at a time.
+/// Threads: any; calls on one object wait for each other.
 
 #include <cstdint>
 #include <optional>

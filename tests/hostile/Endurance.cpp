@@ -163,8 +163,7 @@ void callTenThousandTimes() {
   EXPECT_EQ(server.mismatch(), "");
   std::cout << "after 100 calls " << before.kilobytes << " kB, after 10,000 " << after.kilobytes << " kB\n";
   EXPECT_EQ(after.descriptors, before.descriptors);
-  // GLib's pool keeps up to two workers that have nothing to do, or lets them go.
-  EXPECT_LE(after.threads, before.threads + 2);
+  EXPECT_EQ(after.threads, before.threads);
   if (!isSanitized) {
     EXPECT_LT(after.kilobytes - before.kilobytes, 1000);
   }

@@ -59,12 +59,4 @@ inline std::vector<std::string> findInMemory(pid_t process, const std::set<std::
   return places;
 }
 
-/// Of a place that was found: glibc gives each thread but the first an arena that begins at a multiple of
-/// 64 MiB (`HEAP_MAX_SIZE` in malloc/arena.c).
-inline bool liesInAnotherThreadsArena(const std::string& place) {
-  constexpr std::uintptr_t arenaSize = std::uintptr_t{64} * 1024 * 1024;
-  const std::uintptr_t begin = std::stoull(place, nullptr, 16);
-  return begin % arenaSize == 0 && place.find("[heap]") == std::string::npos;
-}
-
 }  // namespace tarnwell::test

@@ -128,16 +128,21 @@ class PrivateKeyring {
   }
 
   /// The same keyring file under a new daemon that was given the wrong password.
-  void restartLocked() {
+  void restartLocked() { restart("wrong"); }
+
+  /// The same under a new daemon that was given the right one.
+  void restartUnlocked() { restart("right"); }
+
+ private:
+  static constexpr const char* serviceName = "org.freedesktop.secrets";
+
+  void restart(const std::string& password) {
     daemon_->end(SIGTERM);
     while (bus_.hasOwner(serviceName)) {
       std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
-    start("wrong");
+    start(password);
   }
-
- private:
-  static constexpr const char* serviceName = "org.freedesktop.secrets";
 
   void start(const std::string& password) {
     daemon_.emplace(

@@ -18,9 +18,6 @@
 namespace tarnwell::test {
 namespace {
 
-// Opened before GLib starts a thread for a test's own connection, as it is in the program.
-[[maybe_unused]] const SecretItems& opened = systemSecretItems();
-
 const std::string service = "app.tarnwell.Tarnwell";
 const std::string address = "user@example.org";
 const std::string group = "TARNWELL01.app.tarnwell.Tarnwell";
@@ -214,6 +211,20 @@ TEST_F(SecretItemsOnKeyring, busThatGoesAwayIsNotAvailableAndEndsNothing) {
   EXPECT_EQ(copy(plain), notFound);
 }
 
+TEST_F(SecretItemsOnKeyring, addressesOfOtherKindsArePassedOver) {
+  ASSERT_EQ(items.add(plain, "secret"), SecretStatus::success);
+  ScopedEnvironment several(onlyBus("tcp:host=127.0.0.1,port=1;" + keyring.bus().address() + ";autolaunch:"));
+  EXPECT_EQ(copy(plain), (Copy{SecretStatus::success, "secret"}));
+}
+
+TEST_F(SecretItemsOnKeyring, serviceThatWasStartedAnewIsReadAgain) {
+  ASSERT_EQ(items.add(plain, "secret"), SecretStatus::success);
+  EXPECT_EQ(copy(plain), (Copy{SecretStatus::success, "secret"}));
+  keyring.restartUnlocked();
+  EXPECT_EQ(copy(plain), (Copy{SecretStatus::success, "secret"}));
+  EXPECT_EQ(copy(shared), notFound);
+}
+
 void expectNotAvailable() {
   EXPECT_EQ(copy(plain), (Copy{SecretStatus::notAvailable, std::nullopt}));
   EXPECT_EQ(systemSecretItems().add(plain, "secret"), SecretStatus::notAvailable);
@@ -233,19 +244,28 @@ TEST(SecretItemsWithoutService, addressOfAMissingSocket) {
   expectNotAvailable();
 }
 
+TEST(SecretItemsWithoutService, addressThatNamesAProgramStartsNone) {
+  TemporaryDirectory directory;
+  const std::filesystem::path trace = directory / "trace";
+  ScopedEnvironment environment(onlyBus("unixexec:path=/usr/bin/touch,argv1=" + trace.string()));
+  expectNotAvailable();
+  EXPECT_FALSE(std::filesystem::exists(trace));
+}
+
 TEST(SecretItemsWithoutService, addressThatIsNone) {
   ScopedEnvironment environment(onlyBus("no address at all"));
   expectNotAvailable();
 }
 
-TEST(SecretItemsWithoutService, debuggingAidsOfTheLibrariesLeaveTheStandardOutputAlone) {
+TEST(SecretItemsWithoutService, debuggingAidsOfTheLibraryLeaveTheStandardStreamsAlone) {
   ScopedEnvironment withoutBus(onlyBus("unix:path=/nowhere"));
-  ScopedEnvironment environment(ScopedEnvironment::Variables{{"G_MESSAGES_DEBUG", "all"}});
-  copy(plain);  // loads the libraries
+  ScopedEnvironment environment(
+      ScopedEnvironment::Variables{{"SYSTEMD_LOG_LEVEL", "debug"}, {"SYSTEMD_LOG_TARGET", "console"}});
   testing::internal::CaptureStdout();
-  g_log("GLib-GIO", G_LOG_LEVEL_DEBUG, "a message");
-  g_print("a text");
+  testing::internal::CaptureStderr();
+  copy(plain);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST(SecretItemsWithoutService, busWithoutService) {

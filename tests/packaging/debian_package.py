@@ -25,7 +25,7 @@ FILES = """
 ./usr/share/man/man1/tarnwell.1.gz
 ./usr/share/zsh/vendor-completions/_tarnwell
 """.split()
-LIBRARIES = {"libc6", "libgcc-s1", "libglib2.0-0", "libicu72", "libsecret-1-0", "libssl3", "libstdc++6"}
+LIBRARIES = {"libc6", "libgcc-s1", "libicu72", "libssl3", "libstdc++6", "libsystemd0"}
 # A build with a sanitizer needs its library too, and only a release is hardened.
 NEVER_IN_A_RELEASE = re.compile(r"lib[a-z]+san\d*$")
 

@@ -1,0 +1,80 @@
+#pragma once
+
+/// One conversation with the freedesktop Secret Service (Secret Service API), on a connection of its own.
+/// Linux only; included by source files alone, since it brings the bus library's headers with it.
+///
+/// Nothing is asked of the service that would need the user. Where its answer names a prompt, that prompt is
+/// left alone. Every call may throw `BusError`.
+///
+/// Threads: one at a time for each object.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Platform/SecretItems.h"
+#include "Platform/SecretTransfer.h"
+#include "Platform/SessionBus.h"
+
+namespace tarnwell {
+
+class SecretServiceConversation {
+ public:
+  /// What a query matches.
+  struct Matches {
+    struct Item {
+      std::string path;
+      std::uint64_t modified;  // seconds since 1970
+    };
+    std::vector<Item> unlocked;
+    bool hasLocked = false;
+  };
+
+  /// Connects to the bus at the address. Does not tell whether any program offers the service: the first
+  /// request does.
+  SecretServiceConversation(std::string address, Deadline deadline);
+
+  /// True when the conversation is with the bus at this address and can go on.
+  bool isOpenAt(const std::string& address);
+
+  /// The time by which every further answer must be there.
+  void goOnUntil(Deadline deadline) { deadline_ = deadline; }
+
+  /// The service takes the attributes of a query as the least that an item must have, so that a query for
+  /// the plain place also finds the items of every access group. These are dropped here.
+  /// Locked items are not told apart: a keyring that was never unlocked shows hashes of the attributes.
+  Matches search(const SecretItemQuery& query);
+
+  void handOver(const std::string& item, SecretItems::Receiver& receiver);
+
+  /// The collection for new items; absent when the user has none.
+  std::optional<std::string> defaultCollection();
+
+  bool isLocked(const std::string& collection);
+
+  /// These two are false when the service wants to ask the user first.
+  bool create(const std::string& collection, const SecretItemQuery& query, std::string_view bytes);
+  bool erase(const std::string& item);
+
+ private:
+  struct Properties;
+
+  BusMessage methodCall(const std::string& path, const char* interface, const char* member);
+  BusMessage call(const BusMessage& request) { return bus_.call(request, deadline_); }
+  Properties propertiesOf(const std::string& path, const char* interface);
+
+  void appendSecret(BusMessage& request, std::string_view bytes);
+  const std::string& session();
+  void openEncryptedSession();
+  void openPlainSession();
+
+  std::string address_;
+  Deadline deadline_;
+  SessionBus bus_;
+  std::string session_;             // empty before the first secret
+  std::optional<TransferKey> key_;  // absent in a session that does not encrypt
+};
+
+}  // namespace tarnwell
