@@ -96,7 +96,7 @@ TransferKey::Encrypted TransferKey::encrypted(std::string_view secret) const {
   orThrow(EVP_EncryptUpdate(cipher.get(), data(result.bytes), &written, data(secret),
                             static_cast<int>(secret.size())));
   orThrow(EVP_EncryptFinal_ex(cipher.get(), data(result.bytes) + written, &rest));
-  result.bytes.resize(static_cast<std::size_t>(written + rest));
+  result.bytes.resize(static_cast<std::size_t>(written) + static_cast<std::size_t>(rest));
   return result;
 }
 
