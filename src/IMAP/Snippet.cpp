@@ -48,8 +48,10 @@ Snippet snippet(std::string_view text, std::int64_t maxChars) {
   const auto limit = static_cast<std::size_t>(std::max<std::int64_t>(maxChars, 0));
   CollapsedText collapsed(text);
   // A preview of a long text needs its beginning only: one code point behind the cut shows both that
-  // there is more and where the last character ends. How many bytes that takes is not known beforehand.
-  for (std::size_t size = 4096;; size *= 4) {
+  // there is more and where the last character ends. How many bytes that takes is not known beforehand; to
+  // begin with, twice as many as characters.
+  constexpr std::size_t largestGuess = 8192;
+  for (std::size_t size = 2 * std::min(limit, largestGuess / 2) + 16;; size *= 4) {
     collapsed.growTo(size);
     const std::string_view cut = characterPrefix(collapsed.soFar(), limit);
     if (cut.size() < collapsed.soFar().size()) {
