@@ -1,7 +1,7 @@
 /// A network far away, on the loopback interface: hands every piece of every connection on after a fixed
 /// time, in both directions, and limits nothing else.
 ///
-///   delay_proxy ONE_WAY_MILLISECONDS UPSTREAM_PORT
+///   DelayProxy ONE_WAY_MILLISECONDS UPSTREAM_PORT
 ///
 /// Prints its port on the first line, and for each connection that has ended one line of JSON with its round
 /// trips: how often the client's bytes were answered, and one for the handshake of TCP. That one the kernel
@@ -238,12 +238,12 @@ class Proxy {
 
 int main(int count, char* arguments[]) {
   if (count != 3) {
-    std::cerr << "usage: delay_proxy ONE_WAY_MILLISECONDS UPSTREAM_PORT\n";
+    std::cerr << "usage: DelayProxy ONE_WAY_MILLISECONDS UPSTREAM_PORT\n";
     return 2;
   }
   const int listener = listenOnAnyPort();
   if (listener < 0) {
-    std::cerr << "delay_proxy: no port\n";
+    std::cerr << "DelayProxy: no port\n";
     return 1;
   }
   Proxy proxy(listener, static_cast<std::uint16_t>(std::atoi(arguments[2])),

@@ -1,9 +1,9 @@
 /// Drives a server on its standard input and output as an MCP client does, and measures what microseconds
 /// matter to. Prints one line of JSON with the nanoseconds of each measurement.
 ///
-///   serve_timer start COUNT COMMAND...     from the start of the process to the answer of initialize
-///   serve_timer ping COUNT COMMAND...      each ping, from its writing to its answer
-///   serve_timer pipeline COUNT COMMAND...  COUNT pings written without waiting, until the last answer
+///   ServeTimer start COUNT COMMAND...     from the start of the process to the answer of initialize
+///   ServeTimer ping COUNT COMMAND...      each ping, from its writing to its answer
+///   ServeTimer pipeline COUNT COMMAND...  COUNT pings written without waiting, until the last answer
 
 #include <fcntl.h>
 #include <poll.h>
@@ -176,7 +176,7 @@ int main(int argumentCount, char* arguments[]) {
                        : what == "pipeline" ? measurePipeline
                                             : nullptr;
   if (measure == nullptr) {
-    std::cerr << "usage: serve_timer start|ping|pipeline COUNT COMMAND...\n";
+    std::cerr << "usage: ServeTimer start|ping|pipeline COUNT COMMAND...\n";
     return 2;
   }
   std::signal(SIGPIPE, SIG_IGN);
@@ -188,7 +188,7 @@ int main(int argumentCount, char* arguments[]) {
     }
     std::cout << "], \"processor\": " << processorTime() << "}\n";
   } catch (const std::exception& error) {
-    std::cerr << "serve_timer: failed at " << error.what() << "\n";
+    std::cerr << "ServeTimer: failed at " << error.what() << "\n";
     return 1;
   }
 }

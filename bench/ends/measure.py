@@ -3,7 +3,8 @@ nothing can go below, and prints the tables. Started by scripts/bench, which has
 
     python3 measure.py SETTINGS_DIRECTORY BUILD DIRECTORY DOVECOT_PORT RECORDER_PORT [MARKDOWN_FILE]
 
-BUILD is the build folder; DIRECTORY holds ca.pem, certificates/, wire, and in micro/ the tables of the parts. The contenders take turns within each measurement, so that a disturbance meets all of them.
+BUILD is the build folder; DIRECTORY holds ca.pem, certificates/, wire, and in micro/ the tables of the parts. The
+contenders take turns within each measurement, so that a disturbance meets all of them.
 """
 import json
 import os

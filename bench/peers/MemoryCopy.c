@@ -1,5 +1,5 @@
 /* The floor of anything that touches a body: copies so many bytes, on the line "go", as often as it is asked.
- *   memory_copy BYTES
+ *   MemoryCopy BYTES
  * Prints the nanoseconds of each copy. */
 #include <stdio.h>
 #include <stdlib.h>

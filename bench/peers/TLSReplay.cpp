@@ -2,7 +2,7 @@
 /// them. For each line "go" on its standard input it opens a connection, replays the whole session and prints
 /// what that took, as one line of JSON with nanoseconds.
 ///
-///   tls_replay PORT CERTIFICATE_DIRECTORY COMMANDS
+///   TLSReplay PORT CERTIFICATE_DIRECTORY COMMANDS
 ///
 /// COMMANDS holds one command on each line, in the order in which they are sent; none has a literal.
 
@@ -122,7 +122,7 @@ std::size_t replay(std::uint16_t port, const char* certificates, const std::vect
 
 int main(int count, char* arguments[]) {
   if (count != 4) {
-    std::cerr << "usage: tls_replay PORT CERTIFICATE_DIRECTORY COMMANDS\n";
+    std::cerr << "usage: TLSReplay PORT CERTIFICATE_DIRECTORY COMMANDS\n";
     return 2;
   }
   std::vector<std::string> commands;
@@ -141,7 +141,7 @@ int main(int count, char* arguments[]) {
                 << ", \"bytes\": " << bytes << "}" << std::endl;
     }
   } catch (const std::exception& error) {
-    std::cerr << "tls_replay: failed at " << error.what() << "\n";
+    std::cerr << "TLSReplay: failed at " << error.what() << "\n";
     return 1;
   }
 }

@@ -1,6 +1,6 @@
-# shellcheck shell=bash disable=SC2034 # the lists are used by scripts/setup and scripts/check-apple
+# shellcheck shell=bash disable=SC2034 # the lists are used by the scripts
 # The Debian packages that the build, the demonstration and the tests need: installed as root, named to an
-# ordinary user. Uses messages.sh.
+# ordinary user. Uses messages.sh, cleanup.sh.
 
 packages_to_build=(cmake g++ libboost1.81-dev libicu-dev libssl-dev
   libsystemd-dev ninja-build nlohmann-json3-dev pkg-config)
@@ -40,6 +40,7 @@ install_packages() {
   local policy=/usr/sbin/policy-rc.d own_policy=
   if [ ! -e "$policy" ]; then
     own_policy=yes
+    cleanup_paths+=("$policy")
     printf '#!/bin/sh\nexit 101\n' >"$policy"
     chmod 755 "$policy"
   fi
@@ -48,7 +49,10 @@ install_packages() {
     apt-get update -q &&
       DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "$@"
   } </dev/null >&2 || status=$?
-  [ -z "$own_policy" ] || rm -f "$policy"
+  if [ -n "$own_policy" ]; then
+    rm -f "$policy"
+    unset 'cleanup_paths[-1]'
+  fi
   [ "$status" = 0 ] || fail "apt-get could not install: $*"
   case " $* " in
     *" dovecot-imapd "*) systemctl disable --quiet dovecot.service dovecot.socket 2>/dev/null || true ;;

@@ -1,10 +1,12 @@
 #include "CLI/CLIRunner.h"
 
+#include <filesystem>
+#include <optional>
 #include <string_view>
+#include <system_error>
 
 #include "CLI/Output.h"
 #include "Core/AppLogger.h"
-#include "Core/BridgeConstants.h"
 #include "MCP/JSONValue.h"
 #include "MCP/MCPServer.h"
 #include "MCP/MCPTransportStdio.h"

@@ -28,7 +28,8 @@ int status();
 /// Prints the configuration object for an MCP client. Reads neither settings nor secrets.
 int printConfig();
 
-/// The absolute path of the running program, symbolic links resolved.
+/// The absolute path of the running program, symbolic links resolved, when the system tells it; else what the
+/// name by which it was called means in the working directory.
 std::filesystem::path ownExecutablePath();
 
 }  // namespace tarnwell::CLIRunner

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "Platform/ASCIICase.h"
 #include "Platform/UserDirectories.h"
 
 namespace tarnwell {
@@ -66,10 +67,7 @@ void read(const json& value, const char* key, AppLanguage& field) {
   field = *language;
 }
 
-void read(const json& value, const char* key, SafetySettings& field) {
-  requireObject(value, key);
-  from_json(value, field);
-}
+void read(const json& value, const char* /*key*/, SafetySettings& field) { from_json(value, field); }
 
 template <class T>
 void read(const json& value, const char* key, std::optional<T>& field) {
@@ -118,10 +116,7 @@ AppLanguage systemDefaultLanguage() {
   std::vector<std::string> wanted = preferredLanguages();
   std::string_view first = wanted.empty() ? std::string_view("en") : wanted.front();
   // Language tags are ASCII and know no letter case (RFC 5646, section 2.1.1).
-  auto is = [&](std::size_t index, char lower, char upper) {
-    return index < first.size() && (first[index] == lower || first[index] == upper);
-  };
-  return is(0, 'j', 'J') && is(1, 'a', 'A') ? AppLanguage::japanese : AppLanguage::english;
+  return startsWithIgnoringASCIICase(first, "ja") ? AppLanguage::japanese : AppLanguage::english;
 }
 
 void to_json(json& json, const SafetySettings& settings) {

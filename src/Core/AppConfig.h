@@ -1,6 +1,6 @@
 #pragma once
 
-/// The settings that the companion app writes and this program reads.
+/// The settings that the companion app writes and this program reads; `test-connection` writes its outcome.
 ///
 /// Both records have a JSON form: an object whose keys are the field names. A missing key, or null,
 /// leaves the default; a key of the wrong type fails the whole record; unknown keys are ignored.
@@ -74,7 +74,8 @@ struct AppConfig {
   bool operator==(const AppConfig&) const = default;
 };
 
-/// Thrown with a text naming the key by `from_json` for a key of the wrong type.
+/// The JSON forms. For a value of the wrong type `from_json` throws `std::invalid_argument`, whose text names
+/// the key; the record is then as it was.
 void to_json(nlohmann::json& json, const SafetySettings& settings);
 void from_json(const nlohmann::json& json, SafetySettings& settings);
 void to_json(nlohmann::json& json, const AppConfig& config);

@@ -34,6 +34,7 @@ std::optional<AppConfig> decode(const std::string& text) {
 ConfigStore ConfigStore::shared() {
   auto support = applicationSupportDirectory();
   if (!support) {
+    // Deliberate: the same on every system, so that the file has a place even without an environment.
     support = homeDirectory() / "Library" / "Application Support";
   }
   return ConfigStore(*support / BridgeConstants::bundleIdentifier);

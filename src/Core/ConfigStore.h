@@ -18,7 +18,9 @@ class ConfigStore {
   explicit ConfigStore(std::filesystem::path directory) : directory_(std::move(directory)) {}
 
   /// The store in the user's own directory: Application Support (or what stands for it, see
-  /// Platform/UserDirectories.h) and in it a folder named like the application identifier.
+  /// Platform/UserDirectories.h) and in it a folder named like the application identifier. Where the system
+  /// tells of no such directory it is "Library/Application Support" in the home directory of the user's entry
+  /// in the user database, on every system.
   static ConfigStore shared();
 
   std::filesystem::path configURL() const { return directory_ / "config.json"; }

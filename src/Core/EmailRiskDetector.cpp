@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 
+#include "Platform/ASCIICase.h"
 #include "Platform/Text.h"
 
 namespace tarnwell {
@@ -47,15 +48,15 @@ constexpr Keyword keywordTable[] = {
 };
 
 /// A whole word is looked for only where the term is a substring of the lower-cased text. The one implies the
-/// other for terms to which nothing outside of ASCII folds: U+017F folds to s, U+212A to k, and the ligatures
-/// to ff or to pairs with i, l or s (Unicode 15, CaseFolding.txt).
-constexpr bool foldsFromASCIIOnly(std::string_view term) {
-  return term.find_first_of("IKLSikls") == term.npos && term.find("FF") == term.npos &&
-         term.find("ff") == term.npos;
-}
+/// other for terms to which nothing outside of ASCII folds.
 static_assert(std::ranges::all_of(keywordTable, [](const Keyword& keyword) {
   return !keyword.wordBoundary || foldsFromASCIIOnly(keyword.term);
 }));
+
+/// How many bytes of each term the search looks up in its table; no term is shorter.
+constexpr std::size_t lookAhead = 3;
+static_assert(std::ranges::all_of(keywordTable,
+                                  [](const Keyword& keyword) { return keyword.term.size() >= lookAhead; }));
 
 /// A set of rows of the table, one bit for each.
 using Rows = std::uint32_t;
@@ -94,9 +95,6 @@ class TermSearch {
   }
 
  private:
-  /// No term is shorter.
-  static constexpr std::size_t lookAhead = 3;
-
   Rows confirmed(Rows candidates, std::string_view text) const {
     Rows found = 0;
     for (; candidates != 0; candidates &= candidates - 1) {

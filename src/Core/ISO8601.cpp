@@ -109,6 +109,7 @@ std::string formatISO8601(Instant instant) {
   auto day = std::chrono::floor<std::chrono::days>(shown);
   std::chrono::year_month_day date(day);
   std::chrono::hh_mm_ss time(shown - day);
+  // The room beyond is never used: the compiler warns of what fields of these types could print.
   char text[sizeof "0000-00-00T00:00:00Z" + 64];
   int length = std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ", int(date.year()),
                              unsigned(date.month()), unsigned(date.day()), int(time.hours().count()),

@@ -2,8 +2,8 @@
 
 /// A password, or bytes that contain one.
 ///
-/// It cannot be printed, compared into a log or converted to a text by accident, and its memory is
-/// overwritten when it dies or grows. Look at it with `view()` at the one place that sends it.
+/// It cannot be printed, put into a log or converted to a text by accident, and its memory is
+/// overwritten when it dies, grows or is cleared. Look at it with `view()` at the one place that sends it.
 ///
 /// Threads: a plain value; one thread at a time.
 
@@ -46,7 +46,10 @@ class Secret {
 
   void append(std::string_view text) { bytes_.insert(bytes_.end(), text.begin(), text.end()); }
   void append(char byte) { bytes_.push_back(byte); }
-  void clear() { bytes_ = {}; }
+  void clear() {
+    wipe(bytes_.data(), bytes_.size());
+    bytes_.clear();
+  }
 
   bool empty() const { return bytes_.empty(); }
   std::size_t size() const { return bytes_.size(); }

@@ -17,7 +17,8 @@ class ByteStream {
   /// Throws `IMAPError`: `connectionFailed` as soon as the attempt failed, `timeout` when it did not end.
   virtual void connect() = 0;
 
-  /// Sends all of the bytes. Throws `IMAPError` like `connect`.
+  /// Sends all of the bytes. Throws `IMAPError` like `connect`, which must have succeeded before; so it must
+  /// for `receive`.
   virtual void send(std::string_view bytes) = 0;
 
   /// The next bytes that arrived, at least one and at most 65536; empty when the peer has closed. They are

@@ -22,7 +22,6 @@ constexpr NamedEntity namedEntities[] = {
     {"&lt;", "<"},
     {"&gt;", ">"},
     {"&quot;", "\""},
-    {"&#39;", "'"},
     {"&apos;", "'"},
     // Deliberate: an ordinary space and not U+00A0, which no reader of plain text needs.
     {"&nbsp;", " "},

@@ -1,12 +1,18 @@
 #pragma once
 
+/// The character references of HTML: eleven named ones and the numeric ones.
+///
+///     std::string text = "caf&#xE9; &amp; bar";
+///     decodeHTMLEntities(text);  // "café & bar"
+///
+/// Threads: all functions are pure.
+
 #include <string>
 #include <string_view>
 
 namespace tarnwell::IMAPParser {
 
-/// Decodes the character references of mail: twelve named ones and the numeric ones. Any other stays as
-/// it stands. Linear in the text.
+/// Decodes them where the text lies; any other reference stays as it stands. Linear in the text.
 void decodeHTMLEntities(std::string& text);
 
 }  // namespace tarnwell::IMAPParser

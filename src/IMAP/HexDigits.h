@@ -1,5 +1,8 @@
 #pragma once
 
+/// Hexadecimal digits, as escapes and character references write them.
+/// Threads: all functions are pure.
+
 #include <array>
 #include <cstddef>
 #include <string_view>

@@ -4,7 +4,6 @@
 
 #include "Core/AppLogger.h"
 #include "IMAP/IMAPError.h"
-#include "IMAP/TextDecoding.h"
 #include "IMAP/Words.h"
 #include "Platform/ASCIICase.h"
 #include "Platform/Text.h"
@@ -26,6 +25,8 @@ IMAPClient::IMAPClient(ConnectionFactory makeConnection, std::string email, Secr
     : makeConnection_(std::move(makeConnection)), email_(std::move(email)), password_(std::move(password)) {}
 
 void IMAPClient::connect() {
+  capabilities_.clear();
+  selectedMailbox_.reset();
   connection_ = makeConnection_();
   connection_->connect();
   readGreeting();
@@ -61,7 +62,7 @@ void IMAPClient::readCapabilities(std::string_view response) {
   if (!equalsIgnoringASCIICase(takeWord(response), "CAPABILITY")) {
     return;
   }
-  // People read the names on a terminal.
+  // test-connection prints the names, and none may steer the terminal.
   for (std::string_view name; !(name = takeWord(response)).empty();) {
     capabilities_.insert(uppercased(safeSummary(name)));
   }

@@ -50,6 +50,7 @@ class IMAPClient {
 
   /// Connects, checks the greeting, logs in, asks for the capabilities. Throws `invalidArgument` for a port
   /// outside 0 to 65535 before anything is connected, `authenticationFailed` when the login is refused.
+  /// Called again it begins a new session, which knows nothing of the one before.
   void connect();
 
   /// The capability names, upper-cased and sorted; empty before `connect`.

@@ -1,9 +1,7 @@
 /// How the client writes commands and collects their answers (RFC 3501, sections 2.2 and 7.5).
 
-#include "Core/AppLogger.h"
 #include "IMAP/IMAPClient.h"
 #include "IMAP/IMAPError.h"
-#include "IMAP/Words.h"
 #include "Platform/Text.h"
 #include "Platform/UTF8.h"
 
@@ -13,14 +11,9 @@ namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
 
-/// U+0000 to U+001F and U+007F to U+009F, as bytes of UTF-8.
 bool holdsControlCharacter(std::string_view text) {
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    if (byte < 0x20 || byte == 0x7F) {
-      return true;
-    }
-    if (byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0) {
+  for (std::size_t position = 0; position < text.size();) {
+    if (isControlCharacter(nextCodePoint(text, position))) {
       return true;
     }
   }
@@ -30,7 +23,7 @@ bool holdsControlCharacter(std::string_view text) {
 }  // namespace
 
 IMAPConnection& IMAPClient::connection() {
-  if (!connection_) {
+  if (!connection_ || !connection_->isAlive()) {
     throw IMAPError::connectionClosed();
   }
   return *connection_;
@@ -45,7 +38,7 @@ std::string IMAPClient::nextTag() {
 }
 
 IMAPParser::Completion IMAPClient::execute(std::string_view command, const ResponseReader& read) {
-  connection();
+  connection();  // refuses before a tag is used up
   const std::string tag = nextTag();
   Secret line(tag + " ");
   line.append(command);
@@ -54,7 +47,7 @@ IMAPParser::Completion IMAPClient::execute(std::string_view command, const Respo
 
 IMAPParser::Completion IMAPClient::executeArgs(const std::vector<IMAPArg>& arguments,
                                                const ResponseReader& read) {
-  connection();
+  connection();  // refuses before a tag is used up
   const std::string tag = nextTag();
   Secret line(tag + " ");
   for (const IMAPArg& argument : arguments) {
@@ -67,7 +60,8 @@ IMAPParser::Completion IMAPClient::executeArgs(const std::vector<IMAPArg>& argum
 }
 
 /// Announces a literal, sends the line so far and waits for the server's "+"; the literal starts the next
-/// stretch to send.
+/// stretch to send. Deliberate: any other line ends the command, also an untagged response, which a server
+/// may send at any time (RFC 3501, section 7): a literal must not follow what may have been a refusal.
 void IMAPClient::requestContinuation(Secret& line, std::size_t literalSize) {
   line.append('{');
   line.append(std::to_string(literalSize));
@@ -93,7 +87,7 @@ IMAPParser::Completion IMAPClient::readUntilTagged(const std::string& tag, const
   for (;;) {
     std::string line = connection().readLogicalLine();
     if (line.starts_with(completionBegin)) {
-      std::optional<IMAPParser::Completion> completion = IMAPParser::parseCompletion(repairedUTF8(line), tag);
+      std::optional<IMAPParser::Completion> completion = IMAPParser::parseCompletion(line, tag);
       if (!completion) {
         throw IMAPError::unexpectedResponse(safeSummary(line));
       }

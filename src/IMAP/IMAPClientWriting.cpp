@@ -6,7 +6,8 @@
 
 namespace tarnwell {
 
-/// Deliberate: MOVE is sent whatever the capabilities say; the server's answer decides.
+/// Deliberate: MOVE is sent whatever the capabilities say; the server's answer decides. An OK is believed,
+/// also for a UID that is no longer there, which servers pass over in silence (RFC 3501, section 6.4.8).
 MoveOutcome IMAPClient::move(std::uint32_t uid, std::string_view toFolderPath, CopyFallback fallback) {
   requireInbox();
   const std::string target = std::to_string(uid) + " " + quoted(toFolderPath);

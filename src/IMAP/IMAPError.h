@@ -4,6 +4,8 @@
 ///
 /// `description()` is the sentence that tools and commands show. Texts that come from a server enter an
 /// error only through the client's safe summary.
+///
+/// Threads: plain values.
 
 #include <exception>
 #include <string>
@@ -14,6 +16,7 @@ class IMAPError : public std::exception {
  public:
   enum class Kind {
     connectionFailed,
+    /// Deliberate: never thrown here; a failure of TLS arrives as `connectionFailed`. For embedding programs.
     tlsFailed,
     commandFailed,
     unexpectedResponse,

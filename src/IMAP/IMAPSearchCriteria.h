@@ -1,6 +1,7 @@
 #pragma once
 
 /// What a search of the inbox asks for. An absent field, and an empty text, asks for nothing.
+/// Threads: plain values.
 
 #include <optional>
 #include <string>

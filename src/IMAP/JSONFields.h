@@ -1,6 +1,7 @@
 #pragma once
 
 /// Fields of a record that may be absent, in its JSON form.
+/// Threads: all functions are pure.
 
 #include <nlohmann/json.hpp>
 #include <optional>

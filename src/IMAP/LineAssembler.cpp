@@ -1,7 +1,8 @@
 #include "IMAP/LineAssembler.h"
 
 #include <algorithm>
-#include <limits>
+#include <charconv>
+#include <system_error>
 #include <utility>
 
 namespace tarnwell {
@@ -13,18 +14,9 @@ bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
 
 /// The value of decimal digits; absent when there are none or it does not fit 63 bits.
 std::optional<std::int64_t> decimalNumber(std::string_view digits) {
-  if (digits.empty()) {
-    return std::nullopt;
-  }
   std::int64_t number = 0;
-  for (const char byte : digits) {
-    const std::int64_t digit = byte - '0';
-    if (number > (std::numeric_limits<std::int64_t>::max() - digit) / 10) {
-      return std::nullopt;
-    }
-    number = number * 10 + digit;
-  }
-  return number;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  return error == std::errc() ? std::optional(number) : std::nullopt;
 }
 
 }  // namespace

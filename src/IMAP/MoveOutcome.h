@@ -1,8 +1,10 @@
 #pragma once
 
+/// How a message was moved to another folder.
+/// Threads: a plain value.
+
 namespace tarnwell {
 
-/// How a message was moved to another folder.
 enum class MoveOutcome {
   /// The server's MOVE did it (RFC 6851).
   moved,

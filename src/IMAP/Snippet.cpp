@@ -1,7 +1,6 @@
 #include "IMAP/TextDecoding.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "Platform/Text.h"
 #include "Platform/UTF8.h"

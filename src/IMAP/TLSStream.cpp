@@ -4,7 +4,6 @@
 #include <openssl/x509v3.h>
 
 #include <array>
-#include <boost/asio/connect.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/ssl.hpp>
@@ -144,9 +143,9 @@ struct TLSStream::State {
 
   /// The one time-out helper: starts an operation with a handler of its outcome and runs the queue until
   /// the handler was called, at most until `end`. A late operation is cancelled by closing the socket, and
-  /// its handler awaited, since it refers to this frame; then `IMAPError::timeout` is thrown.
+  /// its handler awaited, since it refers to this frame; then the outcome is absent.
   template <class Start>
-  Outcome await(Clock::time_point end, Start start) {
+  std::optional<Outcome> awaitUntil(Clock::time_point end, Start start) {
     std::optional<Outcome> outcome;
     start([&](error_code error, std::size_t count = 0) { outcome = Outcome{error, count}; });
     queue.restart();
@@ -155,9 +154,49 @@ struct TLSStream::State {
       close();
       queue.restart();
       queue.run();
+      return std::nullopt;
+    }
+    return outcome;
+  }
+
+  /// The same; throws `IMAPError::timeout` when the operation is late.
+  template <class Start>
+  Outcome await(Clock::time_point end, Start start) {
+    const std::optional<Outcome> outcome = awaitUntil(end, start);
+    if (!outcome) {
       throw IMAPError::timeout();
     }
     return *outcome;
+  }
+
+  void openStream() {
+    try {
+      stream.emplace(queue, context);
+    } catch (const boost::system::system_error& noDescriptor) {  // the queue needs some of its own
+      fail(noDescriptor.code().message());
+    }
+  }
+
+  /// Connects to the first address that answers. Each gets an equal share of the time that is left, so that
+  /// one which swallows everything does not use up the time of the others; the last failure counts.
+  void connectToOneOf(const Endpoints& endpoints, Clock::time_point end) {
+    tcp::socket& socket = stream->next_layer();
+    std::optional<Outcome> connected = Outcome{asio::error::host_not_found};
+    for (std::size_t tried = 0; tried < endpoints.size(); ++tried) {
+      const Clock::time_point now = Clock::now();
+      const Clock::time_point shareEnd =
+          now + (end - now) / static_cast<Clock::rep>(endpoints.size() - tried);
+      connected = awaitUntil(
+          shareEnd, [&](auto handler) { socket.async_connect(endpoints[tried], std::move(handler)); });
+      if (connected && !connected->error) {
+        return;
+      }
+      close();
+    }
+    if (!connected) {
+      throw IMAPError::timeout();
+    }
+    throwIfFailed(connected->error);
   }
 
   void throwIfFailed(error_code error) {
@@ -218,18 +257,13 @@ void TLSStream::connect() {
   SSL_CTX_set_min_proto_version(context, TLS1_2_VERSION);
   trustTheSystem(context);
   state.context.set_verify_mode(asio::ssl::verify_peer);
-  state.stream.emplace(state.queue, state.context);
+  state.openStream();
   if (!authenticate(state.stream->native_handle(), state.host)) {
     state.fail("the host name cannot be checked against a certificate");
   }
 
-  tcp::socket& socket = state.stream->next_layer();
-  const auto connected = state.await(end, [&](auto handler) {
-    asio::async_connect(socket, *endpoints,
-                        [handler](error_code failure, const tcp::endpoint&) mutable { handler(failure); });
-  });
-  state.throwIfFailed(connected.error);
-  socket.set_option(tcp::no_delay(true), error);
+  state.connectToOneOf(*endpoints, end);
+  state.stream->next_layer().set_option(tcp::no_delay(true), error);
   const auto secured = state.await(
       end, [&](auto handler) { state.stream->async_handshake(asio::ssl::stream_base::client, handler); });
   state.throwIfFailed(secured.error);

@@ -8,7 +8,8 @@
 ///
 /// Each operation starts one asynchronous call on the object's own queue and runs that queue for at most
 /// the time-out; a failure surfaces at once. Name resolution, which the system cannot cancel, runs on a
-/// thread of its own and is abandoned when it does not answer in time.
+/// thread of its own and is abandoned when it does not answer in time. The addresses of a host are tried
+/// one after the other, each for an equal share of the time that is left.
 ///
 /// Threads: one at a time.
 

@@ -1,5 +1,14 @@
 #pragma once
 
+/// Replacing parts of a long text without a copy of it.
+///
+///     std::string text = "a&lt;b";
+///     TextReplacement replacement(text);
+///     replacement.replace(1, 5, "<");
+///     replacement.finish();  // "a<b"
+///
+/// Threads: one at a time.
+
 #include <cstddef>
 #include <cstring>
 #include <string>

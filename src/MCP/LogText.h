@@ -1,6 +1,7 @@
 #pragma once
 
 /// Texts from outside on their way into the log, which keeps its entries in memory.
+/// Threads: all functions are pure.
 
 #include <cstddef>
 #include <string_view>

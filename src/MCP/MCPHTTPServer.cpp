@@ -1,16 +1,14 @@
 #include "MCP/MCPHTTPServer.h"
 
-#include <algorithm>
 #include <atomic>
 #include <boost/asio/dispatch.hpp>
 #include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/steady_timer.hpp>
-#include <cstdint>
 #include <future>
-#include <limits>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "Core/AppLogger.h"
@@ -27,16 +25,12 @@ using boost::system::error_code;
 using Clock = std::chrono::steady_clock;
 using Category = AppLogger::Category;
 
-constexpr bool isPort(int number) {
-  return number >= 0 && number <= std::numeric_limits<std::uint16_t>::max();
-}
-
 }  // namespace
 
 struct MCPHTTPServer::State {
-  State(MCPServer& server, int wantedPort, Clock::duration requestTimeout)
-      : configuredPort(
-            static_cast<std::uint16_t>(isPort(wantedPort) ? wantedPort : BridgeConstants::defaultHTTPPort)),
+  State(MCPServer& server, std::int64_t wantedPort, Clock::duration requestTimeout)
+      : configuredPort(static_cast<std::uint16_t>(
+            std::in_range<std::uint16_t>(wantedPort) ? wantedPort : BridgeConstants::defaultHTTPPort)),
         port(configuredPort),
         dispatch{server, requestTimeout} {
     thread = std::thread([this] { queue.run(); });
@@ -56,8 +50,10 @@ struct MCPHTTPServer::State {
   template <class Task>
   void onQueue(Task task) {
     std::packaged_task<void()> waiting(std::move(task));
-    asio::dispatch(queue, [&waiting] { waiting(); });
-    waiting.get_future().get();
+    std::future<void> ended = waiting.get_future();
+    // Taken along by the handler: the wait may be over before the call of the task has returned.
+    asio::dispatch(queue, [taken = std::move(waiting)]() mutable { taken(); });
+    ended.get();
   }
 
   void listen() {
@@ -157,7 +153,7 @@ struct MCPHTTPServer::State {
   std::thread thread;
 };
 
-MCPHTTPServer::MCPHTTPServer(MCPServer& server, int port, Clock::duration requestTimeout)
+MCPHTTPServer::MCPHTTPServer(MCPServer& server, std::int64_t port, Clock::duration requestTimeout)
     : state_(std::make_unique<State>(server, port, requestTimeout)) {}
 
 MCPHTTPServer::~MCPHTTPServer() = default;

@@ -23,6 +23,7 @@
 /// callback.
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -41,7 +42,7 @@ class MCPHTTPServer {
   /// Opens nothing. A port outside 0 to 65535 means 8765; 0 means any free port, which `start` chooses.
   /// `requestTimeout` bounds the time from accepting a connection to the end of its request, and again the
   /// sending of the answer.
-  MCPHTTPServer(MCPServer& server, int port,
+  MCPHTTPServer(MCPServer& server, std::int64_t port,
                 std::chrono::steady_clock::duration requestTimeout = defaultRequestTimeout);
   ~MCPHTTPServer();
   MCPHTTPServer(const MCPHTTPServer&) = delete;

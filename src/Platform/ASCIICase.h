@@ -1,7 +1,7 @@
 #pragma once
 
-/// Letter case in the words of the protocol, which are ASCII and may come in any case (RFC 3501, sections
-/// 1.2 and 9): bytes beyond ASCII equal only themselves, whatever the user's language.
+/// Letters and letter case of ASCII, as in the words of protocols, which may come in any case (RFC 3501,
+/// sections 1.2 and 9): bytes beyond ASCII equal only themselves, whatever the user's language.
 /// Threads: all functions are pure.
 
 #include <algorithm>
@@ -12,6 +12,11 @@ namespace tarnwell {
 
 constexpr char asciiLowercasedByte(char byte) {
   return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
+
+constexpr bool isASCIILetterOrDigit(char byte) {
+  const char lower = asciiLowercasedByte(byte);
+  return (lower >= 'a' && lower <= 'z') || (lower >= '0' && lower <= '9');
 }
 
 inline std::string asciiLowercased(std::string text) {
@@ -30,6 +35,22 @@ constexpr bool equalsIgnoringASCIICase(std::string_view left, std::string_view r
 
 constexpr bool startsWithIgnoringASCIICase(std::string_view text, std::string_view prefix) {
   return equalsIgnoringASCIICase(text.substr(0, prefix.size()), prefix);
+}
+
+/// True when nothing but ASCII equals the term where the letter case of all scripts is ignored. Outside of
+/// ASCII, U+017F and U+212A fold to s and k, and some ligatures to pairs of s, t, f, i and l; nothing else
+/// folds to ASCII (Unicode 15, CaseFolding.txt).
+constexpr bool foldsFromASCIIOnly(std::string_view term) {
+  char before = '\0';
+  for (const char byte : term) {
+    const char lower = asciiLowercasedByte(byte);
+    const bool endsLigature = before == 'f' && (lower == 'f' || lower == 'i' || lower == 'l');
+    if ((byte & 0x80) != 0 || lower == 's' || lower == 'k' || endsLigature) {
+      return false;
+    }
+    before = lower;
+  }
+  return true;
 }
 
 }  // namespace tarnwell

@@ -7,6 +7,7 @@
 #include <array>
 #include <memory>
 
+#include "Platform/ASCIICase.h"
 #include "Platform/Text.h"
 #include "Platform/UTF8.h"
 
@@ -138,8 +139,7 @@ const JapaneseConverter japaneseConverters[] = {
 bool couldBeRegistered(std::string_view name) {
   constexpr std::size_t longestName = 100;
   return !name.empty() && name.size() <= longestName && std::ranges::all_of(name, [](char character) {
-    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
-           (character >= 'a' && character <= 'z') ||
+    return isASCIILetterOrDigit(character) ||
            std::string_view("-_.:+()").find(character) != std::string_view::npos;
   });
 }

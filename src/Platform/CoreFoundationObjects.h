@@ -3,8 +3,9 @@
 /// Objects of Core Foundation with an owner, and their texts as UTF-8. macOS only; included by source files
 /// alone, since it brings the framework's headers with it.
 ///
-///     CFPointer<CFArrayRef> languages(CFLocaleCopyPreferredLanguages());  // of a "Create" or "Copy"
-///     function auto first = utf8Text(static_cast<CFStringRef>(CFArrayGetValueAtIndex(languages.get(), 0)));
+///     // Of a function with "Create" or "Copy" in its name.
+///     CFPointer<CFArrayRef> languages(CFLocaleCopyPreferredLanguages());
+///     auto first = utf8Text(static_cast<CFStringRef>(CFArrayGetValueAtIndex(languages.get(), 0)));
 ///
 /// Threads: any; one object by one thread at a time.
 

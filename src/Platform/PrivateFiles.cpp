@@ -16,7 +16,7 @@ namespace {
 class Descriptor {
  public:
   explicit Descriptor(int number) : number_(number) {}
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor(const Descriptor&) = delete;
   ~Descriptor() { (void)close(); }
 
   bool isOpen() const { return number_ >= 0; }

@@ -1,3 +1,5 @@
+#include "Platform/Process.h"
+
 #include <CoreFoundation/CoreFoundation.h>
 #include <crt_externs.h>
 #include <limits.h>
@@ -5,7 +7,6 @@
 #include <system_error>
 
 #include "Platform/CoreFoundationObjects.h"
-#include "Platform/Process.h"
 #include "Platform/StandardStreams.h"
 
 namespace tarnwell {

@@ -29,7 +29,8 @@ void findSessionBus() {
   }
 }
 
-/// Left alone, glibc raises this bound to the largest block that was ever freed, up to 32 MiB.
+/// Left alone, glibc raises this bound to the largest block that was ever freed, up to 32 MiB. Deliberate: a
+/// condition on the C library, not on the system; musl has no such setting.
 void returnLargeBlocks() {
 #ifdef M_MMAP_THRESHOLD
   ::mallopt(M_MMAP_THRESHOLD, 1 << 20);

@@ -1,6 +1,6 @@
-#include <os/log.h>
-
 #include "Platform/SystemLog.h"
+
+#include <os/log.h>
 
 namespace tarnwell {
 namespace {

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "Platform/UTF8.h"
+
 namespace tarnwell {
 namespace {
 
@@ -25,20 +27,6 @@ std::string_view priority(SystemLogType type) {
       return "3";
   }
   return "5";
-}
-
-/// At most `maxMessageBytes`, ending where a UTF-8 sequence ends.
-std::string_view shortened(std::string_view message) {
-  if (message.size() <= maxMessageBytes) {
-    return message;
-  }
-  auto isContinuation = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; };
-  std::size_t end = maxMessageBytes;
-  // No sequence has more than three continuation bytes; more of them are no text that could be spoilt.
-  for (int steps = 0; steps < 3 && isContinuation(message[end]); ++steps) {
-    --end;
-  }
-  return message.substr(0, end);
 }
 
 /// A value with a line feed is preceded by its length, 64 bits little-endian, so that no text can end its
@@ -92,7 +80,7 @@ void SystemLog::write(SystemLogType type, std::string_view category, std::string
   std::memcpy(journal.sun_path, state_->address.data(), state_->address.size());
 
   std::string datagram;
-  appendField(datagram, "MESSAGE", shortened(message));
+  appendField(datagram, "MESSAGE", bytePrefix(message, maxMessageBytes));
   appendField(datagram, "PRIORITY", priority(type));
   appendField(datagram, "SYSLOG_IDENTIFIER", "tarnwell");
   appendField(datagram, "SUBSYSTEM", state_->subsystem);

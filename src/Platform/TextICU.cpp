@@ -4,7 +4,6 @@
 #include <unicode/uchar.h>
 
 #include <algorithm>
-#include <array>
 
 #include "Platform/ASCIICase.h"
 #include "Platform/UTF8.h"
@@ -51,12 +50,9 @@ std::string mappedInPieces(std::string_view text, CaseMapping mapping) {
   }
   std::string mapped;
   while (!text.empty()) {
-    std::size_t end = std::min(text.size(), longestPiece);
-    while (end < text.size() && (byteAt(text, end) & 0xC0) == 0x80) {
-      --end;
-    }
-    appendMapped(mapped, mapping, text.substr(0, end));
-    text.remove_prefix(end);
+    const std::string_view piece = bytePrefix(text, longestPiece);
+    appendMapped(mapped, mapping, piece);
+    text.remove_prefix(piece.size());
   }
   return mapped;
 }
@@ -175,7 +171,7 @@ std::string_view trimmed(std::string_view text) {
   }
   while (!text.empty()) {
     std::size_t last = text.size() - 1;
-    while (last > 0 && text.size() - last < 3 && (byteAt(text, last) & 0xC0) == 0x80) {
+    while (last > 0 && text.size() - last < 3 && isContinuationByte(text[last])) {
       --last;
     }
     std::size_t next = last;

@@ -4,6 +4,8 @@
 ///
 ///     std::size_t position = 0;
 ///     while (position < text.size()) { use(nextCodePoint(text, position)); }
+///
+/// Threads: all functions are pure.
 
 #include <cstddef>
 #include <string>
@@ -16,6 +18,9 @@ constexpr char32_t replacementCharacter = 0xFFFD;
 inline unsigned char byteAt(std::string_view text, std::size_t position) {
   return static_cast<unsigned char>(text[position]);
 }
+
+/// True for the bytes of a sequence behind its first.
+constexpr bool isContinuationByte(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
 
 /// The shape of the sequence that a lead byte opens: its length, and the allowed range of its second
 /// byte, which excludes overlong forms, surrogates and values above U+10FFFF (Unicode 15, table 3-7).
@@ -57,8 +62,9 @@ constexpr UTF8Sequence sequenceOpenedBy(unsigned char lead) {
   return {0};
 }
 
-/// The code point at `position`, which moves behind it. A maximal invalid sequence (Unicode 15, section
-/// 3.9) reads as U+FFFD; `valid`, where given, is set to false for it and left alone otherwise.
+/// The code point at `position`, which must lie inside the text and moves behind it. A maximal invalid
+/// sequence (Unicode 15, section 3.9) reads as U+FFFD; `valid`, where given, is set to false for it and left
+/// alone otherwise.
 inline char32_t nextCodePoint(std::string_view text, std::size_t& position, bool* valid = nullptr) {
   const unsigned char lead = byteAt(text, position++);
   if (lead < 0x80) {
@@ -118,6 +124,19 @@ inline void appendCodePoint(std::string& text, char32_t codePoint) {
     continuation(6);
     continuation(0);
   }
+}
+
+/// The first `size` bytes of a text, or a little less, so that no sequence is cut. One has at most three
+/// continuation bytes; more of them are no text that could be spoilt.
+constexpr std::string_view bytePrefix(std::string_view text, std::size_t size) {
+  if (size >= text.size()) {
+    return text;
+  }
+  std::size_t end = size;
+  for (int steps = 0; steps < 3 && end > 0 && isContinuationByte(text[end]); ++steps) {
+    --end;
+  }
+  return text.substr(0, end);
 }
 
 /// The length of the run of ASCII bytes at `position`.

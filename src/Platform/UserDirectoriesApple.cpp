@@ -1,10 +1,11 @@
+#include "Platform/UserDirectories.h"
+
 #include <limits.h>
 #include <sysdir.h>
 
 #include <string_view>
 
 #include "Platform/CoreFoundationObjects.h"
-#include "Platform/UserDirectories.h"
 
 namespace tarnwell {
 namespace {

@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "Platform/ASCIICase.h"
+
 namespace tarnwell {
 namespace {
 
@@ -24,11 +26,9 @@ std::optional<std::filesystem::path> absolutePath(std::string_view text) {
 std::string languageTag(std::string_view locale) {
   std::string tag(locale.substr(0, locale.find_first_of(".@")));
   for (char& character : tag) {
-    bool isLetter = (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
-    bool isDigit = character >= '0' && character <= '9';
     if (character == '_') {
       character = '-';
-    } else if (!isLetter && !isDigit && character != '-') {
+    } else if (!isASCIILetterOrDigit(character) && character != '-') {
       return "";
     }
   }

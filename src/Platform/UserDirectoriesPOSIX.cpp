@@ -1,9 +1,9 @@
+#include "Platform/UserDirectories.h"
+
 #include <pwd.h>
 #include <unistd.h>
 
 #include <cerrno>
-
-#include "Platform/UserDirectories.h"
 
 namespace tarnwell {
 

@@ -5,6 +5,7 @@
 #include <unicode/utext.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "Platform/ASCIICase.h"
 #include "Platform/UTF8.h"
@@ -23,9 +24,7 @@ using Expression = std::unique_ptr<URegularExpression, CloseExpression>;
 std::string escaped(std::string_view term) {
   std::string pattern;
   for (const char character : term) {
-    const bool isPlain = (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
-                         (character >= 'a' && character <= 'z') || (character & 0x80) != 0;
-    if (!isPlain) {
+    if (!isASCIILetterOrDigit(character) && (character & 0x80) == 0) {
       pattern.push_back('\\');
     }
     pattern.push_back(character);
@@ -42,25 +41,7 @@ Expression compiled(const std::string& pattern) {
   return U_SUCCESS(status) ? std::move(expression) : nullptr;
 }
 
-/// True when only ASCII can match the term without regard to case. Outside of ASCII, U+017F and U+212A
-/// fold to s and k, and some ligatures to pairs of s, t, f, i and l; nothing else folds to ASCII
-/// (Unicode 15, CaseFolding.txt).
-bool matchesOnlyASCII(std::string_view lowerTerm) {
-  const auto isSafe = [](char character) {
-    return (character & 0x80) == 0 && character != 's' && character != 'k';
-  };
-  if (!std::ranges::all_of(lowerTerm, isSafe)) {
-    return false;
-  }
-  return std::ranges::none_of(std::initializer_list<std::string_view>{"ff", "fi", "fl"}, [&](auto ligature) {
-    return lowerTerm.find(ligature) != std::string_view::npos;
-  });
-}
-
-bool isASCIIWordCharacter(char character) {
-  const char lower = asciiLowercasedByte(character);
-  return (lower >= 'a' && lower <= 'z') || (lower >= '0' && lower <= '9') || lower == '_';
-}
+bool isASCIIWordCharacter(char character) { return isASCIILetterOrDigit(character) || character == '_'; }
 
 /// True for letters, which are parts of words, unless they are passed over in the search for a boundary (as
 /// the half-width voicing marks are). It may be false for others of the kind: that costs time.
@@ -75,7 +56,7 @@ bool isLetter(char32_t codePoint) {
 /// The code point that ends right before `position`.
 char32_t codePointBefore(std::string_view text, std::size_t position) {
   std::size_t start = position - 1;
-  while (start > 0 && position - start < 4 && (byteAt(text, start) & 0xC0) == 0x80) {
+  while (start > 0 && position - start < 4 && isContinuationByte(text[start])) {
     --start;
   }
   const char32_t codePoint = nextCodePoint(text, start);
@@ -120,7 +101,7 @@ WordPattern::WordPattern(std::string_view term) : compiled_(std::make_unique<Com
   compiled_->expression = compiled("\\b" + escaped(term) + "\\b");
   std::ranges::transform(term, std::back_inserter(compiled_->lowerTerm), asciiLowercasedByte);
   const std::string_view lowerTerm = compiled_->lowerTerm;
-  compiled_->isPlainWord = matchesOnlyASCII(lowerTerm) && !lowerTerm.empty() &&
+  compiled_->isPlainWord = foldsFromASCIIOnly(lowerTerm) && !lowerTerm.empty() &&
                            isASCIIWordCharacter(lowerTerm.front()) && isASCIIWordCharacter(lowerTerm.back());
 }
 

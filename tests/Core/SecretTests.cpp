@@ -42,6 +42,16 @@ TEST(SecretTest, holdsWhatItWasGiven) {
   EXPECT_EQ(Secret(std::string_view("a\0b", 3)).size(), 3U);
 }
 
+TEST(SecretTest, clearingWipesTheBytesWhereTheyLie) {
+  Secret secret("app-pass");
+  const std::string_view before = secret.view();
+  secret.clear();
+  // The memory is kept for the next text; were it given back, there would be nothing to look at.
+  secret.append('x');
+  ASSERT_EQ(secret.view().data(), before.data());
+  EXPECT_EQ(before, std::string("x") + std::string(7, '\0'));
+}
+
 TEST(SecretTest, cannotBecomeATextByAccident) {
   EXPECT_FALSE((std::is_convertible_v<Secret, std::string>));
   EXPECT_FALSE((std::is_convertible_v<Secret, std::string_view>));

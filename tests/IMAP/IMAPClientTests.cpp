@@ -101,6 +101,34 @@ TEST(IMAPClient, successfulLoginIsLoggedWithTheAddressRedacted) {
   EXPECT_EQ(entries[0].level, LogLevel::info);
 }
 
+TEST(IMAPClient, commandAfterAFailedConnectMeetsAClosedConnection) {
+  FakeIMAPServer server({}, {.certificate = {.subjectAltName = "DNS:mail.example.org"}});
+  IMAPClient client = clientOf(server);
+  EXPECT_THAT(descriptionOf([&] { client.connect(); }), HasSubstr("hostname mismatch"));
+  EXPECT_EQ(descriptionOf([&] { client.listFolders(); }), IMAPError::connectionClosed().description());
+  IMAPClient unreachable("", 993, testEmail, Secret(testPassword), 1s);
+  EXPECT_NE(descriptionOf([&] { unreachable.connect(); }), "");
+  EXPECT_EQ(descriptionOf([&] { unreachable.selectInbox(Access::readOnly); }),
+            IMAPError::connectionClosed().description());
+}
+
+TEST(IMAPClient, secondConnectBeginsWithoutWhatTheFirstLearned) {
+  FakeIMAPServer first(loginDialogue());
+  FakeIMAPServer second({answer("* OK ready\r\n"),
+                         expect("A0004 LOGIN \"user@example.org\" \"app-pass-word\"\r\n"),
+                         answer("A0004 OK\r\n"), expect("A0005 CAPABILITY\r\n"),
+                         answer("* CAPABILITY IMAP4rev1\r\nA0005 OK\r\n"), stallHere()});
+  std::uint16_t port = first.port();
+  IMAPClient client([&] { return std::make_unique<IMAPConnection>("localhost", port, 10s); }, testEmail,
+                    Secret(testPassword));
+  client.connect();
+  client.selectInbox(Access::readOnly);
+  port = second.port();
+  client.connect();
+  EXPECT_THAT(client.serverCapabilities(), ElementsAre("IMAP4REV1"));
+  EXPECT_EQ(descriptionOf([&] { client.searchInbox({}, 1); }), IMAPError::mailboxNotSelected().description());
+}
+
 // --- Failing at every step -------------------------------------------------------------------------------
 
 struct WholeSession {
@@ -620,6 +648,8 @@ TEST(IMAPClient, quotingEscapesBackslashesAndQuotes) {
     EXPECT_THROW(IMAPClient::quoted(text), IMAPError);
   }
   EXPECT_NO_THROW(IMAPClient::quoted("\u00a0"));
+  EXPECT_THROW(IMAPClient::quoted("\xC2\r"), IMAPError) << "a sequence cut short does not hide what follows";
+  EXPECT_EQ(IMAPClient::quoted("\xC2 x\x80"), "\"\xC2 x\x80\"") << "bytes that are no UTF-8 are none either";
 }
 
 }  // namespace

@@ -44,8 +44,9 @@ TEST_F(HTTPLife, nothingIsListenedOnBeforeTheStartAndAfterTheStop) {
 
 TEST_F(HTTPLife, portsBeyondTheRangeMean8765) {
   MCPServer dispatcher(MCPTools::shared());
-  const std::pair<int, const char*> rows[] = {{70000, "8765"},  {-1, "8765"}, {65536, "8765"},
-                                              {65535, "65535"}, {1, "1"},     {0, "0"}};
+  const std::pair<std::int64_t, const char*> rows[] = {
+      {70000, "8765"},  {-1, "8765"}, {65536, "8765"}, {(std::int64_t{1} << 32) + 80, "8765"},
+      {65535, "65535"}, {1, "1"},     {0, "0"}};
   for (const auto& [port, used] : rows) {
     EXPECT_EQ(MCPHTTPServer(dispatcher, port).endpointURL(),
               "http://127.0.0.1:" + std::string(used) + "/mcp");

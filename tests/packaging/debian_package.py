@@ -13,13 +13,18 @@ for tool, package in (("lintian", "lintian"), ("dpkg-shlibdeps", "dpkg-dev"), ("
 FILES = """
 ./usr/bin/tarnwell
 ./usr/share/bash-completion/completions/tarnwell
+./usr/share/doc/tarnwell/CONTRIBUTING.md
 ./usr/share/doc/tarnwell/README.md
 ./usr/share/doc/tarnwell/changelog.Debian.gz
 ./usr/share/doc/tarnwell/changelog.gz
 ./usr/share/doc/tarnwell/copyright
 ./usr/share/doc/tarnwell/docs/architecture.md
+./usr/share/doc/tarnwell/docs/logs.md
+./usr/share/doc/tarnwell/docs/macos.md
+./usr/share/doc/tarnwell/docs/performance.md
 ./usr/share/doc/tarnwell/docs/safety.md
 ./usr/share/doc/tarnwell/docs/settings.md
+./usr/share/doc/tarnwell/docs/troubleshooting.md
 ./usr/share/fish/vendor_completions.d/tarnwell.fish
 ./usr/share/lintian/overrides/tarnwell
 ./usr/share/man/man1/tarnwell.1.gz
