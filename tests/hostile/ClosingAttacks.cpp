@@ -50,14 +50,12 @@ Place placeOf(const Exchange& exchange) {
 
 ServerAttack breaking(const Session& session, std::size_t position, const Way& way) {
   const Exchange& exchange = session.exchanges[position];
-  const bool isFarewell = exchange.name == "LOGOUT";
-  return {.name = session.tool + way.name + "InsteadOf" + exchange.name,
-          .attack = std::string("the server ") + way.attack + " " + placeOf(exchange).where,
-          .outcome = placeOf(exchange).outcome,
-          .tool = session.tool,
-          .arguments = session.arguments,
-          .dialogue = brokenAt(session, position, way.step),
-          .error = isFarewell ? "" : way.error};
+  const Place place = placeOf(exchange);
+  ServerAttack row = attackDuring(session, brokenAt(session, position, way.step),
+                                  session.tool + way.name + "InsteadOf" + exchange.name,
+                                  std::string("the server ") + way.attack + " " + place.where, place.outcome);
+  row.error = exchange.name == "LOGOUT" ? "" : way.error;
+  return row;
 }
 
 /// Within the twelve bytes of the body.
