@@ -139,16 +139,6 @@ ServeProgram::~ServeProgram() {
   }
 }
 
-std::size_t ServeProgram::peakKilobytes() const {
-  std::ifstream status("/proc/" + std::to_string(process_) + "/status");
-  for (std::string line; std::getline(status, line);) {
-    if (constexpr std::string_view key = "VmHWM:"; line.starts_with(key)) {
-      return std::stoul(line.substr(key.size()));
-    }
-  }
-  throw std::runtime_error("the system does not tell the program's memory");
-}
-
 void ServeProgram::send(std::string_view bytes) {
   const Clock::time_point deadline = Clock::now() + patience;
   while (!bytes.empty()) {

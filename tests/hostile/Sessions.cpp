@@ -195,9 +195,19 @@ Session trashSession() {
       .then("LOGOUT", "LOGOUT");
 }
 
-std::vector<Session> everySession() {
-  return {listSession(),    searchSession(), summarySession(),  bodySession(),
-          cleanupSession(), moveSession(),   markReadSession(), trashSession()};
+std::vector<SessionStep> everyStep() {
+  std::vector<SessionStep> steps;
+  for (const Session& session : {listSession(), searchSession(), summarySession(), bodySession(),
+                                 cleanupSession(), moveSession(), markReadSession(), trashSession()}) {
+    for (std::size_t position = 0; position < session.exchanges.size(); ++position) {
+      steps.push_back({session, position});
+    }
+  }
+  const Session fallback = fallbackSession();
+  for (std::size_t position = fallback.position("MOVE"); position < fallback.exchanges.size(); ++position) {
+    steps.push_back({fallback, position});
+  }
+  return steps;
 }
 
 }  // namespace tarnwell::test

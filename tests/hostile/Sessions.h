@@ -22,6 +22,8 @@ struct Exchange {
   std::string name;
   std::string command;
   std::string answer;
+
+  bool changesTheMailbox() const { return name == "MOVE" || name == "COPY" || name == "STORE"; }
 };
 
 class Session {
@@ -40,6 +42,8 @@ class Session {
   /// The session up to the exchange of that name, and then LOGOUT.
   Session leavingAfter(std::string_view name) const;
 
+  /// The tool's name, with a word more for the move by COPY and STORE.
+  std::string name() const { return isFallbackAllowed ? tool + "ByCopy" : tool; }
   std::size_t position(std::string_view name) const;
   std::string tag(std::size_t number) const;
 
@@ -82,7 +86,14 @@ Session fallbackSession();
 Session markReadSession();
 Session trashSession();
 
-/// One for each tool that opens a session.
-std::vector<Session> everySession();
+struct SessionStep {
+  Session session;
+  std::size_t position;
+
+  const Exchange& exchange() const { return session.exchanges[position]; }
+};
+
+/// Every exchange of every tool that opens a session; of the move by COPY and STORE those from the MOVE on.
+std::vector<SessionStep> everyStep();
 
 }  // namespace tarnwell::test

@@ -28,7 +28,8 @@ ServerAttack writing(std::string name, std::string attack, std::string outcome, 
 ServerAttack lost(const Session& session, const std::string& step, const std::string& begin) {
   ServerAttack row = attackDuring(
       session, brokenAt(session, session.position(step), closeHere(), begin),
-      session.tool + "AnswerTo" + step + "Lost", step + " is sent, and the connection closes amid the answer",
+      session.name() + "AnswerTo" + step + "Lost",
+      step + " is sent, and the connection closes amid the answer",
       "says so; claims neither that the change was made nor that it was not, and tries nothing else");
   row.error = "The IMAP connection was closed unexpectedly.";
   return row;
