@@ -54,6 +54,11 @@ class Cuts {
     }
   }
 
+  static Cuts intoSingleBytes() {
+    std::string_view lengthsOfOne = "0000";
+    return Cuts(lengthsOfOne);
+  }
+
   template <class Consumer>
   void forEachPiece(std::string_view stream, Consumer consume) const {
     for (std::size_t turn = 0; !stream.empty(); ++turn) {

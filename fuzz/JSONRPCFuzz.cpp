@@ -97,9 +97,8 @@ void requireRoundTrip(std::string_view line) {
 FUZZ_TARGET(std::string_view input) {
   static Bridge bridge;
   const Cuts cuts(input);
-  std::string_view singleBytes = "0000";
   const std::vector<std::string> lines = linesOf(input, cuts);
-  require(lines == linesOf(input, Cuts(singleBytes)), "the cuts do not change the lines");
+  require(lines == linesOf(input, Cuts::intoSingleBytes()), "the cuts do not change the lines");
   for (const std::string& line : lines) {
     requireRoundTrip(line);
     const std::optional<JSONRPCRequest> request = JSONRPCRequest::parse(line);

@@ -34,8 +34,7 @@ FUZZ_TARGET(std::string_view input) {
   whole.append(input);
   const std::vector<std::string> lines = linesOf(whole);
   requireSameLines(lines, input, cuts);
-  std::string_view singleBytes = "0000";
-  requireSameLines(lines, input, Cuts(singleBytes));
+  requireSameLines(lines, input, Cuts::intoSingleBytes());
 
   std::string rejoined;
   for (const std::string& line : lines) {

@@ -27,6 +27,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 . "$root/scripts/lib/recorder.sh"
 # shellcheck source=scripts/lib/build.sh
 . "$root/scripts/lib/build.sh"
+# shellcheck source=scripts/lib/fuzzing.sh
+. "$root/scripts/lib/fuzzing.sh"
 # shellcheck source=scripts/lib/checks.sh
 . "$root/scripts/lib/checks.sh"
 # shellcheck source=scripts/lib/root.sh

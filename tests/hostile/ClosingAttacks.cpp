@@ -16,7 +16,6 @@ struct Way {
 
 const std::string closedText = "The IMAP connection was closed unexpectedly.";
 
-/// The orderly one first.
 const std::vector<Way>& ways() {
   static const std::vector<Way> all{
       {"Closed", "closes the connection", closeHere(), closedText},
@@ -41,32 +40,29 @@ Place placeOf(const Exchange& exchange) {
   if (exchange.name == "LOGOUT") {
     return {"in the place of the farewell", "gives the result: all that mattered was said before"};
   }
-  if (exchange.name == "MOVE" || exchange.name == "STORE") {
+  if (exchange.changesTheMailbox()) {
     return {"after a command that changes the mailbox",
             "says so; claims neither that the change was made nor that it was not"};
   }
   return {"in the place of an answer, at each step of each tool", "says so"};
 }
 
-ServerAttack breaking(const Session& session, std::size_t position, const Way& way) {
-  const Exchange& exchange = session.exchanges[position];
-  const bool isFarewell = exchange.name == "LOGOUT";
-  return {.name = session.tool + way.name + "InsteadOf" + exchange.name,
-          .attack = std::string("the server ") + way.attack + " " + placeOf(exchange).where,
-          .outcome = placeOf(exchange).outcome,
-          .tool = session.tool,
-          .arguments = session.arguments,
-          .dialogue = brokenAt(session, position, way.step),
-          .error = isFarewell ? "" : way.error};
+ServerAttack breaking(const SessionStep& step, const Way& way) {
+  const Place place = placeOf(step.exchange());
+  ServerAttack row = attackDuring(step.session, brokenAt(step.session, step.position, way.step),
+                                  step.session.name() + way.name + "InsteadOf" + step.exchange().name,
+                                  std::string("the server ") + way.attack + " " + place.where, place.outcome);
+  row.error = step.exchange().name == "LOGOUT" ? "" : way.error;
+  return row;
 }
 
 /// Within the twelve bytes of the body.
 ServerAttack breakingWithinLiteral(const Session& session, const Way& way) {
-  ServerAttack row = breaking(session, session.position("BODY"), way);
-  row.name = session.tool + way.name + "WithinLiteral";
-  row.attack = std::string("the server ") + way.attack + " within a literal";
-  row.dialogue =
-      brokenAt(session, session.position("BODY"), way.step, "* 1 FETCH (UID 7 BODY[1] {12}\r\nSee");
+  ServerAttack row = attackDuring(
+      session, brokenAt(session, session.position("BODY"), way.step, "* 1 FETCH (UID 7 BODY[1] {12}\r\nSee"),
+      session.name() + way.name + "WithinLiteral",
+      std::string("the server ") + way.attack + " within a literal", "says so");
+  row.error = way.error;
   return row;
 }
 
@@ -85,20 +81,9 @@ ServerAttack closedBeforeTheHandshake() {
 
 std::vector<Attack> closingAttacks() {
   std::vector<ServerAttack> rows{closedBeforeTheHandshake()};
-  const auto breakEverywhere = [&rows](const Session& session, const Way& way) {
-    for (std::size_t position = 0; position < session.exchanges.size(); ++position) {
-      rows.push_back(breaking(session, position, way));
-    }
-  };
-  for (const Session& session : everySession()) {
-    breakEverywhere(session, ways().front());
-  }
   for (const Way& way : ways()) {
-    // Between them these have every kind of step.
-    if (&way != &ways().front()) {
-      breakEverywhere(searchSession(), way);
-      breakEverywhere(moveSession(), way);
-      breakEverywhere(markReadSession(), way);
+    for (const SessionStep& step : everyStep()) {
+      rows.push_back(breaking(step, way));
     }
     rows.push_back(breakingWithinLiteral(searchSession(), way));
     rows.push_back(breakingWithinLiteral(bodySession(), way));

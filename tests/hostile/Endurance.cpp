@@ -4,6 +4,7 @@
 
 #include "hostile/ProcessFacts.h"
 #include "hostile/ServerAttack.h"
+#include "support/Repeated.h"
 
 namespace tarnwell::test {
 
@@ -43,40 +44,86 @@ Dialogue bodyOf(const std::string& type, const Bulk& bulk) {
       Dialogue{answer("* 1 FETCH (UID 7 BODY[1] ")} + bulk.literal() + Dialogue{answer(")\r\n")});
 }
 
-/// The envelope is (date subject from sender reply-to to cc bcc in-reply-to message-id).
-Dialogue envelopeOf(const std::string& before, const Bulk& bulk, const std::string& behind) {
-  const std::string plain = structure("\"PLAIN\" NIL NIL NIL \"7BIT\"");
-  return readingOf(Dialogue{answer("* 1 FETCH (UID 7 ENVELOPE (" + before)} + bulk.literal() +
-                       Dialogue{answer(behind + ") " + plain + ")\r\n")},
-                   {answer("* 1 FETCH (UID 7 BODY[1] {2}\r\nok)\r\n")});
+/// The session of `search_inbox` without arguments: one message, whose summary is answered with these steps.
+Dialogue searching(const Dialogue& summary) {
+  return loginDialogue() +
+         Dialogue{expect("A0004 UID SEARCH ALL\r\n"), answer("* SEARCH 7\r\nA0004 OK done\r\n"),
+                  expect(std::string("A0005 ") + fetchOfSeven + "\r\n")} +
+         summary +
+         Dialogue{answer("A0005 OK done\r\n"), expect("A0006 UID FETCH 7 (BODY.PEEK[1])\r\n"),
+                  answer("* 1 FETCH (UID 7 BODY[1] {12}\r\nSee you soon)\r\nA0006 OK done\r\n"),
+                  expect("A0007 LOGOUT\r\n"), answer("A0007 OK bye\r\n")};
 }
 
-/// The greatest memory that the program ever took is at most four times the literal and 16 MiB. A
-/// sanitizer's shadow and quarantine belie the figure; under one the message is only read.
-void readBigMessage(const Dialogue& dialogue, const Bulk& bulk) {
+/// The envelope is (date subject from sender reply-to to cc bcc in-reply-to message-id).
+Dialogue summaryWith(const std::string& before, const Bulk& bulk, const std::string& behind) {
+  const std::string plain = structure("\"PLAIN\" NIL NIL NIL \"7BIT\"");
+  return Dialogue{answer("* 1 FETCH (UID 7 ENVELOPE (" + before)} + bulk.literal() +
+         Dialogue{answer(behind + ") " + plain + ")\r\n")};
+}
+
+Dialogue envelopeOf(const std::string& before, const Bulk& bulk, const std::string& behind) {
+  return readingOf(summaryWith(before, bulk, behind), {answer("* 1 FETCH (UID 7 BODY[1] {2}\r\nok)\r\n")});
+}
+
+/// How much memory the program may ever have taken: so many times the literal, and so many mebibytes.
+struct Bound {
+  std::size_t times;
+  std::size_t base;
+  const char* outcome;
+
+  std::size_t bytesFor(const Bulk& bulk) const { return times * bulk.size() + base * mebibyte; }
+};
+
+constexpr Bound usual{4, 16, "takes at most four times its size and 16 MiB"};
+/// The literal and its text are four times the size already; so the program as such is what comes on top.
+constexpr Bound threefold{4, 20, "takes at most four times its size and 20 MiB"};
+constexpr Bound listed{8, 16, "gives it whole; takes at most eight times its size and 16 MiB"};
+
+/// The result of a call that succeeds. A sanitizer's shadow and quarantine belie the figure; under one the
+/// call is only made.
+JSONValue callWithin(const Bound& bound, const Bulk& bulk, const Dialogue& dialogue, std::string_view tool,
+                     const JSONObject& arguments) {
   FakeIMAPServer server(dialogue);
   Home home;
   home.useServer(server.port());
   ServeProgram program(home);
-  const ToolAnswer message = program.call("get_message_body", {{"uid", 7}});
-  EXPECT_EQ(message.error(), "");
-  EXPECT_EQ(message.result["returned"], JSONValue(true)) << message.result.serialized().substr(0, 1000);
+  const ToolAnswer answer = program.call(tool, arguments);
+  EXPECT_EQ(answer.error(), "");
   EXPECT_EQ(server.mismatch(), "");
   const auto peak = static_cast<std::size_t>(processFigure(program.processID(), "VmHWM")) * 1024;
   std::cout << "greatest memory: " << peak / mebibyte << " MiB for a literal of " << bulk.size() / mebibyte
             << " MiB\n";
   if (!isSanitized) {
-    EXPECT_LE(peak, 4 * bulk.size() + 16 * mebibyte);
+    EXPECT_LE(peak, bound.bytesFor(bulk));
   }
   expectSound(home, program);
   expectQuietEnd(program);
+  return answer.result;
 }
 
-constexpr const char* bounded = "takes at most four times its size and 16 MiB";
+/// The text begins so.
+void readBigMessage(const Bound& bound, const Dialogue& dialogue, const Bulk& bulk,
+                    std::string_view beginning = "") {
+  const JSONValue message = callWithin(bound, bulk, dialogue, "get_message_body", {{"uid", 7}});
+  EXPECT_EQ(message["returned"], JSONValue(true)) << message.serialized().substr(0, 1000);
+  EXPECT_TRUE(message["body"].stringValue().value_or("").starts_with(beginning));
+}
 
-Attack bigBody(const std::string& name, const std::string& attack, const std::string& type, Bulk bulk) {
-  return {name, attack, bounded,
-          [type, bulk = std::move(bulk)] { readBigMessage(bodyOf(type, bulk), bulk); }};
+/// The result holds the subject twice, as a text for people and as a value.
+void listBigSubject(const Bulk& bulk) {
+  const Dialogue dialogue = searching(summaryWith("NIL ", bulk, " NIL NIL NIL NIL NIL NIL NIL NIL"));
+  const JSONValue result = callWithin(listed, bulk, dialogue, "search_inbox", {});
+  ASSERT_EQ(result["count"], JSONValue(1));
+  const std::optional<std::string> subject = (*result["messages"].arrayValue())[0]["subject"].stringValue();
+  EXPECT_TRUE(subject == repeated(bulk.block, bulk.times));
+}
+
+Attack bigBody(const std::string& name, const std::string& attack, const std::string& type, Bulk bulk,
+               const Bound& bound = usual, const std::string& beginning = "") {
+  return {name, attack, bound.outcome, [type, bulk = std::move(bulk), bound, beginning] {
+            readBigMessage(bound, bodyOf(type, bulk), bulk, beginning);
+          }};
 }
 
 std::vector<Attack> bigMessages() {
@@ -85,6 +132,8 @@ std::vector<Attack> bigMessages() {
   const std::string markup = "<p>c\xE9 \xE8\xE9\xE0&amp;&nbsp;<b>x</b></p>";
   const Bulk identifier = mebibytes(64, words);
   const Bulk subject = mebibytes(25, words);
+  const Bulk listedSubject = mebibytes(8, "Thirty-two bytes of a long text.");
+  const std::string katakana = "\x1B(I" + std::string(29, '1');
   return {
       bigBody("bodyOf25MiB", "a body of 25 MiB", R"("PLAIN" ("CHARSET" "UTF-8") NIL NIL "7BIT")",
               mebibytes(25, words)),
@@ -96,14 +145,23 @@ std::vector<Attack> bigMessages() {
               mebibytes(25, coded)),
       bigBody("cyrillic", "a body of 25 MiB, each byte of which becomes two",
               R"("PLAIN" ("CHARSET" "WINDOWS-1251") NIL NIL "8BIT")", mebibytes(25, std::string(32, '\xE9'))),
-      {"messageID", "a message ID of 64 MiB", bounded,
+      bigBody("threefold", "a body of 25 MiB, each byte of which becomes three",
+              R"("PLAIN" ("CHARSET" "WINDOWS-1252") NIL NIL "8BIT")", mebibytes(25, std::string(32, '\x80')),
+              threefold, "€€€"),
+      bigBody("halfWidthKatakana", "half-width katakana of 16 MiB in ISO-2022-JP",
+              R"("PLAIN" ("CHARSET" "ISO-2022-JP") NIL NIL "7BIT")", mebibytes(16, katakana), threefold,
+              "ｱｱｱ"),
+      {"messageID", "a message ID of 64 MiB", usual.outcome,
        [identifier] {
-         readBigMessage(envelopeOf("NIL NIL NIL NIL NIL NIL NIL NIL NIL ", identifier, ""), identifier);
+         readBigMessage(usual, envelopeOf("NIL NIL NIL NIL NIL NIL NIL NIL NIL ", identifier, ""),
+                        identifier);
        }},
-      {"subject", "a subject of 25 MiB", bounded,
+      {"subject", "a subject of 25 MiB", usual.outcome,
        [subject] {
-         readBigMessage(envelopeOf("NIL ", subject, " NIL NIL NIL NIL NIL NIL NIL NIL"), subject);
+         readBigMessage(usual, envelopeOf("NIL ", subject, " NIL NIL NIL NIL NIL NIL NIL NIL"), subject);
        }},
+      {"listedSubject", "a subject of 8 MiB in a list of results", listed.outcome,
+       [listedSubject] { listBigSubject(listedSubject); }},
   };
 }
 
@@ -116,20 +174,6 @@ struct Holdings {
 
 Holdings holdingsOf(pid_t process) {
   return {processFigure(process, "VmRSS"), openDescriptors(process), processFigure(process, "Threads")};
-}
-
-Dialogue searching() {
-  return loginDialogue() +
-         Dialogue{
-             expect("A0004 UID SEARCH ALL\r\n"),
-             answer("* SEARCH 7\r\nA0004 OK done\r\n"),
-             expect(std::string("A0005 ") + fetchOfSeven + "\r\n"),
-             answer("* 1 FETCH (UID 7 FLAGS () ENVELOPE (NIL \"Lunch\" NIL NIL NIL NIL NIL NIL NIL NIL) " +
-                    structure("\"PLAIN\" NIL NIL NIL \"7BIT\"") + ")\r\nA0005 OK done\r\n"),
-             expect("A0006 UID FETCH 7 (BODY.PEEK[1])\r\n"),
-             answer("* 1 FETCH (UID 7 BODY[1] {12}\r\nSee you soon)\r\nA0006 OK done\r\n"),
-             expect("A0007 LOGOUT\r\n"),
-             answer("A0007 OK bye\r\n")};
 }
 
 /// Every hundred calls hold ten sessions over TLS, thirty questions to the secret service, and sixty calls
@@ -149,7 +193,9 @@ void playHundredCalls(ServeProgram& program) {
 /// The log keeps its newest 500 entries in memory, and what is loaded on demand is loaded early: both is
 /// over after the first hundred calls, which hold more entries than that.
 void callTenThousandTimes() {
-  FakeIMAPServer server(searching());
+  FakeIMAPServer server(searching(
+      {answer("* 1 FETCH (UID 7 FLAGS () ENVELOPE (NIL \"Lunch\" NIL NIL NIL NIL NIL NIL NIL NIL) " +
+              structure("\"PLAIN\" NIL NIL NIL \"7BIT\"") + ")\r\n")}));
   Home home;
   home.useServer(server.port());
   ServeProgram program(home);

@@ -12,53 +12,49 @@ namespace {
 /// The only folder is this one.
 ServerAttack folder(std::string name, std::string attack, std::string outcome, const std::string& line,
                     const std::string& key, JSONValue expected) {
-  return {.name = std::move(name),
-          .attack = std::move(attack),
-          .outcome = std::move(outcome),
-          .dialogue = honest(listSession().answering("LIST", line + "\r\nTAG OK done\r\n")),
-          .check = [key, expected = std::move(expected)](const JSONValue& result) {
-            ASSERT_EQ(result["count"], JSONValue(1));
-            EXPECT_EQ((*result["folders"].arrayValue())[0][key], expected);
-          }};
+  ServerAttack row = attackDuring(listSession().answering("LIST", line + "\r\nTAG OK done\r\n"),
+                                  std::move(name), std::move(attack), std::move(outcome));
+  row.check = [key, expected = std::move(expected)](const JSONValue& result) {
+    ASSERT_EQ(result["count"], JSONValue(1));
+    EXPECT_EQ((*result["folders"].arrayValue())[0][key], expected);
+  };
+  return row;
 }
 
-/// A move or a trashing among these folders, and the command that it sends.
-ServerAttack moving(std::string name, std::string attack, std::string outcome, const std::string& lines,
-                    const std::string& target, const std::string& quotedPath) {
+/// A move among these folders, or a trashing when there is no target.
+Session moveAmong(const std::string& lines, const std::string& target) {
   const bool isTrash = target.empty();
-  Session session = isTrash ? trashSession() : moveSession();
-  session = session.answering("LIST", lines + "TAG OK done\r\n");
+  Session session = (isTrash ? trashSession() : moveSession()).answering("LIST", lines + "TAG OK done\r\n");
   if (!isTrash) {
     session.arguments["targetFolder"] = target;
   }
+  return session;
+}
+
+/// The message goes where the command says.
+ServerAttack moving(std::string name, std::string attack, std::string outcome, const std::string& lines,
+                    const std::string& target, const std::string& quotedPath) {
+  Session session = moveAmong(lines, target);
   session.exchanges[session.position("MOVE")].command = "A0005 UID MOVE 7 " + quotedPath + "\r\n";
-  return {.name = std::move(name),
-          .attack = std::move(attack),
-          .outcome = std::move(outcome),
-          .tool = session.tool,
-          .arguments = session.arguments,
-          .dialogue = honest(session),
-          .check = [](const JSONValue& result) { EXPECT_EQ(result["executed"], JSONValue(true)); }};
+  ServerAttack row = attackDuring(session, std::move(name), std::move(attack), std::move(outcome));
+  row.check = [](const JSONValue& result) { EXPECT_EQ(result["executed"], JSONValue(true)); };
+  return row;
 }
 
 /// No MOVE is sent.
 ServerAttack notMoving(std::string name, std::string attack, std::string outcome, const std::string& lines,
                        const std::string& target, std::string error) {
-  ServerAttack row = moving(std::move(name), std::move(attack), std::move(outcome), lines, target, "");
-  row.dialogue.resize(row.dialogue.size() - 4, closeHere());
-  row.dialogue.push_back(expect("A0005 LOGOUT\r\n"));
-  row.dialogue.push_back(answer("A0005 OK bye\r\n"));
+  ServerAttack row = attackDuring(moveAmong(lines, target).leavingAfter("LIST"), std::move(name),
+                                  std::move(attack), std::move(outcome));
   row.error = std::move(error);
-  row.check = {};
   return row;
 }
 
 ServerAttack manyFolders() {
-  ServerAttack row = folder("manyFolders", "100,000 folders", "lists them all", "", "", nullptr);
-  row.dialogue =
-      loginDialogue() + Dialogue{expect("A0004 LIST \"\" \"*\"\r\n"),
-                                 answer("* LIST () \"/\" Sales\r\n", 100000), answer("A0004 OK done\r\n"),
-                                 expect("A0005 LOGOUT\r\n"), answer("A0005 OK bye\r\n")};
+  const Session session = listSession();
+  const Dialogue steps{answer("* LIST () \"/\" Sales\r\n", 100000), answer("A0004 OK done\r\n")};
+  ServerAttack row = attackDuring(session, answeredBy(session, "LIST", steps), "manyFolders",
+                                  "100,000 folders", "lists them all");
   row.check = [](const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(100000)); };
   return row;
 }

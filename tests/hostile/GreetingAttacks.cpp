@@ -9,13 +9,33 @@ namespace tarnwell::test {
 
 namespace {
 
-Dialogue greetedBy(const Step& greeting) {
-  Dialogue dialogue = honest(listSession());
-  dialogue[1] = greeting;
-  return dialogue;
+/// After this greeting everything is as it should be.
+ServerAttack unusual(std::string name, std::string attack, const Step& greeting) {
+  const Session session = listSession();
+  ServerAttack row = attackDuring(session, answeredBy(session, "greeting", {greeting}), std::move(name),
+                                  std::move(attack), "goes on as after any greeting");
+  row.check = [](const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(3)); };
+  return row;
 }
 
-void listsThreeFolders(const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(3)); }
+/// The login after this greeting is refused.
+ServerAttack noLogin(std::string name, std::string attack, const std::string& greeting,
+                     const std::string& refusal) {
+  const Session session =
+      listSession().answering("greeting", greeting).answering("LOGIN", refusal).leavingAfter("LOGIN");
+  ServerAttack row = attackDuring(session, std::move(name), std::move(attack), "says that the login failed");
+  row.error = "Authentication failed. Check the email address and Apple app-specific password.";
+  return row;
+}
+
+ServerAttack byeAndClose() {
+  const Session session = listSession().answering("greeting", "* BYE too many connections\r\n");
+  ServerAttack row = attackDuring(
+      session, brokenAt(session, session.position("LOGIN"), cutHere()), "byeAndClose",
+      "the greeting is BYE, and the connection closes at the login", "says that the connection was closed");
+  row.error = "The IMAP connection was closed unexpectedly.";
+  return row;
+}
 
 /// A greeting that is none. The program says LOGOUT, since it leaves a server that still talks.
 ServerAttack strange(std::string name, std::string attack, const std::string& line,
@@ -31,23 +51,12 @@ ServerAttack strange(std::string name, std::string attack, const std::string& li
 
 std::vector<Attack> greetingAttacks() {
   constexpr std::size_t megabyte = 1000000;
-  std::vector<ServerAttack> rows{
-      {.name = "byeAndClose",
-       .attack = "the greeting is BYE, and the connection closes at the login",
-       .outcome = "says that the connection was closed",
-       .dialogue =
-           brokenAt(listSession().answering("greeting", "* BYE too many connections\r\n"), 1, cutHere()),
-       .error = "The IMAP connection was closed unexpectedly."},
-      {.name = "byeAndNo",
-       .attack = "the greeting is BYE, and the login is refused",
-       .outcome = "says that the login failed",
-       .dialogue = brokenAt(listSession(), 1, expect("A0002 LOGOUT\r\n"), "A0001 NO go away\r\n"),
-       .error = "Authentication failed. Check the email address and Apple app-specific password."},
-      {.name = "preauth",
-       .attack = "the greeting is PREAUTH, and the login is answered with BAD",
-       .outcome = "says that the login failed",
-       .dialogue = brokenAt(listSession(), 1, expect("A0002 LOGOUT\r\n"), "A0001 BAD already in\r\n"),
-       .error = "Authentication failed. Check the email address and Apple app-specific password."},
+  return byServer({
+      byeAndClose(),
+      noLogin("byeAndNo", "the greeting is BYE, and the login is refused", "* BYE no\r\n",
+              "TAG NO go away\r\n"),
+      noLogin("preauth", "the greeting is PREAUTH, and the login is answered with BAD",
+              "* PREAUTH welcome\r\n", "TAG BAD already in\r\n"),
       strange("plus", "the greeting is a continuation, \"+ go ahead\"", "+ go ahead", "+ go ahead"),
       strange("tagged", "the greeting is the answer to a command not sent", "A0001 OK ready",
               "A0001 OK ready"),
@@ -56,23 +65,10 @@ std::vector<Attack> greetingAttacks() {
       strange("empty", "the greeting is an empty line", "", ""),
       strange("controlCharacters", "a strange greeting with control and bidirectional characters",
               "\x1B[2Jhello\a \xE2\x80\xAEolleh", "[2Jhello   olleh"),
-      {.name = "oneMegabyte",
-       .attack = "a greeting of one megabyte",
-       .outcome = "goes on as after any greeting",
-       .dialogue = greetedBy(answer("* OK " + std::string(megabyte, 'x') + "\r\n")),
-       .check = listsThreeFolders},
-      {.name = "byteByByte",
-       .attack = "a greeting byte by byte",
-       .outcome = "goes on as after any greeting",
-       .dialogue = greetedBy(answerSlowly("* OK ready and willing\r\n")),
-       .check = listsThreeFolders},
-  };
-  for (const std::size_t position : {1U, 2U}) {
-    rows[position].dialogue.push_back(answer("A0002 OK bye\r\n"));
-  }
-  rows[1].dialogue[1] = answer("* BYE no\r\n");
-  rows[2].dialogue[1] = answer("* PREAUTH welcome\r\n");
-  return byServer(std::move(rows));
+      unusual("oneMegabyte", "a greeting of one megabyte",
+              answer("* OK " + std::string(megabyte, 'x') + "\r\n")),
+      unusual("byteByByte", "a greeting byte by byte", answerSlowly("* OK ready and willing\r\n")),
+  });
 }
 
 }  // namespace tarnwell::test

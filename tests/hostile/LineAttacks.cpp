@@ -10,17 +10,14 @@ namespace tarnwell::test {
 namespace {
 
 /// The answer to LIST: these steps, one folder, OK.
-ServerAttack beforeTheFolder(std::string name, std::string attack, std::string outcome, Dialogue before) {
+ServerAttack beforeTheFolder(std::string name, std::string attack, std::string outcome,
+                             const Dialogue& before) {
   const Session session = listSession();
-  Dialogue dialogue = honest(session);
-  const auto place = static_cast<std::ptrdiff_t>(2 * session.position("LIST") + 1);
-  dialogue[static_cast<std::size_t>(place)] = answer("* LIST () \"/\" Archive\r\nA0004 OK done\r\n");
-  dialogue.insert(dialogue.begin() + place, before.begin(), before.end());
-  return {.name = std::move(name),
-          .attack = std::move(attack),
-          .outcome = std::move(outcome),
-          .dialogue = std::move(dialogue),
-          .check = [](const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(1)); }};
+  const Dialogue steps = before + Dialogue{answer("* LIST () \"/\" Archive\r\nA0004 OK done\r\n")};
+  ServerAttack row = attackDuring(session, answeredBy(session, "LIST", steps), std::move(name),
+                                  std::move(attack), std::move(outcome));
+  row.check = [](const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(1)); };
+  return row;
 }
 
 ServerAttack tenMillionLines() {

@@ -25,27 +25,26 @@ std::function<void(const JSONValue&)> lists(std::string expected) {
 /// One LIST response, between two honest ones.
 ServerAttack amongFolders(std::string name, std::string attack, std::string outcome, const std::string& line,
                           std::string expected) {
-  return {.name = std::move(name),
-          .attack = std::move(attack),
-          .outcome = std::move(outcome),
-          .dialogue = honest(listSession().answering(
-              "LIST", "* LIST () \"/\" INBOX\r\n" + line + "* LIST () \"/\" Archive\r\nTAG OK done\r\n")),
-          .check = lists(std::move(expected))};
+  const Session session = listSession().answering(
+      "LIST", "* LIST () \"/\" INBOX\r\n" + line + "* LIST () \"/\" Archive\r\nTAG OK done\r\n");
+  ServerAttack row = attackDuring(session, std::move(name), std::move(attack), std::move(outcome));
+  row.check = lists(std::move(expected));
+  return row;
 }
 
 /// A literal that is never filled, in an answer of which a few bytes come.
 ServerAttack neverFilled(std::string name, const std::string& announced) {
   const Session session = bodySession();
-  return {.name = std::move(name),
-          .attack = "a literal of {" + announced + "} is announced, a few bytes come, the connection closes",
-          .outcome = "says so; takes no memory for what was announced",
-          .tool = session.tool,
-          .arguments = session.arguments,
-          .dialogue =
-              brokenAt(session, session.position("BODY"), closeHere(),
-                       "* 1 FETCH (UID 7 BODY[1] {" + announced + "}\r\na few bytes\r\nA0005 OK done\r\n"),
-          .error = "The IMAP connection was closed unexpectedly.",
-          .peakMegabytes = 100};
+  ServerAttack row = attackDuring(
+      session,
+      brokenAt(session, session.position("BODY"), closeHere(),
+               "* 1 FETCH (UID 7 BODY[1] {" + announced + "}\r\na few bytes\r\nA0005 OK done\r\n"),
+      std::move(name),
+      "a literal of {" + announced + "} is announced, a few bytes come, the connection closes",
+      "says so; takes no memory for what was announced");
+  row.error = "The IMAP connection was closed unexpectedly.";
+  row.peakMegabytes = 100;
+  return row;
 }
 
 /// What the body is announced as, when that is no announcement.
@@ -53,13 +52,9 @@ ServerAttack bodyAs(std::string name, std::string attack, std::string outcome, c
                     std::function<void(const JSONValue&)> check) {
   const Session session =
       bodySession().answering("BODY", "* 1 FETCH (UID 7 BODY[1] " + value + ")\r\nTAG OK done\r\n");
-  return {.name = std::move(name),
-          .attack = std::move(attack),
-          .outcome = std::move(outcome),
-          .tool = session.tool,
-          .arguments = session.arguments,
-          .dialogue = honest(session),
-          .check = std::move(check)};
+  ServerAttack row = attackDuring(session, std::move(name), std::move(attack), std::move(outcome));
+  row.check = std::move(check);
+  return row;
 }
 
 void hasNoBody(const JSONValue& result) {
@@ -74,19 +69,12 @@ void hasBody(const JSONValue& result, const std::string& body) { EXPECT_EQ(resul
 ServerAttack manyLiterals() {
   constexpr std::size_t count = 200000;
   const Session session = markReadSession();
-  Dialogue dialogue = honest(session);
-  const auto place = static_cast<std::ptrdiff_t>(2 * session.position("FETCH") + 1);
-  dialogue.erase(dialogue.begin() + place);
-  dialogue.insert(dialogue.begin() + place, {answer("* 1 FETCH (UID 7 FLAGS ("), answer("{1}\r\na ", count),
-                                             answer(") ENVELOPE (NIL {5}\r\nLunch))\r\nA0004 OK done\r\n")});
-  return {
-      .name = "manyLiterals",
-      .attack = "200,000 literals of one byte in one response",
-      .outcome = "reads them all",
-      .tool = session.tool,
-      .arguments = session.arguments,
-      .dialogue = std::move(dialogue),
-      .check = [](const JSONValue& result) { EXPECT_EQ(result["detail"]["subject"], JSONValue("Lunch")); }};
+  const Dialogue steps{answer("* 1 FETCH (UID 7 FLAGS ("), answer("{1}\r\na ", count),
+                       answer(") ENVELOPE (NIL {5}\r\nLunch))\r\nA0004 OK done\r\n")};
+  ServerAttack row = attackDuring(session, answeredBy(session, "FETCH", steps), "manyLiterals",
+                                  "200,000 literals of one byte in one response", "reads them all");
+  row.check = [](const JSONValue& result) { EXPECT_EQ(result["detail"]["subject"], JSONValue("Lunch")); };
+  return row;
 }
 
 }  // namespace

@@ -87,16 +87,13 @@ ServerAttack manyAddresses() {
 ServerAttack bodyAs(std::string name, std::string attack, const std::string& value) {
   const Session session =
       bodySession().answering("BODY", "* 1 FETCH (UID 7 BODY[1] " + value + ")\r\nTAG OK done\r\n");
-  return {.name = std::move(name),
-          .attack = std::move(attack),
-          .outcome = "says that there is no readable text",
-          .tool = session.tool,
-          .arguments = session.arguments,
-          .dialogue = honest(session),
-          .check = [](const JSONValue& result) {
-            EXPECT_EQ(result["reason"],
-                      JSONValue("This message has no readable text body (it may be attachments-only)."));
-          }};
+  ServerAttack row =
+      attackDuring(session, std::move(name), std::move(attack), "says that there is no readable text");
+  row.check = [](const JSONValue& result) {
+    EXPECT_EQ(result["reason"],
+              JSONValue("This message has no readable text body (it may be attachments-only)."));
+  };
+  return row;
 }
 
 /// A structure whose text lies 100,000 parts deep; the section's number is as long.

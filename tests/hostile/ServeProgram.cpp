@@ -18,6 +18,7 @@
 
 #include "Core/BridgeConstants.h"
 #include "hostile/TestSecrets.h"
+#include "support/ArgumentVector.h"
 #include "support/FakeIMAPServer.h"
 
 namespace tarnwell::test {
@@ -39,15 +40,6 @@ void awaitReady(int descriptor, short event, Clock::time_point deadline, const c
       throw std::runtime_error(std::string("the program hangs: ") + what);
     }
   }
-}
-
-std::vector<char*> pointers(std::vector<std::string>& texts) {
-  std::vector<char*> result;
-  for (std::string& text : texts) {
-    result.push_back(text.data());
-  }
-  result.push_back(nullptr);
-  return result;
 }
 
 std::string wholeFile(const std::filesystem::path& path) {
@@ -121,7 +113,7 @@ ServeProgram::ServeProgram(const Home& home) : errorFile_(home.path() / "standar
   posix_spawnattr_setsigdefault(&attributes, &defaults);
   posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
   const int failure = ::posix_spawnp(&process_, command[0].c_str(), &actions, &attributes,
-                                     pointers(command).data(), pointers(environment).data());
+                                     argumentVector(command).data(), argumentVector(environment).data());
   posix_spawnattr_destroy(&attributes);
   posix_spawn_file_actions_destroy(&actions);
   ::close(inputPipe[0]);
@@ -145,16 +137,6 @@ ServeProgram::~ServeProgram() {
     ::kill(process_, SIGKILL);
     ::waitpid(process_, nullptr, 0);
   }
-}
-
-std::size_t ServeProgram::peakKilobytes() const {
-  std::ifstream status("/proc/" + std::to_string(process_) + "/status");
-  for (std::string line; std::getline(status, line);) {
-    if (constexpr std::string_view key = "VmHWM:"; line.starts_with(key)) {
-      return std::stoul(line.substr(key.size()));
-    }
-  }
-  throw std::runtime_error("the system does not tell the program's memory");
 }
 
 void ServeProgram::send(std::string_view bytes) {

@@ -101,8 +101,6 @@ class ServeProgram {
   ~ServeProgram();
 
   pid_t processID() const { return process_; }
-  /// The most physical memory that the program has held so far.
-  std::size_t peakKilobytes() const;
 
   /// Bytes as they are, of any number.
   void send(std::string_view bytes);

@@ -63,6 +63,9 @@ struct ServerAttack {
 
 Attack byServer(ServerAttack row);
 std::vector<Attack> byServer(std::vector<ServerAttack> rows);
+/// The same for rows that mostly wait: the first that is played makes the calls of all, each to a program and
+/// a server of its own, and each row looks at its own answer. They all have the password of every other test.
+std::vector<Attack> byServersAtOnce(std::vector<ServerAttack> rows);
 
 /// What every row ends with: the program answers `ping`, `get_status` and a call to an honest server.
 void expectSound(Home& home, ServeProgram& program);

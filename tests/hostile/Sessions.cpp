@@ -20,6 +20,12 @@ void readMessage(Session& session) {
   session.then("FETCH", "UID FETCH 7 (UID FLAGS INTERNALDATE ENVELOPE BODYSTRUCTURE)", summaryLine());
 }
 
+Session upToMove() {
+  return Session("move_message", {{"uid", 7}, {"targetFolder", "Archive"}}, "SELECT")
+      .then("LIST", "LIST \"\" \"*\"", folderLines)
+      .then("MOVE", "UID MOVE 7 \"Archive\"");
+}
+
 void readBody(Session& session) { session.then("BODY", "UID FETCH 7 (BODY.PEEK[1])", bodyLine); }
 
 }  // namespace
@@ -73,6 +79,15 @@ Session Session::answering(const std::string& name, const std::string& answer) c
   return changed;
 }
 
+Session Session::leavingAfter(std::string_view name) const {
+  Session changed = *this;
+  changed.exchanges.resize(position(name) + 1);
+  const auto tagged = std::ranges::count_if(
+      changed.exchanges, [](const Exchange& exchange) { return exchange.command.starts_with("A0"); });
+  changed.commands_ = static_cast<unsigned>(tagged);
+  return changed.then("LOGOUT", "LOGOUT");
+}
+
 std::size_t Session::position(std::string_view name) const {
   const auto found = std::ranges::find(exchanges, name, &Exchange::name);
   if (found == exchanges.end()) {
@@ -90,6 +105,13 @@ Dialogue honest(const Session& session) {
   return dialogue;
 }
 
+Dialogue answeredBy(const Session& session, std::string_view name, const Dialogue& steps) {
+  Dialogue dialogue = honest(session);
+  const auto place = dialogue.begin() + static_cast<std::ptrdiff_t>(2 * session.position(name) + 1);
+  dialogue.insert(dialogue.erase(place), steps.begin(), steps.end());
+  return dialogue;
+}
+
 Dialogue brokenAt(const Session& session, std::size_t position, const Step& fault,
                   const std::string& answerBegin) {
   Dialogue dialogue = honest(session);
@@ -97,6 +119,21 @@ Dialogue brokenAt(const Session& session, std::size_t position, const Step& faul
   dialogue.push_back(answer(answerBegin));
   dialogue.push_back(fault);
   return dialogue;
+}
+
+ServerAttack attackDuring(const Session& session, std::string name, std::string attack, std::string outcome) {
+  return attackDuring(session, honest(session), std::move(name), std::move(attack), std::move(outcome));
+}
+
+ServerAttack attackDuring(const Session& session, Dialogue dialogue, std::string name, std::string attack,
+                          std::string outcome) {
+  return {.name = std::move(name),
+          .attack = std::move(attack),
+          .outcome = std::move(outcome),
+          .tool = session.tool,
+          .arguments = session.arguments,
+          .dialogue = std::move(dialogue),
+          .isFallbackAllowed = session.isFallbackAllowed};
 }
 
 Session listSession() {
@@ -135,20 +172,14 @@ Session cleanupSession() {
   return session.then("LOGOUT", "LOGOUT");
 }
 
-Session moveSession() {
-  return Session("move_message", {{"uid", 7}, {"targetFolder", "Archive"}}, "SELECT")
-      .then("LIST", "LIST \"\" \"*\"", folderLines)
-      .then("MOVE", "UID MOVE 7 \"Archive\"")
-      .then("LOGOUT", "LOGOUT");
-}
+Session moveSession() { return upToMove().then("LOGOUT", "LOGOUT"); }
 
 Session fallbackSession() {
-  Session session = moveSession().answering("MOVE", "TAG NO cannot\r\n");
-  session.exchanges.pop_back();
-  session.exchanges.push_back({"COPY", "A0006 UID COPY 7 \"Archive\"\r\n", "A0006 OK done\r\n"});
-  session.exchanges.push_back({"STORE", "A0007 UID STORE 7 +FLAGS (\\Deleted)\r\n", "A0007 OK done\r\n"});
-  session.exchanges.push_back({"LOGOUT", "A0008 LOGOUT\r\n", "A0008 OK done\r\n"});
-  return session;
+  Session session = upToMove().answering("MOVE", "TAG NO cannot\r\n");
+  session.isFallbackAllowed = true;
+  return session.then("COPY", "UID COPY 7 \"Archive\"")
+      .then("STORE", "UID STORE 7 +FLAGS (\\Deleted)")
+      .then("LOGOUT", "LOGOUT");
 }
 
 Session markReadSession() {
@@ -164,9 +195,19 @@ Session trashSession() {
       .then("LOGOUT", "LOGOUT");
 }
 
-std::vector<Session> everySession() {
-  return {listSession(),    searchSession(), summarySession(),  bodySession(),
-          cleanupSession(), moveSession(),   markReadSession(), trashSession()};
+std::vector<SessionStep> everyStep() {
+  std::vector<SessionStep> steps;
+  for (const Session& session : {listSession(), searchSession(), summarySession(), bodySession(),
+                                 cleanupSession(), moveSession(), markReadSession(), trashSession()}) {
+    for (std::size_t position = 0; position < session.exchanges.size(); ++position) {
+      steps.push_back({session, position});
+    }
+  }
+  const Session fallback = fallbackSession();
+  for (std::size_t position = fallback.position("MOVE"); position < fallback.exchanges.size(); ++position) {
+    steps.push_back({fallback, position});
+  }
+  return steps;
 }
 
 }  // namespace tarnwell::test

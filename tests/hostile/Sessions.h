@@ -5,6 +5,7 @@
 ///
 ///     const Session session = searchSession();
 ///     brokenAt(session, session.position("LOGIN"), closeHere())    // reads the LOGIN, then closes
+///     attackDuring(session, "name", "attack", "outcome")           // a row that calls the session's tool
 ///
 /// Threads: plain values.
 
@@ -12,8 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "MCP/JSONValue.h"
-#include "support/FakeIMAPServer.h"
+#include "hostile/ServerAttack.h"
 
 namespace tarnwell::test {
 
@@ -22,6 +22,8 @@ struct Exchange {
   std::string name;
   std::string command;
   std::string answer;
+
+  bool changesTheMailbox() const { return name == "MOVE" || name == "COPY" || name == "STORE"; }
 };
 
 class Session {
@@ -37,12 +39,18 @@ class Session {
   Session& thenRest(const std::string& name, const std::string& rest, const std::string& untagged = "");
   /// The same exchange with another answer of the server's; TAG stands for the command's tag.
   Session answering(const std::string& name, const std::string& answer) const;
+  /// The session up to the exchange of that name, and then LOGOUT.
+  Session leavingAfter(std::string_view name) const;
 
+  /// The tool's name, with a word more for the move by COPY and STORE.
+  std::string name() const { return isFallbackAllowed ? tool + "ByCopy" : tool; }
   std::size_t position(std::string_view name) const;
   std::string tag(std::size_t number) const;
 
   std::string tool;
   JSONObject arguments;
+  /// The session needs settings that let COPY and a flag stand in for a rejected MOVE.
+  bool isFallbackAllowed = false;
   std::vector<Exchange> exchanges;
 
  private:
@@ -51,10 +59,18 @@ class Session {
 
 /// The session as it should be.
 Dialogue honest(const Session& session);
+/// The same with these steps in the place of one answer.
+Dialogue answeredBy(const Session& session, std::string_view name, const Dialogue& steps);
 /// The session up to the exchange at `position`, whose command is still read; then `answerBegin`, and
 /// `fault`.
 Dialogue brokenAt(const Session& session, std::size_t position, const Step& fault,
                   const std::string& answerBegin = "");
+
+/// A row that calls the session's tool while the server plays the session as it should be, or another
+/// dialogue. The call is expected to succeed, until the row says otherwise.
+ServerAttack attackDuring(const Session& session, std::string name, std::string attack, std::string outcome);
+ServerAttack attackDuring(const Session& session, Dialogue dialogue, std::string name, std::string attack,
+                          std::string outcome);
 
 /// The FETCH response with the summary of the message 7, subject "Lunch".
 std::string summaryLine();
@@ -65,12 +81,19 @@ Session summarySession();
 Session bodySession();
 Session cleanupSession();
 Session moveSession();
-/// A move that the server rejects and the program makes by COPY and STORE, if the settings allow that.
+/// A move that the server rejects and the program makes by COPY and STORE.
 Session fallbackSession();
 Session markReadSession();
 Session trashSession();
 
-/// One for each tool that opens a session.
-std::vector<Session> everySession();
+struct SessionStep {
+  Session session;
+  std::size_t position;
+
+  const Exchange& exchange() const { return session.exchanges[position]; }
+};
+
+/// Every exchange of every tool that opens a session; of the move by COPY and STORE those from the MOVE on.
+std::vector<SessionStep> everyStep();
 
 }  // namespace tarnwell::test

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "hostile/ServerAttack.h"
 #include "hostile/Sessions.h"
 #include "support/Repeated.h"
@@ -12,45 +10,36 @@ namespace tarnwell::test {
 
 namespace {
 
-void listsOneFolder(const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(1)); }
+void listsOne(const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(1)); }
+void listsThreeFolders(const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(3)); }
 
 constexpr const char* closedText = "The IMAP connection was closed unexpectedly.";
 constexpr const char* folder = "* LIST () \"/\" Archive\r\n";
 
 ServerAttack listing(std::string name, std::string attack, std::string outcome, const std::string& answer) {
-  return {.name = std::move(name),
-          .attack = std::move(attack),
-          .outcome = std::move(outcome),
-          .dialogue = honest(listSession().answering("LIST", folder + answer)),
-          .check = listsOneFolder};
+  ServerAttack row = attackDuring(listSession().answering("LIST", folder + answer), std::move(name),
+                                  std::move(attack), std::move(outcome));
+  row.check = listsOne;
+  return row;
 }
 
 /// The answer to LIST is none, and then the connection closes.
 ServerAttack noCompletion(std::string name, std::string attack, const std::string& line) {
-  return {.name = std::move(name),
-          .attack = std::move(attack),
-          .outcome = "takes it for no answer, and says that the connection was closed",
-          .dialogue = brokenAt(listSession(), listSession().position("LIST"), closeHere(), folder + line),
-          .error = closedText};
+  const Session session = listSession();
+  ServerAttack row = attackDuring(
+      session, brokenAt(session, session.position("LIST"), closeHere(), folder + line), std::move(name),
+      std::move(attack), "takes it for no answer, and says that the connection was closed");
+  row.error = closedText;
+  return row;
 }
 
 /// A command is refused; the program leaves with LOGOUT.
 ServerAttack refused(std::string name, std::string attack, std::string outcome, const Session& session,
                      const std::string& step, const std::string& answer, std::string error) {
-  Session changed = session.answering(step, answer);
-  const std::size_t position = changed.position(step);
-  changed.exchanges.resize(position + 1);
-  const auto commands = std::ranges::count_if(
-      changed.exchanges, [](const Exchange& exchange) { return exchange.command.starts_with("A0"); });
-  const std::string tag = changed.tag(static_cast<std::size_t>(commands) + 1);
-  changed.exchanges.push_back({"LOGOUT", tag + " LOGOUT\r\n", tag + " OK bye\r\n"});
-  return {.name = std::move(name),
-          .attack = std::move(attack),
-          .outcome = std::move(outcome),
-          .tool = changed.tool,
-          .arguments = changed.arguments,
-          .dialogue = honest(changed),
-          .error = std::move(error)};
+  ServerAttack row = attackDuring(session.answering(step, answer).leavingAfter(step), std::move(name),
+                                  std::move(attack), std::move(outcome));
+  row.error = std::move(error);
+  return row;
 }
 
 /// What stands in the place of the first "+" of a search. The literal's byte is never sent.
@@ -71,11 +60,10 @@ ServerAttack answerBeforeItsCommand() {
   const Session session = listSession()
                               .answering("LOGIN", "TAG OK in\r\n* CAPABILITY IMAP4rev1\r\nA0002 OK early\r\n")
                               .answering("CAPABILITY", "");
-  return {.name = "answerBeforeItsCommand",
-          .attack = "an answer sent before its command",
-          .outcome = "takes it for the answer once the command is sent",
-          .dialogue = honest(session),
-          .check = [](const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(3)); }};
+  ServerAttack row = attackDuring(session, "answerBeforeItsCommand", "an answer sent before its command",
+                                  "takes it for the answer once the command is sent");
+  row.check = listsThreeFolders;
+  return row;
 }
 
 ServerAttack manyCapabilities() {
@@ -85,22 +73,17 @@ ServerAttack manyCapabilities() {
   }
   const Session session =
       listSession().answering("CAPABILITY", "* CAPABILITY IMAP4rev1" + names + "\r\nTAG OK done\r\n");
-  return {.name = "manyCapabilities",
-          .attack = "CAPABILITY with 10,000 names",
-          .outcome = "goes on",
-          .dialogue = honest(session),
-          .check = [](const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(3)); }};
+  ServerAttack row = attackDuring(session, "manyCapabilities", "CAPABILITY with 10,000 names", "goes on");
+  row.check = listsThreeFolders;
+  return row;
 }
 
 ServerAttack secondPlusAtOnce() {
   const Session session = searchSession().answering("FROM", "+ go\r\n+ go\r\n").answering("SUBJECT", "");
-  return {.name = "twoPluses",
-          .attack = "two \"+\" for one literal",
-          .outcome = "takes the second for the next literal; every byte stays in its place",
-          .tool = session.tool,
-          .arguments = session.arguments,
-          .dialogue = honest(session),
-          .check = listsOneFolder};
+  ServerAttack row = attackDuring(session, "twoPluses", "two \"+\" for one literal",
+                                  "takes the second for the next literal; every byte stays in its place");
+  row.check = listsOne;
+  return row;
 }
 
 }  // namespace

@@ -20,13 +20,11 @@ ServerAttack loginAs(std::string name, std::string attack, std::string outcome, 
                      std::string password, const std::string& quotedPair) {
   Session session = listSession();
   session.exchanges[session.position("LOGIN")].command = "A0001 LOGIN " + quotedPair + "\r\n";
-  return {.name = std::move(name),
-          .attack = std::move(attack),
-          .outcome = std::move(outcome),
-          .dialogue = honest(session),
-          .email = std::move(email),
-          .password = std::move(password),
-          .check = [](const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(3)); }};
+  ServerAttack row = attackDuring(session, std::move(name), std::move(attack), std::move(outcome));
+  row.email = std::move(email);
+  row.password = std::move(password);
+  row.check = [](const JSONValue& result) { EXPECT_EQ(result["count"], JSONValue(3)); };
+  return row;
 }
 
 ServerAttack refusedLogin(std::string name, std::string attack, std::string email, std::string password) {
@@ -68,17 +66,12 @@ ServerAttack searchFor(std::string name, std::string attack, const std::string& 
 }
 
 ServerAttack moveTo(std::string name, std::string attack, const std::string& target) {
-  Session session = moveSession();
+  Session session = moveSession().leavingAfter("LIST");
   session.arguments["targetFolder"] = target;
-  session.exchanges.resize(session.position("MOVE"));
-  session.exchanges.push_back({"LOGOUT", "A0005 LOGOUT\r\n", "A0005 OK bye\r\n"});
-  return {.name = std::move(name),
-          .attack = std::move(attack),
-          .outcome = "compares it with the folders' names and sends nothing of it",
-          .tool = session.tool,
-          .arguments = session.arguments,
-          .dialogue = honest(session),
-          .error = "Folder not found: " + target};
+  ServerAttack row = attackDuring(session, std::move(name), std::move(attack),
+                                  "compares it with the folders' names and sends nothing of it");
+  row.error = "Folder not found: " + target;
+  return row;
 }
 
 std::vector<ServerAttack> logins() {

@@ -21,6 +21,8 @@
 #include <string>
 #include <vector>
 
+#include "support/ArgumentVector.h"
+
 namespace tarnwell::test {
 
 struct TracedEnd {
@@ -33,8 +35,8 @@ class TracedProgram {
  public:
   TracedProgram(std::vector<std::string> command, std::vector<std::string> environment) {
     // Made before the fork: after it only a few calls are allowed.
-    std::vector<char*> words = pointers(command);
-    std::vector<char*> variables = pointers(environment);
+    std::vector<char*> words = argumentVector(command);
+    std::vector<char*> variables = argumentVector(environment);
     process_ = ::fork();
     if (process_ == 0) {
       const int nothing = ::open("/dev/null", O_RDWR);
@@ -76,15 +78,6 @@ class TracedProgram {
   }
 
  private:
-  static std::vector<char*> pointers(std::vector<std::string>& texts) {
-    std::vector<char*> result;
-    for (std::string& text : texts) {
-      result.push_back(text.data());
-    }
-    result.push_back(nullptr);
-    return result;
-  }
-
   int next() const {
     int status = 0;
     while (::waitpid(process_, &status, 0) < 0 && errno == EINTR) {

@@ -19,39 +19,27 @@ std::string rejected(const std::string& detail) {
 
 ServerAttack writing(std::string name, std::string attack, std::string outcome, const Session& session,
                      std::string error) {
-  return {.name = std::move(name),
-          .attack = std::move(attack),
-          .outcome = std::move(outcome),
-          .tool = session.tool,
-          .arguments = session.arguments,
-          .dialogue = honest(session),
-          .error = std::move(error)};
+  ServerAttack row = attackDuring(session, std::move(name), std::move(attack), std::move(outcome));
+  row.error = std::move(error);
+  return row;
 }
 
 /// The write is sent, its answer begins, and the connection closes.
-ServerAttack lost(const Session& session, const std::string& step, const std::string& begin,
-                  bool isFallbackAllowed = false) {
-  return {.name = session.tool + "AnswerToOf" + step + "Lost",
-          .attack = step + " is sent, and the connection closes amid the answer",
-          .outcome =
-              "says so; claims neither that the change was made nor that it was not, and tries nothing "
-              "else",
-          .tool = session.tool,
-          .arguments = session.arguments,
-          .dialogue = brokenAt(session, session.position(step), closeHere(), begin),
-          .isFallbackAllowed = isFallbackAllowed,
-          .error = "The IMAP connection was closed unexpectedly."};
+ServerAttack lost(const Session& session, const std::string& step, const std::string& begin) {
+  ServerAttack row = attackDuring(
+      session, brokenAt(session, session.position(step), closeHere(), begin),
+      session.name() + "AnswerTo" + step + "Lost",
+      step + " is sent, and the connection closes amid the answer",
+      "says so; claims neither that the change was made nor that it was not, and tries nothing else");
+  row.error = "The IMAP connection was closed unexpectedly.";
+  return row;
 }
 
 /// The fallback session, refused at a step; the session then ends.
-ServerAttack fallbackRefused(const std::string& step, const std::string& logoutTag, std::string outcome) {
-  Session session = fallbackSession().answering(step, "TAG NO cannot\r\n");
-  session.exchanges.resize(session.position(step) + 1);
-  session.exchanges.push_back({"LOGOUT", logoutTag + " LOGOUT\r\n", logoutTag + " OK bye\r\n"});
-  ServerAttack row = writing("fallback" + step + "Refused", "MOVE is refused, and then " + step + " too",
-                             std::move(outcome), session, "IMAP UID failed: cannot");
-  row.isFallbackAllowed = true;
-  return row;
+ServerAttack fallbackRefused(const std::string& step, std::string outcome) {
+  return writing(
+      "fallback" + step + "Refused", "MOVE is refused, and then " + step + " too", std::move(outcome),
+      fallbackSession().answering(step, "TAG NO cannot\r\n").leavingAfter(step), "IMAP UID failed: cannot");
 }
 
 }  // namespace
@@ -64,8 +52,8 @@ std::vector<Attack> writeAttacks() {
       lost(moveSession(), "MOVE", "* OK [COPYUID 1 7 9] moving\r\nA0005 "),
       lost(trashSession(), "MOVE", "A0005 OK"),
       lost(markReadSession(), "STORE", "* 1 FETCH (FLAGS (\\Seen))\r\n"),
-      lost(fallbackSession(), "COPY", "A0006 O", true),
-      lost(fallbackSession(), "STORE", "A0007 OK done", true),
+      lost(fallbackSession(), "COPY", "A0006 O"),
+      lost(fallbackSession(), "STORE", "A0007 OK done"),
       writing("moveRefused", "MOVE is refused", "says that nothing was moved, and which setting helps",
               moveSession().answering("MOVE", "TAG NO [CANNOT] not here\r\n"), rejected("[CANNOT] not here")),
       writing("moveRefusedAtLength", "MOVE is refused in ten kilobytes with control characters",
@@ -77,8 +65,8 @@ std::vector<Attack> writeAttacks() {
               moveSession().answering("MOVE", "A0004 NO old\r\nTAG NO new\r\n"), rejected("new")),
       writing("storeRefused", "STORE is refused", "says that it failed",
               markReadSession().answering("STORE", "TAG NO read-only\r\n"), "IMAP UID failed: read-only"),
-      fallbackRefused("COPY", "A0007", "says that it failed; flags nothing"),
-      fallbackRefused("STORE", "A0008", "says that it failed; the message then stands in both places"),
+      fallbackRefused("COPY", "says that it failed; flags nothing"),
+      fallbackRefused("STORE", "says that it failed; the message then stands in both places"),
       believed,
   });
 }

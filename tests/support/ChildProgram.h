@@ -15,6 +15,8 @@
 #include <utility>
 #include <vector>
 
+#include "support/ArgumentVector.h"
+
 namespace tarnwell::test {
 
 class ChildProgram {
@@ -32,8 +34,8 @@ class ChildProgram {
     posix_spawn_file_actions_adddup2(&actions, inputPipe[0], 0);
     posix_spawn_file_actions_adddup2(&actions, outputPipe[1], 1);
     posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-    int failure = ::posix_spawnp(&process_, command[0].c_str(), &actions, nullptr, pointers(command).data(),
-                                 pointers(environment).data());
+    int failure = ::posix_spawnp(&process_, command[0].c_str(), &actions, nullptr,
+                                 argumentVector(command).data(), argumentVector(environment).data());
     posix_spawn_file_actions_destroy(&actions);
     ::close(inputPipe[0]);
     ::close(outputPipe[1]);
@@ -92,15 +94,6 @@ class ChildProgram {
   }
 
  private:
-  static std::vector<char*> pointers(std::vector<std::string>& texts) {
-    std::vector<char*> result;
-    for (std::string& text : texts) {
-      result.push_back(text.data());
-    }
-    result.push_back(nullptr);
-    return result;
-  }
-
   pid_t process_ = -1;
   int output_ = -1;
 };
