@@ -23,12 +23,8 @@ void addFramed(std::vector<Shape>& shapes, const std::string& reader, const std:
                       .name = std::move(name),
                       .input =
                           [frame](std::size_t size) {
-                            // Whole fragments only: a cut one would not parse.
                             std::string text(frame.before);
-                            while (text.size() < size) {
-                              text += frame.fragment;
-                            }
-                            return text.append(frame.behind);
+                            return text.append(repeated(frame.fragment, size)).append(frame.behind);
                           },
                       .read = read});
   }
