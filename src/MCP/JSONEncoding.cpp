@@ -53,7 +53,7 @@ class Writer {
   }
 
   void writePayload(const JSONObject& members) {
-    writeContainer('{', '}', members, [this](const auto& member) {
+    writeContainer('{', '}', members, [this](const JSONMember& member) {
       writeText(member.first);
       text_ += layout_ == Layout::compact ? ":" : ": ";
       write(member.second);
