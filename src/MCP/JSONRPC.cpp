@@ -33,7 +33,7 @@ std::optional<JSONRPCRequest> JSONRPCRequest::parse(std::string_view data) {
 
 JSONValue JSONRPC::success(std::optional<JSONValue> id, JSONValue result) {
   return JSONObject{
-      {"jsonrpc", "2.0"}, {"id", std::move(id).value_or(nullptr)}, {"result", std::move(result)}};
+      {"id", std::move(id).value_or(nullptr)}, {"jsonrpc", "2.0"}, {"result", std::move(result)}};
 }
 
 JSONValue JSONRPC::failure(std::optional<JSONValue> id, std::int64_t code, std::string message,
