@@ -34,7 +34,10 @@ class Builder final : public nlohmann::json_sax<json> {
   bool end_object() override { return close<JSONObject, Members>(); }
   bool end_array() override { return close<JSONArray, JSONArray>(); }
   bool key(string_t& value) override {
-    std::get<Members>(open_.back()).push_back({std::move(value), nullptr});
+    constexpr std::size_t usualCount = 4;  // of members
+    auto& members = std::get<Members>(open_.back());
+    members.reserve(members.empty() ? usualCount : 0);
+    members.emplace_back(std::move(value), nullptr);
     return true;
   }
 
@@ -61,7 +64,7 @@ class Builder final : public nlohmann::json_sax<json> {
     return add(std::move(finished));
   }
 
-  bool add(JSONValue value) {
+  bool add(JSONValue&& value) {
     if (open_.empty()) {
       result_ = std::move(value);
     } else if (auto* array = std::get_if<JSONArray>(&open_.back())) {
@@ -108,6 +111,20 @@ std::vector<JSONMember> moved(std::initializer_list<JSONObject::Given> given) {
   return members;
 }
 
+/// Members with the same key stay in their order. Most objects have few members, for which the general way
+/// would take longer to prepare itself than to sort.
+void sortByKey(std::vector<JSONMember>& members) {
+  constexpr std::size_t few = 16;
+  if (members.size() > few) {
+    std::ranges::stable_sort(members, {}, &JSONMember::first);
+    return;
+  }
+  for (auto next = members.begin(); next != members.end(); ++next) {
+    const auto place = std::ranges::upper_bound(members.begin(), next, next->first, {}, &JSONMember::first);
+    std::rotate(place, next, next + 1);
+  }
+}
+
 }  // namespace
 
 JSONObject::JSONObject(std::initializer_list<Given> members) : JSONObject(moved(members)) {}
@@ -116,7 +133,7 @@ JSONObject::JSONObject(std::vector<JSONMember> members) : members_(std::move(mem
   if (std::ranges::is_sorted(members_, std::less_equal(), &JSONMember::first)) {
     return;
   }
-  std::ranges::stable_sort(members_, {}, &JSONMember::first);
+  sortByKey(members_);
   // Seen from behind, the first of those with the same key stays.
   const auto kept = std::unique(members_.rbegin(), members_.rend(),
                                 [](const JSONMember& a, const JSONMember& b) { return a.first == b.first; });
@@ -143,7 +160,7 @@ JSONValue& JSONObject::operator[](std::string_view key) {
 
 void JSONObject::emplace(std::string_view key, JSONValue value) {
   if (!find(key)) {
-    members_.insert(placeOf(key), {std::string(key), std::move(value)});
+    members_.emplace(placeOf(key), key, std::move(value));
   }
 }
 

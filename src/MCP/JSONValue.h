@@ -62,6 +62,7 @@ class JSONObject {
   bool operator==(const JSONObject&) const;
 
  private:
+  /// The place of the member with this key, or where it would stand.
   std::vector<JSONMember>::const_iterator placeOf(std::string_view key) const;
 
   std::vector<JSONMember> members_;
