@@ -34,9 +34,7 @@ void addSettingsShapes(std::vector<Shape>& shapes) {
                       .input =
                           [row, directory, store](std::size_t size) {
                             std::string text(row.before);
-                            while (text.size() + row.fragment.size() + row.behind.size() <= size) {
-                              text += row.fragment;
-                            }
+                            text += repeated(row.fragment, size - row.before.size() - row.behind.size());
                             text += row.behind;
                             std::ofstream(store.configURL(), std::ios::binary) << text;
                             return text;

@@ -223,7 +223,7 @@ std::vector<Shape> allShapes() {
 int run(std::size_t largest, std::string_view chosen) {
   // The readers are to be measured, not the kernel's handing out of fresh pages: memory is kept.
   mallopt(M_MMAP_MAX, 0);
-  mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+  mallopt(M_TRIM_THRESHOLD, -1);
   // A broken settings file is an entry of the log; nobody listens there.
   static const SystemLog nowhere("linearity", "/nowhere/tarnwell-linearity");
   AppLogger::replaceSystemLog(nowhere);

@@ -1,5 +1,6 @@
 #include "MailInputs.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <random>
@@ -287,11 +288,10 @@ std::string randomBytes(std::size_t size) {
 
 std::string repeated(std::string_view fragment, std::size_t size) {
   std::string text;
-  text.reserve(size + fragment.size());
-  while (text.size() < size) {
+  text.reserve(std::max(size, fragment.size()));
+  do {
     text += fragment;
-  }
-  text.resize(size);
+  } while (text.size() + fragment.size() <= size);
   return text;
 }
 

@@ -5,6 +5,7 @@
 ///     std::string page = newsletter(1'000'000);  // HTML of at least a million bytes
 ///
 /// Sizes are in bytes and are reached, not met: a text ends with the sentence or block that reaches them.
+/// Only `repeated` stays below.
 
 #include <cstddef>
 #include <string>
@@ -38,7 +39,8 @@ std::string quotedPrintableLines(std::string_view text);
 /// Bytes without a pattern, as in a compressed attachment.
 std::string randomBytes(std::size_t size);
 
-/// The fragment over and over, cut to `size` bytes.
+/// The fragment as often as it fits into `size` bytes, at least once. Never a part of it: half a character or
+/// half a sequence at the end would be read in another way at one size than at the next.
 std::string repeated(std::string_view fragment, std::size_t size);
 
 }  // namespace tarnwell::bench

@@ -23,12 +23,8 @@ void addFramed(std::vector<Shape>& shapes, const std::string& reader, const std:
                       .name = std::move(name),
                       .input =
                           [frame](std::size_t size) {
-                            // Whole fragments only: a cut one would not parse.
                             std::string text(frame.before);
-                            while (text.size() < size) {
-                              text += frame.fragment;
-                            }
-                            return text.append(frame.behind);
+                            return text.append(repeated(frame.fragment, size)).append(frame.behind);
                           },
                       .read = read});
   }
@@ -80,9 +76,7 @@ std::size_t frame(std::string_view stream, std::size_t pieceSize) {
   NDJSONFramer framer;
   std::size_t framed = 0;
   for (std::size_t start = 0; start < stream.size(); start += pieceSize) {
-    for (const std::string& line : framer.push(stream.substr(start, pieceSize))) {
-      framed += line.size();
-    }
+    framer.push(stream.substr(start, pieceSize), [&framed](std::string_view line) { framed += line.size(); });
   }
   return framed + framer.finish().value_or("").size();
 }

@@ -25,11 +25,12 @@ Shape between(const std::string& reader, std::string_view before, std::string_vi
 }
 
 std::string manyLines(std::size_t size) {
+  const std::vector<std::string> responses = fetchResponses(500);
   std::string lines;
-  for (const std::string& line : fetchResponses(500)) {
-    lines.append(line).append("\r\n");
+  for (std::size_t number = 0; lines.size() < size; ++number) {
+    lines.append(responses[number % responses.size()]).append("\r\n");
   }
-  return repeated(lines, size);
+  return lines;
 }
 
 std::string oneLiteral(std::size_t size) {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 #include "IMAP/HexDigits.h"
 #include "Platform/Text.h"
@@ -32,7 +33,8 @@ constexpr SextetTable sextetsShiftedBy(unsigned shift) {
 constexpr std::array<SextetTable, 4> sextets = {sextetsShiftedBy(18), sextetsShiftedBy(12),
                                                 sextetsShiftedBy(6), sextetsShiftedBy(0)};
 
-/// Writes the bytes of groups of sextets; `next_` never runs past the space that the caller gave.
+/// Writes the bytes of groups of sextets. Four sextets make at most three bytes, so that it may write over
+/// the text that is being read: it stays behind the reader.
 class Base64Writer {
  public:
   explicit Base64Writer(char* next) : next_(next) {}
@@ -107,11 +109,9 @@ void decodeEscape(const char*& from, const char* end, char*& to) {
   }
 }
 
-}  // namespace
-
-std::optional<std::string> decodeBase64(std::string_view text) {
-  std::string bytes(text.size() / 4 * 3 + 3, '\0');
-  Base64Writer writer(bytes.data());
+/// Writes the bytes over the text. False when nothing came of its sextets; then it is as it was.
+bool decodeBase64InPlace(std::string& text) {
+  Base64Writer writer(text.data());
   bool sawSextet = false;
   const auto* next = reinterpret_cast<const unsigned char*>(text.data());
   const auto* const end = next + text.size();
@@ -139,11 +139,19 @@ std::optional<std::string> decodeBase64(std::string_view text) {
     }
   }
   writer.endGroup();
-  bytes.resize(static_cast<std::size_t>(writer.end() - bytes.data()));
-  if (bytes.empty() && sawSextet) {
-    return std::nullopt;
+  const auto size = static_cast<std::size_t>(writer.end() - text.data());
+  if (size == 0 && sawSextet) {
+    return false;
   }
-  return bytes;
+  text.resize(size);
+  return true;
+}
+
+}  // namespace
+
+std::optional<std::string> decodeBase64(std::string_view text) {
+  std::string bytes(text);
+  return decodeBase64InPlace(bytes) ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
 std::string decodeQuotedPrintable(std::string_view bytes, Underscore underscore) {
@@ -172,9 +180,7 @@ std::string decodeText(std::string body, std::string_view encoding, std::optiona
   if (name == "quoted-printable") {
     body = decodeQuotedPrintable(body, Underscore::isUnderscore);
   } else if (name == "base64") {
-    if (std::optional<std::string> bytes = decodeBase64(body)) {
-      body = *std::move(bytes);
-    }
+    decodeBase64InPlace(body);  // which leaves what is not base64
   }
   const Charset named = stringEncoding(charset);
   if ((named == Charset::utf8 || named == Charset::ascii) && isValidUTF8(body)) {

@@ -15,12 +15,35 @@ namespace {
 
 enum class Layout { compact, indented };
 
+/// About as many bytes as the value takes when nothing in it is escaped; all of them when it is one long
+/// text.
+std::size_t likelySize(const JSONValue& value) {
+  constexpr std::size_t marks = 4;  // quotation marks, colon, comma
+  constexpr std::size_t longestNumber = 20;
+  if (const auto* text = std::get_if<std::string>(&value.payload())) {
+    return text->size() + marks;
+  }
+  std::size_t size = longestNumber;
+  if (const JSONArray* elements = value.arrayValue()) {
+    for (const JSONValue& element : *elements) {
+      size += likelySize(element);
+    }
+  } else if (const JSONObject* members = value.objectValue()) {
+    for (const auto& [key, member] : *members) {
+      size += key.size() + marks + likelySize(member);
+    }
+  }
+  return size;
+}
+
 class Writer {
  public:
   explicit Writer(Layout layout) : layout_(layout) {}
 
   /// Absent for a value without a JSON form.
   std::optional<std::string> written(const JSONValue& value) && {
+    // A text of tens of megabytes is written once and never moved; bytes that are not used take no memory.
+    text_.reserve(likelySize(value));
     write(value);
     return isWritable_ ? std::optional(std::move(text_)) : std::nullopt;
   }
@@ -53,7 +76,7 @@ class Writer {
   }
 
   void writePayload(const JSONObject& members) {
-    writeContainer('{', '}', members, [this](const auto& member) {
+    writeContainer('{', '}', members, [this](const JSONMember& member) {
       writeText(member.first);
       text_ += layout_ == Layout::compact ? ":" : ": ";
       write(member.second);

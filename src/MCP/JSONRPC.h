@@ -8,10 +8,12 @@
 ///
 /// Threads: plain values.
 
+#include <concepts>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "MCP/JSONValue.h"
@@ -57,6 +59,11 @@ JSONValue failure(std::optional<JSONValue> id, std::int64_t code, std::string me
 /// Works on bytes of any kind and any length; every byte is looked at once.
 class NDJSONFramer {
  public:
+  /// Calls `use` with each line that this piece completes, in order. A line is valid during its call; one
+  /// that lies within the piece is not copied.
+  template <std::invocable<std::string_view> Use>
+  void push(std::string_view chunk, const Use& use);
+
   /// The lines that this piece completes, in order.
   std::vector<std::string> push(std::string_view chunk);
 
@@ -64,8 +71,28 @@ class NDJSONFramer {
   std::optional<std::string> finish();
 
  private:
+  static std::string_view withoutCarriageReturn(std::string_view line) {
+    return line.ends_with('\r') ? line.substr(0, line.size() - 1) : line;
+  }
+
   std::string buffer_;  // received after the last LF; holds no LF
 };
+
+template <std::invocable<std::string_view> Use>
+void NDJSONFramer::push(std::string_view chunk, const Use& use) {
+  for (std::size_t end; (end = chunk.find('\n')) != std::string_view::npos; chunk.remove_prefix(end + 1)) {
+    std::string_view line = chunk.substr(0, end);
+    std::string begun;
+    if (!buffer_.empty()) {
+      begun = std::exchange(buffer_, {}).append(line);
+      line = begun;
+    }
+    if (line = withoutCarriageReturn(line); !line.empty()) {
+      use(line);
+    }
+  }
+  buffer_.append(chunk);
+}
 
 /// The compact value and one LF.
 std::string ndjsonFrame(const JSONValue& value);

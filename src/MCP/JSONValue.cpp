@@ -1,6 +1,8 @@
 #include "MCP/JSONValue.h"
 
+#include <algorithm>
 #include <charconv>
+#include <functional>
 #include <nlohmann/json.hpp>
 
 namespace tarnwell {
@@ -27,12 +29,15 @@ class Builder final : public nlohmann::json_sax<json> {
   bool string(string_t& value) override { return add(std::move(value)); }
   bool binary(binary_t&) override { return false; }
 
-  bool start_object(std::size_t) override { return open(JSONObject{}); }
+  bool start_object(std::size_t) override { return open(Members{}); }
   bool start_array(std::size_t) override { return open(JSONArray{}); }
-  bool end_object() override { return close(); }
-  bool end_array() override { return close(); }
+  bool end_object() override { return close<JSONObject, Members>(); }
+  bool end_array() override { return close<JSONArray, JSONArray>(); }
   bool key(string_t& value) override {
-    open_.back().key = std::move(value);
+    constexpr std::size_t usualCount = 4;  // of members
+    auto& members = std::get<Members>(open_.back());
+    members.reserve(members.empty() ? usualCount : 0);
+    members.emplace_back(std::move(value), nullptr);
     return true;
   }
 
@@ -41,34 +46,31 @@ class Builder final : public nlohmann::json_sax<json> {
   }
 
  private:
-  struct Container {
-    std::variant<JSONArray, JSONObject> elements;
-    std::string key;  // of the member that is being read
-  };
+  using Members = std::vector<JSONMember>;
+  using Container = std::variant<JSONArray, Members>;
 
-  bool open(std::variant<JSONArray, JSONObject> empty) {
+  bool open(Container empty) {
     if (open_.size() == JSONValue::maximumDepth) {
       return false;
     }
-    open_.push_back({std::move(empty), {}});
+    open_.push_back(std::move(empty));
     return true;
   }
 
+  template <class Finished, class Elements>
   bool close() {
-    JSONValue value =
-        std::visit([](auto& elements) { return JSONValue(std::move(elements)); }, open_.back().elements);
+    Finished finished(std::move(std::get<Elements>(open_.back())));
     open_.pop_back();
-    return add(std::move(value));
+    return add(std::move(finished));
   }
 
-  bool add(JSONValue value) {
+  bool add(JSONValue&& value) {
     if (open_.empty()) {
       result_ = std::move(value);
-    } else if (auto* array = std::get_if<JSONArray>(&open_.back().elements)) {
+    } else if (auto* array = std::get_if<JSONArray>(&open_.back())) {
       array->push_back(std::move(value));
     } else {
-      std::get<JSONObject>(open_.back().elements)
-          .insert_or_assign(std::move(open_.back().key), std::move(value));
+      std::get<Members>(open_.back()).back().second = std::move(value);
     }
     return true;
   }
@@ -100,7 +102,69 @@ std::optional<std::int64_t> integerFromDouble(double number) {
   return static_cast<std::int64_t>(number);
 }
 
+std::vector<JSONMember> moved(std::initializer_list<JSONObject::Given> given) {
+  std::vector<JSONMember> members;
+  members.reserve(given.size());
+  for (const JSONObject::Given& member : given) {
+    members.push_back({std::string(member.key), std::move(member.value)});
+  }
+  return members;
+}
+
+/// Members with the same key stay in their order. Most objects have few members, for which the general way
+/// would take longer to prepare itself than to sort.
+void sortByKey(std::vector<JSONMember>& members) {
+  constexpr std::size_t few = 16;
+  if (members.size() > few) {
+    std::ranges::stable_sort(members, {}, &JSONMember::first);
+    return;
+  }
+  for (auto next = members.begin(); next != members.end(); ++next) {
+    const auto place = std::ranges::upper_bound(members.begin(), next, next->first, {}, &JSONMember::first);
+    std::rotate(place, next, next + 1);
+  }
+}
+
 }  // namespace
+
+JSONObject::JSONObject(std::initializer_list<Given> members) : JSONObject(moved(members)) {}
+
+JSONObject::JSONObject(std::vector<JSONMember> members) : members_(std::move(members)) {
+  if (std::ranges::is_sorted(members_, std::less_equal(), &JSONMember::first)) {
+    return;
+  }
+  sortByKey(members_);
+  // Seen from behind, the first of those with the same key stays.
+  const auto kept = std::unique(members_.rbegin(), members_.rend(),
+                                [](const JSONMember& a, const JSONMember& b) { return a.first == b.first; });
+  members_.erase(members_.begin(), kept.base());
+}
+
+std::vector<JSONMember>::const_iterator JSONObject::placeOf(std::string_view key) const {
+  return std::ranges::lower_bound(members_, key, {}, &JSONMember::first);
+}
+
+const JSONValue* JSONObject::find(std::string_view key) const {
+  const auto place = placeOf(key);
+  return place != members_.end() && place->first == key ? &place->second : nullptr;
+}
+
+JSONValue* JSONObject::find(std::string_view key) {
+  return const_cast<JSONValue*>(std::as_const(*this).find(key));
+}
+
+JSONValue& JSONObject::operator[](std::string_view key) {
+  emplace(key, nullptr);
+  return *find(key);
+}
+
+void JSONObject::emplace(std::string_view key, JSONValue value) {
+  if (!find(key)) {
+    members_.emplace(placeOf(key), key, std::move(value));
+  }
+}
+
+bool JSONObject::operator==(const JSONObject& other) const { return members_ == other.members_; }
 
 JSONValue JSONValue::of(std::optional<std::string> text) {
   return text ? JSONValue(std::move(*text)) : JSONValue();
@@ -170,11 +234,7 @@ std::optional<double> JSONValue::doubleValue() const {
 
 const JSONValue* JSONValue::member(std::string_view key) const {
   const JSONObject* members = objectValue();
-  if (!members) {
-    return nullptr;
-  }
-  const auto found = members->find(key);
-  return found == members->end() ? nullptr : &found->second;
+  return members ? members->find(key) : nullptr;
 }
 
 const JSONValue& JSONValue::operator[](std::string_view key) const {
@@ -185,11 +245,8 @@ const JSONValue& JSONValue::operator[](std::string_view key) const {
 
 std::optional<JSONValue> JSONValue::takeMember(std::string_view key) {
   auto* members = std::get_if<JSONObject>(&payload_);
-  const auto found = members ? members->find(key) : JSONObject::iterator();
-  if (!members || found == members->end()) {
-    return std::nullopt;
-  }
-  return std::exchange(found->second, JSONValue());
+  JSONValue* value = members ? members->find(key) : nullptr;
+  return value ? std::optional(std::exchange(*value, JSONValue())) : std::nullopt;
 }
 
 // Written out: Clang 14 crashes on a defaulted comparison of a type that contains itself.

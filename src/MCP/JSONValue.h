@@ -7,6 +7,11 @@
 ///     result["missing"].stringValue(); // absent
 ///     result.serialized();             // {"count":2,"names":["a","b"]}
 ///
+/// A text may have tens of megabytes. What is moved into a value, or into the members that an object is made
+/// of, is not copied:
+///
+///     JSONObject{{"uid", 7}, {"body", std::move(body)}}
+///
 /// A number that fits 64 bits and is written without fraction and exponent is an integer, any other
 /// number a double; `true` is never a number. Texts are UTF-8.
 ///
@@ -15,7 +20,7 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
-#include <map>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,8 +32,42 @@ namespace tarnwell {
 
 class JSONValue;
 
-/// Members by key; encoded in the order of the keys.
-using JSONObject = std::map<std::string, JSONValue, std::less<>>;
+/// Key and value.
+using JSONMember = std::pair<std::string, JSONValue>;
+
+/// Members in the order of their keys, each key once; the order in which they are encoded. Made in one piece,
+/// as by the braces above, it takes n log n steps; each single insertion takes n.
+class JSONObject {
+ public:
+  struct Given;
+
+  JSONObject() = default;
+  /// Of several members with the same key the last one counts. The values are moved.
+  JSONObject(std::initializer_list<Given> members);
+  explicit JSONObject(std::vector<JSONMember> members);
+
+  std::size_t size() const;
+  std::vector<JSONMember>::const_iterator begin() const;
+  std::vector<JSONMember>::const_iterator end() const;
+
+  /// A null pointer when there is no such member.
+  const JSONValue* find(std::string_view key) const;
+  JSONValue* find(std::string_view key);
+
+  /// The member with this key, null when it is new.
+  JSONValue& operator[](std::string_view key);
+  /// Leaves a member that is there already as it is.
+  void emplace(std::string_view key, JSONValue value);
+
+  bool operator==(const JSONObject&) const;
+
+ private:
+  /// The place of the member with this key, or where it would stand.
+  std::vector<JSONMember>::const_iterator placeOf(std::string_view key) const;
+
+  std::vector<JSONMember> members_;
+};
+
 using JSONArray = std::vector<JSONValue>;
 
 class JSONValue {
@@ -100,6 +139,16 @@ class JSONValue {
 
  private:
   Payload payload_;
+};
+
+inline std::size_t JSONObject::size() const { return members_.size(); }
+inline std::vector<JSONMember>::const_iterator JSONObject::begin() const { return members_.begin(); }
+inline std::vector<JSONMember>::const_iterator JSONObject::end() const { return members_.end(); }
+
+/// A member to be made. The elements of a braced list are constant, and could only be copied from otherwise.
+struct JSONObject::Given {
+  std::string_view key;
+  mutable JSONValue value;
 };
 
 }  // namespace tarnwell

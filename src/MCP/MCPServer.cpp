@@ -18,32 +18,32 @@ bool needsNoAnswer(std::string_view method) {
 }  // namespace
 
 std::optional<std::string> MCPServer::handleRaw(std::string_view data) {
-  const std::optional<JSONRPCRequest> request = JSONRPCRequest::parse(data);
+  std::optional<JSONRPCRequest> request = JSONRPCRequest::parse(data);
   if (!request) {
     return JSONRPC::failure(std::nullopt, JSONRPCErrorCode::parseError, "Parse error").serialized();
   }
-  const std::optional<JSONValue> response = handle(*request);
+  const std::optional<JSONValue> response = handle(*std::move(request));
   return response ? std::optional(response->serialized()) : std::nullopt;
 }
 
-std::optional<JSONValue> MCPServer::handle(const JSONRPCRequest& request) {
+std::optional<JSONValue> MCPServer::handle(JSONRPCRequest request) {
   const std::lock_guard oneAtATime(oneAtATime_);
   if (request.isNotification() || needsNoAnswer(request.method)) {
     return std::nullopt;
   }
   if (request.method == "initialize") {
-    return JSONRPC::success(request.id, initializeResult(request.params));
+    return JSONRPC::success(std::move(request.id), initializeResult(request.params));
   }
   if (request.method == "ping") {
-    return JSONRPC::success(request.id, JSONObject{});
+    return JSONRPC::success(std::move(request.id), JSONObject{});
   }
   if (request.method == "tools/list") {
-    return JSONRPC::success(request.id, JSONObject{{"tools", MCPToolSchemas::toolsListJSON()}});
+    return JSONRPC::success(std::move(request.id), JSONObject{{"tools", MCPToolSchemas::toolsListJSON()}});
   }
   if (request.method == "tools/call") {
-    return toolsCall(request);
+    return toolsCall(std::move(request));
   }
-  return JSONRPC::failure(request.id, JSONRPCErrorCode::methodNotFound,
+  return JSONRPC::failure(std::move(request.id), JSONRPCErrorCode::methodNotFound,
                           "Method not found: " + request.method);
 }
 
@@ -65,21 +65,23 @@ JSONValue MCPServer::initializeResult(const std::optional<JSONValue>& params) co
   };
 }
 
-JSONValue MCPServer::toolsCall(const JSONRPCRequest& request) const {
+JSONValue MCPServer::toolsCall(JSONRPCRequest request) const {
   static const JSONValue none;
   const JSONValue& params = request.params ? *request.params : none;
   const std::optional<std::string> name = params["name"].stringValue();
   if (!name) {
-    return JSONRPC::failure(request.id, JSONRPCErrorCode::invalidParams, "tools/call requires a 'name'.");
+    return JSONRPC::failure(std::move(request.id), JSONRPCErrorCode::invalidParams,
+                            "tools/call requires a 'name'.");
   }
   const JSONValue* arguments = params.member("arguments");
   ToolCallResult result = tools_.handle(*name, arguments ? *arguments : JSONValue(JSONObject{}));
-  JSONObject text{{"type", "text"}, {"text", result.structured.prettyString()}};
-  return JSONRPC::success(request.id, JSONObject{
-                                          {"content", JSONArray{std::move(text)}},
-                                          {"structuredContent", std::move(result.structured)},
-                                          {"isError", result.isError},
-                                      });
+  JSONArray content;  // not in braces, which would copy the text
+  content.push_back(JSONObject{{"type", "text"}, {"text", result.structured.prettyString()}});
+  return JSONRPC::success(std::move(request.id), JSONObject{
+                                                     {"content", std::move(content)},
+                                                     {"structuredContent", std::move(result.structured)},
+                                                     {"isError", result.isError},
+                                                 });
 }
 
 }  // namespace tarnwell

@@ -25,14 +25,14 @@ class MCPServer {
   /// to be sent.
   std::optional<std::string> handleRaw(std::string_view data);
 
-  std::optional<JSONValue> handle(const JSONRPCRequest& request);
+  std::optional<JSONValue> handle(JSONRPCRequest request);
 
  private:
   /// Answers `initialize` when the client names no version.
   static constexpr std::string_view defaultProtocolVersion = "2024-11-05";
 
   JSONValue initializeResult(const std::optional<JSONValue>& params) const;
-  JSONValue toolsCall(const JSONRPCRequest& request) const;
+  JSONValue toolsCall(JSONRPCRequest request) const;
 
   std::mutex oneAtATime_;
   MCPTools tools_;

@@ -59,9 +59,7 @@ void MCPTransportStdio::run() {
   NDJSONFramer framer;
   std::array<char, 65536> chunk;
   while (const std::size_t count = readSome(input_, chunk)) {
-    for (const std::string& line : framer.push({chunk.data(), count})) {
-      dispatch(line);
-    }
+    framer.push({chunk.data(), count}, [this](std::string_view line) { dispatch(line); });
   }
   // Deliberate: the end of the input is the only way out, and it is logged as an error so that it can be
   // told from a client that still waits.

@@ -13,7 +13,6 @@
 #include <cstring>
 #include <limits>
 #include <memory>
-#include <optional>
 
 #include "Platform/UTF8.h"
 
@@ -25,9 +24,11 @@ namespace {
 enum class Joining : std::uint8_t {
   unknown,     // ICU's iterator is asked
   never,       // a character of its own between two that never join, CR LF aside
-  pictograph,  // the same, but a zero-width joiner ties two of them together (rule GB11)
+  pictograph,  // the same, but a joiner ties two of them together (rule GB11)
   flagLetter,  // two of them make a flag (rules GB12 and GB13)
   mark,        // joins whatever stands before it, controls excepted (rules GB4 and GB9)
+  joiner,      // the same, and ties a pictograph and its marks to the pictograph behind it (rule GB11)
+  end,         // of the text, where nothing joins
 };
 
 struct Range {
@@ -41,8 +42,9 @@ struct Range {
 constexpr Range ranges[] = {
     {0x0000, 0x00A8, Joining::never},        {0x00AA, 0x00AD, Joining::never},
     {0x00AF, 0x02FF, Joining::never},        {0x0300, 0x036F, Joining::mark},
-    {0x0370, 0x0482, Joining::never},                                           // Greek, Cyrillic
-    {0x048A, 0x052F, Joining::never},        {0x2010, 0x2027, Joining::never},  // dashes, quotation marks
+    {0x0370, 0x0482, Joining::never},  // Greek, Cyrillic
+    {0x048A, 0x052F, Joining::never},        {0x200D, 0x200D, Joining::joiner},
+    {0x2010, 0x2027, Joining::never},  // dashes, quotation marks
     {0x2600, 0x2605, Joining::pictograph},   {0x2607, 0x2612, Joining::pictograph},
     {0x2614, 0x2685, Joining::pictograph},   {0x2690, 0x2705, Joining::pictograph},
     {0x2708, 0x2712, Joining::pictograph},   {0x2763, 0x2767, Joining::pictograph},  // hearts
@@ -81,11 +83,7 @@ class JoiningTable {
 
 constexpr JoiningTable joiningOf;
 
-/// There is a boundary before each of these, whatever known character ends there.
-bool beginsCharacter(Joining joining) { return joining != Joining::unknown && joining != Joining::mark; }
-
 constexpr char32_t softHyphen = 0xAD;
-constexpr char32_t zeroWidthJoiner = 0x200D;
 
 struct CloseBreakIterator {
   void operator()(UBreakIterator* iterator) const { ubrk_close(iterator); }
@@ -111,6 +109,7 @@ class CharacterWalk {
     while (position_ < text_.size() && count_ < limit_) {
       const std::size_t before = position_;
       walkOverASCII();
+      walkOverPlain();
       walkOverKnown();
       if (position_ == before) {
         walkOverUnknown();
@@ -123,24 +122,28 @@ class CharacterWalk {
 
  private:
   void walkOverASCII();
+  void walkOverPlain();
   void walkOverKnown();
   void walkOverUnknown();
 
+  /// Small enough for two registers.
   struct CodePoint {
     std::size_t begin;
-    std::size_t end;
     char32_t value;
+    std::uint8_t length;  // bytes
     Joining joining;
   };
   CodePoint codePointAt(std::size_t position) const {
+    if (position >= text_.size()) {
+      return {position, 0, 0, Joining::end};
+    }
     std::size_t end = position;
     const char32_t value = nextCodePoint(text_, end);
-    return {position, end, value, joiningOf(value)};
+    return {position, value, static_cast<std::uint8_t>(end - position), joiningOf(value)};
   }
-  std::optional<CodePoint> successorOf(const CodePoint& codePoint) const {
-    return codePoint.end < text_.size() ? std::optional(codePointAt(codePoint.end)) : std::nullopt;
-  }
-  bool startsWithTwoKnown(std::size_t position) const;
+  CodePoint successorOf(CodePoint codePoint) const { return codePointAt(codePoint.begin + codePoint.length); }
+  CodePoint successorOfCharacter(CodePoint first) const;
+  bool isKnownCharacter(std::size_t position) const;
 
   std::string_view text_;
   std::size_t limit_;
@@ -171,45 +174,69 @@ void CharacterWalk::walkOverASCII() {
   }
 }
 
-/// Characters of known code points, up to the first that has or touches an unknown one.
-void CharacterWalk::walkOverKnown() {
-  if (position_ >= text_.size()) {
+/// Code points that never join and are followed by others beyond ASCII that never do, as in most Japanese.
+void CharacterWalk::walkOverPlain() {
+  const auto isPlain = [](char32_t value) { return value >= 0x80 && joiningOf(value) == Joining::never; };
+  std::size_t end = position_;
+  if (end >= text_.size() || !isPlain(nextCodePoint(text_, end))) {
     return;
   }
+  while (end < text_.size() && count_ < limit_) {
+    std::size_t endOfNext = end;
+    if (!isPlain(nextCodePoint(text_, endOfNext))) {
+      return;
+    }
+    position_ = end;
+    ++count_;
+    end = endOfNext;
+  }
+}
+
+/// Characters of known code points, up to the first that has or touches an unknown one.
+void CharacterWalk::walkOverKnown() {
   CodePoint current = codePointAt(position_);
-  while (count_ < limit_ && beginsCharacter(current.joining)) {
-    std::optional<CodePoint> successor = successorOf(current);
-    if (successor && current.joining == Joining::flagLetter && successor->joining == Joining::flagLetter) {
-      successor = successorOf(*successor);
-    }
-    const bool takesMarks = !isControlCharacter(current.value) && current.value != softHyphen;
-    while (successor && takesMarks) {
-      if (successor->value == zeroWidthJoiner && current.joining == Joining::pictograph) {
-        successor = successorOf(*successor);
-        if (!successor || successor->joining != Joining::pictograph) {
-          return;
-        }
-      } else if (successor->joining != Joining::mark) {
-        break;
-      }
-      successor = successorOf(*successor);
-    }
-    if (!successor) {
-      position_ = text_.size();
-      ++count_;
+  while (count_ < limit_ && current.joining != Joining::unknown && current.joining != Joining::end) {
+    const CodePoint successor = successorOfCharacter(current);
+    if (successor.joining == Joining::unknown || (current.value == '\r' && successor.value == '\n')) {
       return;
     }
-    if (!beginsCharacter(successor->joining) || (current.value == '\r' && successor->value == '\n')) {
-      return;
-    }
-    position_ = successor->begin;
+    position_ = successor.begin;
     ++count_;
     // A run of ASCII is walked over faster elsewhere.
-    if (current.value < 0x80 && successor->value < 0x80) {
+    if (current.value < 0x80 && successor.value < 0x80) {
       return;
     }
-    current = *successor;
+    current = successor;
   }
+}
+
+/// What stands behind the character that begins with this known code point, as far as known ones tell. A CR
+/// is taken for a character without its LF.
+CharacterWalk::CodePoint CharacterWalk::successorOfCharacter(CodePoint first) const {
+  CodePoint next = successorOf(first);
+  if (first.joining == Joining::never && (isControlCharacter(first.value) || first.value == softHyphen)) {
+    return next;
+  }
+  // What the next code point may find: a pictograph with nothing but marks behind it, the same and a joiner,
+  // half a flag.
+  enum class Before { other, pictograph, tie, halfFlag };
+  Before before = first.joining == Joining::pictograph   ? Before::pictograph
+                  : first.joining == Joining::flagLetter ? Before::halfFlag
+                                                         : Before::other;
+  for (; next.joining != Joining::never; next = successorOf(next)) {
+    if (next.joining == Joining::mark) {
+      before = before == Before::pictograph ? Before::pictograph : Before::other;
+    } else if (next.joining == Joining::joiner) {
+      before = before == Before::pictograph ? Before::tie : Before::other;
+    } else if (next.joining == Joining::pictograph && before == Before::tie) {
+      before = Before::pictograph;
+    } else if (next.joining == Joining::flagLetter && before == Before::halfFlag) {
+      before = Before::other;
+    } else {
+      break;
+    }
+  }
+  return next;
 }
 
 void CharacterWalk::walkOverUnknown() {
@@ -234,16 +261,13 @@ void CharacterWalk::walkOverUnknown() {
       position_ = start + static_cast<std::size_t>(boundary);
     }
     ++count_;
-  } while (count_ < limit_ && position_ - start < length && !startsWithTwoKnown(position_));
+  } while (count_ < limit_ && position_ - start < length && !isKnownCharacter(position_));
 }
 
-bool CharacterWalk::startsWithTwoKnown(std::size_t position) const {
+/// Whether a character begins there that has and touches known code points only.
+bool CharacterWalk::isKnownCharacter(std::size_t position) const {
   const CodePoint first = codePointAt(position);
-  if (!beginsCharacter(first.joining)) {
-    return false;
-  }
-  const std::optional<CodePoint> second = successorOf(first);
-  return !second || beginsCharacter(second->joining);
+  return first.joining != Joining::unknown && successorOfCharacter(first).joining != Joining::unknown;
 }
 
 }  // namespace

@@ -64,6 +64,19 @@ TEST(NDJSONFramer, linesEndAtLineFeeds) {
   EXPECT_EQ(framer.finish(), std::nullopt);
 }
 
+TEST(NDJSONFramer, aLineWithinThePieceIsAViewOfIt) {
+  NDJSONFramer framer;
+  const std::string_view piece = "a\nb\r\nc";
+  std::vector<std::string_view> lines;
+  framer.push(piece, [&lines](std::string_view line) { lines.push_back(line); });
+  ASSERT_THAT(lines, ElementsAre("a", "b"));
+  EXPECT_EQ(lines[0].data(), piece.data());
+  EXPECT_EQ(lines[1].data(), piece.data() + 2);
+  std::string cutLine;
+  framer.push("d\n", [&cutLine](std::string_view line) { cutLine = line; });
+  EXPECT_EQ(cutLine, "cd");
+}
+
 TEST(NDJSONFramer, lastLineLosesItsCarriageReturnToo) {
   NDJSONFramer framer;
   framer.push("a\r");

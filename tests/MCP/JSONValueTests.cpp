@@ -5,7 +5,9 @@
 
 #include <cmath>
 #include <limits>
+#include <map>
 #include <nlohmann/json.hpp>
+#include <random>
 
 namespace tarnwell::test {
 namespace {
@@ -108,6 +110,51 @@ TEST(JSONValue, depthIsBounded) {
   }
   EXPECT_FALSE(JSONValue::decode(objects + "1" + std::string(513, '}')));
   EXPECT_TRUE(JSONValue::decode("[" + nested(511) + "," + nested(511) + "]"));
+}
+
+TEST(JSONValue, membersAreThoseOfAMapInWhateverOrderTheyCome) {
+  constexpr unsigned startValue = 20251121;
+  std::mt19937 random(startValue);
+  for (int round = 0; round < 2000; ++round) {
+    std::map<std::string, std::int64_t> expected;
+    std::string text;
+    for (auto left = random() % 40; left > 0; --left) {
+      const std::string key = std::to_string(random() % 30);
+      expected[key] = static_cast<std::int64_t>(left);
+      text.append(text.empty() ? "{" : ",").append("\"" + key + "\":" + std::to_string(left));
+    }
+    const std::optional<JSONValue> decoded = JSONValue::decode(text.empty() ? "{}" : text + "}");
+    ASSERT_TRUE(decoded) << text;
+    JSONObject inserted;
+    for (const auto& [key, number] : expected) {
+      inserted.emplace(key, number);
+    }
+    ASSERT_EQ(*decoded, JSONValue(inserted)) << "start value " << startValue << " " << text;
+    for (int key = 0; key < 30; ++key) {
+      const auto found = expected.find(std::to_string(key));
+      ASSERT_EQ((*decoded)[std::to_string(key)].intValue(),
+                found == expected.end() ? std::nullopt : std::optional(found->second))
+          << text << " " << key;
+    }
+  }
+}
+
+TEST(JSONValue, membersAreSetAndAdded) {
+  JSONObject object{{"b", 1}, {"a", 2}, {"b", 3}};
+  object["c"] = 4;
+  object["a"] = 5;
+  object.emplace("a", 6);
+  object.emplace("", 7);
+  EXPECT_EQ(JSONValue(object).serialized(), R"({"":7,"a":5,"b":3,"c":4})");
+  EXPECT_EQ(object.size(), 4u);
+}
+
+TEST(JSONValue, aMovedTextIsNotCopied) {
+  std::string text(1000, 'x');
+  const char* const bytes = text.data();
+  const JSONValue value =
+      JSONObject{{"result", JSONObject{{"number", 1}, {"text", std::move(text)}}}, {"id", 1}};
+  EXPECT_EQ(std::get<std::string>(value["result"]["text"].payload()).data(), bytes);
 }
 
 TEST(JSONValue, integerAndDoubleAreDifferent) {

@@ -4,7 +4,9 @@
 #include <unicode/uchar.h>
 #include <unicode/utext.h>
 
+#include <functional>
 #include <random>
+#include <span>
 #include <thread>
 
 #include "Platform/Text.h"
@@ -59,10 +61,16 @@ INSTANTIATE_TEST_SUITE_P(
         CountRow{"japanese", "日本語です", 5}, CountRow{"kanaWithCombiningVoicing", "か\u3099き", 2},
         CountRow{"halfWidthVoicing", "ﾊﾞﾝ", 2}, CountRow{"variationSelectorOnHan", "葛\U000E0100城", 2},
         CountRow{"familyEmoji", "\U0001F468\u200D\U0001F469\u200D\U0001F467", 1},
-        CountRow{"skinTone", "\U0001F44D\U0001F3FD!", 2}, CountRow{"flags", "🇯🇵🇫🇷", 2},
-        CountRow{"oddRegionalIndicators", "🇯🇵🇫", 2}, CountRow{"keycap", "1\uFE0F\u20E3", 1},
-        CountRow{"copyrightAsEmoji", "\u00A9\uFE0F\u200D\u00A9", 1}, CountRow{"hangulSyllables", "한국어", 3},
-        CountRow{"hangulJamo", "\u1112\u1161\u11AB", 1}, CountRow{"devanagari", "नि", 1},
+        CountRow{"joinerBehindJoinerTiesNothing", "\U0001F468\u200D\u200D\U0001F469", 2},
+        CountRow{"markBehindJoinerTiesNothing", "\U0001F468\u200D\u0301\U0001F469", 2},
+        CountRow{"markedPictographIsTied", "\U0001F469\U0001F3FD\u200D\U0001F680", 1},
+        CountRow{"joinerBehindLetterTiesNothing", "a\u200D\U0001F469", 2},
+        CountRow{"joinersAlone", "\u200D\u200D", 1}, CountRow{"joinerBehindLineFeed", "\n\u200D", 2},
+        CountRow{"endingInJoiner", "\U0001F468\u200D", 1}, CountRow{"skinTone", "\U0001F44D\U0001F3FD!", 2},
+        CountRow{"flags", "🇯🇵🇫🇷", 2}, CountRow{"oddRegionalIndicators", "🇯🇵🇫", 2},
+        CountRow{"keycap", "1\uFE0F\u20E3", 1}, CountRow{"copyrightAsEmoji", "\u00A9\uFE0F\u200D\u00A9", 1},
+        CountRow{"hangulSyllables", "한국어", 3}, CountRow{"hangulJamo", "\u1112\u1161\u11AB", 1},
+        CountRow{"devanagari", "नि", 1},
         CountRow{"prependedMark",
                  "\u0600"
                  "1",
@@ -133,6 +141,38 @@ TEST(Characters, randomTextsHaveTheBoundariesOfICU) {
           << testing::PrintToString(text);
     }
   }
+}
+
+/// All sequences of one to this many of the pieces, in every order.
+void forEachSequence(std::span<const std::string_view> alphabet, std::size_t longest,
+                     const std::function<void(const std::string&)>& use) {
+  std::vector<std::string> ofLength{""};
+  for (std::size_t length = 1; length <= longest; ++length) {
+    std::vector<std::string> longer;
+    for (const std::string& beginning : ofLength) {
+      for (const std::string_view piece : alphabet) {
+        longer.push_back(beginning + std::string(piece));
+        use(longer.back());
+      }
+    }
+    ofLength = std::move(longer);
+  }
+}
+
+TEST(Characters, allShortSequencesOfWhatJoinsHaveTheBoundariesOfICU) {
+  // A pictograph in the table and one outside, joiner, marks, half a flag, letters, controls, Hangul.
+  constexpr std::string_view alphabet[] = {"\U0001F468", "\u00A9",     "\u200D", "\u0301",
+                                           "\U0001F3FD", "\U0001F1E6", "a",      "日",
+                                           "\r",         "\n",         "\u00AD", "한"};
+  constexpr std::size_t longest = 5;
+  forEachSequence(alphabet, longest, [](const std::string& text) {
+    const std::vector<std::size_t> boundaries = boundariesByICU(text);
+    ASSERT_EQ(characterCount(text), boundaries.size()) << testing::PrintToString(text);
+    for (std::size_t count = 1; count <= boundaries.size(); ++count) {
+      ASSERT_EQ(characterPrefix(text, count).size(), boundaries[count - 1])
+          << testing::PrintToString(text) << " count " << count;
+    }
+  });
 }
 
 TEST(Characters, everyCodePointBesideALetterKanaPictographsAndFlagsHasTheBoundariesOfICU) {

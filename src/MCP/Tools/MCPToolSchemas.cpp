@@ -164,7 +164,7 @@ JSONValue MCPToolSchemas::toolsListJSON() {
 JSONValue MCPToolSchemas::prop(std::string_view type, std::string_view description, const JSONObject& extra) {
   JSONObject property{{"type", type}, {"description", description}};
   for (const auto& [key, value] : extra) {
-    property.insert_or_assign(key, value);
+    property[key] = value;
   }
   return property;
 }
