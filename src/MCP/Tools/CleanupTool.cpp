@@ -31,14 +31,8 @@ std::vector<std::string> allowedCategories(const JSONValue& arguments) {
 
 /// The beginning of the body, or what stands for it; null when there is no text.
 JSONValue preview(IMAPClient& client, const MailScreen& screen, const IMAPMessage& message) {
-  if (screen.withholds(screen.assessHeader(message))) {
-    return withheldText;
-  }
-  const IMAPClient::BodyText body = client.fetchBodyText(message);
-  if (!body.hadBody) {
-    return nullptr;
-  }
-  if (screen.withholds(screen.assessBody(message, body.text, previewMaxChars))) {
+  const ScreenedBody body = screen.fetchBody(client, message, previewMaxChars);
+  if (body.isWithheld) {
     return withheldText;
   }
   std::string snippet = IMAPParser::snippet(body.text, previewMaxChars).text;

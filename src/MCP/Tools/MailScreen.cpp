@@ -1,11 +1,26 @@
 #include "MCP/Tools/MailScreen.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "IMAP/TextDecoding.h"
 #include "MCP/Tools/MessageJSON.h"
 
 namespace tarnwell {
+
+ScreenedBody MailScreen::fetchBody(IMAPClient& client, const IMAPMessage& message,
+                                   std::int64_t maxChars) const {
+  RiskAssessment header = assessHeader(message);
+  if (withholds(header)) {
+    return {std::move(header), true, {}};
+  }
+  std::string text = client.fetchBodyText(message).text;
+  RiskAssessment whole = assessBody(message, text, maxChars);
+  if (withholds(whole)) {
+    return {std::move(whole), true, {}};
+  }
+  return {std::move(whole), false, std::move(text)};
+}
 
 RiskAssessment MailScreen::assessHeader(const IMAPMessage& message) const {
   return assess(message, std::nullopt, 0);

@@ -1,6 +1,8 @@
 #pragma once
 
 /// The rule that no text of a mail leaves before the detector has seen it: what leaves was scanned.
+///
+/// Threads: an immutable value, any; `fetchBody` as its client.
 
 #include <cstdint>
 #include <optional>
@@ -9,9 +11,17 @@
 
 #include "Core/AppConfig.h"
 #include "Core/EmailRiskDetector.h"
+#include "IMAP/IMAPClient.h"
 #include "IMAP/IMAPMessage.h"
 
 namespace tarnwell {
+
+/// The text of a message, as far as it may leave.
+struct ScreenedBody {
+  RiskAssessment assessment;
+  bool isWithheld = false;
+  std::string text;  // empty when withheld, and when the message has none
+};
 
 /// Looks at mail on behalf of one tool call.
 class MailScreen {
@@ -19,6 +29,10 @@ class MailScreen {
   /// Blocks or not as `blockAuthCodeBodies` says. The detector must outlive the screen.
   MailScreen(const EmailRiskDetector& detector, const SafetySettings& settings)
       : detector_(detector), isBlocking_(settings.blockAuthCodeBodies) {}
+
+  /// The body's text, of which at most `maxChars` user-perceived characters from its beginning are to leave.
+  /// It is fetched only when subject and sender do not already withhold it.
+  ScreenedBody fetchBody(IMAPClient& client, const IMAPMessage& message, std::int64_t maxChars) const;
 
   /// What subject and sender tell.
   RiskAssessment assessHeader(const IMAPMessage& message) const;

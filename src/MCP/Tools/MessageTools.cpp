@@ -22,21 +22,19 @@ struct ScreenedSnippet {
   std::optional<std::string> text;  // absent when withheld or not requested
 };
 
-/// The body is fetched only when a snippet is wanted and the header alone does not withhold it.
 ScreenedSnippet screenedSnippet(IMAPClient& client, const MailScreen& screen, const IMAPMessage& message,
                                 bool isRequested) {
-  RiskAssessment header = screen.assessHeader(message);
-  if (screen.withholds(header) || !isRequested) {
+  if (!isRequested) {
+    RiskAssessment header = screen.assessHeader(message);
     const bool isWithheld = screen.withholds(header);
     return {std::move(header), isWithheld, std::nullopt};
   }
   constexpr std::int64_t maxChars = BridgeConstants::summarySnippetMaxChars;
-  const std::string body = client.fetchBodyText(message).text;
-  RiskAssessment assessment = screen.assessBody(message, body, maxChars);
-  if (screen.withholds(assessment)) {
-    return {std::move(assessment), true, std::nullopt};
+  ScreenedBody body = screen.fetchBody(client, message, maxChars);
+  if (body.isWithheld) {
+    return {std::move(body.assessment), true, std::nullopt};
   }
-  return {std::move(assessment), false, IMAPParser::snippet(body, maxChars).text};
+  return {std::move(body.assessment), false, IMAPParser::snippet(body.text, maxChars).text};
 }
 
 JSONValue summaryJSON(const IMAPMessage& message, const ScreenedSnippet& snippet) {
@@ -95,20 +93,15 @@ JSONValue bodyJSON(std::uint32_t uid, const std::string& body, std::int64_t maxC
 
 JSONValue readBody(IMAPClient& client, const MailScreen& screen, const IMAPMessage& message,
                    std::int64_t maxChars) {
-  const RiskAssessment header = screen.assessHeader(message);
-  if (screen.withholds(header)) {
-    return bodyBlocked(message.uid, header);
+  const ScreenedBody body = screen.fetchBody(client, message, maxChars);
+  if (body.isWithheld) {
+    return bodyBlocked(message.uid, body.assessment);
   }
-  const std::string body = client.fetchBodyText(message).text;
-  const RiskAssessment assessment = screen.assessBody(message, body, maxChars);
-  if (screen.withholds(assessment)) {
-    return bodyBlocked(message.uid, assessment);
-  }
-  if (body.empty()) {
+  if (body.text.empty()) {
     return noBody(message.uid, false, "This message has no readable text body (it may be attachments-only).",
-                  assessment);
+                  body.assessment);
   }
-  return bodyJSON(message.uid, body, maxChars, assessment);
+  return bodyJSON(message.uid, body.text, maxChars, body.assessment);
 }
 
 }  // namespace

@@ -31,18 +31,12 @@ IMAPSearchCriteria searchCriteria(const JSONValue& arguments) {
   };
 }
 
-/// One hit. The body is fetched only when the header alone does not already withhold it.
 JSONValue searchHit(IMAPClient& client, const MailScreen& screen, const IMAPMessage& message) {
-  const RiskAssessment header = screen.assessHeader(message);
-  if (screen.withholds(header)) {
-    return messageHeaderJSON(message, std::nullopt, header.signals);
-  }
-  const std::string body = client.fetchBodyText(message).text;
-  const RiskAssessment assessment = screen.assessBody(message, body, snippetMaxChars);
-  if (screen.withholds(assessment)) {
-    return messageHeaderJSON(message, std::nullopt, assessment.signals);
-  }
-  return messageHeaderJSON(message, IMAPParser::snippet(body, snippetMaxChars).text, assessment.signals);
+  const ScreenedBody body = screen.fetchBody(client, message, snippetMaxChars);
+  return messageHeaderJSON(
+      message,
+      body.isWithheld ? std::nullopt : std::optional(IMAPParser::snippet(body.text, snippetMaxChars).text),
+      body.assessment.signals);
 }
 
 }  // namespace
