@@ -25,6 +25,18 @@ constexpr ByteSet bytesOf(std::string_view members) {
 /// they occur only behind a literal's announcement.
 constexpr ByteSet atomEnds = bytesOf(" \t\"(){");
 
+/// How many tokens a byte can begin: itself or the atom behind it, or both.
+constexpr std::array<std::uint8_t, 256> tokensBegun = [] {
+  std::array<std::uint8_t, 256> numbers{};
+  for (const char byte : {' ', '\t', '"', ')'}) {
+    numbers[static_cast<unsigned char>(byte)] = 1;
+  }
+  for (const char byte : {'(', '{'}) {
+    numbers[static_cast<unsigned char>(byte)] = 2;
+  }
+  return numbers;
+}();
+
 /// The bytes within a quoted string that mean something.
 constexpr ByteSet quotedSpecials = bytesOf("\"\\");
 
@@ -80,8 +92,25 @@ class IMAPTokenizer {
     }
   }
 
+  void add(Form form, std::size_t begin, std::size_t end) {
+    if (tokens_.tape_.size() == tokens_.tape_.capacity()) {
+      makeRoom();
+    }
+    tokens_.tape_.emplace_back(form, begin, end);
+  }
+
+  /// Room for all that can still come. A tape that grew step by step would be copied again and again, and
+  /// beyond the processor's caches that costs more with each step.
+  void makeRoom() {
+    std::size_t coming = 1;
+    for (const char byte : response_.substr(std::min(position_, response_.size()))) {
+      coming += tokensBegun[static_cast<unsigned char>(byte)];
+    }
+    tokens_.tape_.reserve(tokens_.tape_.size() + coming);
+  }
+
   void openList() {
-    tokens_.tape_.emplace_back(Form::list, position_, innermostList_);
+    add(Form::list, position_, innermostList_);
     innermostList_ = tokens_.tape_.size() - 1;
   }
 
@@ -100,7 +129,7 @@ class IMAPTokenizer {
     const std::size_t end = firstOf(atomEnds, begin);
     position_ = end;
     const bool isNIL = equalsIgnoringASCIICase(response_.substr(begin, end - begin), "NIL");
-    tokens_.tape_.emplace_back(isNIL ? Form::nilToken : Form::atom, begin, end);
+    add(isNIL ? Form::nilToken : Form::atom, begin, end);
   }
 
   /// RFC 3501, section 9: quoted = DQUOTE *QUOTED-CHAR DQUOTE. A backslash escapes any byte, not only
@@ -114,7 +143,7 @@ class IMAPTokenizer {
       end += 2;  // a quote behind it does not close
     }
     position_ = end = std::min(end, response_.size());  // the last byte may have been a backslash
-    tokens_.tape_.emplace_back(form, begin, end);
+    add(form, begin, end);
     skipOne('"');
   }
 
@@ -126,7 +155,7 @@ class IMAPTokenizer {
     skipOne('\n');
     const std::size_t begin = position_;
     position_ += static_cast<std::size_t>(std::min<std::uint64_t>(announced, response_.size() - position_));
-    tokens_.tape_.emplace_back(Form::string, begin, position_);
+    add(Form::string, begin, position_);
   }
 
   /// The number up to the closing brace. Only digits count, which covers the "+" of RFC 7888; none, or
