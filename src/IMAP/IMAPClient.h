@@ -87,6 +87,12 @@ class IMAPClient {
   /// The same for a message whose summary is at hand.
   BodyText fetchBodyText(const IMAPMessage& message);
 
+  using BodyReader = std::function<void(const IMAPMessage&, BodyText)>;
+  /// The same for several, one after the other: `read` is called for each, first for those without a text.
+  /// Each body is asked for when the one before it has come and before that is decoded and read, so that the
+  /// server works meanwhile. Two commands are never under way.
+  void fetchBodyTexts(const std::vector<const IMAPMessage*>& messages, const BodyReader& read);
+
   /// Whether COPY and the \Deleted flag may stand in for a MOVE that the server rejects.
   enum class CopyFallback { forbidden, allowed };
 
@@ -132,7 +138,7 @@ class IMAPClient {
   std::string nextTag();
   IMAPParser::Completion execute(std::string_view command, const ResponseReader& read = passOver);
   IMAPParser::Completion executeArgs(const std::vector<IMAPArg>& arguments, const ResponseReader& read);
-  IMAPParser::Completion sendAndRead(const std::string& tag, Secret& line, const ResponseReader& read);
+  std::string send(std::string_view command);
   IMAPParser::Completion readUntilTagged(const std::string& tag, const ResponseReader& read);
   void requestContinuation(Secret& line, std::size_t literalSize);
 
@@ -143,7 +149,8 @@ class IMAPClient {
   void loadCapabilities();
   void readCapabilities(std::string_view response);
   void copyThenFlagDeleted(std::uint32_t uid, const std::string& target);
-  std::optional<std::string> fetchBodyRaw(std::uint32_t uid, const std::string& section);
+  std::string requestBody(const IMAPMessage& message);
+  std::optional<std::string> readBody(const std::string& tag);
 
   ConnectionFactory makeConnection_;
   std::string email_;

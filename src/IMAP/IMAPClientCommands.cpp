@@ -38,11 +38,18 @@ std::string IMAPClient::nextTag() {
 }
 
 IMAPParser::Completion IMAPClient::execute(std::string_view command, const ResponseReader& read) {
+  return readUntilTagged(send(command), read);
+}
+
+/// The tag of the command, whose answer is still to be read.
+std::string IMAPClient::send(std::string_view command) {
   connection();  // refuses before a tag is used up
-  const std::string tag = nextTag();
+  std::string tag = nextTag();
   Secret line(tag + " ");
   line.append(command);
-  return sendAndRead(tag, line, read);
+  line.append(lineEnd);
+  connection().sendBytes(line.view());
+  return tag;
 }
 
 IMAPParser::Completion IMAPClient::executeArgs(const std::vector<IMAPArg>& arguments,
@@ -56,7 +63,9 @@ IMAPParser::Completion IMAPClient::executeArgs(const std::vector<IMAPArg>& argum
     }
     line.append(argument.text);
   }
-  return sendAndRead(tag, line, read);
+  line.append(lineEnd);
+  connection().sendBytes(line.view());
+  return readUntilTagged(tag, read);
 }
 
 /// Announces a literal, sends the line so far and waits for the server's "+"; the literal starts the next
@@ -73,13 +82,6 @@ void IMAPClient::requestContinuation(Secret& line, std::size_t literalSize) {
   if (!answer.starts_with('+')) {
     throw IMAPError::unexpectedResponse(safeSummary(answer));
   }
-}
-
-IMAPParser::Completion IMAPClient::sendAndRead(const std::string& tag, Secret& line,
-                                               const ResponseReader& read) {
-  line.append(lineEnd);
-  connection().sendBytes(line.view());
-  return readUntilTagged(tag, read);
 }
 
 IMAPParser::Completion IMAPClient::readUntilTagged(const std::string& tag, const ResponseReader& read) {

@@ -30,6 +30,17 @@ std::string commaSeparated(const std::vector<std::uint32_t>& uids) {
   return text;
 }
 
+IMAPClient::BodyText bodyText(const IMAPTextPart& part, std::optional<std::string> body) {
+  if (!body || body->empty()) {
+    return {};
+  }
+  std::string text = IMAPParser::decodeText(*std::move(body), part.encoding, part.charset);
+  if (part.isHTML) {
+    IMAPParser::reduceHTMLToText(text);
+  }
+  return {std::move(text), true};
+}
+
 }  // namespace
 
 /// RFC 3501, section 9: date-day "-" date-month "-" date-year, the year in four digits. There is no year 0:
@@ -140,26 +151,39 @@ IMAPClient::BodyText IMAPClient::fetchBodyText(std::uint32_t uid) {
 }
 
 IMAPClient::BodyText IMAPClient::fetchBodyText(const IMAPMessage& message) {
-  requireInbox();
-  const std::optional<IMAPTextPart>& part = message.bodyInfo.preferredText;
-  if (!part) {
-    return {};
-  }
-  std::optional<std::string> body = fetchBodyRaw(message.uid, part->section);
-  if (!body || body->empty()) {
-    return {};
-  }
-  std::string text = IMAPParser::decodeText(*std::move(body), part->encoding, part->charset);
-  if (part->isHTML) {
-    IMAPParser::reduceHTMLToText(text);
-  }
-  return {std::move(text), true};
+  BodyText body;
+  fetchBodyTexts({&message}, [&body](const IMAPMessage&, BodyText read) { body = std::move(read); });
+  return body;
 }
 
-/// PEEK leaves the message unread; the whole part is fetched. A body may have tens of megabytes, so the
-/// response is cut down to it in place.
-std::optional<std::string> IMAPClient::fetchBodyRaw(std::uint32_t uid, const std::string& section) {
+void IMAPClient::fetchBodyTexts(const std::vector<const IMAPMessage*>& messages, const BodyReader& read) {
   requireInbox();
+  std::vector<const IMAPMessage*> withText;
+  for (const IMAPMessage* message : messages) {
+    if (message->bodyInfo.preferredText) {
+      withText.push_back(message);
+    } else {
+      read(*message, {});
+    }
+  }
+  std::string tag = withText.empty() ? "" : requestBody(*withText.front());
+  for (auto message = withText.begin(); message != withText.end(); ++message) {
+    std::optional<std::string> body = readBody(tag);
+    if (const auto next = message + 1; next != withText.end()) {
+      tag = requestBody(**next);
+    }
+    read(**message, bodyText(*(*message)->bodyInfo.preferredText, std::move(body)));
+  }
+}
+
+/// PEEK leaves the message unread; the whole part is fetched.
+std::string IMAPClient::requestBody(const IMAPMessage& message) {
+  const std::string& section = message.bodyInfo.preferredText->section;
+  return send("UID FETCH " + std::to_string(message.uid) + " (BODY.PEEK[" + section + "])");
+}
+
+/// A body may have tens of megabytes, so the response is cut down to it in place.
+std::optional<std::string> IMAPClient::readBody(const std::string& tag) {
   std::optional<std::string> body;
   const auto read = [&body](std::string& line) {
     if (body) {
@@ -172,7 +196,7 @@ std::optional<std::string> IMAPClient::fetchBodyRaw(std::uint32_t uid, const std
       body = std::move(line);
     }
   };
-  ensureOK(execute("UID FETCH " + std::to_string(uid) + " (BODY.PEEK[" + section + "])", read), "UID FETCH");
+  ensureOK(readUntilTagged(tag, read), "UID FETCH");
   return body;
 }
 

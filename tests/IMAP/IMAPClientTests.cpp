@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <thread>
 
 #include "Core/LogBuffer.h"
 #include "IMAP/IMAPError.h"
@@ -602,6 +603,91 @@ TEST(IMAPClient, bodyOfAnUnknownMessageIsUnexpected) {
                  EXPECT_EQ(descriptionOf([&] { client.fetchBodyText(4711); }),
                            "Unexpected IMAP response: Message not found for UID 4711");
                }});
+}
+
+std::vector<IMAPMessage> withPlainText(const std::vector<std::uint32_t>& uids) {
+  std::vector<IMAPMessage> messages;
+  for (const std::uint32_t uid : uids) {
+    IMAPMessage message;
+    message.uid = uid;
+    message.bodyInfo.preferredText =
+        IMAPTextPart{.section = "1", .encoding = "7bit", .charset = {}, .isHTML = false};
+    messages.push_back(message);
+  }
+  return messages;
+}
+
+std::string bodyCommand(const std::string& tag, int uid) {
+  return tag + " UID FETCH " + std::to_string(uid) + " (BODY.PEEK[1])\r\n";
+}
+
+TEST(IMAPClient, bodiesOfSeveralMessagesAreReadInOrderAfterThoseWithoutAText) {
+  FakeIMAPServer server(
+      loginDialogue() +
+      Dialogue{expect(bodyCommand("A0004", 9)), answer("* 1 FETCH (BODY[1] {4}\r\nnine)\r\nA0004 OK\r\n"),
+               expect(bodyCommand("A0005", 7)), answer("* 2 FETCH (BODY[1] NIL)\r\nA0005 OK\r\n"),
+               expect(bodyCommand("A0006", 5)), answer("* 3 FETCH (BODY[1] {4}\r\nfive)\r\nA0006 OK\r\n"),
+               closeHere()});
+  IMAPClient client = clientOf(server);
+  client.connect();
+  client.selectInbox(Access::readOnly);
+  std::vector<IMAPMessage> messages = withPlainText({9, 8, 7, 5});
+  messages[1].bodyInfo.preferredText.reset();
+  std::vector<std::string> read;
+  client.fetchBodyTexts({&messages[0], &messages[1], &messages[2], &messages[3]},
+                        [&](const IMAPMessage& message, const IMAPClient::BodyText& body) {
+                          read.push_back(std::to_string(message.uid) + " " + body.text);
+                        });
+  EXPECT_THAT(read, ElementsAre("8 ", "9 nine", "7 ", "5 five"));
+  EXPECT_EQ(server.mismatch(), "");
+}
+
+TEST(IMAPClient, nextBodyIsAskedForBetweenTheAnswerAndItsReading) {
+  FakeIMAPServer server(loginDialogue() +
+                        Dialogue{expect(bodyCommand("A0004", 9)),
+                                 answer("* 1 FETCH (BODY[1] {3}\r\none)\r\n"), pauseHere(),
+                                 answer("A0004 OK\r\n"), expect(bodyCommand("A0005", 7)), pauseHere(),
+                                 answer("* 2 FETCH (BODY[1] {3}\r\ntwo)\r\nA0005 OK\r\n"), closeHere()});
+  const std::vector<IMAPMessage> messages = withPlainText({9, 7});
+  std::vector<std::string> read;
+  bool nextWasAskedFor = false;
+  std::thread reading([&] {
+    IMAPClient client = clientOf(server);
+    client.connect();
+    client.selectInbox(Access::readOnly);
+    client.fetchBodyTexts({&messages[0], &messages[1]},
+                          [&](const IMAPMessage&, const IMAPClient::BodyText& body) {
+                            if (read.empty()) {
+                              nextWasAskedFor = server.awaitPause();
+                              server.resume();
+                            }
+                            read.push_back(body.text);
+                          });
+  });
+  EXPECT_TRUE(server.awaitPause());
+  EXPECT_TRUE(server.received().ends_with(bodyCommand("A0004", 9))) << "the answer is not complete yet";
+  server.resume();
+  reading.join();
+  EXPECT_TRUE(nextWasAskedFor);
+  EXPECT_THAT(read, ElementsAre("one", "two"));
+  EXPECT_EQ(server.mismatch(), "");
+}
+
+TEST(IMAPClient, refusedBodyEndsTheReadingOfSeveral) {
+  FakeIMAPServer server(loginDialogue() + Dialogue{expect(bodyCommand("A0004", 9)),
+                                                   answer("A0004 NO gone\r\n"), expect("A0005 LOGOUT\r\n"),
+                                                   answer("* BYE\r\nA0005 OK\r\n"), closeHere()});
+  IMAPClient client = clientOf(server);
+  client.connect();
+  client.selectInbox(Access::readOnly);
+  const std::vector<IMAPMessage> messages = withPlainText({9, 7});
+  const auto fetch = [&] {
+    client.fetchBodyTexts({&messages[0], &messages[1]},
+                          [](const IMAPMessage&, const IMAPClient::BodyText&) { ADD_FAILURE(); });
+  };
+  EXPECT_EQ(descriptionOf(fetch), IMAPError::commandFailed("UID", "gone").description());
+  client.disconnect();
+  EXPECT_EQ(server.mismatch(), "");
 }
 
 TEST(IMAPClient, completionThatIsNoneIsUnexpected) {

@@ -30,8 +30,7 @@ std::vector<std::string> allowedCategories(const JSONValue& arguments) {
 }
 
 /// The beginning of the body, or what stands for it; null when there is no text.
-JSONValue preview(IMAPClient& client, const MailScreen& screen, const IMAPMessage& message) {
-  const ScreenedBody body = screen.fetchBody(client, message, previewMaxChars);
+JSONValue preview(const ScreenedBody& body) {
   if (body.isWithheld) {
     return withheldText;
   }
@@ -66,11 +65,12 @@ ToolCallResult MCPTools::proposeInboxCleanup(const JSONValue& arguments) const {
   const MailScreen screen(detector_, config.safety);
 
   return withIMAP(config, IMAPClient::Access::readOnly, [&](IMAPClient& client) {
-    JSONArray items;
-    for (const IMAPMessage& message :
-         client.fetchMessages(client.searchInbox({}, static_cast<std::size_t>(limit)))) {
-      items.push_back(itemJSON(message, preview(client, screen, message), categories));
-    }
+    const std::vector<IMAPMessage> messages =
+        client.fetchMessages(client.searchInbox({}, static_cast<std::size_t>(limit)));
+    JSONArray items(messages.size());
+    screen.fetchBodies(client, messages, previewMaxChars, [&](std::size_t index, const ScreenedBody& body) {
+      items[index] = itemJSON(messages[index], preview(body), categories);
+    });
     const auto count = static_cast<std::int64_t>(items.size());
     return ToolCallResult{JSONObject{
         {"count", count},

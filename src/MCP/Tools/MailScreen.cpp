@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "IMAP/TextDecoding.h"
 #include "MCP/Tools/MessageJSON.h"
@@ -10,11 +11,30 @@ namespace tarnwell {
 
 ScreenedBody MailScreen::fetchBody(IMAPClient& client, const IMAPMessage& message,
                                    std::int64_t maxChars) const {
-  RiskAssessment header = assessHeader(message);
-  if (withholds(header)) {
-    return {std::move(header), true, {}};
+  ScreenedBody only;
+  fetchBodies(client, {&message, 1}, maxChars,
+              [&only](std::size_t, ScreenedBody body) { only = std::move(body); });
+  return only;
+}
+
+void MailScreen::fetchBodies(IMAPClient& client, std::span<const IMAPMessage> messages, std::int64_t maxChars,
+                             const BodyUser& use) const {
+  std::vector<const IMAPMessage*> readable;
+  for (std::size_t i = 0; i < messages.size(); ++i) {
+    RiskAssessment header = assessHeader(messages[i]);
+    if (withholds(header)) {
+      use(i, {std::move(header), true, {}});
+    } else {
+      readable.push_back(&messages[i]);
+    }
   }
-  std::string text = client.fetchBodyText(message).text;
+  client.fetchBodyTexts(readable, [&](const IMAPMessage& message, IMAPClient::BodyText body) {
+    use(static_cast<std::size_t>(&message - messages.data()),
+        screened(message, std::move(body.text), maxChars));
+  });
+}
+
+ScreenedBody MailScreen::screened(const IMAPMessage& message, std::string text, std::int64_t maxChars) const {
   RiskAssessment whole = assessBody(message, text, maxChars);
   if (withholds(whole)) {
     return {std::move(whole), true, {}};

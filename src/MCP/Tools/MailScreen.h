@@ -2,10 +2,12 @@
 
 /// The rule that no text of a mail leaves before the detector has seen it: what leaves was scanned.
 ///
-/// Threads: an immutable value, any; `fetchBody` as its client.
+/// Threads: an immutable value, any; what fetches, as its client.
 
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -34,6 +36,13 @@ class MailScreen {
   /// It is fetched only when subject and sender do not already withhold it.
   ScreenedBody fetchBody(IMAPClient& client, const IMAPMessage& message, std::int64_t maxChars) const;
 
+  /// Takes the body of the message at an index.
+  using BodyUser = std::function<void(std::size_t index, ScreenedBody body)>;
+  /// The same for several messages. Each of them is used once, in any order and before the next one is
+  /// screened, so that only one text is in memory; the server sends the next one meanwhile.
+  void fetchBodies(IMAPClient& client, std::span<const IMAPMessage> messages, std::int64_t maxChars,
+                   const BodyUser& use) const;
+
   /// What subject and sender tell.
   RiskAssessment assessHeader(const IMAPMessage& message) const;
 
@@ -50,6 +59,7 @@ class MailScreen {
  private:
   RiskAssessment assess(const IMAPMessage& message, std::optional<std::string_view> body,
                         std::int64_t scanLimit) const;
+  ScreenedBody screened(const IMAPMessage& message, std::string text, std::int64_t maxChars) const;
 
   const EmailRiskDetector& detector_;
   bool isBlocking_;

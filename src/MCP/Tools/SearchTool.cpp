@@ -31,8 +31,7 @@ IMAPSearchCriteria searchCriteria(const JSONValue& arguments) {
   };
 }
 
-JSONValue searchHit(IMAPClient& client, const MailScreen& screen, const IMAPMessage& message) {
-  const ScreenedBody body = screen.fetchBody(client, message, snippetMaxChars);
+JSONValue searchHit(const IMAPMessage& message, const ScreenedBody& body) {
   return messageHeaderJSON(
       message,
       body.isWithheld ? std::nullopt : std::optional(IMAPParser::snippet(body.text, snippetMaxChars).text),
@@ -49,13 +48,14 @@ ToolCallResult MCPTools::searchInbox(const JSONValue& arguments) const {
   const MailScreen screen(detector_, config.safety);
 
   return withIMAP(config, IMAPClient::Access::readOnly, [&](IMAPClient& client) {
-    JSONArray messages;
-    const std::vector<std::uint32_t> uids = client.searchInbox(criteria, static_cast<std::size_t>(limit));
-    for (const IMAPMessage& message : client.fetchMessages(uids)) {
-      messages.push_back(searchHit(client, screen, message));
-    }
-    const auto count = static_cast<std::int64_t>(messages.size());
-    return ToolCallResult{JSONObject{{"count", count}, {"limit", limit}, {"messages", std::move(messages)}}};
+    const std::vector<IMAPMessage> messages =
+        client.fetchMessages(client.searchInbox(criteria, static_cast<std::size_t>(limit)));
+    JSONArray hits(messages.size());
+    screen.fetchBodies(client, messages, snippetMaxChars, [&](std::size_t index, const ScreenedBody& body) {
+      hits[index] = searchHit(messages[index], body);
+    });
+    const auto count = static_cast<std::int64_t>(hits.size());
+    return ToolCallResult{JSONObject{{"count", count}, {"limit", limit}, {"messages", std::move(hits)}}};
   });
 }
 
