@@ -13,7 +13,7 @@ import sys
 
 import machine
 from sample_mailbox import BODY_BYTES, LARGE_8BIT, LARGE_BASE64
-from processes import Answering, MCPServer, Measuring, run_timer
+from processes import Answering, Comparator, MCPServer, run_timer
 from report import MICROSECONDS, MILLISECONDS, Targets, comparison, figure, replace_between_markers, table
 
 HITS = 20
@@ -58,10 +58,10 @@ class Bench:
                                              "MAIL_CA": f"{self.directory}/ca.pem"})
 
     def replay(self, port, commands):
-        return Measuring([f"{self.ends}/TLSReplay", str(port), f"{self.directory}/certificates", commands])
+        return Comparator([f"{self.ends}/TLSReplay", str(port), f"{self.directory}/certificates", commands])
 
     def loop(self, port):
-        return Measuring([sys.executable, f"{PEERS}/imap_loop.py", str(port), f"{self.directory}/ca.pem", USER,
+        return Comparator([sys.executable, f"{PEERS}/imap_loop.py", str(port), f"{self.directory}/ca.pem", USER,
                           PASSWORD, str(HITS)])
 
     def record(self, name, tool, **arguments):
@@ -193,7 +193,7 @@ class Bench:
             peak = fresh.memory()["peak"]
         copied, replayed, own = "memcpy", REPLAY, "tarnwell"
         wall = {copied: [], replayed: [], own: []}
-        with Measuring([f"{self.ends}/MemoryCopy", str(BODY_BYTES)]) as copy, self.tarnwell() as server, \
+        with Comparator([f"{self.ends}/MemoryCopy", str(BODY_BYTES)]) as copy, self.tarnwell() as server, \
                 self.replay(self.dovecot_port, commands) as replay:
             for _ in range(9):
                 wall[copied].append(copy.round()["wall"])

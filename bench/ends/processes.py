@@ -46,6 +46,12 @@ class Answering:
         self.write(text)
         return self.read()
 
+    def measure(self, text):
+        """The answer, and the nanoseconds that it took: of time, and of the process."""
+        processor, wall = self.processor_time(), time.perf_counter_ns()
+        answer = self.ask(text)
+        return answer, {"wall": time.perf_counter_ns() - wall, "processor": self.processor_time() - processor}
+
     def processor_time(self):
         """Nanoseconds of the whole process, threads that have ended included (clock_getcpuclockid(3))."""
         return time.clock_gettime_ns((~self._process.pid << 3) | 2)
@@ -58,11 +64,12 @@ class Answering:
                 (("resident", "VmRSS"), ("peak", "VmHWM"))}
 
 
-class Measuring(Answering):
-    """A comparator that measures one round for each line "go"."""
+class Comparator(Answering):
+    """A comparator that does one round for each line "go"."""
 
     def round(self):
-        return json.loads(self.ask("go"))
+        answer, taken = self.measure("go")
+        return {**taken, "result": json.loads(answer)}
 
 
 class MCPServer(Answering):
@@ -85,13 +92,11 @@ class MCPServer(Answering):
         self._id += 1
         message = json.dumps({"jsonrpc": "2.0", "id": self._id, "method": "tools/call",
                               "params": {"name": tool, "arguments": arguments}})
-        processor, wall = self.processor_time(), time.perf_counter_ns()
-        answer = self.ask(message)
-        wall, processor = time.perf_counter_ns() - wall, self.processor_time() - processor
+        answer, taken = self.measure(message)
         result = json.loads(answer)["result"]
         if result.get("isError"):
             raise RuntimeError(f"{tool} failed: {result['content']}")
-        return {"wall": wall, "processor": processor, "result": result["structuredContent"]}
+        return {**taken, "result": result["structuredContent"]}
 
 
 def run_timer(program, what, count, command, directory=None):
