@@ -49,6 +49,11 @@ bool isLetter(char32_t codePoint) {
   if (codePoint < 0x80) {
     return isASCIIWordCharacter(static_cast<char>(codePoint));
   }
+  if ((codePoint >= 0x3041 && codePoint <= 0x3096) ||  // Hiragana
+      (codePoint >= 0x30A1 && codePoint <= 0x30FA) ||  // Katakana
+      (codePoint >= 0x4E00 && codePoint <= 0x9FFF)) {  // Han
+    return true;
+  }
   const auto character = static_cast<UChar32>(codePoint);
   return u_isalpha(character) != 0 && u_hasBinaryProperty(character, UCHAR_GRAPHEME_EXTEND) == 0;
 }
@@ -83,17 +88,21 @@ struct WordPattern::Compiled {
     if (!isPlainWord) {
       return true;
     }
-    const auto sameLetter = [](char left, char right) { return asciiLowercasedByte(left) == right; };
-    for (auto from = text.begin();; ++from) {
-      from = std::search(from, text.end(), lowerTerm.begin(), lowerTerm.end(), sameLetter);
-      if (from == text.end()) {
-        return false;
-      }
-      const auto begin = static_cast<std::size_t>(from - text.begin());
-      if (!touchesLetter(text, begin, begin + lowerTerm.size())) {
+    const char lower = lowerTerm.front();
+    const char upper = lower >= 'a' && lower <= 'z' ? static_cast<char>(lower & ~0x20) : lower;
+    return mayBeginWith(lower, text) || (upper != lower && mayBeginWith(upper, text));
+  }
+
+  /// Whether the term stands anywhere with this first letter, in any case of the others, and without a letter
+  /// beside it.
+  bool mayBeginWith(char first, std::string_view text) const {
+    for (std::size_t begin = 0; (begin = text.find(first, begin)) != std::string_view::npos; ++begin) {
+      if (startsWithIgnoringASCIICase(text.substr(begin), lowerTerm) &&
+          !touchesLetter(text, begin, begin + lowerTerm.size())) {
         return true;
       }
     }
+    return false;
   }
 };
 
