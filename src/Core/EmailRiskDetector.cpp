@@ -123,7 +123,7 @@ class WordRegexCache {
     return cache;
   }
 
-  /// The pattern of the term, or null when the system's engine refused it. The lock covers looking up
+  /// The pattern of the term, or null when there can be none. The lock covers looking up
   /// and compiling; searching with the pattern needs none.
   std::shared_ptr<const WordPattern> pattern(const std::string& lowerTerm) {
     const std::lock_guard lock(mutex_);

@@ -97,7 +97,13 @@ class BodyStructureWalk {
   ///                      body-fields     = body-fld-param SP body-fld-id SP body-fld-desc SP
   ///                                        body-fld-enc SP body-fld-octets
   void readSinglePart(IMAPTokenList part) {
-    const auto [type, subtype, parameters, id, description, encoding] = leadingElements<6>(part);
+    ElementReader fields(part);
+    const auto type = fields.next();
+    const auto subtype = fields.next();
+    const auto parameters = fields.next();
+    fields.next();  // the id
+    fields.next();  // the description
+    const auto encoding = fields.next();
     const bool isText = type->textEquals("text");
     // Deliberate: an inline image or an application part counts as an attachment without any disposition;
     // a message within the message only with one.

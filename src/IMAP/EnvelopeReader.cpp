@@ -9,8 +9,10 @@ namespace {
 
 std::optional<std::string> decodedTextOf(const std::optional<IMAPToken>& token) {
   std::optional<std::string> text = textOf(token);
-  const bool mayHaveEncodedWords = text && text->find("=?") != std::string::npos;
-  return mayHaveEncodedWords ? IMAPParser::decodeRFC2047(*text) : std::move(text);
+  if (text && text->find("=?") != std::string::npos) {
+    text = IMAPParser::decodeRFC2047(*text);
+  }
+  return text;
 }
 
 /// RFC 3501, section 9: address = "(" addr-name SP addr-adl SP addr-mailbox SP addr-host ")"
@@ -18,7 +20,11 @@ std::optional<std::string> decodedTextOf(const std::optional<IMAPToken>& token) 
 std::vector<IMAPAddress> addressesOf(const std::optional<IMAPToken>& token) {
   std::vector<IMAPAddress> addresses;
   for (const IMAPToken address : listOf(token)) {
-    const auto [name, sourceRoute, mailbox, host] = leadingElements<4>(address.list());
+    ElementReader fields(address.list());
+    const auto name = fields.next();
+    fields.next();  // the source route
+    const auto mailbox = fields.next();
+    const auto host = fields.next();
     if (host) {
       addresses.push_back({decodedTextOf(name), textOf(mailbox), textOf(host)});
     }
@@ -32,19 +38,18 @@ std::vector<IMAPAddress> addressesOf(const std::optional<IMAPToken>& token) {
 ///                                 env-reply-to SP env-to SP env-cc SP env-bcc SP
 ///                                 env-in-reply-to SP env-message-id ")"
 IMAPEnvelope IMAPParser::parseEnvelope(IMAPTokenList elements) {
-  const auto [date, subject, from, sender, replyTo, to, cc, bcc, inReplyTo, messageID] =
-      leadingElements<10>(elements);
+  ElementReader fields(elements);
   return {
-      .date = textOf(date),
-      .subject = decodedTextOf(subject),
-      .from = addressesOf(from),
-      .sender = addressesOf(sender),
-      .replyTo = addressesOf(replyTo),
-      .to = addressesOf(to),
-      .cc = addressesOf(cc),
-      .bcc = addressesOf(bcc),
-      .inReplyTo = textOf(inReplyTo),
-      .messageID = textOf(messageID),
+      .date = textOf(fields.next()),
+      .subject = decodedTextOf(fields.next()),
+      .from = addressesOf(fields.next()),
+      .sender = addressesOf(fields.next()),
+      .replyTo = addressesOf(fields.next()),
+      .to = addressesOf(fields.next()),
+      .cc = addressesOf(fields.next()),
+      .bcc = addressesOf(fields.next()),
+      .inReplyTo = textOf(fields.next()),
+      .messageID = textOf(fields.next()),
   };
 }
 

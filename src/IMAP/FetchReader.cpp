@@ -21,6 +21,8 @@ std::optional<IMAPTokenList> fetchAttributeList(IMAPTokenList tokens) {
 /// Collects what the pairs of attribute and value say. A value of the wrong kind changes nothing.
 class MessageReader {
  public:
+  explicit MessageReader(IMAPMessage& message) : message_(message) {}
+
   void read(IMAPToken name, IMAPToken value) {
     if (name.textEquals("UID")) {
       const std::optional<std::string> text = value.text();
@@ -37,9 +39,7 @@ class MessageReader {
     }
   }
 
-  std::optional<IMAPMessage> message() && {
-    return hasUID_ ? std::optional(std::move(message_)) : std::nullopt;
-  }
+  bool hasUID() const { return hasUID_; }
 
  private:
   void readList(IMAPToken name, IMAPTokenList list) {
@@ -52,7 +52,7 @@ class MessageReader {
     }
   }
 
-  IMAPMessage message_;
+  IMAPMessage& message_;
   bool hasUID_ = false;
 };
 
@@ -66,7 +66,8 @@ std::optional<IMAPMessage> IMAPParser::parseFetchMessage(IMAPTokenList tokens) {
   if (!attributes) {
     return std::nullopt;
   }
-  MessageReader reader;
+  std::optional<IMAPMessage> message(std::in_place);
+  MessageReader reader(*message);
   for (auto element = attributes->begin(); element != attributes->end(); ++element) {
     const IMAPToken name = *element;
     if (name.kind() != IMAPToken::Kind::atom) {
@@ -78,7 +79,10 @@ std::optional<IMAPMessage> IMAPParser::parseFetchMessage(IMAPTokenList tokens) {
     }
     reader.read(name, *element);
   }
-  return std::move(reader).message();
+  if (!reader.hasUID()) {
+    message.reset();
+  }
+  return message;
 }
 
 }  // namespace tarnwell

@@ -2,6 +2,7 @@
 
 #include "Platform/ASCIICase.h"
 #include "Platform/Text.h"
+#include "Platform/UTF8.h"
 
 namespace tarnwell {
 namespace {
@@ -20,31 +21,24 @@ std::string withoutEscapes(std::string_view bytes) {
   return plain;
 }
 
-}  // namespace
-
-IMAPToken::Kind IMAPToken::kind() const {
-  switch (tokens_->tape_[index_].form()) {
-    case IMAPTokens::Form::atom:
-      return Kind::atom;
-    case IMAPTokens::Form::string:
-    case IMAPTokens::Form::escapedString:
-      return Kind::string;
-    case IMAPTokens::Form::list:
-      return Kind::list;
-    case IMAPTokens::Form::nilToken:
-      break;
+/// Nearly every text is ASCII, and made where it stays.
+std::optional<std::string> validText(std::string_view bytes) {
+  if (lengthOfASCIIRun(bytes, 0) == bytes.size()) {
+    return std::optional<std::string>(std::in_place, bytes);
   }
-  return Kind::nilToken;
+  return repairedUTF8(bytes);
 }
+
+}  // namespace
 
 std::optional<std::string> IMAPToken::text() const {
   const IMAPTokens::Entry& entry = tokens_->tape_[index_];
   switch (entry.form()) {
     case IMAPTokens::Form::atom:
     case IMAPTokens::Form::string:
-      return repairedUTF8(tokens_->bytes(entry));
+      return validText(tokens_->bytes(entry));
     case IMAPTokens::Form::escapedString:
-      return repairedUTF8(withoutEscapes(tokens_->bytes(entry)));
+      return validText(withoutEscapes(tokens_->bytes(entry)));
     case IMAPTokens::Form::list:
     case IMAPTokens::Form::nilToken:
       break;
@@ -52,27 +46,9 @@ std::optional<std::string> IMAPToken::text() const {
   return std::nullopt;
 }
 
-bool IMAPToken::textEquals(std::string_view word) const {
+bool IMAPToken::escapedTextEquals(std::string_view word) const {
   const IMAPTokens::Entry& entry = tokens_->tape_[index_];
-  switch (entry.form()) {
-    case IMAPTokens::Form::atom:
-    case IMAPTokens::Form::string:
-      return equalsIgnoringASCIICase(tokens_->bytes(entry), word);
-    case IMAPTokens::Form::escapedString:
-      return equalsIgnoringASCIICase(withoutEscapes(tokens_->bytes(entry)), word);
-    case IMAPTokens::Form::list:
-    case IMAPTokens::Form::nilToken:
-      break;
-  }
-  return false;
-}
-
-IMAPTokenList IMAPToken::list() const {
-  const IMAPTokens::Entry& entry = tokens_->tape_[index_];
-  if (entry.form() != IMAPTokens::Form::list) {
-    return {};
-  }
-  return {tokens_, index_ + 1, static_cast<std::size_t>(entry.end)};
+  return equalsIgnoringASCIICase(withoutEscapes(tokens_->bytes(entry)), word);
 }
 
 std::optional<IMAPToken> IMAPTokenList::operator[](std::size_t position) const {

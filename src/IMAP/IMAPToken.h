@@ -22,6 +22,8 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/ASCIICase.h"
+
 namespace tarnwell {
 
 class IMAPTokenList;
@@ -51,6 +53,9 @@ class IMAPToken {
 
  private:
   friend class IMAPTokenList;
+
+  /// `textEquals` of a string with escapes.
+  bool escapedTextEquals(std::string_view word) const;
 
   IMAPToken(const IMAPTokens* tokens, std::size_t index) : tokens_(tokens), index_(index) {}
 
@@ -153,6 +158,44 @@ class IMAPTokens {
 
 inline IMAPTokenList::Iterator IMAPTokenList::begin() const { return {tokens_, first_}; }
 inline IMAPTokenList::Iterator IMAPTokenList::end() const { return {tokens_, last_}; }
+
+inline IMAPToken::Kind IMAPToken::kind() const {
+  switch (tokens_->tape_[index_].form()) {
+    case IMAPTokens::Form::atom:
+      return Kind::atom;
+    case IMAPTokens::Form::string:
+    case IMAPTokens::Form::escapedString:
+      return Kind::string;
+    case IMAPTokens::Form::list:
+      return Kind::list;
+    case IMAPTokens::Form::nilToken:
+      break;
+  }
+  return Kind::nilToken;
+}
+
+inline bool IMAPToken::textEquals(std::string_view word) const {
+  const IMAPTokens::Entry& entry = tokens_->tape_[index_];
+  switch (entry.form()) {
+    case IMAPTokens::Form::atom:
+    case IMAPTokens::Form::string:
+      return equalsIgnoringASCIICase(tokens_->bytes(entry), word);
+    case IMAPTokens::Form::escapedString:
+      return escapedTextEquals(word);
+    case IMAPTokens::Form::list:
+    case IMAPTokens::Form::nilToken:
+      break;
+  }
+  return false;
+}
+
+inline IMAPTokenList IMAPToken::list() const {
+  const IMAPTokens::Entry& entry = tokens_->tape_[index_];
+  if (entry.form() != IMAPTokens::Form::list) {
+    return {};
+  }
+  return {tokens_, index_ + 1, static_cast<std::size_t>(entry.end)};
+}
 
 inline IMAPTokenList::Iterator& IMAPTokenList::Iterator::operator++() {
   const IMAPTokens::Entry& entry = tokens_->tape_[index_];

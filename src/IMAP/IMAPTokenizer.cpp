@@ -37,9 +37,6 @@ constexpr std::array<std::uint8_t, 256> tokensBegun = [] {
   return numbers;
 }();
 
-/// The bytes within a quoted string that mean something.
-constexpr ByteSet quotedSpecials = bytesOf("\"\\");
-
 }  // namespace
 
 /// Lays the tokens of a response on the tape, in one pass and without a call or a stack for nesting: the
@@ -53,7 +50,12 @@ class IMAPTokenizer {
 
   IMAPTokens tokens() && {
     while (position_ < response_.size()) {
-      readNext();
+      const char byte = response_[position_];
+      if (byte == ' ' || byte == '\t') {
+        ++position_;
+      } else {
+        readTokenAt(byte);
+      }
     }
     while (innermostList_ != noList) {
       closeList();
@@ -65,12 +67,9 @@ class IMAPTokenizer {
   using Form = IMAPTokens::Form;
   static constexpr std::size_t noList = std::numeric_limits<std::size_t>::max();
 
-  void readNext() {
-    switch (response_[position_]) {
-      case ' ':
-      case '\t':
-        ++position_;
-        break;
+  /// Reads what begins with the byte at the position, which is no blank.
+  void readTokenAt(char byte) {
+    switch (byte) {
       case '(':
         ++position_;
         openList();
@@ -96,7 +95,8 @@ class IMAPTokenizer {
     if (tokens_.tape_.size() == tokens_.tape_.capacity()) {
       makeRoom();
     }
-    tokens_.tape_.emplace_back(form, begin, end);
+    const IMAPTokens::Entry entry(form, begin, end);
+    tokens_.tape_.push_back(entry);
   }
 
   /// Room for all that can still come. A tape that grew step by step would be copied again and again, and
@@ -126,7 +126,10 @@ class IMAPTokenizer {
 
   void readAtom() {
     const std::size_t begin = position_;
-    const std::size_t end = firstOf(atomEnds, begin);
+    std::size_t end = begin;
+    while (end < response_.size() && !atomEnds[static_cast<unsigned char>(response_[end])]) {
+      ++end;
+    }
     position_ = end;
     const bool isNIL = equalsIgnoringASCIICase(response_.substr(begin, end - begin), "NIL");
     add(isNIL ? Form::nilToken : Form::atom, begin, end);
@@ -136,13 +139,17 @@ class IMAPTokenizer {
   /// the two that need it; a string without its closing quote runs to the end of the response.
   void readQuoted() {
     const std::size_t begin = position_;
-    std::size_t end = begin;
+    std::size_t end = firstAt('"', begin, response_.size());
     Form form = Form::string;
-    while ((end = firstOf(quotedSpecials, end)) < response_.size() && response_[end] == '\\') {
+    std::size_t unescaped = begin;
+    for (std::size_t backslash; (backslash = firstAt('\\', unescaped, end)) < end;) {
       form = Form::escapedString;
-      end += 2;  // a quote behind it does not close
+      unescaped = std::min(backslash + 2, response_.size());  // the last byte may be a backslash
+      if (unescaped > end) {
+        end = firstAt('"', unescaped, response_.size());
+      }
     }
-    position_ = end = std::min(end, response_.size());  // the last byte may have been a backslash
+    position_ = end;
     add(form, begin, end);
     skipOne('"');
   }
@@ -176,13 +183,9 @@ class IMAPTokenizer {
     return number;
   }
 
-  /// Where the first byte of the set stands at or behind `position`, or the end of the response.
-  std::size_t firstOf(const ByteSet& set, std::size_t position) const {
-    const char* const bytes = response_.data();
-    while (position < response_.size() && !set[static_cast<unsigned char>(bytes[position])]) {
-      ++position;
-    }
-    return position;
+  /// Where the byte first stands from `begin` on, or `end`.
+  std::size_t firstAt(char byte, std::size_t begin, std::size_t end) const {
+    return std::min(response_.substr(0, end).find(byte, begin), end);
   }
 
   void skipOne(char byte) {

@@ -32,8 +32,12 @@ std::optional<std::string> firstSpecialUse(const std::vector<std::string>& flags
 ///                      mailbox-list = "(" [mbx-list-flags] ")" SP
 ///                                     (DQUOTE QUOTED-CHAR DQUOTE / nil) SP mailbox
 std::optional<IMAPFolder> IMAPParser::parseList(IMAPTokenList tokens) {
-  const auto [star, name, attributes, delimiter, mailbox] = leadingElements<5>(tokens);
-  std::optional<std::string> path = textOf(mailbox);
+  ElementReader elements(tokens);
+  const auto star = elements.next();
+  const auto name = elements.next();
+  const auto attributes = elements.next();
+  const auto delimiter = elements.next();
+  std::optional<std::string> path = textOf(elements.next());
   // Where there is a mailbox, there are the four elements before it.
   if (!path || path->empty() || star->kind() != IMAPToken::Kind::atom || !star->textEquals("*") ||
       !(name->textEquals("LIST") || name->textEquals("LSUB"))) {

@@ -49,8 +49,9 @@ Snippet snippet(std::string_view text, std::int64_t maxChars) {
   // A preview of a long text needs its beginning only: one code point behind the cut shows both that
   // there is more and where the last character ends. How many bytes that takes is not known beforehand; to
   // begin with, twice as many as characters.
+  // Steps by another factor would make twice the text cost less than twice here and more than twice there.
   constexpr std::size_t largestGuess = 8192;
-  for (std::size_t size = 2 * std::min(limit, largestGuess / 2) + 16;; size *= 4) {
+  for (std::size_t size = 2 * std::min(limit, largestGuess / 2) + 16;; size *= 2) {
     collapsed.growTo(size);
     const std::string_view cut = characterPrefix(collapsed.soFar(), limit);
     if (cut.size() < collapsed.soFar().size()) {

@@ -29,7 +29,7 @@ inline std::string asciiLowercased(std::string text) {
 constexpr bool equalsIgnoringASCIICase(std::string_view left, std::string_view right) {
   return left.size() == right.size() &&
          std::equal(left.begin(), left.end(), right.begin(), [](char leftByte, char rightByte) {
-           return asciiLowercasedByte(leftByte) == asciiLowercasedByte(rightByte);
+           return leftByte == rightByte || asciiLowercasedByte(leftByte) == asciiLowercasedByte(rightByte);
          });
 }
 

@@ -174,20 +174,24 @@ void CharacterWalk::walkOverASCII() {
   }
 }
 
-/// Code points that never join and are followed by others beyond ASCII that never do, as in most Japanese.
+/// Code points that never join and are followed by others that never do, as in most Japanese, up to where
+/// ASCII is followed by ASCII.
 void CharacterWalk::walkOverPlain() {
-  const auto isPlain = [](char32_t value) { return value >= 0x80 && joiningOf(value) == Joining::never; };
+  const auto isPlain = [](char32_t value) { return value != '\r' && joiningOf(value) == Joining::never; };
   std::size_t end = position_;
-  if (end >= text_.size() || !isPlain(nextCodePoint(text_, end))) {
+  if (end >= text_.size()) {
     return;
   }
-  while (end < text_.size() && count_ < limit_) {
+  char32_t current = nextCodePoint(text_, end);
+  while (isPlain(current) && end < text_.size() && count_ < limit_) {
     std::size_t endOfNext = end;
-    if (!isPlain(nextCodePoint(text_, endOfNext))) {
+    const char32_t next = nextCodePoint(text_, endOfNext);
+    if (!isPlain(next) || (current < 0x80 && next < 0x80)) {
       return;
     }
     position_ = end;
     ++count_;
+    current = next;
     end = endOfNext;
   }
 }

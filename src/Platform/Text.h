@@ -13,7 +13,6 @@
 /// Threads: all functions are pure; a `WordPattern` may be used by many threads at once.
 
 #include <cstddef>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -28,6 +27,9 @@ bool isValidUTF8(std::string_view bytes);
 /// Full Unicode case mapping, independent of the user's language (Unicode 15, section 3.13).
 std::string lowercased(std::string_view text);
 std::string uppercased(std::string_view text);
+
+/// Full Unicode case folding: what differs in letter case alone becomes equal.
+std::string caseFolded(std::string_view text);
 
 /// Number of user-perceived characters: extended grapheme clusters of Unicode Standard Annex #29.
 /// CR LF is one character.
@@ -49,22 +51,21 @@ bool isFormatCharacter(char32_t codePoint);
 std::string_view trimmed(std::string_view text);
 
 /// Finds one term as a whole word: both of its ends lie on a word boundary, where the letters, marks
-/// and digits of all scripts and connector punctuation count as parts of words. Case is ignored.
+/// and digits of all scripts and connector punctuation count as parts of words, and marks and format
+/// characters are passed over. Case is ignored.
 class WordPattern {
  public:
   explicit WordPattern(std::string_view term);
-  ~WordPattern();
-  WordPattern(WordPattern&&) noexcept;
-  WordPattern& operator=(WordPattern&&) noexcept;
 
-  /// False when the system's engine refused the term; `isFoundIn` then is always false.
-  bool isUsable() const;
+  /// False for an empty term, and for what was moved from; `isFoundIn` then is always false.
+  bool isUsable() const { return !term_.empty(); }
 
   bool isFoundIn(std::string_view text) const;
 
  private:
-  struct Compiled;
-  std::unique_ptr<Compiled> compiled_;
+  /// Characters beyond ASCII may equal parts of the term, so that the text must be folded for the search.
+  bool isFoldedTo_;
+  std::string term_;
 };
 
 }  // namespace tarnwell

@@ -118,6 +118,8 @@ std::string lowercased(std::string_view text) {
   return lower;
 }
 
+std::string caseFolded(std::string_view text) { return mappedInPieces(text, ucasemap_utf8FoldCase); }
+
 std::string uppercased(std::string_view text) {
   if (lengthOfASCIIRun(text, 0) < text.size()) {
     return mappedInPieces(text, ucasemap_utf8ToUpper);

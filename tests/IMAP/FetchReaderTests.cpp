@@ -227,6 +227,18 @@ TEST(FetchReader, responseCutAtEveryPositionKeepsTheUIDBeforeTheCut) {
   }
 }
 
+TEST(FetchReader, makesRoomForTheFlagsThatAreThere) {
+  constexpr std::size_t count = 1025;
+  std::string response = "* 1 FETCH (UID 17 FLAGS (";
+  for (std::size_t number = 0; number < count; ++number) {
+    response += "a \"b\\c\" NIL (d e) ";
+  }
+  const std::optional<IMAPMessage> message = messageOf(response + "))");
+  ASSERT_TRUE(message);
+  EXPECT_EQ(message->flags.size(), 2 * count);
+  EXPECT_EQ(message->flags.capacity(), 2 * count);
+}
+
 TEST(FetchReader, readsAMillionOpenParentheses) {
   const std::string open(1'000'000, '(');
   EXPECT_EQ(described("* 1 FETCH (UID 17 FLAGS " + open), "17");

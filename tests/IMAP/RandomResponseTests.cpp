@@ -34,6 +34,24 @@ TEST(IMAPTokenizer, readsRandomResponsesLikeTheReference) {
   }
 }
 
+TEST(IMAPTokenizer, readsAllShortQuotedStringsLikeTheReference) {
+  constexpr std::string_view alphabet = "\"\\a ";
+  std::vector<std::string> ofLength{"\""};
+  for (int length = 1; length <= 7; ++length) {
+    std::vector<std::string> longer;
+    for (const std::string& beginning : ofLength) {
+      const std::vector<char> copy(beginning.begin(), beginning.end());  // exact bounds for the sanitizer
+      ASSERT_EQ(test::printed(IMAPParser::tokenize({copy.data(), copy.size()})),
+                test::ReferenceTokenizer(beginning).printed())
+          << beginning;
+      for (const char next : alphabet) {
+        longer.push_back(beginning + next);
+      }
+    }
+    ofLength = std::move(longer);
+  }
+}
+
 TEST(IMAPParser, everyReaderEndsOnRandomResponses) {
   const std::vector<std::string> words{"* 1 FETCH (",
                                        "UID 7 ",

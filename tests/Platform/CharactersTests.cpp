@@ -58,8 +58,11 @@ INSTANTIATE_TEST_SUITE_P(
                  "\u0301"
                  "a",
                  2},
-        CountRow{"japanese", "日本語です", 5}, CountRow{"kanaWithCombiningVoicing", "か\u3099き", 2},
-        CountRow{"halfWidthVoicing", "ﾊﾞﾝ", 2}, CountRow{"variationSelectorOnHan", "葛\U000E0100城", 2},
+        CountRow{"asciiAmongJapanese", "OTPは2FAの", 8},
+        CountRow{"lineBreaksAmongJapanese", "日\r\n本\r本\n日", 7},
+        CountRow{"markedASCIIAmongJapanese", "日e\u0301本", 3}, CountRow{"japanese", "日本語です", 5},
+        CountRow{"kanaWithCombiningVoicing", "か\u3099き", 2}, CountRow{"halfWidthVoicing", "ﾊﾞﾝ", 2},
+        CountRow{"variationSelectorOnHan", "葛\U000E0100城", 2},
         CountRow{"familyEmoji", "\U0001F468\u200D\U0001F469\u200D\U0001F467", 1},
         CountRow{"joinerBehindJoinerTiesNothing", "\U0001F468\u200D\u200D\U0001F469", 2},
         CountRow{"markBehindJoinerTiesNothing", "\U0001F468\u200D\u0301\U0001F469", 2},
