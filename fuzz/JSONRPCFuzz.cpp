@@ -1,7 +1,6 @@
 // A client's lines, cut at any place, through the framer, the JSON reader and the dispatcher to tools whose
-// every connection fails: each request has one answer of one line, with its own id.
-
-#include <nlohmann/json.hpp>
+// every connection fails: each request has one answer of one line, with its own id. What is JSON and what it
+// says, the library must say as well.
 
 #include "Fuzzing.h"
 #include "IMAP/ByteStream.h"
@@ -10,6 +9,7 @@
 #include "MCP/MCPServer.h"
 #include "SilentLog.h"
 #include "support/InMemorySecretItems.h"
+#include "support/ReferenceJSON.h"
 #include "support/TemporaryDirectory.h"
 
 namespace tarnwell {
@@ -84,8 +84,13 @@ void requireAnswer(const std::string& answer, const std::optional<JSONRPCRequest
                 "an answer has the id of its request");
 }
 
-void requireRoundTrip(std::string_view line) {
-  if (const std::optional<JSONValue> value = JSONValue::decode(line)) {
+void requireReading(std::string_view line) {
+  const std::optional<JSONValue> value = JSONValue::decode(line);
+  const std::optional<JSONValue> expected = test::decodedByLibrary(line);
+  fuzz::require(test::areSameToTheBit(value, expected), "a document reads as the library reads it");
+  fuzz::require(test::areMembersOf(JSONObject::decodeMembers(line), expected),
+                "the members of an object read as the library reads them");
+  if (value) {
     fuzz::require(JSONValue::decode(value->serialized()) == value, "the compact form gives the value back");
     fuzz::require(JSONValue::decode(value->prettyString()) == value, "the pretty form gives the value back");
   }
@@ -100,7 +105,7 @@ FUZZ_TARGET(std::string_view input) {
   const std::vector<std::string> lines = linesOf(input, cuts);
   require(lines == linesOf(input, Cuts::intoSingleBytes()), "the cuts do not change the lines");
   for (const std::string& line : lines) {
-    requireRoundTrip(line);
+    requireReading(line);
     const std::optional<JSONRPCRequest> request = JSONRPCRequest::parse(line);
     const std::optional<std::string> answer = bridge.handle(line);
     require(answer || (request && (request->isNotification() || request->method.ends_with("initialized") ||

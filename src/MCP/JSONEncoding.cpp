@@ -6,8 +6,8 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "MCP/JSONText.h"
 #include "MCP/JSONValue.h"
-#include "Platform/Text.h"
 
 namespace tarnwell {
 
@@ -52,35 +52,42 @@ class Writer {
   static constexpr std::size_t indentation = 2;
 
   void write(const JSONValue& value) {
-    std::visit([this](const auto& payload) { writePayload(payload); }, value.payload());
+    const JSONValue::Payload& payload = value.payload();
+    if (const auto* text = std::get_if<std::string>(&payload)) {
+      writeText(*text);
+    } else if (const auto* integer = std::get_if<std::int64_t>(&payload)) {
+      writeInteger(*integer);
+    } else if (const JSONObject* members = value.objectValue()) {
+      writeContainer('{', '}', *members, [this](const JSONMember& member) { writeMember(member); });
+    } else if (const JSONArray* elements = value.arrayValue()) {
+      writeContainer('[', ']', *elements, [this](const JSONValue& element) { write(element); });
+    } else if (const auto* number = std::get_if<double>(&payload)) {
+      writeDouble(*number);
+    } else if (const auto* boolean = std::get_if<bool>(&payload)) {
+      text_ += *boolean ? "true" : "false";
+    } else {
+      text_ += "null";
+    }
   }
 
-  void writePayload(std::nullptr_t) { text_ += "null"; }
-  void writePayload(bool value) { text_ += value ? "true" : "false"; }
-
-  void writePayload(std::int64_t value) {
+  void writeInteger(std::int64_t value) {
     char digits[std::numeric_limits<std::int64_t>::digits10 + 2];
     text_.append(digits, std::to_chars(std::begin(digits), std::end(digits), value).ptr);
   }
 
   /// In the library's words: the shortest that reads back as the same number, and never like an integer.
-  void writePayload(double value) {
+  void writeDouble(double value) {
     isWritable_ = isWritable_ && std::isfinite(value);
     text_ += nlohmann::json(value).dump();
   }
 
-  void writePayload(const std::string& value) { writeText(value); }
-
-  void writePayload(const JSONArray& elements) {
-    writeContainer('[', ']', elements, [this](const JSONValue& element) { write(element); });
-  }
-
-  void writePayload(const JSONObject& members) {
-    writeContainer('{', '}', members, [this](const JSONMember& member) {
-      writeText(member.first);
-      text_ += layout_ == Layout::compact ? ":" : ": ";
-      write(member.second);
-    });
+  void writeMember(const JSONMember& member) {
+    writeText(member.first);
+    text_ += ':';
+    if (layout_ == Layout::indented) {
+      text_ += ' ';
+    }
+    write(member.second);
   }
 
   template <class Container, class WriteElement>
@@ -111,18 +118,17 @@ class Writer {
   }
 
   void writeText(std::string_view value) {
-    isWritable_ = isWritable_ && isValidUTF8(value);
     text_ += '"';
-    std::size_t begin = 0;
-    for (std::size_t i = 0; i < value.size(); ++i) {
-      const auto byte = static_cast<unsigned char>(value[i]);
-      if (byte < 0x20 || byte == '"' || byte == '\\') {
-        text_.append(value, begin, i - begin);
-        writeEscaped(value[i]);
-        begin = i + 1;
+    for (std::size_t begin = 0;;) {
+      const std::size_t end = endOfPlainRun(value, begin);
+      text_.append(value, begin, end - begin);
+      if (end == value.size() || byteAt(value, end) >= 0x80) {
+        isWritable_ = isWritable_ && end == value.size();
+        break;
       }
+      writeEscaped(value[end]);
+      begin = end + 1;
     }
-    text_.append(value, begin);
     text_ += '"';
   }
 

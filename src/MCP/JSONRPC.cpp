@@ -2,21 +2,47 @@
 
 namespace tarnwell {
 
+namespace {
+
+JSONValue response(std::optional<JSONValue>&& id, const char* outcomeKey, JSONValue&& outcome) {
+  std::vector<JSONMember> members;
+  members.reserve(3);
+  members.emplace_back("id", nullptr);
+  if (id) {
+    members.back().second = std::move(*id);
+  }
+  members.emplace_back("jsonrpc", "2.0");
+  members.emplace_back(outcomeKey, std::move(outcome));
+  return JSONObject(std::move(members));
+}
+
+}  // namespace
+
 std::optional<JSONRPCRequest> JSONRPCRequest::parse(std::string_view data) {
-  std::optional<JSONValue> message = JSONValue::decode(data);
-  if (!message) {
+  std::optional<std::vector<JSONMember>> members = JSONObject::decodeMembers(data);
+  if (!members) {
     return std::nullopt;
   }
-  std::optional<std::string> method = (*message)["method"].stringValue();
+  std::optional<JSONRPCRequest> request(std::in_place);
+  std::optional<std::string> method;
+  for (auto& [key, value] : *members) {
+    if (key == "id") {
+      request->id = std::move(value);
+    } else if (key == "method") {
+      method = value.stringValue();
+    } else if (key == "params") {
+      request->params = std::move(value);
+    }
+  }
   if (!method) {
     return std::nullopt;
   }
-  return JSONRPCRequest{message->takeMember("id"), std::move(*method), message->takeMember("params")};
+  request->method = *std::move(method);
+  return request;
 }
 
 JSONValue JSONRPC::success(std::optional<JSONValue> id, JSONValue result) {
-  return JSONObject{
-      {"id", std::move(id).value_or(nullptr)}, {"jsonrpc", "2.0"}, {"result", std::move(result)}};
+  return response(std::move(id), "result", std::move(result));
 }
 
 JSONValue JSONRPC::failure(std::optional<JSONValue> id, std::int64_t code, std::string message,
@@ -25,7 +51,7 @@ JSONValue JSONRPC::failure(std::optional<JSONValue> id, std::int64_t code, std::
   if (data) {
     error.emplace("data", std::move(*data));
   }
-  return JSONObject{{"jsonrpc", "2.0"}, {"id", std::move(id).value_or(nullptr)}, {"error", std::move(error)}};
+  return response(std::move(id), "error", std::move(error));
 }
 
 std::vector<std::string> NDJSONFramer::push(std::string_view chunk) {

@@ -3,81 +3,10 @@
 #include <algorithm>
 #include <charconv>
 #include <functional>
-#include <nlohmann/json.hpp>
 
 namespace tarnwell {
 
 namespace {
-
-using nlohmann::json;
-
-/// Builds a `JSONValue` from the events of the library's parser, which keeps no call stack of its own;
-/// the explicit stack here bounds the depth.
-class Builder final : public nlohmann::json_sax<json> {
- public:
-  JSONValue takeResult() { return std::move(result_); }
-
-  bool null() override { return add(nullptr); }
-  bool boolean(bool value) override { return add(value); }
-  bool number_integer(number_integer_t value) override { return add(value); }
-  // Only numbers beyond the signed range, or non-negative ones, arrive here.
-  bool number_unsigned(number_unsigned_t value) override {
-    return std::in_range<std::int64_t>(value) ? add(static_cast<std::int64_t>(value))
-                                              : add(static_cast<double>(value));
-  }
-  bool number_float(number_float_t value, const string_t&) override { return add(value); }
-  bool string(string_t& value) override { return add(std::move(value)); }
-  bool binary(binary_t&) override { return false; }
-
-  bool start_object(std::size_t) override { return open(Members{}); }
-  bool start_array(std::size_t) override { return open(JSONArray{}); }
-  bool end_object() override { return close<JSONObject, Members>(); }
-  bool end_array() override { return close<JSONArray, JSONArray>(); }
-  bool key(string_t& value) override {
-    constexpr std::size_t usualCount = 4;  // of members
-    auto& members = std::get<Members>(open_.back());
-    members.reserve(members.empty() ? usualCount : 0);
-    members.emplace_back(std::move(value), nullptr);
-    return true;
-  }
-
-  bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception&) override {
-    return false;
-  }
-
- private:
-  using Members = std::vector<JSONMember>;
-  using Container = std::variant<JSONArray, Members>;
-
-  bool open(Container empty) {
-    if (open_.size() == JSONValue::maximumDepth) {
-      return false;
-    }
-    open_.push_back(std::move(empty));
-    return true;
-  }
-
-  template <class Finished, class Elements>
-  bool close() {
-    Finished finished(std::move(std::get<Elements>(open_.back())));
-    open_.pop_back();
-    return add(std::move(finished));
-  }
-
-  bool add(JSONValue&& value) {
-    if (open_.empty()) {
-      result_ = std::move(value);
-    } else if (auto* array = std::get_if<JSONArray>(&open_.back())) {
-      array->push_back(std::move(value));
-    } else {
-      std::get<Members>(open_.back()).back().second = std::move(value);
-    }
-    return true;
-  }
-
-  std::vector<Container> open_;
-  JSONValue result_;
-};
 
 std::optional<std::int64_t> integerFromDecimal(std::string_view text) {
   if (text.starts_with('+')) {
@@ -129,7 +58,9 @@ void sortByKey(std::vector<JSONMember>& members) {
 
 JSONObject::JSONObject(std::initializer_list<Given> members) : JSONObject(moved(members)) {}
 
-JSONObject::JSONObject(std::vector<JSONMember> members) : members_(std::move(members)) {
+JSONObject::JSONObject(std::vector<JSONMember> members) : members_(std::move(members)) { putInOrder(); }
+
+void JSONObject::putInOrder() {
   if (std::ranges::is_sorted(members_, std::less_equal(), &JSONMember::first)) {
     return;
   }
@@ -180,18 +111,6 @@ JSONValue JSONValue::of(bool value) { return value; }
 
 JSONValue JSONValue::strings(const std::vector<std::string>& texts) {
   return JSONArray(texts.begin(), texts.end());
-}
-
-std::optional<JSONValue> JSONValue::decode(std::string_view data) {
-  // The library takes a zero byte for the end of the text and would ignore what follows it.
-  if (data.find('\0') != std::string_view::npos) {
-    return std::nullopt;
-  }
-  Builder builder;
-  if (!json::sax_parse(data, &builder)) {
-    return std::nullopt;
-  }
-  return builder.takeResult();
 }
 
 std::optional<std::string> JSONValue::stringValue() const {

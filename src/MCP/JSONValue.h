@@ -30,6 +30,7 @@
 
 namespace tarnwell {
 
+class JSONReader;
 class JSONValue;
 
 /// Key and value.
@@ -45,6 +46,10 @@ class JSONObject {
   /// Of several members with the same key the last one counts. The values are moved.
   JSONObject(std::initializer_list<Given> members);
   explicit JSONObject(std::vector<JSONMember> members);
+
+  /// Parses one document that is an object, as `JSONValue::decode` does, and leaves its own members as they
+  /// come: in any order, and of several with the same key the last one counts.
+  static std::optional<std::vector<JSONMember>> decodeMembers(std::string_view data);
 
   std::size_t size() const;
   std::vector<JSONMember>::const_iterator begin() const;
@@ -62,6 +67,10 @@ class JSONObject {
   bool operator==(const JSONObject&) const;
 
  private:
+  friend JSONReader;  // adds members in whatever order they come
+
+  /// Sorts the members; of several with the same key the last one stays.
+  void putInOrder();
   /// The place of the member with this key, or where it would stand.
   std::vector<JSONMember>::const_iterator placeOf(std::string_view key) const;
 
@@ -138,6 +147,8 @@ class JSONValue {
   bool operator==(const JSONValue&) const;
 
  private:
+  friend JSONReader;
+
   Payload payload_;
 };
 

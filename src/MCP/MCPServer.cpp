@@ -26,7 +26,7 @@ std::optional<std::string> MCPServer::handleRaw(std::string_view data) {
   return response ? std::optional(response->serialized()) : std::nullopt;
 }
 
-std::optional<JSONValue> MCPServer::handle(JSONRPCRequest request) {
+std::optional<JSONValue> MCPServer::handle(JSONRPCRequest&& request) {
   const std::lock_guard oneAtATime(oneAtATime_);
   if (request.isNotification() || needsNoAnswer(request.method)) {
     return std::nullopt;

@@ -25,7 +25,7 @@ class MCPServer {
   /// to be sent.
   std::optional<std::string> handleRaw(std::string_view data);
 
-  std::optional<JSONValue> handle(JSONRPCRequest request);
+  std::optional<JSONValue> handle(JSONRPCRequest&& request);
 
  private:
   /// Answers `initialize` when the client names no version.

@@ -21,6 +21,8 @@ TEST(JSONRPCRequest, readsIdMethodAndParametersOfAnyType) {
       {R"({"jsonrpc":"1.0","id":{"a":1},"method":"","params":[1],"more":2})",
        {JSONValue(JSONObject{{"a", 1}}), "", JSONValue(JSONArray{1})}},
       {R"({"id":1.5,"method":"m","params":null})", {JSONValue(1.5), "m", JSONValue(nullptr)}},
+      {R"({"params":1,"method":1,"id":1,"method":"m","params":[],"id":2})",
+       {JSONValue(2), "m", JSONValue(JSONArray{})}},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(JSONRPCRequest::parse(row.text), row.request) << row.text;
@@ -28,9 +30,9 @@ TEST(JSONRPCRequest, readsIdMethodAndParametersOfAnyType) {
 }
 
 TEST(JSONRPCRequest, otherMessagesDoNotParse) {
-  for (const char* text :
-       {"", "{", "[]", R"([{"id":1,"method":"ping"}])", R"({"id":1,"method":5})", R"({"id":1})",
-        R"("method")", "null", R"({"method":"ping"} x)", "{\"method\":\"\xff\"}"}) {
+  for (const char* text : {"", "{", "[]", R"([{"id":1,"method":"ping"}])", R"({"id":1,"method":5})",
+                           R"({"id":1})", R"({"method":"m","method":1})", R"("method")", "null",
+                           R"({"method":"ping"} x)", "{\"method\":\"\xff\"}"}) {
     EXPECT_EQ(JSONRPCRequest::parse(text), std::nullopt) << text;
   }
 }

@@ -1,0 +1,88 @@
+#pragma once
+
+/// Documents as the library reads them, turned into values. Recursive, for small inputs only.
+
+#include <algorithm>
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "MCP/JSONValue.h"
+
+namespace tarnwell::test {
+
+inline std::size_t depthOf(const nlohmann::json& value) {
+  std::size_t deepest = 0;
+  if (value.is_structured()) {
+    for (const nlohmann::json& part : value) {
+      deepest = std::max(deepest, depthOf(part));
+    }
+    ++deepest;
+  }
+  return deepest;
+}
+
+inline JSONValue valueOf(const nlohmann::json& value) {
+  switch (value.type()) {
+    case nlohmann::json::value_t::object: {
+      std::vector<JSONMember> members;
+      for (const auto& [key, member] : value.items()) {
+        members.emplace_back(key, valueOf(member));
+      }
+      return JSONObject(std::move(members));
+    }
+    case nlohmann::json::value_t::array: {
+      JSONArray elements;
+      for (const nlohmann::json& element : value) {
+        elements.push_back(valueOf(element));
+      }
+      return elements;
+    }
+    case nlohmann::json::value_t::string:
+      return value.get<std::string>();
+    case nlohmann::json::value_t::boolean:
+      return value.get<bool>();
+    case nlohmann::json::value_t::number_integer:
+      return value.get<std::int64_t>();
+    case nlohmann::json::value_t::number_unsigned:
+      return std::in_range<std::int64_t>(value.get<std::uint64_t>()) ? JSONValue(value.get<std::int64_t>())
+                                                                     : JSONValue(value.get<double>());
+    case nlohmann::json::value_t::number_float:
+      return value.get<double>();
+    default:
+      return nullptr;
+  }
+}
+
+/// What `JSONValue::decode` is to return.
+inline std::optional<JSONValue> decodedByLibrary(std::string_view data) {
+  // The library takes a zero byte for the end of the text and would ignore what follows it.
+  if (data.find('\0') != std::string_view::npos) {
+    return std::nullopt;
+  }
+  const nlohmann::json document = nlohmann::json::parse(data, nullptr, false);
+  if (document.is_discarded() || depthOf(document) > JSONValue::maximumDepth) {
+    return std::nullopt;
+  }
+  return valueOf(document);
+}
+
+/// Both absent, or the same value to the bit: equality alone takes -0.0 for 0.0.
+inline bool areSameToTheBit(const std::optional<JSONValue>& a, const std::optional<JSONValue>& b) {
+  return a == b && (!a || a->serialized() == b->serialized());
+}
+
+/// True when the members that were left as they came are those of the library's object; there are none when
+/// it reads something else, or nothing.
+inline bool areMembersOf(std::optional<std::vector<JSONMember>> members,
+                         const std::optional<JSONValue>& value) {
+  if (!members || !value || value->objectValue() == nullptr) {
+    return !members && (!value || value->objectValue() == nullptr);
+  }
+  return areSameToTheBit(JSONValue(JSONObject(std::move(*members))), value);
+}
+
+}  // namespace tarnwell::test
