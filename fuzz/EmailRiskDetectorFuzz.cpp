@@ -8,6 +8,7 @@
 #include "Fuzzing.h"
 #include "Platform/ASCIICase.h"
 #include "Platform/Text.h"
+#include "support/RegexReference.h"
 
 namespace tarnwell {
 namespace {
@@ -20,20 +21,13 @@ std::string asciiUppercased(std::string_view text) {
   return upper;
 }
 
-/// Keyword by keyword.
+/// Keyword by keyword; the words by ICU's regular expressions.
 void appendSignals(std::string_view text, const char* location, std::vector<RiskSignal>& signals) {
-  static const auto patterns = [] {
-    std::vector<std::pair<std::string, WordPattern>> compiled;
-    for (const Keyword& keyword : EmailRiskDetector::shared().keywords()) {
-      compiled.emplace_back(lowercased(keyword.term), WordPattern(lowercased(keyword.term)));
-    }
-    return compiled;
-  }();
   const std::string lower = lowercased(text);
-  for (std::size_t row = 0; row < patterns.size(); ++row) {
-    const auto& [term, pattern] = patterns[row];
-    const Keyword& keyword = EmailRiskDetector::shared().keywords()[row];
-    if (keyword.wordBoundary ? pattern.isFoundIn(lower) : lower.find(term) != std::string::npos) {
+  for (const Keyword& keyword : EmailRiskDetector::shared().keywords()) {
+    const std::string term = lowercased(keyword.term);
+    if (keyword.wordBoundary ? isFoundByICU(lower, "\\b" + term + "\\b", LetterCase::isIgnored)
+                             : lower.find(term) != std::string::npos) {
       signals.push_back({std::string(keyword.category), term, location});
     }
   }

@@ -145,7 +145,7 @@ class Bench:
             for number in range(42):
                 for name, take in rounds.items():
                     result = take()
-                    if result.get("result", {}).get("count", HITS) != HITS:
+                    if result["result"].get("count", HITS) != HITS:
                         raise RuntimeError(f"{name} found {result['result']['count']} messages, not {HITS}")
                     if number >= 2:  # before that, everything is cold
                         wall[name].append(result["wall"])

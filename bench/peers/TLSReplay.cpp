@@ -14,7 +14,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <cstdint>
 #include <fstream>
 #include <iostream>
 #include <memory>

@@ -90,7 +90,7 @@ class IMAPClient {
   using BodyReader = std::function<void(const IMAPMessage&, BodyText)>;
   /// The same for several, one after the other: `read` is called for each, first for those without a text.
   /// Each body is asked for when the one before it has come and before that is decoded and read, so that the
-  /// server works meanwhile. Two commands are never under way.
+  /// server works meanwhile; `read` must not use the client. Two commands are never under way.
   void fetchBodyTexts(const std::vector<const IMAPMessage*>& messages, const BodyReader& read);
 
   /// Whether COPY and the \Deleted flag may stand in for a MOVE that the server rejects.

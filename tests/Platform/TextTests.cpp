@@ -1,14 +1,14 @@
 #include "Platform/Text.h"
 
 #include <unicode/locid.h>
-#include <unicode/regex.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/ustring.h>
 
-#include <memory>
+#include <random>
 
 #include "Platform/UTF8.h"
+#include "support/RegexReference.h"
 #include "support/RowName.h"
 
 namespace tarnwell {
@@ -170,7 +170,7 @@ INSTANTIATE_TEST_SUITE_P(
     rowName);
 
 TEST(WordPattern, onlyTheKnownLettersFoldToASCII) {
-  // The quick look before the search relies on it.
+  // Texts are not folded for the terms without them.
   std::u32string found;
   for (UChar32 codePoint = 0x80; codePoint <= 0x10FFFF; ++codePoint) {
     if (codePoint >= 0xD800 && codePoint <= 0xDFFF) {
@@ -193,16 +193,6 @@ TEST(WordPattern, onlyTheKnownLettersFoldToASCII) {
   EXPECT_EQ(found, U"\u00DF\u017F\u1E9E\u212A\uFB00\uFB01\uFB02\uFB03\uFB04\uFB05\uFB06");
 }
 
-/// A word pattern without any quick look before the search.
-bool isFoundByICU(const std::string& text) {
-  UErrorCode status = U_ZERO_ERROR;
-  static const std::unique_ptr<icu::RegexPattern> pattern(
-      icu::RegexPattern::compile("\\botp\\b", UREGEX_CASE_INSENSITIVE, status));
-  const icu::UnicodeString wide = icu::UnicodeString::fromUTF8(text);
-  const std::unique_ptr<icu::RegexMatcher> matcher(pattern->matcher(wide, status));
-  return matcher->find() != 0;
-}
-
 TEST(WordPattern, everyCodePointBesideATermHasTheBoundariesOfICU) {
   const WordPattern pattern("otp");
   for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
@@ -215,9 +205,34 @@ TEST(WordPattern, everyCodePointBesideATermHasTheBoundariesOfICU) {
     std::string character;
     appendCodePoint(character, codePoint);
     for (const std::string& text : {character + "otp", "OTP" + character, "a" + character + "otp"}) {
-      ASSERT_EQ(pattern.isFoundIn(text), isFoundByICU(text)) << "U+" << std::hex << std::uint32_t{codePoint};
+      ASSERT_EQ(pattern.isFoundIn(text), isFoundByICU(text, R"(\botp\b)", LetterCase::isIgnored))
+          << "U+" << std::hex << std::uint32_t{codePoint};
     }
   }
+}
+
+TEST(WordPattern, randomTextsHaveTheWordsOfICU) {
+  const std::vector<std::string> pieces = {
+      "otp",    "OTP",    "2fa",    "2Fa",    "a",          "_",    "4",        " ",      ".",
+      "\n",     "日",     "は",     "。",     "１",         "é",    "\u0301",   "\u0345", "\u20DD",
+      "\u0903", "\uFF9E", "\u200D", "\u200B", "\U0001F1EF", "\xFF", "\xE6\x97", "\u0E33",
+  };
+  const WordPattern otp("otp");
+  const WordPattern twoFactor("2fa");
+  constexpr unsigned startValue = 47;
+  std::mt19937 random(startValue);
+  int found = 0;
+  for (int round = 0; round < 20'000; ++round) {
+    std::string text;
+    for (std::size_t count = random() % 8; count > 0; --count) {
+      text += pieces[random() % pieces.size()];
+    }
+    const bool isFound = otp.isFoundIn(text);
+    found += isFound ? 1 : 0;
+    ASSERT_EQ(isFound, isFoundByICU(text, R"(\botp\b)", LetterCase::isIgnored)) << text;
+    ASSERT_EQ(twoFactor.isFoundIn(text), isFoundByICU(text, R"(\b2fa\b)", LetterCase::isIgnored)) << text;
+  }
+  EXPECT_GT(found, 1'000);
 }
 
 TEST(Text, everyCodePointHasTheLowerCaseOfICU) {

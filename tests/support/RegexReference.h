@@ -37,6 +37,16 @@ inline const icu::RegexPattern& compiledByICU(std::string_view pattern, LetterCa
   return *compiled;
 }
 
+inline bool isFoundByICU(std::string_view text, std::string_view pattern, LetterCase letterCase) {
+  UErrorCode status = U_ZERO_ERROR;
+  const auto length = static_cast<int32_t>(text.size());
+  const auto input = icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), length));
+  const std::unique_ptr<icu::RegexMatcher> matcher(compiledByICU(pattern, letterCase).matcher(input, status));
+  const bool isFound = matcher->find(status) != 0;
+  EXPECT_TRUE(U_SUCCESS(status)) << u_errorName(status);
+  return isFound;
+}
+
 /// Replaces every match of the pattern, from left to right, by what `substitute` makes of its groups.
 /// `onGap` sees each text between two matches and may change it; the outer texts are not shown to it.
 inline std::string replaceByICU(

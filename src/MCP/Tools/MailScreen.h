@@ -38,8 +38,9 @@ class MailScreen {
 
   /// Takes the body of the message at an index.
   using BodyUser = std::function<void(std::size_t index, ScreenedBody body)>;
-  /// The same for several messages. Each of them is used once, in any order and before the next one is
-  /// screened, so that only one text is in memory; the server sends the next one meanwhile.
+  /// The same for several messages. Each of them is used once, in any order, and before the next body is
+  /// read, so that only one text is in memory. The server sends the next one meanwhile: `use` must not use
+  /// the client.
   void fetchBodies(IMAPClient& client, std::span<const IMAPMessage> messages, std::int64_t maxChars,
                    const BodyUser& use) const;
 
