@@ -8,13 +8,15 @@
 // other (of a reader whose input is bounded, all are judged), and those of readings faster than 500 MB/s,
 // which work that grows with the square could not be at such sizes.
 //
-// Noise only ever makes a run slower, so that the fastest of several runs counts, and a doubling that looks
-// too dear is measured again.
+// Noise only ever makes a run slower, so that the fastest of several runs counts. A doubling that looks too
+// dear is measured again, in pairs: the two sizes one right after the other, so that a slow minute meets
+// both. The median of the pairs counts then.
 
 #include <malloc.h>
 #include <time.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
@@ -89,19 +91,23 @@ struct Result {
   double megabytesPerSecond = 0;  // at the largest size
 };
 
-/// Reads the shape at one size and at the one before it until the doubling is not too dear, or is after all.
-Doubling measureDoubling(const Shape& shape, std::size_t size, double& secondsBefore, double& seconds) {
-  constexpr int attempts = 4;
-  const std::string input = shape.input(size);
-  seconds = secondsToRead(shape, input);
-  for (int attempt = 1; attempt < attempts && seconds >= dearest * secondsBefore; ++attempt) {
-    // The smaller input is made anew: some shapes leave it in a file.
-    const std::string before = shape.input(size / 2);
-    secondsBefore = std::min(secondsBefore, secondsToRead(shape, before));
-    const std::string again = shape.input(size);
-    seconds = std::min(seconds, secondsToRead(shape, again));
+/// Reads the shape at a size, and once more in pairs when that took too long beside the size before it.
+Doubling measureDoubling(const Shape& shape, std::size_t size, double secondsBefore, double& seconds) {
+  constexpr std::size_t pairs = 7;
+  seconds = secondsToRead(shape, shape.input(size));
+  double ratio = seconds / secondsBefore;
+  if (ratio >= dearest) {
+    std::array<double, pairs> ratios;
+    for (double& ofPair : ratios) {
+      const double before = secondsToRead(shape, shape.input(size / 2));
+      const double after = secondsToRead(shape, shape.input(size));
+      seconds = std::min(seconds, after);
+      ofPair = after / before;
+    }
+    std::ranges::nth_element(ratios, ratios.begin() + pairs / 2);
+    ratio = ratios[pairs / 2];
   }
-  return {.ratio = seconds / secondsBefore, .to = size};
+  return {.ratio = ratio, .to = size};
 }
 
 Result measure(const Shape& shape, std::size_t largestAllowed) {
