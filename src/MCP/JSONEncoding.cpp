@@ -119,15 +119,16 @@ class Writer {
 
   void writeText(std::string_view value) {
     text_ += '"';
-    for (std::size_t begin = 0;;) {
-      const std::size_t end = endOfPlainRun(value, begin);
-      text_.append(value, begin, end - begin);
-      if (end == value.size() || byteAt(value, end) >= 0x80) {
-        isWritable_ = isWritable_ && end == value.size();
+    const char* const end = value.data() + value.size();
+    for (const char* begin = value.data();;) {
+      const char* const next = endOfPlainRun(begin, end);
+      text_.append(std::string_view(begin, next));
+      if (next == end || static_cast<unsigned char>(*next) >= 0x80) {
+        isWritable_ = isWritable_ && next == end;
         break;
       }
-      writeEscaped(value[end]);
-      begin = end + 1;
+      writeEscaped(*next);
+      begin = next + 1;
     }
     text_ += '"';
   }

@@ -7,10 +7,7 @@ namespace {
 JSONValue response(std::optional<JSONValue>&& id, const char* outcomeKey, JSONValue&& outcome) {
   std::vector<JSONMember> members;
   members.reserve(3);
-  members.emplace_back("id", nullptr);
-  if (id) {
-    members.back().second = std::move(*id);
-  }
+  members.emplace_back("id", id ? *std::move(id) : JSONValue());
   members.emplace_back("jsonrpc", "2.0");
   members.emplace_back(outcomeKey, std::move(outcome));
   return JSONObject(std::move(members));
@@ -19,25 +16,15 @@ JSONValue response(std::optional<JSONValue>&& id, const char* outcomeKey, JSONVa
 }  // namespace
 
 std::optional<JSONRPCRequest> JSONRPCRequest::parse(std::string_view data) {
-  std::optional<std::vector<JSONMember>> members = JSONObject::decodeMembers(data);
-  if (!members) {
-    return std::nullopt;
-  }
   std::optional<JSONRPCRequest> request(std::in_place);
-  std::optional<std::string> method;
-  for (auto& [key, value] : *members) {
-    if (key == "id") {
-      request->id = std::move(value);
-    } else if (key == "method") {
-      method = value.stringValue();
-    } else if (key == "params") {
-      request->params = std::move(value);
-    }
-  }
-  if (!method) {
+  std::optional<JSONValue> method;
+  const JSONObject::Wanted wanted[] = {{"id", request->id}, {"method", method}, {"params", request->params}};
+  const bool isObject = JSONObject::decodeMembers(data, wanted);
+  const auto* name = method ? std::get_if<std::string>(&method->payload()) : nullptr;
+  if (!isObject || name == nullptr) {
     return std::nullopt;
   }
-  request->method = *std::move(method);
+  request->method = *name;
   return request;
 }
 

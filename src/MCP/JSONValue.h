@@ -22,6 +22,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -41,15 +42,16 @@ using JSONMember = std::pair<std::string, JSONValue>;
 class JSONObject {
  public:
   struct Given;
+  struct Wanted;
 
   JSONObject() = default;
   /// Of several members with the same key the last one counts. The values are moved.
   JSONObject(std::initializer_list<Given> members);
   explicit JSONObject(std::vector<JSONMember> members);
 
-  /// Parses one document that is an object, as `JSONValue::decode` does, and leaves its own members as they
-  /// come: in any order, and of several with the same key the last one counts.
-  static std::optional<std::vector<JSONMember>> decodeMembers(std::string_view data);
+  /// Parses one document that is an object, as `JSONValue::decode` does, and keeps the wanted members only;
+  /// those that are missing stay as they are. False for anything else; the members may be changed then, too.
+  static bool decodeMembers(std::string_view data, std::span<const Wanted> wanted);
 
   std::size_t size() const;
   std::vector<JSONMember>::const_iterator begin() const;
@@ -160,6 +162,12 @@ inline std::vector<JSONMember>::const_iterator JSONObject::end() const { return 
 struct JSONObject::Given {
   std::string_view key;
   mutable JSONValue value;
+};
+
+/// A member to be kept, and where.
+struct JSONObject::Wanted {
+  std::string_view key;
+  std::optional<JSONValue>& value;
 };
 
 }  // namespace tarnwell

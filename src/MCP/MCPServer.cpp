@@ -28,19 +28,20 @@ std::optional<std::string> MCPServer::handleRaw(std::string_view data) {
 
 std::optional<JSONValue> MCPServer::handle(JSONRPCRequest&& request) {
   const std::lock_guard oneAtATime(oneAtATime_);
-  if (request.isNotification() || needsNoAnswer(request.method)) {
+  const std::string_view method = request.method;
+  if (request.isNotification() || needsNoAnswer(method)) {
     return std::nullopt;
   }
-  if (request.method == "initialize") {
+  if (method == "initialize") {
     return JSONRPC::success(std::move(request.id), initializeResult(request.params));
   }
-  if (request.method == "ping") {
+  if (method == "ping") {
     return JSONRPC::success(std::move(request.id), JSONObject{});
   }
-  if (request.method == "tools/list") {
+  if (method == "tools/list") {
     return JSONRPC::success(std::move(request.id), JSONObject{{"tools", MCPToolSchemas::toolsListJSON()}});
   }
-  if (request.method == "tools/call") {
+  if (method == "tools/call") {
     return toolsCall(std::move(request));
   }
   return JSONRPC::failure(std::move(request.id), JSONRPCErrorCode::methodNotFound,
