@@ -21,20 +21,38 @@ class CollapsedText {
   /// Goes on until `size` bytes are there or the text ends.
   void growTo(std::size_t size) {
     while (position_ < text_.size() && collapsed_.size() < size) {
+      if (isVisibleASCII(text_[position_])) {
+        separate();
+        takeVisibleASCII(size - collapsed_.size());
+        continue;
+      }
       const char32_t codePoint = nextCodePoint(text_, position_);
       if (isWhitespace(codePoint)) {
         isBehindSpace_ = true;
         continue;
       }
-      if (isBehindSpace_ && !collapsed_.empty()) {
-        collapsed_.push_back(' ');
-      }
-      isBehindSpace_ = false;
+      separate();
       appendCodePoint(collapsed_, codePoint);
     }
   }
 
  private:
+  static bool isVisibleASCII(char byte) { return byte > ' ' && byte <= '~'; }
+
+  void takeVisibleASCII(std::size_t size) {
+    const std::string_view rest = text_.substr(position_, size);
+    const auto run = static_cast<std::size_t>(std::ranges::find_if_not(rest, isVisibleASCII) - rest.begin());
+    collapsed_.append(rest, 0, run);
+    position_ += run;
+  }
+
+  void separate() {
+    if (isBehindSpace_ && !collapsed_.empty()) {
+      collapsed_.push_back(' ');
+    }
+    isBehindSpace_ = false;
+  }
+
   std::string_view text_;
   std::size_t position_ = 0;
   std::string collapsed_;

@@ -9,8 +9,6 @@
 #include <boost/asio/ssl.hpp>
 #include <boost/asio/write.hpp>
 #include <condition_variable>
-#include <cstdlib>
-#include <filesystem>
 #include <mutex>
 #include <optional>
 #include <system_error>
@@ -18,6 +16,7 @@
 #include <vector>
 
 #include "IMAP/IMAPError.h"
+#include "IMAP/TLSContext.h"
 
 namespace tarnwell {
 
@@ -73,30 +72,6 @@ std::optional<Endpoints> resolve(const std::string& host, std::uint16_t port, Cl
   return lookup->endpoints;
 }
 
-bool holdsHashedCertificates(const char* directory) {
-  error_code failed;  // then the iterator is at its end
-  for (std::filesystem::directory_iterator entry(directory, failed), end; entry != end;
-       entry.increment(failed)) {
-    if (entry->path().extension() == ".0") {
-      return true;
-    }
-  }
-  return false;
-}
-
-/// Trusts what OpenSSL would trust by default, but reads the system's bundle (23 ms) only when there is no
-/// hashed directory, which is searched when a certificate is needed and costs nothing before.
-void trustTheSystem(SSL_CTX* context) {
-  const char* fileVariable = std::getenv(X509_get_default_cert_file_env());
-  const char* directoryVariable = std::getenv(X509_get_default_cert_dir_env());
-  const char* directory = directoryVariable ? directoryVariable : X509_get_default_cert_dir();
-  SSL_CTX_set_default_verify_dir(context);
-  if (fileVariable || !holdsHashedCertificates(directory)) {
-    SSL_CTX_set_default_verify_file(context);
-  }
-  ERR_clear_error();  // a missing file only means fewer trusted certificates
-}
-
 /// Makes the host's name or address what the certificate must hold; false when that cannot be checked.
 bool authenticate(SSL* connection, const std::string& host) {
   X509_VERIFY_PARAM* verification = SSL_get0_param(connection);
@@ -128,7 +103,7 @@ struct TLSStream::State {
   std::chrono::duration<double> timeout;
 
   asio::io_context queue{1};
-  asio::ssl::context context{asio::ssl::context::tls_client};
+  std::shared_ptr<asio::ssl::context> context;
   std::optional<asio::ssl::stream<tcp::socket>> stream;
   std::array<char, 65536> received;
 
@@ -171,7 +146,7 @@ struct TLSStream::State {
 
   void openStream() {
     try {
-      stream.emplace(queue, context);
+      stream.emplace(queue, *context);
     } catch (const boost::system::system_error& noDescriptor) {  // the queue needs some of its own
       fail(noDescriptor.code().message());
     }
@@ -253,10 +228,7 @@ void TLSStream::connect() {
   }
   state.throwIfFailed(error);
 
-  SSL_CTX* context = state.context.native_handle();
-  SSL_CTX_set_min_proto_version(context, TLS1_2_VERSION);
-  trustTheSystem(context);
-  state.context.set_verify_mode(asio::ssl::verify_peer);
+  state.context = sharedTLSContext();
   state.openStream();
   if (!authenticate(state.stream->native_handle(), state.host)) {
     state.fail("the host name cannot be checked against a certificate");

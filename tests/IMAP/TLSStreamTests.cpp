@@ -8,6 +8,8 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 
 #include "IMAP/IMAPError.h"
@@ -108,6 +110,26 @@ TEST(TLSStream, unknownAuthorityIsRefused) {
   const Failure failure = failureOf([&] { stream.connect(); });
   setenv("SSL_CERT_FILE", trusted.c_str(), 1);
   EXPECT_THAT(failure.description, HasSubstr("(unable to get local issuer certificate)"));
+}
+
+/// The file is another one for a while, and has the same name all the time.
+TEST(TLSStream, changedTrustStoreIsNoticed) {
+  const std::filesystem::path trusted = getenv("SSL_CERT_FILE");
+  const std::filesystem::path aside = trusted.string() + ".aside";
+  const auto connect = [] {
+    FakeIMAPServer server({answer("hello"), stallHere()});
+    TLSStream stream("localhost", server.port(), patience);
+    stream.connect();
+  };
+  connect();
+  std::filesystem::rename(trusted, aside);
+  const Failure withoutFile = failureOf(connect);
+  std::ofstream(trusted) << "no certificate\n";
+  const Failure withoutCertificate = failureOf(connect);
+  std::filesystem::rename(aside, trusted);
+  EXPECT_THAT(withoutFile.description, HasSubstr("(unable to get local issuer certificate)"));
+  EXPECT_THAT(withoutCertificate.description, HasSubstr("(unable to get local issuer certificate)"));
+  connect();
 }
 
 TEST(TLSStream, tls12IsEnough) {

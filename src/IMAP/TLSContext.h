@@ -1,0 +1,21 @@
+#pragma once
+
+/// What the TLS connections of the process have in common: the lowest version, the verification of the peer,
+/// and the certificates that are trusted.
+///
+/// Making a context and reading an authority's certificate takes about a millisecond, so one is kept.
+///
+/// Threads: any.
+
+#include <boost/asio/ssl/context.hpp>
+#include <memory>
+
+namespace tarnwell {
+
+/// A client's context: at least TLS 1.2, and a certificate chain that ends in what OpenSSL trusts by default,
+/// or in SSL_CERT_FILE and SSL_CERT_DIR. It is made anew when one of these names another place, or when the
+/// file or the directory was changed since; a file that is rewritten in its place inside of the directory is
+/// not noticed.
+std::shared_ptr<boost::asio::ssl::context> sharedTLSContext();
+
+}  // namespace tarnwell
