@@ -64,15 +64,16 @@ static_assert(std::size(keywordTable) <= 32);
 
 constexpr Rows bitOf(std::size_t row) { return Rows{1} << row; }
 
-/// Finds all terms in one walk over a text. At each position the next bytes are looked up in a table of
-/// the rows whose terms have that byte in that place; what is left after a few bytes is compared in full.
+/// Finds all terms in one walk over a text. A table tells for each byte which rows have it in which of the
+/// first places of their terms; where the last bytes fit into the places of a row, the rest of its term is
+/// compared.
 class TermSearch {
  public:
   TermSearch() {
     for (std::size_t row = 0; row < std::size(keywordTable); ++row) {
       lowerTerms_[row] = lowercased(keywordTable[row].term);
       for (std::size_t place = 0; place < lookAhead; ++place) {
-        rowsWith_[place][static_cast<unsigned char>(lowerTerms_[row][place])] |= bitOf(row);
+        rowsWith_[static_cast<unsigned char>(lowerTerms_[row][place])][place] |= bitOf(row);
       }
     }
   }
@@ -82,19 +83,23 @@ class TermSearch {
   /// The rows whose lower-cased terms occur in the text.
   Rows foundIn(std::string_view text) const {
     Rows found = 0;
-    for (std::size_t position = 0; position + lookAhead <= text.size(); ++position) {
-      Rows candidates = ~found;
-      for (std::size_t place = 0; place < lookAhead; ++place) {
-        candidates &= rowsWith_[place][static_cast<unsigned char>(text[position + place])];
-      }
+    Rows beforeLast = 0;  // those that fit up to the byte before the last one
+    Rows last = 0;
+    for (std::size_t next = 0; next < text.size(); ++next) {
+      const RowsInPlaces& rows = rowsWith_[static_cast<unsigned char>(text[next])];
+      const Rows candidates = beforeLast & rows[2];
+      beforeLast = last & rows[1];
+      last = rows[0];
       if (candidates != 0) {
-        found |= confirmed(candidates, text.substr(position));
+        found |= confirmed(candidates & ~found, text.substr(next + 1 - lookAhead));
       }
     }
     return found;
   }
 
  private:
+  using RowsInPlaces = std::array<Rows, lookAhead>;
+
   Rows confirmed(Rows candidates, std::string_view text) const {
     Rows found = 0;
     for (; candidates != 0; candidates &= candidates - 1) {
@@ -107,7 +112,7 @@ class TermSearch {
   }
 
   std::array<std::string, std::size(keywordTable)> lowerTerms_;
-  std::array<std::array<Rows, 256>, lookAhead> rowsWith_{};
+  std::array<RowsInPlaces, 256> rowsWith_{};
 };
 
 const TermSearch& termSearch() {

@@ -110,7 +110,9 @@ class CharacterWalk {
       const std::size_t before = position_;
       walkOverASCII();
       walkOverPlain();
-      walkOverKnown();
+      if (position_ == before) {
+        walkOverKnown();
+      }
       if (position_ == before) {
         walkOverUnknown();
       }
@@ -183,7 +185,10 @@ void CharacterWalk::walkOverPlain() {
     return;
   }
   char32_t current = nextCodePoint(text_, end);
-  while (isPlain(current) && end < text_.size() && count_ < limit_) {
+  if (!isPlain(current)) {
+    return;
+  }
+  while (end < text_.size() && count_ < limit_) {
     std::size_t endOfNext = end;
     const char32_t next = nextCodePoint(text_, endOfNext);
     if (!isPlain(next) || (current < 0x80 && next < 0x80)) {

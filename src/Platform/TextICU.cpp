@@ -67,9 +67,19 @@ bool isCaseless(char32_t codePoint) {
          (codePoint >= 0x1F000 && codePoint < 0x20000);   // emoji
 }
 
+/// The same for most of kana and Han by their bytes alone: U+3000 to U+9FFF.
+bool isCaselessSequence(std::string_view bytes) {
+  return bytes.size() == 3 && bytes[0] >= '\xE3' && bytes[0] <= '\xE9' && isContinuationByte(bytes[1]) &&
+         isContinuationByte(bytes[2]);
+}
+
 /// True when the text is well formed and only its ASCII letters can change.
 bool hasLetterCaseInASCIIOnly(std::string_view text) {
   for (std::size_t position = 0; position < text.size();) {
+    if (isCaselessSequence(text.substr(position, 3))) {
+      position += 3;
+      continue;
+    }
     const char32_t codePoint = nextCodePoint(text, position);
     if (codePoint >= 0x80 && !isCaseless(codePoint)) {
       return false;
