@@ -21,9 +21,15 @@ class CollapsedText {
   /// Goes on until `size` bytes are there or the text ends.
   void growTo(std::size_t size) {
     while (position_ < text_.size() && collapsed_.size() < size) {
-      if (isVisibleASCII(text_[position_])) {
+      if (text_[position_] == ' ') {
+        isBehindSpace_ = true;
+        ++position_;
+        continue;
+      }
+      if (const std::size_t run = lengthOfRun(size - collapsed_.size()); run > 0) {
         separate();
-        takeVisibleASCII(size - collapsed_.size());
+        collapsed_.append(text_, position_, run);
+        position_ += run;
         continue;
       }
       const char32_t codePoint = nextCodePoint(text_, position_);
@@ -39,11 +45,30 @@ class CollapsedText {
  private:
   static bool isVisibleASCII(char byte) { return byte > ' ' && byte <= '~'; }
 
-  void takeVisibleASCII(std::size_t size) {
-    const std::string_view rest = text_.substr(position_, size);
-    const auto run = static_cast<std::size_t>(std::ranges::find_if_not(rest, isVisibleASCII) - rest.begin());
-    collapsed_.append(rest, 0, run);
-    position_ += run;
+  /// How many bytes from here on stay as they are: visible characters, and single spaces before those of
+  /// ASCII. Little more than `size`, and 0 at white space and at bytes that are not UTF-8.
+  std::size_t lengthOfRun(std::size_t size) const {
+    const std::string_view text = text_.substr(position_);
+    std::size_t end = 0;
+    while (end < std::min(size, text.size())) {
+      if (isVisibleASCII(text[end])) {
+        ++end;
+      } else if (text[end] == ' ') {
+        if (end + 1 == text.size() || !isVisibleASCII(text[end + 1])) {
+          break;
+        }
+        end += 2;
+      } else {
+        std::size_t next = end;
+        bool isValid = true;
+        const char32_t codePoint = nextCodePoint(text, next, &isValid);
+        if (!isValid || isWhitespace(codePoint)) {
+          break;
+        }
+        end = next;
+      }
+    }
+    return end;
   }
 
   void separate() {
@@ -66,10 +91,10 @@ Snippet snippet(std::string_view text, std::int64_t maxChars) {
   CollapsedText collapsed(text);
   // A preview of a long text needs its beginning only: one code point behind the cut shows both that
   // there is more and where the last character ends. How many bytes that takes is not known beforehand; to
-  // begin with, twice as many as characters.
+  // begin with, three times as many as characters, which is what most Japanese has.
   // Steps by another factor would make twice the text cost less than twice here and more than twice there.
   constexpr std::size_t largestGuess = 8192;
-  for (std::size_t size = 2 * std::min(limit, largestGuess / 2) + 16;; size *= 2) {
+  for (std::size_t size = 3 * std::min(limit, largestGuess / 3) + 16;; size *= 2) {
     collapsed.growTo(size);
     const std::string_view cut = characterPrefix(collapsed.soFar(), limit);
     if (cut.size() < collapsed.soFar().size()) {
