@@ -28,49 +28,59 @@ using boost::system::error_code;
 using Clock = std::chrono::steady_clock;
 using Endpoints = std::vector<tcp::endpoint>;
 
-/// What a name look-up on another thread leaves behind. Both threads keep it alive.
-struct Lookup {
-  std::mutex mutex;
-  std::condition_variable finished;
-  bool isFinished = false;
-  error_code error;
-  Endpoints endpoints;
+/// A name look-up on a thread of its own, which exists because the system's resolver cannot be interrupted
+/// and ends by itself when the resolver gives up.
+class Lookup {
+ public:
+  Lookup(const std::string& host, std::uint16_t port) {
+    const auto address = asio::ip::make_address(host, result_->error);
+    if (!result_->error) {
+      result_->endpoints = {{address, port}};
+      result_->isThere = true;
+      return;
+    }
+    try {
+      std::thread(lookUp, result_, host, port).detach();
+    } catch (const std::system_error& noThread) {
+      result_->error = noThread.code();
+      result_->isThere = true;
+    }
+  }
+
+  /// The addresses of the host; absent when the look-up did not end in time.
+  std::optional<Endpoints> await(Clock::time_point end, error_code& error) {
+    std::unique_lock lock(result_->mutex);
+    if (!result_->arrived.wait_until(lock, end, [&] { return result_->isThere; })) {
+      return std::nullopt;
+    }
+    error = result_->error;
+    return result_->endpoints;
+  }
+
+ private:
+  /// Both threads keep it alive.
+  struct Result {
+    std::mutex mutex;
+    std::condition_variable arrived;
+    bool isThere = false;
+    error_code error;
+    Endpoints endpoints;
+  };
+
+  static void lookUp(const std::shared_ptr<Result>& result, const std::string& host, std::uint16_t port) {
+    asio::io_context context;
+    tcp::resolver resolver(context);
+    error_code error;
+    const auto found = resolver.resolve(host, std::to_string(port), tcp::resolver::numeric_service, error);
+    const std::lock_guard lock(result->mutex);
+    result->error = error;
+    result->endpoints.assign(found.begin(), found.end());
+    result->isThere = true;
+    result->arrived.notify_one();
+  }
+
+  std::shared_ptr<Result> result_ = std::make_shared<Result>();
 };
-
-void lookUp(const std::shared_ptr<Lookup>& lookup, const std::string& host, std::uint16_t port) {
-  asio::io_context context;
-  tcp::resolver resolver(context);
-  error_code error;
-  const auto results = resolver.resolve(host, std::to_string(port), tcp::resolver::numeric_service, error);
-  const std::lock_guard lock(lookup->mutex);
-  lookup->error = error;
-  lookup->endpoints.assign(results.begin(), results.end());
-  lookup->isFinished = true;
-  lookup->finished.notify_one();
-}
-
-/// The addresses of a host; absent when the look-up did not end in time. The thread exists because the
-/// system's resolver cannot be interrupted; it ends by itself when the resolver gives up.
-std::optional<Endpoints> resolve(const std::string& host, std::uint16_t port, Clock::time_point deadline,
-                                 error_code& error) {
-  const auto address = asio::ip::make_address(host, error);
-  if (!error) {
-    return Endpoints{{address, port}};
-  }
-  const auto lookup = std::make_shared<Lookup>();
-  try {
-    std::thread(lookUp, lookup, host, port).detach();
-  } catch (const std::system_error& noThread) {
-    error = noThread.code();
-    return Endpoints{};
-  }
-  std::unique_lock lock(lookup->mutex);
-  if (!lookup->finished.wait_until(lock, deadline, [&] { return lookup->isFinished; })) {
-    return std::nullopt;
-  }
-  error = lookup->error;
-  return lookup->endpoints;
-}
 
 /// Makes the host's name or address what the certificate must hold; false when that cannot be checked.
 bool authenticate(SSL* connection, const std::string& host) {
@@ -221,15 +231,15 @@ void TLSStream::connect() {
   }
   const Clock::time_point end = state.deadline();
 
+  Lookup lookup(state.host, state.port);
+  state.context = sharedTLSContext();
+  state.openStream();
   error_code error;
-  const std::optional<Endpoints> endpoints = resolve(state.host, state.port, end, error);
+  const std::optional<Endpoints> endpoints = lookup.await(end, error);
   if (!endpoints) {
     throw IMAPError::timeout();
   }
   state.throwIfFailed(error);
-
-  state.context = sharedTLSContext();
-  state.openStream();
   if (!authenticate(state.stream->native_handle(), state.host)) {
     state.fail("the host name cannot be checked against a certificate");
   }
