@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Platform/SecretItems.h"
@@ -43,8 +44,10 @@ class SecretServiceConversation {
   void goOnUntil(Deadline deadline) { deadline_ = deadline; }
 
   /// The service takes the attributes of a query as the least that an item must have, so that a query for
-  /// the plain place also finds the items of every access group. These are dropped here.
-  /// Locked items are not told apart: a keyring that was never unlocked shows hashes of the attributes.
+  /// the plain place also finds the items of every access group. So the service is asked for the items of
+  /// both places, and those of the other one are dropped here; a query for the plain place that comes right
+  /// after the one for the shared place is answered from what was told then. Locked items are not told apart:
+  /// a keyring that was never unlocked shows hashes of the attributes.
   Matches search(const SecretItemQuery& query);
 
   void handOver(const std::string& item, SecretItems::Receiver& receiver);
@@ -61,6 +64,22 @@ class SecretServiceConversation {
  private:
   struct Properties;
 
+  /// What the service has for an account, in whatever place.
+  struct Listing {
+    struct Item {
+      Matches::Item item;
+      std::optional<std::string> accessGroup;
+      bool isLocked;
+    };
+    SecretItemQuery query;  // without an access group
+    std::vector<Item> items;
+    bool hasOthers;  // which are locked
+    Deadline end;    // of its use
+  };
+  Listing list(const SecretItemQuery& query);
+  /// The paths of the unlocked and of the locked ones.
+  std::pair<std::vector<std::string>, std::vector<std::string>> searchItems(const SecretItemQuery& query);
+
   BusMessage methodCall(const std::string& path, const char* interface, const char* member);
   BusMessage call(const BusMessage& request) { return bus_.call(request, deadline_); }
   Properties propertiesOf(const std::string& path, const char* interface);
@@ -73,6 +92,7 @@ class SecretServiceConversation {
   std::string address_;
   Deadline deadline_;
   SessionBus bus_;
+  std::optional<Listing> listing_;  // of the search right before
   std::string session_;             // empty before the first secret
   std::optional<TransferKey> key_;  // absent in a session that does not encrypt
 };

@@ -1,5 +1,6 @@
 #include "Platform/SecretServiceConversation.h"
 
+#include <chrono>
 #include <utility>
 
 namespace tarnwell {
@@ -10,6 +11,8 @@ constexpr const char* servicePath = "/org/freedesktop/secrets";
 constexpr const char* serviceInterface = "org.freedesktop.Secret.Service";
 constexpr const char* itemInterface = "org.freedesktop.Secret.Item";
 constexpr const char* collectionInterface = "org.freedesktop.Secret.Collection";
+using Clock = std::chrono::steady_clock;
+
 /// Where the service would name a prompt or an object, and there is none.
 constexpr std::string_view noObject = "/";
 
@@ -68,18 +71,19 @@ std::vector<std::string> readPaths(BusMessage& message) {
   return paths;
 }
 
-bool readHasAccessGroup(BusMessage& message) {
-  bool hasAccessGroup = false;
+std::optional<std::string> readAccessGroup(BusMessage& message) {
+  std::optional<std::string> accessGroup;
   message.enter('a', "{ss}");
   while (message.enter('e', "ss")) {
     if (message.readText() == accessGroupAttribute) {
-      hasAccessGroup = true;
+      accessGroup = required(message.readText());
+    } else {
+      message.skip("s");
     }
-    message.skip("s");
     message.exit();
   }
   message.exit();
-  return hasAccessGroup;
+  return accessGroup;
 }
 
 }  // namespace
@@ -87,7 +91,8 @@ bool readHasAccessGroup(BusMessage& message) {
 /// What the service tells of an item or a collection.
 struct SecretServiceConversation::Properties {
   std::optional<bool> isLocked = std::nullopt;
-  std::optional<bool> hasAccessGroup = std::nullopt;  // never of a collection
+  bool hasAttributes = false;  // never of a collection
+  std::optional<std::string> accessGroup = std::nullopt;
   std::uint64_t modified = 0;
 
   /// Reads one of them, its name first.
@@ -101,7 +106,8 @@ struct SecretServiceConversation::Properties {
       modified = message.readNumber();
     } else if (name == "Attributes") {
       message.enter('v', "a{ss}");
-      hasAccessGroup = readHasAccessGroup(message);
+      hasAttributes = true;
+      accessGroup = readAccessGroup(message);
     } else {
       message.skip("v");
       return;
@@ -118,24 +124,50 @@ bool SecretServiceConversation::isOpenAt(const std::string& address) {
 }
 
 SecretServiceConversation::Matches SecretServiceConversation::search(const SecretItemQuery& query) {
+  const SecretItemQuery bothPlaces{query.service, query.account, std::nullopt};
+  std::optional<Listing> listing = std::exchange(listing_, std::nullopt);
+  if (query.accessGroup || !listing || listing->query != bothPlaces || Clock::now() >= listing->end) {
+    listing = list(bothPlaces);
+  }
+  Matches matches;
+  for (const Listing::Item& item : listing->items) {
+    const bool isInPlace = item.accessGroup == query.accessGroup;
+    if (item.isLocked) {
+      matches.hasLocked = matches.hasLocked || isInPlace || !query.accessGroup;
+    } else if (isInPlace) {
+      matches.unlocked.push_back(item.item);
+    }
+  }
+  if (listing->hasOthers && (!query.accessGroup || !searchItems(query).second.empty())) {
+    matches.hasLocked = true;
+  }
+  if (query.accessGroup) {
+    listing_ = std::move(listing);
+  }
+  return matches;
+}
+
+SecretServiceConversation::Listing SecretServiceConversation::list(const SecretItemQuery& query) {
+  constexpr std::chrono::milliseconds use(100);
+  const auto [unlocked, locked] = searchItems(query);
+  std::vector<Listing::Item> items;
+  for (const std::string& path : unlocked) {
+    const Properties properties = propertiesOf(path, itemInterface);
+    if (!properties.isLocked || !properties.hasAttributes) {
+      throw BusError();
+    }
+    items.push_back({{path, properties.modified}, properties.accessGroup, *properties.isLocked});
+  }
+  return {query, std::move(items), !locked.empty(), Clock::now() + use};
+}
+
+std::pair<std::vector<std::string>, std::vector<std::string>> SecretServiceConversation::searchItems(
+    const SecretItemQuery& query) {
   BusMessage request = methodCall(servicePath, serviceInterface, "SearchItems");
   appendAttributes(request, query);
   BusMessage reply = call(request);
-  const std::vector<std::string> unlocked = readPaths(reply);
-  Matches matches;
-  matches.hasLocked = !readPaths(reply).empty();
-  for (const std::string& path : unlocked) {
-    const Properties properties = propertiesOf(path, itemInterface);
-    if (!properties.isLocked || !properties.hasAccessGroup) {
-      throw BusError();
-    }
-    if (*properties.isLocked) {
-      matches.hasLocked = true;
-    } else if (query.accessGroup || !*properties.hasAccessGroup) {
-      matches.unlocked.push_back({path, properties.modified});
-    }
-  }
-  return matches;
+  std::vector<std::string> unlocked = readPaths(reply);
+  return {std::move(unlocked), readPaths(reply)};
 }
 
 void SecretServiceConversation::handOver(const std::string& item, SecretItems::Receiver& receiver) {

@@ -67,8 +67,8 @@ class FakeSecretService {
     secret_ = std::move(secret);
   }
 
-  /// The methods that were called, each once.
-  std::set<std::string> called() const {
+  /// The methods that were called, each as often as it was.
+  std::multiset<std::string> called() const {
     std::lock_guard guard(lock_);
     return called_;
   }
@@ -136,7 +136,7 @@ class FakeSecretService {
   Answers answers_;
   std::optional<std::string> secret_;
   mutable std::mutex lock_;
-  std::set<std::string> called_;
+  std::multiset<std::string> called_;
   std::unique_ptr<GDBusConnection, decltype(&g_object_unref)> connection_;
   guint filter_ = 0;
 };

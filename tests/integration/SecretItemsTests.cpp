@@ -90,6 +90,14 @@ TEST_F(SecretItemsOnKeyring, twoPlacesAreKeptApart) {
   EXPECT_EQ(copy(shared), (Copy{SecretStatus::success, "in the group"}));
 }
 
+// What was told of the plain place together with the shared one is not kept for long.
+TEST_F(SecretItemsOnKeyring, itemStoredAfterTheSearchInTheSharedPlaceIsFound) {
+  EXPECT_EQ(copy(shared), notFound);
+  keyring.storeByTool({"service", service, "account", address}, "app-pass-word");
+  std::this_thread::sleep_for(std::chrono::milliseconds(150));
+  EXPECT_EQ(copy(plain), (Copy{SecretStatus::success, "app-pass-word"}));
+}
+
 TEST_F(SecretItemsOnKeyring, otherAccountsAreNotTouched) {
   SecretItemQuery other{service, "other@example.org", std::nullopt};
   ASSERT_EQ(items.add(other, "other"), SecretStatus::success);

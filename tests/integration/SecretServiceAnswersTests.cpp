@@ -12,7 +12,7 @@
 namespace tarnwell::test {
 namespace {
 
-enum class Call { copy, add, remove };
+enum class Call { copy, copyOfGroup, copyOfGroupOrPlain, add, remove };
 
 struct Row {
   const char* name;
@@ -96,6 +96,25 @@ const Row rows[] = {
     {"muteAtTheSearch", {{"SearchItems", "..."}}, Call::copy, SecretStatus::notAvailable},
     {"muteAtTheSecret", {{"GetSecret", "..."}}, Call::copy, SecretStatus::notAvailable},
 
+    {"itemOfTheGroupIsCopied",
+     {{"SearchItems", twoItems}, {"GetAll /collection/second", groupProperties}},
+     Call::copyOfGroup,
+     SecretStatus::success,
+     "pw"},
+    {"plainItemIsNoneOfAGroup", {}, Call::copyOfGroup, SecretStatus::itemNotFound},
+    {"itemOfAnotherGroupIsNotCopied",
+     {{"GetAll /collection/item",
+       "({'Attributes': <{'accessGroup': 'h'}>, 'Label': <''>, 'Locked': <false>, 'Created': <uint64 1>, "
+       "'Modified': <uint64 9>},)"}},
+     Call::copyOfGroupOrPlain,
+     SecretStatus::itemNotFound},
+    {"lockedItemOfTheGroupIsNotAbsent",
+     {{"SearchItems", "([objectpath '/collection/item'], [objectpath '/collection/second'])"}},
+     Call::copyOfGroup,
+     SecretStatus::interactionNotAllowed},
+    {"plainItemIsCopiedWhenTheGroupHasNone", {}, Call::copyOfGroupOrPlain, SecretStatus::success, "pw"},
+    {"muteAtTheSearchForTheGroup", {{"SearchItems", "..."}}, Call::copyOfGroup, SecretStatus::notAvailable},
+
     {"itemIsAdded", nothingFound, Call::add, SecretStatus::success},
     {"itemIsAddedBesideTheOneOfAGroup",
      {{"GetAll /collection/item", groupProperties}},
@@ -147,8 +166,14 @@ struct Collector : SecretItems::Receiver {
 
 std::int32_t perform(Call call, Collector& collector) {
   const SecretItemQuery query{"s", "a", std::nullopt};
+  const SecretItemQuery ofGroup{"s", "a", "g"};
   switch (call) {
     case Call::copy:
+      return systemSecretItems().copyMatching(query, collector);
+    case Call::copyOfGroup:
+      return systemSecretItems().copyMatching(ofGroup, collector);
+    case Call::copyOfGroupOrPlain:
+      EXPECT_EQ(systemSecretItems().copyMatching(ofGroup, collector), SecretStatus::itemNotFound);
       return systemSecretItems().copyMatching(query, collector);
     case Call::add:
       return systemSecretItems().add(query, "pw");
@@ -179,6 +204,7 @@ TEST_P(SecretServiceAnswers, giveTheStatusAndNeverAPrompt) {
   bool mayCreate = row.call == Call::add && row.status != SecretStatus::duplicateItem;
   EXPECT_TRUE(mayCreate || !called.contains("CreateItem"));
   EXPECT_TRUE(row.call == Call::remove || !called.contains("Delete"));
+  EXPECT_TRUE(row.call != Call::copyOfGroupOrPlain || called.count("SearchItems") == 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, SecretServiceAnswers, testing::ValuesIn(rows),
