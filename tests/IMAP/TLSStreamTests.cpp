@@ -15,6 +15,7 @@
 #include "IMAP/IMAPError.h"
 #include "support/FakeIMAPServer.h"
 #include "support/RowName.h"
+#include "support/TestCertificates.h"
 
 namespace tarnwell::test {
 namespace {
@@ -114,6 +115,7 @@ TEST(TLSStream, unknownAuthorityIsRefused) {
 
 /// The file is another one for a while, and has the same name all the time.
 TEST(TLSStream, changedTrustStoreIsNoticed) {
+  TestCertificates::shared();  // names a file of the test's own
   const std::filesystem::path trusted = getenv("SSL_CERT_FILE");
   const std::filesystem::path aside = trusted.string() + ".aside";
   const auto connect = [] {
