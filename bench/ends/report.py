@@ -22,16 +22,23 @@ def table(header, rows):
     return "\n".join(lines + ["| " + " | ".join(row) + " |" for row in rows]) + "\n"
 
 
+def ratio(some, others):
+    """How many times the others. When both were measured once in each round, the median of what the rounds say, so
+    that a minute in which everything is slow counts for both; else that of the medians."""
+    if len(some) == len(others):
+        return statistics.median(one / other for one, other in zip(some, others))
+    return statistics.median(some) / statistics.median(others)
+
+
 def comparison(contenders, unit, own="tarnwell"):
     """One row for each contender: {name: samples}. The ratio says how many times that of the program's own."""
     name, divisor = unit
-    median_of_own = statistics.median(contenders[own])
     rows = []
     for contender, samples in contenders.items():
         median = statistics.median(samples)
         rows.append([contender, figure(median / divisor), figure(min(samples) / divisor),
                      f"{figure(percentile(samples, .1) / divisor)} to {figure(percentile(samples, .9) / divisor)}",
-                     f"{figure(median / median_of_own)} x", str(len(samples))])
+                     f"{figure(ratio(samples, contenders[own]))} x", str(len(samples))])
     return table(["", f"median, {name}", f"least, {name}", "10 % to 90 %", "to tarnwell", "samples"], rows)
 
 
