@@ -107,8 +107,8 @@ class Bench:
         for _ in range(25):
             for name, command in self.servers.items():
                 timer, heavy = f"{self.ends}/ServeTimer", name == SDK
-                samples[name] += run_timer(timer, "ping", 200 if heavy else 2000, command)["wall"]
-                count = 1500 if heavy else 50_000
+                samples[name] += run_timer(timer, "ping", 500 if heavy else 2000, command)["wall"]
+                count = 10_000 if heavy else 50_000
                 rates[name].append(count / run_timer(timer, "pipeline", count, command)["wall"][0] * 1e9)
         own = rates["tarnwell"]
         self.add("Ping over pipes", comparison(samples, MICROSECONDS))

@@ -23,8 +23,8 @@ def table(header, rows):
 
 
 def ratio(some, others):
-    """How many times the others. When both were measured once in each round, the median of what the rounds say, so
-    that a minute in which everything is slow counts for both; else that of the medians."""
+    """How many times the others. When both were measured equally often, the median of what each pair of samples says,
+    so that a minute in which everything is slow counts for both; else the ratio of the medians."""
     if len(some) == len(others):
         return statistics.median(one / other for one, other in zip(some, others))
     return statistics.median(some) / statistics.median(others)

@@ -30,13 +30,25 @@ void require(bool holds, const char* what) {
   }
 }
 
+struct Free {
+  void operator()(SSL_CTX* context) const { SSL_CTX_free(context); }
+  void operator()(SSL* stream) const { SSL_free(stream); }
+};
+
+using Context = std::unique_ptr<SSL_CTX, Free>;
+
+/// What all sessions share, and with it the authority's certificate once it is read.
+Context makeContext(const char* certificates) {
+  Context context(SSL_CTX_new(TLS_client_method()));
+  require(SSL_CTX_set_min_proto_version(context.get(), TLS1_2_VERSION) == 1, "the version");
+  require(SSL_CTX_load_verify_dir(context.get(), certificates) == 1, "the certificate directory");
+  SSL_CTX_set_verify(context.get(), SSL_VERIFY_PEER, nullptr);
+  return context;
+}
+
 class Session {
  public:
-  Session(const char* port, const char* certificates) {
-    require(SSL_CTX_set_min_proto_version(context_.get(), TLS1_2_VERSION) == 1, "the version");
-    require(SSL_CTX_load_verify_dir(context_.get(), certificates) == 1, "the certificate directory");
-    SSL_CTX_set_verify(context_.get(), SSL_VERIFY_PEER, nullptr);
-    stream_.reset(SSL_new(context_.get()));
+  Session(const char* port, SSL_CTX* context) : stream_(SSL_new(context)) {
     require(SSL_set1_host(stream_.get(), "localhost") == 1, "the host name");
     require(SSL_set_tlsext_host_name(stream_.get(), "localhost") == 1, "the server name");
 
@@ -91,18 +103,13 @@ class Session {
     return lineFeed == std::string_view::npos ? text : text.substr(lineFeed + 1);
   }
 
-  struct Free {
-    void operator()(SSL_CTX* context) const { SSL_CTX_free(context); }
-    void operator()(SSL* stream) const { SSL_free(stream); }
-  };
-  std::unique_ptr<SSL_CTX, Free> context_{SSL_CTX_new(TLS_client_method())};
   std::unique_ptr<SSL, Free> stream_;
   int socket_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   std::array<char, 65536> received_;
 };
 
-std::size_t replay(const char* port, const char* certificates, const std::vector<std::string>& commands) {
-  Session session(port, certificates);
+std::size_t replay(const char* port, SSL_CTX* context, const std::vector<std::string>& commands) {
+  Session session(port, context);
   std::size_t bytes = session.readUntil("* ");
   for (const std::string& command : commands) {
     session.send(command);
@@ -124,8 +131,9 @@ int main(int count, char* arguments[]) {
     commands.push_back(line + "\r\n");
   }
   try {
+    const Context context = makeContext(arguments[2]);
     for (std::string go; std::getline(std::cin, go);) {
-      std::cout << "{\"bytes\": " << replay(arguments[1], arguments[2], commands) << "}" << std::endl;
+      std::cout << "{\"bytes\": " << replay(arguments[1], context.get(), commands) << "}" << std::endl;
     }
   } catch (const std::exception& error) {
     std::cerr << "TLSReplay: failed at " << error.what() << "\n";

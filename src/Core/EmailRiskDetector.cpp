@@ -82,14 +82,15 @@ class TermSearch {
 
   /// The rows whose lower-cased terms occur in the text.
   Rows foundIn(std::string_view text) const {
+    static_assert(lookAhead == 3);
     Rows found = 0;
-    Rows beforeLast = 0;  // those that fit up to the byte before the last one
-    Rows last = 0;
+    Rows withFirst = 0;  // whose first byte is the one before
+    Rows withFirstTwo = 0;
     for (std::size_t next = 0; next < text.size(); ++next) {
       const RowsInPlaces& rows = rowsWith_[static_cast<unsigned char>(text[next])];
-      const Rows candidates = beforeLast & rows[2];
-      beforeLast = last & rows[1];
-      last = rows[0];
+      const Rows candidates = withFirstTwo & rows[2];
+      withFirstTwo = withFirst & rows[1];
+      withFirst = rows[0];
       if (candidates != 0) {
         found |= confirmed(candidates & ~found, text.substr(next + 1 - lookAhead));
       }

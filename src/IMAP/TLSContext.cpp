@@ -2,7 +2,9 @@
 
 #include <openssl/err.h>
 #include <openssl/x509.h>
+#include <sys/stat.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <mutex>
@@ -16,28 +18,42 @@ namespace tarnwell {
 namespace {
 
 namespace ssl = boost::asio::ssl;
-using Time = std::filesystem::file_time_type;
-
 std::optional<std::string> environmentValue(const char* name) {
   const char* value = std::getenv(name);
   return value ? std::optional<std::string>(value) : std::nullopt;
 }
 
-Time lastChange(const std::string& path) {
+/// What tells that a file or directory is another one, or holds something else; zeros when it is not there.
+struct Version {
+  std::uint64_t inode = 0;
+  std::int64_t size = 0;
+  std::int64_t statusChange = 0;  // seconds since 1970
+  std::filesystem::file_time_type contentChange = {};
+
+  bool operator==(const Version&) const = default;
+};
+
+Version versionOf(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) < 0) {
+    return {};
+  }
   std::error_code failed;
-  const Time time = std::filesystem::last_write_time(path, failed);
-  return failed ? Time::min() : time;
+  return {status.st_ino, status.st_size, status.st_ctime, std::filesystem::last_write_time(path, failed)};
 }
 
-/// Where OpenSSL looks for trusted certificates, and when these places were last changed.
+/// Where OpenSSL looks for trusted certificates, and what is there.
 struct TrustStore {
   std::optional<std::string> namedFile = environmentValue(X509_get_default_cert_file_env());
+  std::string file = namedFile.value_or(X509_get_default_cert_file());
   std::string directory =
       environmentValue(X509_get_default_cert_dir_env()).value_or(X509_get_default_cert_dir());
-  Time fileTime = lastChange(namedFile.value_or(X509_get_default_cert_file()));
-  Time directoryTime = lastChange(directory);
+  Version fileVersion = versionOf(file);
+  Version directoryVersion = versionOf(directory);
 
   bool operator==(const TrustStore&) const = default;
+  /// False for a list of directories, whose versions are not looked at.
+  bool isOneDirectory() const { return directory.find(':') == std::string::npos; }
 };
 
 bool holdsHashedCertificates(const std::string& directory) {
@@ -52,13 +68,14 @@ bool holdsHashedCertificates(const std::string& directory) {
 }
 
 /// Trusts what OpenSSL would trust by default, but reads the system's bundle (23 ms) only when there is no
-/// hashed directory, which is searched when a certificate is needed and costs nothing before.
-void trust(SSL_CTX* context, const TrustStore& store) {
+/// hashed directory, which is searched when a certificate is needed and costs nothing before. False when a
+/// file could not be read, which only means fewer trusted certificates.
+bool trust(SSL_CTX* context, const TrustStore& store) {
   SSL_CTX_set_default_verify_dir(context);
-  if (store.namedFile || !holdsHashedCertificates(store.directory)) {
-    SSL_CTX_set_default_verify_file(context);
-  }
-  ERR_clear_error();  // a missing file only means fewer trusted certificates
+  const bool needsFile = store.namedFile || !holdsHashedCertificates(store.directory);
+  const bool isComplete = !needsFile || SSL_CTX_load_verify_file(context, store.file.c_str()) == 1;
+  ERR_clear_error();
+  return isComplete;
 }
 
 }  // namespace
@@ -72,15 +89,17 @@ std::shared_ptr<ssl::context> sharedTLSContext() {
   static Shared& shared = *new Shared;  // never destroyed: OpenSSL cleans itself up before that
 
   const std::lock_guard oneAtATime(shared.mutex);
-  if (TrustStore store; !shared.context || store != shared.store) {
-    const auto context = std::make_shared<ssl::context>(ssl::context::tls_client);
-    context->set_verify_mode(ssl::verify_peer);
-    SSL_CTX_set_min_proto_version(context->native_handle(), TLS1_2_VERSION);
-    trust(context->native_handle(), store);
-    shared.context = context;
-    shared.store = std::move(store);
+  TrustStore store;
+  if (shared.context && store == shared.store) {
+    return shared.context;
   }
-  return shared.context;
+  const auto context = std::make_shared<ssl::context>(ssl::context::tls_client);
+  context->set_verify_mode(ssl::verify_peer);
+  SSL_CTX_set_min_proto_version(context->native_handle(), TLS1_2_VERSION);
+  const bool isComplete = trust(context->native_handle(), store);
+  shared.context = isComplete && store.isOneDirectory() ? context : nullptr;
+  shared.store = std::move(store);
+  return context;
 }
 
 }  // namespace tarnwell

@@ -13,9 +13,9 @@
 namespace tarnwell {
 
 /// A client's context: at least TLS 1.2, and a certificate chain that ends in what OpenSSL trusts by default,
-/// or in SSL_CERT_FILE and SSL_CERT_DIR. It is made anew when one of these names another place, or when the
-/// file or the directory was changed since; a file that is rewritten in its place inside of the directory is
-/// not noticed.
+/// or in SSL_CERT_FILE and SSL_CERT_DIR. The next call makes another one when these name other places, when
+/// the file or the directory is not the one that it was, and when something could not be read. A file that is
+/// rewritten in its place inside of the directory is not noticed.
 std::shared_ptr<boost::asio::ssl::context> sharedTLSContext();
 
 }  // namespace tarnwell

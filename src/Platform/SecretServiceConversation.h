@@ -44,10 +44,11 @@ class SecretServiceConversation {
   void goOnUntil(Deadline deadline) { deadline_ = deadline; }
 
   /// The service takes the attributes of a query as the least that an item must have, so that a query for
-  /// the plain place also finds the items of every access group. So the service is asked for the items of
-  /// both places, and those of the other one are dropped here; a query for the plain place that comes right
-  /// after the one for the shared place is answered from what was told then. Locked items are not told apart:
-  /// a keyring that was never unlocked shows hashes of the attributes.
+  /// the plain place also finds the items of every access group. These are dropped here.
+  /// Locked items are not told apart: a keyring that was never unlocked shows hashes of the attributes.
+  ///
+  /// So a query for an access group asks for the items of all places, and one for the plain place that comes
+  /// right behind it is answered from what was told then.
   Matches search(const SecretItemQuery& query);
 
   void handOver(const std::string& item, SecretItems::Receiver& receiver);
@@ -64,20 +65,22 @@ class SecretServiceConversation {
  private:
   struct Properties;
 
-  /// What the service has for an account, in whatever place.
+  /// The items of an account in all places, when all of them are unlocked.
   struct Listing {
     struct Item {
       Matches::Item item;
       std::optional<std::string> accessGroup;
-      bool isLocked;
     };
     SecretItemQuery query;  // without an access group
     std::vector<Item> items;
-    bool hasOthers;  // which are locked
-    Deadline end;    // of its use
+    Deadline end;  // of its use
+
+    Matches matches(const std::optional<std::string>& accessGroup) const;
   };
-  Listing list(const SecretItemQuery& query);
-  /// The paths of the unlocked and of the locked ones.
+  /// Absent when something is locked, or does not tell its attributes.
+  std::optional<Listing> list(const SecretItemQuery& query);
+  Matches ask(const SecretItemQuery& query);
+  /// The paths of the unlocked and of the locked items.
   std::pair<std::vector<std::string>, std::vector<std::string>> searchItems(const SecretItemQuery& query);
 
   BusMessage methodCall(const std::string& path, const char* interface, const char* member);
@@ -92,7 +95,7 @@ class SecretServiceConversation {
   std::string address_;
   Deadline deadline_;
   SessionBus bus_;
-  std::optional<Listing> listing_;  // of the search right before
+  std::optional<Listing> listing_;  // of the query right before
   std::string session_;             // empty before the first secret
   std::optional<TransferKey> key_;  // absent in a session that does not encrypt
 };

@@ -124,41 +124,57 @@ bool SecretServiceConversation::isOpenAt(const std::string& address) {
 }
 
 SecretServiceConversation::Matches SecretServiceConversation::search(const SecretItemQuery& query) {
-  const SecretItemQuery bothPlaces{query.service, query.account, std::nullopt};
-  std::optional<Listing> listing = std::exchange(listing_, std::nullopt);
-  if (query.accessGroup || !listing || listing->query != bothPlaces || Clock::now() >= listing->end) {
-    listing = list(bothPlaces);
+  const std::optional<Listing> before = std::exchange(listing_, std::nullopt);
+  if (query.accessGroup) {
+    listing_ = list({query.service, query.account, std::nullopt});
+    return listing_ ? listing_->matches(query.accessGroup) : ask(query);
   }
+  return before && before->query == query && Clock::now() < before->end ? before->matches(std::nullopt)
+                                                                        : ask(query);
+}
+
+SecretServiceConversation::Matches SecretServiceConversation::Listing::matches(
+    const std::optional<std::string>& accessGroup) const {
   Matches matches;
-  for (const Listing::Item& item : listing->items) {
-    const bool isInPlace = item.accessGroup == query.accessGroup;
-    if (item.isLocked) {
-      matches.hasLocked = matches.hasLocked || isInPlace || !query.accessGroup;
-    } else if (isInPlace) {
+  for (const Item& item : items) {
+    if (item.accessGroup == accessGroup) {
       matches.unlocked.push_back(item.item);
     }
-  }
-  if (listing->hasOthers && (!query.accessGroup || !searchItems(query).second.empty())) {
-    matches.hasLocked = true;
-  }
-  if (query.accessGroup) {
-    listing_ = std::move(listing);
   }
   return matches;
 }
 
-SecretServiceConversation::Listing SecretServiceConversation::list(const SecretItemQuery& query) {
+std::optional<SecretServiceConversation::Listing> SecretServiceConversation::list(
+    const SecretItemQuery& query) {
   constexpr std::chrono::milliseconds use(100);
+  Listing listing{query, {}, Clock::now() + use};
   const auto [unlocked, locked] = searchItems(query);
-  std::vector<Listing::Item> items;
+  for (const std::string& path : unlocked) {
+    const Properties properties = propertiesOf(path, itemInterface);
+    if (properties.isLocked.value_or(true) || !properties.hasAttributes) {
+      return std::nullopt;
+    }
+    listing.items.push_back({{path, properties.modified}, properties.accessGroup});
+  }
+  return locked.empty() ? std::optional(std::move(listing)) : std::nullopt;
+}
+
+SecretServiceConversation::Matches SecretServiceConversation::ask(const SecretItemQuery& query) {
+  const auto [unlocked, locked] = searchItems(query);
+  Matches matches;
+  matches.hasLocked = !locked.empty();
   for (const std::string& path : unlocked) {
     const Properties properties = propertiesOf(path, itemInterface);
     if (!properties.isLocked || !properties.hasAttributes) {
       throw BusError();
     }
-    items.push_back({{path, properties.modified}, properties.accessGroup, *properties.isLocked});
+    if (*properties.isLocked) {
+      matches.hasLocked = true;
+    } else if (query.accessGroup || !properties.accessGroup) {
+      matches.unlocked.push_back({path, properties.modified});
+    }
   }
-  return {query, std::move(items), !locked.empty(), Clock::now() + use};
+  return matches;
 }
 
 std::pair<std::vector<std::string>, std::vector<std::string>> SecretServiceConversation::searchItems(
