@@ -18,6 +18,7 @@ namespace tarnwell {
 namespace {
 
 namespace ssl = boost::asio::ssl;
+
 std::optional<std::string> environmentValue(const char* name) {
   const char* value = std::getenv(name);
   return value ? std::optional<std::string>(value) : std::nullopt;
@@ -93,7 +94,7 @@ std::shared_ptr<ssl::context> sharedTLSContext() {
   if (shared.context && store == shared.store) {
     return shared.context;
   }
-  const auto context = std::make_shared<ssl::context>(ssl::context::tls_client);
+  auto context = std::make_shared<ssl::context>(ssl::context::tls_client);
   context->set_verify_mode(ssl::verify_peer);
   SSL_CTX_set_min_proto_version(context->native_handle(), TLS1_2_VERSION);
   const bool isComplete = trust(context->native_handle(), store);
