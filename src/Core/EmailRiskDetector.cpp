@@ -10,6 +10,7 @@
 
 #include "Platform/ASCIICase.h"
 #include "Platform/Text.h"
+#include "Platform/UTF8.h"
 
 namespace tarnwell {
 
@@ -80,13 +81,14 @@ class TermSearch {
 
   const std::string& lowerTerm(std::size_t row) const { return lowerTerms_[row]; }
 
-  /// The rows whose lower-cased terms occur in the text.
-  Rows foundIn(std::string_view text) const {
+  /// The rows whose lower-cased terms occur in the text and begin before `end`.
+  Rows foundIn(std::string_view text, std::size_t end) const {
     static_assert(lookAhead == 3);
     Rows found = 0;
     Rows withFirst = 0;  // whose first byte is the one before
     Rows withFirstTwo = 0;
-    for (std::size_t next = 0; next < text.size(); ++next) {
+    const std::size_t lastLookAt = end + std::min(text.size(), lookAhead - 1);
+    for (std::size_t next = 0; next < std::min(text.size(), lastLookAt); ++next) {
       const RowsInPlaces& rows = rowsWith_[static_cast<unsigned char>(text[next])];
       const Rows candidates = withFirstTwo & rows[2];
       withFirstTwo = withFirst & rows[1];
@@ -156,22 +158,43 @@ bool isFoundAsWord(const std::string& lowerTerm, std::string_view lowerText) {
   return pattern == nullptr || pattern->isFoundIn(lowerText);
 }
 
-/// Appends the signals of one text. No term stands in the table twice, so that no signal does either.
-void scan(std::string_view text, std::string_view location, std::vector<RiskSignal>& signals) {
+/// The text up to the first code point that lies wholly after `size` bytes, which shows whether a word ends
+/// there.
+std::string_view withNextCodePoint(std::string_view text, std::size_t size) {
+  while (size < text.size() && isContinuationByte(text[size])) {
+    ++size;
+  }
+  if (size >= text.size()) {
+    return text;
+  }
+  nextCodePoint(text, size);
+  return text.substr(0, size);
+}
+
+/// Appends the signals of one text whose terms begin in its first `end` bytes. No term stands in the table
+/// twice, so that no signal does either.
+void scan(std::string_view text, std::size_t end, std::string_view location,
+          std::vector<RiskSignal>& signals) {
   if (text.empty()) {
     return;
   }
   const std::string lowerText = lowercased(text);
-  const Rows substrings = termSearch().foundIn(lowerText);
+  const std::size_t lowerEnd = end < text.size() ? lowercased(text.substr(0, end)).size() : lowerText.size();
+  const Rows substrings = termSearch().foundIn(lowerText, lowerEnd);
   for (std::size_t row = 0; row < std::size(keywordTable); ++row) {
     if ((substrings & bitOf(row)) == 0) {
       continue;
     }
     const std::string& lowerTerm = termSearch().lowerTerm(row);
-    if (!keywordTable[row].wordBoundary || isFoundAsWord(lowerTerm, lowerText)) {
+    if (!keywordTable[row].wordBoundary ||
+        isFoundAsWord(lowerTerm, withNextCodePoint(lowerText, lowerEnd + lowerTerm.size() - 1))) {
       signals.push_back({std::string(keywordTable[row].category), lowerTerm, std::string(location)});
     }
   }
+}
+
+void scan(std::string_view text, std::string_view location, std::vector<RiskSignal>& signals) {
+  scan(text, text.size(), location, signals);
 }
 
 }  // namespace
@@ -228,17 +251,12 @@ RiskAssessment EmailRiskDetector::assess(const Input& input) const {
   return assessment;
 }
 
-std::span<const Keyword> EmailRiskDetector::keywords() const { return keywordTable; }
-
-std::size_t EmailRiskDetector::longestTerm() const {
-  static const std::size_t longest = [] {
-    std::size_t length = 0;
-    for (const Keyword& keyword : keywordTable) {
-      length = std::max(length, characterCount(keyword.term));
-    }
-    return length;
-  }();
-  return longest;
+RiskAssessment EmailRiskDetector::assessPassage(std::string_view text, std::size_t end) const {
+  RiskAssessment assessment;
+  scan(text, end, "body", assessment.signals);
+  return assessment;
 }
+
+std::span<const Keyword> EmailRiskDetector::keywords() const { return keywordTable; }
 
 }  // namespace tarnwell

@@ -76,10 +76,11 @@ class EmailRiskDetector {
 
   RiskAssessment assess(const Input& input) const;
 
-  std::span<const Keyword> keywords() const;
+  /// The signals of keywords that begin in the first `end` bytes of a text from a body. What follows is
+  /// looked at only to complete a keyword that begins before.
+  RiskAssessment assessPassage(std::string_view text, std::size_t end) const;
 
-  /// The length of the longest keyword in user-perceived characters.
-  std::size_t longestTerm() const;
+  std::span<const Keyword> keywords() const;
 
   std::size_t bodyScanPrefix() const { return bodyScanPrefix_; }
 

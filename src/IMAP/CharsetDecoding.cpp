@@ -60,13 +60,17 @@ Charset stringEncoding(std::optional<std::string_view> name) {
   return Charset::named(lowerName).value_or(Charset::utf8);
 }
 
-std::string decodeCharset(std::string_view bytes, std::optional<std::string_view> charset) {
-  for (const Charset& candidate : {stringEncoding(charset), Charset::utf8, Charset::latin1}) {
+DecodedText decodeWithFallback(std::string_view bytes, const Charset& named) {
+  for (const Charset& candidate : {named, Charset::utf8}) {
     if (std::optional<std::string> text = convertToUTF8(bytes, candidate)) {
-      return *std::move(text);
+      return {*std::move(text), candidate};
     }
   }
-  return {};
+  return {convertToUTF8(bytes, Charset::latin1).value_or(""), Charset::latin1};
+}
+
+std::string decodeCharset(std::string_view bytes, std::optional<std::string_view> charset) {
+  return decodeWithFallback(bytes, stringEncoding(charset)).text;
 }
 
 }  // namespace tarnwell::IMAPParser

@@ -1,5 +1,5 @@
+#include "IMAP/EncodedWord.h"
 #include "IMAP/TextDecoding.h"
-
 #include "Platform/Text.h"
 
 namespace tarnwell::IMAPParser {
@@ -7,14 +7,6 @@ namespace tarnwell::IMAPParser {
 namespace {
 
 constexpr auto nowhere = std::string_view::npos;
-
-/// "=?charset?B or Q?text?=" (RFC 2047, section 2) as views into the field.
-struct EncodedWord {
-  std::string_view charset;
-  bool isBase64 = false;
-  std::string_view text;
-  std::size_t end = 0;
-};
 
 /// The encoded word that begins at `start`, where "=?" stands. A word reaches over at most three more
 /// question marks, so that reading from every "=?" of a field stays linear.
@@ -35,21 +27,29 @@ std::optional<EncodedWord> encodedWordAt(std::string_view field, std::size_t sta
   if (textEnd == nowhere || textEnd + 1 == field.size() || field[textEnd + 1] != '=') {
     return std::nullopt;
   }
-  return EncodedWord{.charset = field.substr(charsetStart, charsetEnd - charsetStart),
+  return EncodedWord{.start = start,
+                     .charset = field.substr(charsetStart, charsetEnd - charsetStart),
                      .isBase64 = isBase64,
                      .text = field.substr(textStart, textEnd - textStart),
                      .end = textEnd + 2};
 }
 
-std::string decodeEncodedWord(const EncodedWord& word) {
-  if (!word.isBase64) {
-    return decodeCharset(decodeQuotedPrintable(word.text, Underscore::isSpace), word.charset);
+}  // namespace
+
+std::optional<EncodedWord> nextEncodedWord(std::string_view field, std::size_t position) {
+  for (std::size_t start = field.find("=?", position); start != nowhere;
+       start = field.find("=?", start + 1)) {
+    if (const std::optional<EncodedWord> word = encodedWordAt(field, start)) {
+      return word;
+    }
   }
-  const std::optional<std::string> bytes = decodeBase64(word.text);
-  return decodeCharset(bytes ? std::string_view(*bytes) : word.text, word.charset);
+  return std::nullopt;
 }
 
-}  // namespace
+std::string bytesOf(const EncodedWord& word) {
+  return word.isBase64 ? decodeBase64(word.text).value_or(std::string(word.text))
+                       : decodeQuotedPrintable(word.text, Underscore::isSpace);
+}
 
 std::optional<std::string> decodeRFC2047(std::optional<std::string_view> text) {
   if (!text) {
@@ -58,21 +58,14 @@ std::optional<std::string> decodeRFC2047(std::optional<std::string_view> text) {
   const std::string_view field = *text;
   std::string decoded;
   std::size_t copied = 0;
-  bool isBehindWord = false;
-  for (std::size_t start = field.find("=?"); start != nowhere;) {
-    const std::optional<EncodedWord> word = encodedWordAt(field, start);
-    if (!word) {
-      start = field.find("=?", start + 1);
-      continue;
-    }
-    const std::string_view between = field.substr(copied, start - copied);
-    if (!isBehindWord || !trimmed(between).empty()) {
+  while (const std::optional<EncodedWord> word = nextEncodedWord(field, copied)) {
+    const std::string_view between = field.substr(copied, word->start - copied);
+    const bool isAfterWord = copied > 0;
+    if (!isAfterWord || !trimmed(between).empty()) {
       decoded += between;
     }
-    decoded += decodeEncodedWord(*word);
-    isBehindWord = true;
+    decoded += decodeCharset(bytesOf(*word), word->charset);
     copied = word->end;
-    start = field.find("=?", copied);
   }
   decoded += field.substr(copied);
   return decoded;

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "IMAP/IMAPParser.h"
+#include "IMAP/Readings.h"
 #include "IMAP/TextDecoding.h"
 #include "IMAP/TokenReading.h"
 
@@ -32,6 +33,11 @@ std::vector<IMAPAddress> addressesOf(const std::optional<IMAPToken>& token) {
   return addresses;
 }
 
+std::vector<std::string> readingsOf(const std::optional<IMAPToken>& token) {
+  const std::optional<std::string> bytes = token ? token->bytes() : std::nullopt;
+  return bytes ? IMAPParser::headerReadings(*bytes) : std::vector<std::string>();
+}
+
 }  // namespace
 
 /// RFC 3501, section 9: envelope = "(" env-date SP env-subject SP env-from SP env-sender SP
@@ -51,6 +57,18 @@ IMAPEnvelope IMAPParser::parseEnvelope(IMAPTokenList elements) {
       .inReplyTo = textOf(fields.next()),
       .messageID = textOf(fields.next()),
   };
+}
+
+HeaderReadings IMAPParser::parseHeaderReadings(IMAPTokenList elements) {
+  ElementReader fields(elements);
+  fields.next();  // the date
+  HeaderReadings readings;
+  readings.subject = readingsOf(fields.next());
+  const IMAPTokenList senders = listOf(fields.next());
+  if (!senders.empty()) {
+    readings.sender = readingsOf((*senders.begin()).list()[0]);
+  }
+  return readings;
 }
 
 }  // namespace tarnwell

@@ -47,6 +47,7 @@ class MessageReader {
       message_.flags = textsOf(list);
     } else if (name.textEquals("ENVELOPE")) {
       message_.envelope = IMAPParser::parseEnvelope(list);
+      message_.headerReadings = IMAPParser::parseHeaderReadings(list);
     } else if (name.textEquals("BODYSTRUCTURE") || name.textEquals("BODY")) {
       message_.bodyInfo = IMAPParser::parseBodyStructure(list);
     }

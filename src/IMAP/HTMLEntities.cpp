@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 
 #include "IMAP/HexDigits.h"
 #include "IMAP/TextReplacement.h"
@@ -32,6 +33,37 @@ constexpr NamedEntity namedEntities[] = {
     {"&reg;", "\u00AE"},
 };
 
+/// The blank and invisible ones among the others (HTML, section 13.5); two are known without a semicolon too.
+constexpr NamedEntity blankEntities[] = {
+    {"&ensp;", " "},
+    {"&emsp;", " "},
+    {"&emsp13;", " "},
+    {"&emsp14;", " "},
+    {"&numsp;", " "},
+    {"&puncsp;", " "},
+    {"&thinsp;", " "},
+    {"&ThinSpace;", " "},
+    {"&hairsp;", " "},
+    {"&VeryThinSpace;", " "},
+    {"&MediumSpace;", " "},
+    {"&NonBreakingSpace;", " "},
+    {"&Tab;", " "},
+    {"&NewLine;", " "},
+    {"&nbsp", " "},
+    {"&shy;", ""},
+    {"&shy", ""},
+    {"&zwnj;", ""},
+    {"&zwj;", ""},
+    {"&lrm;", ""},
+    {"&rlm;", ""},
+    {"&NoBreak;", ""},
+    {"&ZeroWidthSpace;", ""},
+    {"&NegativeVeryThinSpace;", ""},
+    {"&NegativeThinSpace;", ""},
+    {"&NegativeMediumSpace;", ""},
+    {"&NegativeThickSpace;", ""},
+};
+
 /// "&#(x?[0-9A-Fa-f]+);": where it ends, and the scalar value it names. A reference without a value is
 /// text like any other: hexadecimal digits without the x, a surrogate, or a number that is too large.
 struct NumericReference {
@@ -39,13 +71,17 @@ struct NumericReference {
   std::optional<char32_t> value;
 };
 
-std::optional<NumericReference> numericReferenceAt(std::string_view text, std::size_t start) {
+enum class Grammar { exact, asInBrowsers };
+
+std::optional<NumericReference> numericReferenceAt(std::string_view text, std::size_t start,
+                                                   Grammar grammar) {
   if (!text.substr(start).starts_with("&#")) {
     return std::nullopt;
   }
   std::size_t position = start + 2;
-  // Deliberate: "&#X41;" with a capital X is no reference.
-  const bool isHexadecimal = text.substr(position).starts_with('x');
+  // Deliberate: "&#X41;" with a capital X is no reference in the text that tools return.
+  const bool isHexadecimal = text.substr(position).starts_with('x') ||
+                             (grammar == Grammar::asInBrowsers && text.substr(position).starts_with('X'));
   if (isHexadecimal) {
     ++position;
   }
@@ -56,15 +92,19 @@ std::optional<NumericReference> numericReferenceAt(std::string_view text, std::s
   bool isNumber = true;
   for (; position < text.size() && hexDigitValue(text[position]) >= 0; ++position) {
     const int digit = hexDigitValue(text[position]);
+    if (grammar == Grammar::asInBrowsers && digit >= radix) {
+      break;
+    }
     isNumber = isNumber && digit < radix;
     if (value < tooLarge) {
       value = value * static_cast<unsigned>(radix) + static_cast<unsigned>(digit);
     }
   }
-  if (position == digitsStart || !text.substr(position).starts_with(';')) {
+  const bool isEnded = text.substr(position).starts_with(';');
+  if (position == digitsStart || (!isEnded && grammar == Grammar::exact)) {
     return std::nullopt;
   }
-  NumericReference reference{.end = position + 1, .value = std::nullopt};
+  NumericReference reference{.end = position + (isEnded ? 1 : 0), .value = std::nullopt};
   const bool isSurrogate = value >= 0xD800 && value <= 0xDFFF;
   if (isNumber && value < tooLarge && !isSurrogate) {
     reference.value = static_cast<char32_t>(value);
@@ -73,14 +113,15 @@ std::optional<NumericReference> numericReferenceAt(std::string_view text, std::s
 }
 
 /// Replaces the reference at `start`, if there is one, and tells where to go on.
-std::size_t replaceReference(std::string_view text, std::size_t start, TextReplacement& replacement) {
-  for (const NamedEntity& named : namedEntities) {
+std::size_t replaceReference(std::string_view text, std::size_t start, TextReplacement& replacement,
+                             std::span<const NamedEntity> entities, Grammar grammar) {
+  for (const NamedEntity& named : entities) {
     if (text.substr(start).starts_with(named.entity)) {
       replacement.replace(start, start + named.entity.size(), named.character);
       return start + named.entity.size();
     }
   }
-  const std::optional<NumericReference> numeric = numericReferenceAt(text, start);
+  const std::optional<NumericReference> numeric = numericReferenceAt(text, start, grammar);
   if (!numeric) {
     return start + 1;
   }
@@ -90,6 +131,15 @@ std::size_t replaceReference(std::string_view text, std::size_t start, TextRepla
     replacement.replace(start, numeric->end, character);
   }
   return numeric->end;
+}
+
+void replaceReferences(std::string& text, std::span<const NamedEntity> entities, Grammar grammar) {
+  const std::string_view encoded = text;
+  TextReplacement decoded(text);
+  for (std::size_t start = encoded.find('&'); start != nowhere;) {
+    start = encoded.find('&', replaceReference(encoded, start, decoded, entities, grammar));
+  }
+  decoded.finish();
 }
 
 }  // namespace
@@ -106,12 +156,11 @@ void decodeHTMLEntities(std::string& text) {
     unescaped.replace(start, start + ampersand.size(), "&");
   }
   unescaped.finish();
-  const std::string_view once = text;
-  TextReplacement decoded(text);
-  for (std::size_t start = once.find('&'); start != nowhere;) {
-    start = once.find('&', replaceReference(once, start, decoded));
-  }
-  decoded.finish();
+  replaceReferences(text, namedEntities, Grammar::exact);
+}
+
+void decodeRemainingHTMLEntities(std::string& text) {
+  replaceReferences(text, blankEntities, Grammar::asInBrowsers);
 }
 
 }  // namespace tarnwell::IMAPParser

@@ -15,4 +15,8 @@ namespace tarnwell::IMAPParser {
 /// Decodes them where the text lies; any other reference stays as it stands. Linear in the text.
 void decodeHTMLEntities(std::string& text);
 
+/// Decodes what a mail program decodes beyond that, as far as it can hide a word: references to blanks and to
+/// invisible characters, and numeric ones with a capital X or without a semicolon.
+void decodeRemainingHTMLEntities(std::string& text);
+
 }  // namespace tarnwell::IMAPParser

@@ -1,9 +1,12 @@
 // HTML as plain text, in passes of which each has the exact meaning of one regular expression. A pass
 // remembers a search that found nothing, so that no search is repeated for each opening "<".
 
-#include "IMAP/TextDecoding.h"
+#include "IMAP/HTMLToText.h"
+
+#include <algorithm>
 
 #include "IMAP/HTMLEntities.h"
+#include "IMAP/TextDecoding.h"
 #include "IMAP/TextReplacement.h"
 #include "Platform/ASCIICase.h"
 #include "Platform/Text.h"
@@ -132,8 +135,29 @@ void breakLines(std::string& text) {
   replacement.finish();
 }
 
-/// Every "<[^>]+>" as one space.
-void removeTags(std::string& text) {
+/// A noncharacter (Unicode 15, section 23.7): mail has no use for it. No longer than the shortest tag.
+constexpr std::string_view inlineMark = "\uFDD0";
+
+/// The elements that begin or end a line, a cell or a control. All others flow with the text around them.
+bool takesRoom(std::string_view tag) {
+  static constexpr std::string_view names[] = {
+      "address",  "article", "aside", "blockquote", "body",    "br",       "button",     "caption", "center",
+      "dd",       "dir",     "div",   "dl",         "dt",      "fieldset", "figcaption", "figure",  "footer",
+      "form",     "h1",      "h2",    "h3",         "h4",      "h5",       "h6",         "header",  "hr",
+      "html",     "iframe",  "img",   "input",      "legend",  "li",       "main",       "menu",    "nav",
+      "ol",       "option",  "p",     "pre",        "section", "select",   "table",      "tbody",   "td",
+      "textarea", "tfoot",   "th",    "thead",      "title",   "tr",       "ul",         "video"};
+  tag.remove_prefix(tag.starts_with("</") ? 2 : 1);
+  const auto nameEnd = std::ranges::find_if_not(tag, isASCIILetterOrDigit);
+  const std::string_view name = tag.substr(0, static_cast<std::size_t>(nameEnd - tag.begin()));
+  return std::ranges::any_of(names,
+                             [name](std::string_view known) { return equalsIgnoringASCIICase(name, known); });
+}
+
+enum class InlineTags { becomeSpaces, becomeMarks };
+
+/// Every "<[^>]+>" as one space, or as a mark.
+void removeTags(std::string& text, InlineTags inlineTags) {
   const std::string_view html = text;
   TextReplacement replacement(text);
   for (std::size_t start = html.find('<'); start != nowhere;) {
@@ -143,22 +167,38 @@ void removeTags(std::string& text) {
     }
     const bool isEmpty = end == start + 1;
     if (!isEmpty) {
-      replacement.replace(start, end + 1, " ");
+      const bool isMarked =
+          inlineTags == InlineTags::becomeMarks && !takesRoom(html.substr(start, end - start));
+      replacement.replace(start, end + 1, isMarked ? inlineMark : " ");
     }
     start = html.find('<', end + 1);
   }
   replacement.finish();
 }
 
-}  // namespace
-
-void reduceHTMLToText(std::string& html) {
+void reduce(std::string& html, InlineTags inlineTags) {
   for (const std::string_view name : {"script", "style", "head"}) {
     removeElement(html, name);
   }
   breakLines(html);
-  removeTags(html);
+  removeTags(html, inlineTags);
   decodeHTMLEntities(html);
+}
+
+}  // namespace
+
+void reduceHTMLToText(std::string& html) { reduce(html, InlineTags::becomeSpaces); }
+
+void reduceHTMLToMarkedText(std::string& html) { reduce(html, InlineTags::becomeMarks); }
+
+std::string withoutInlineMarks(std::string_view markedText) {
+  std::string text;
+  for (std::size_t position = 0; position < markedText.size();) {
+    const std::size_t mark = std::min(markedText.find(inlineMark, position), markedText.size());
+    text += markedText.substr(position, mark - position);
+    position = mark + inlineMark.size();
+  }
+  return text;
 }
 
 std::string htmlToText(std::string_view html) {

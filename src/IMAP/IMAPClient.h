@@ -34,6 +34,7 @@
 #include "IMAP/IMAPParser.h"
 #include "IMAP/IMAPSearchCriteria.h"
 #include "IMAP/MoveOutcome.h"
+#include "IMAP/Readings.h"
 
 namespace tarnwell {
 
@@ -78,8 +79,8 @@ class IMAPClient {
     std::string text;
     /// The message has a text part, and it is not empty.
     bool hadBody = false;
-
-    bool operator==(const BodyText&) const = default;
+    /// What the text was made of.
+    IMAPParser::BodySource source;
   };
 
   /// The readable text of a message, left unread. Throws `unexpectedResponse` for an unknown UID.

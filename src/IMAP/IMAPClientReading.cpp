@@ -34,11 +34,12 @@ IMAPClient::BodyText bodyText(const IMAPTextPart& part, std::optional<std::strin
   if (!body || body->empty()) {
     return {};
   }
-  std::string text = IMAPParser::decodeText(*std::move(body), part.encoding, part.charset);
+  IMAPParser::DecodedPart decoded = IMAPParser::decodePart(*std::move(body), part.encoding, part.charset);
+  decoded.source.isHTML = part.isHTML;
   if (part.isHTML) {
-    IMAPParser::reduceHTMLToText(text);
+    IMAPParser::reduceHTMLToText(decoded.text);
   }
-  return {std::move(text), true};
+  return {std::move(decoded.text), true, std::move(decoded.source)};
 }
 
 }  // namespace

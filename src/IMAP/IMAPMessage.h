@@ -76,6 +76,14 @@ struct IMAPBodyInfo {
   bool operator==(const IMAPBodyInfo&) const = default;
 };
 
+/// What a mail program may show in the place of a subject and a sender; for the detector alone.
+struct HeaderReadings {
+  std::vector<std::string> subject;
+  std::vector<std::string> sender;
+
+  bool operator==(const HeaderReadings&) const = default;
+};
+
 struct IMAPMessage {
   std::uint32_t uid = 0;
   /// As the server sent them.
@@ -84,6 +92,7 @@ struct IMAPMessage {
   std::optional<std::string> internalDate;
   IMAPEnvelope envelope;
   IMAPBodyInfo bodyInfo;
+  HeaderReadings headerReadings;
 
   /// No flag is \Seen, in any letter case.
   bool isUnread() const;

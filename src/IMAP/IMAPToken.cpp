@@ -46,6 +46,21 @@ std::optional<std::string> IMAPToken::text() const {
   return std::nullopt;
 }
 
+std::optional<std::string> IMAPToken::bytes() const {
+  const IMAPTokens::Entry& entry = tokens_->tape_[index_];
+  switch (entry.form()) {
+    case IMAPTokens::Form::atom:
+    case IMAPTokens::Form::string:
+      return std::string(tokens_->bytes(entry));
+    case IMAPTokens::Form::escapedString:
+      return withoutEscapes(tokens_->bytes(entry));
+    case IMAPTokens::Form::list:
+    case IMAPTokens::Form::nilToken:
+      break;
+  }
+  return std::nullopt;
+}
+
 bool IMAPToken::escapedTextEquals(std::string_view word) const {
   const IMAPTokens::Entry& entry = tokens_->tape_[index_];
   return equalsIgnoringASCIICase(withoutEscapes(tokens_->bytes(entry)), word);

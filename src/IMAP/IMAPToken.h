@@ -44,6 +44,9 @@ class IMAPToken {
   /// and for NIL.
   std::optional<std::string> text() const;
 
+  /// The bytes of an atom or a string as sent, escapes undone. Absent for a list and for NIL.
+  std::optional<std::string> bytes() const;
+
   /// True when there is a text and it is `word`, without regard to ASCII letter case. `word` is ASCII, as
   /// the words of the protocol are.
   bool textEquals(std::string_view word) const;

@@ -106,4 +106,27 @@ Snippet snippet(std::string_view text, std::int64_t maxChars) {
   }
 }
 
+std::size_t snippetSourceLength(std::string_view text, std::int64_t maxChars) {
+  const Snippet wanted = snippet(text, maxChars);
+  constexpr std::string_view ellipsis = "…";
+  const std::size_t size = wanted.text.size() - (wanted.truncated ? ellipsis.size() : 0);
+  std::size_t written = 0;
+  std::size_t end = 0;
+  bool isAfterSpace = false;
+  std::string character;
+  for (std::size_t position = 0; position < text.size() && written < size;) {
+    const char32_t codePoint = nextCodePoint(text, position);
+    if (isWhitespace(codePoint)) {
+      isAfterSpace = written > 0;
+      continue;
+    }
+    character.clear();
+    appendCodePoint(character, codePoint);
+    written += character.size() + (isAfterSpace ? 1 : 0);
+    isAfterSpace = false;
+    end = position;
+  }
+  return end;
+}
+
 }  // namespace tarnwell::IMAPParser

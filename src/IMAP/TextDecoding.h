@@ -18,6 +18,7 @@
 #include <string>
 #include <string_view>
 
+#include "IMAP/Readings.h"
 #include "Platform/Charsets.h"
 
 namespace tarnwell::IMAPParser {
@@ -28,8 +29,22 @@ namespace tarnwell::IMAPParser {
 /// free again as soon as its encoding is undone.
 std::string decodeText(std::string body, std::string_view encoding, std::optional<std::string_view> charset);
 
+/// The same, with the beginning of what the text was made of; `source.isHTML` is the caller's to set.
+struct DecodedPart {
+  std::string text;
+  BodySource source;
+};
+DecodedPart decodePart(std::string body, std::string_view encoding, std::optional<std::string_view> charset);
+
 /// The bytes in the named charset; when that does not succeed as a whole UTF-8, then ISO 8859-1.
 std::string decodeCharset(std::string_view bytes, std::optional<std::string_view> charset);
+
+/// The same, told which charset it was.
+struct DecodedText {
+  std::string text;
+  Charset charset;
+};
+DecodedText decodeWithFallback(std::string_view bytes, const Charset& named);
 
 /// The charset for a name found in mail. The common names are fixed, any other is looked up in the IANA
 /// registry; an absent or unknown name means UTF-8.
@@ -70,5 +85,8 @@ struct Snippet {
 /// characters; a negative number acts as 0. A cut text ends in "…", which is not counted. Of a long text
 /// only as much is read as the preview needs.
 Snippet snippet(std::string_view text, std::int64_t maxChars);
+
+/// How many bytes from the beginning of the text the snippet of `maxChars` characters is made of.
+std::size_t snippetSourceLength(std::string_view text, std::int64_t maxChars);
 
 }  // namespace tarnwell::IMAPParser

@@ -7,6 +7,7 @@
 
 #include "IMAP/HexDigits.h"
 #include "Platform/Text.h"
+#include "Platform/UTF8.h"
 
 namespace tarnwell::IMAPParser {
 
@@ -176,6 +177,10 @@ std::string decodeQuotedPrintable(std::string_view bytes, Underscore underscore)
 }
 
 std::string decodeText(std::string body, std::string_view encoding, std::optional<std::string_view> charset) {
+  return decodePart(std::move(body), encoding, charset).text;
+}
+
+DecodedPart decodePart(std::string body, std::string_view encoding, std::optional<std::string_view> charset) {
   const std::string name = lowercased(encoding);
   if (name == "quoted-printable") {
     body = decodeQuotedPrintable(body, Underscore::isUnderscore);
@@ -183,10 +188,19 @@ std::string decodeText(std::string body, std::string_view encoding, std::optiona
     decodeBase64InPlace(body);  // which leaves what is not base64
   }
   const Charset named = stringEncoding(charset);
+  DecodedPart part;
+  part.source.bytes = bytePrefix(body, mostBytesForReadings);
+  part.source.named = named;
+  part.source.used = named;
   if ((named == Charset::utf8 || named == Charset::ascii) && isValidUTF8(body)) {
-    return body;  // not copied: it may have tens of megabytes
+    part.source.used = Charset::utf8;
+    part.text = std::move(body);  // not copied: it may have tens of megabytes
+    return part;
   }
-  return decodeCharset(body, charset);
+  DecodedText decoded = decodeWithFallback(body, named);
+  part.source.used = decoded.charset;
+  part.text = std::move(decoded.text);
+  return part;
 }
 
 }  // namespace tarnwell::IMAPParser

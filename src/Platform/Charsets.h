@@ -23,6 +23,7 @@
 ///
 /// Threads: all functions may run at the same time on any thread.
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,5 +53,12 @@ class Charset {
 
 /// The bytes as UTF-8; absent when any of them is not valid in the charset.
 std::optional<std::string> convertToUTF8(std::string_view bytes, const Charset& charset);
+
+/// The bytes as UTF-8, with U+FFFD for what is not valid in the charset.
+std::string convertLeniently(std::string_view bytes, const Charset& charset);
+
+/// How many bytes the first `codePoints` code points of `convertLeniently` are made of; all of them when it
+/// has no more. An escape sequence counts with the code point after it.
+std::size_t sourceLength(std::string_view bytes, const Charset& charset, std::size_t codePoints);
 
 }  // namespace tarnwell

@@ -32,10 +32,16 @@ struct CloseConverter {
 };
 using Converter = std::unique_ptr<UConverter, CloseConverter>;
 
+/// A converter that writes U+FFFD for what it cannot convert, or null.
+Converter openLeniently(const char* name) {
+  UErrorCode status = U_ZERO_ERROR;
+  return Converter(ucnv_open(name, &status));
+}
+
 /// A converter that stops at the first thing it cannot convert, or null.
 Converter openStrictly(const char* name) {
   UErrorCode status = U_ZERO_ERROR;
-  Converter converter(ucnv_open(name, &status));
+  Converter converter = openLeniently(name);
   if (!converter) {
     return nullptr;
   }
@@ -44,8 +50,9 @@ Converter openStrictly(const char* name) {
   return U_SUCCESS(status) ? std::move(converter) : nullptr;
 }
 
-std::optional<std::string> convertWith(const char* converterName, std::string_view bytes) {
-  const Converter source = openStrictly(converterName);
+std::optional<std::string> convertWith(const char* converterName, std::string_view bytes,
+                                       Converter (*open)(const char*) = openStrictly) {
+  const Converter source = open(converterName);
   const Converter target = openStrictly("UTF-8");
   if (!source || !target) {
     return std::nullopt;
@@ -204,6 +211,39 @@ std::optional<std::string> convertToUTF8(std::string_view bytes, const Charset& 
     restoreControlCharacters(*text);
   }
   return text;
+}
+
+std::string convertLeniently(std::string_view bytes, const Charset& charset) {
+  if (std::optional<std::string> text = convertToUTF8(bytes, charset)) {
+    return *std::move(text);
+  }
+  if (charset == Charset::utf8 || charset == Charset::ascii) {
+    return repairedUTF8(bytes);
+  }
+  return convertWith(std::string(charset.name()).c_str(), bytes, openLeniently).value_or("");
+}
+
+std::size_t sourceLength(std::string_view bytes, const Charset& charset, std::size_t codePoints) {
+  if (charset == Charset::latin1) {
+    return std::min(bytes.size(), codePoints);
+  }
+  if (charset == Charset::utf8 || charset == Charset::ascii) {
+    std::size_t position = 0;
+    for (; codePoints > 0 && position < bytes.size(); --codePoints) {
+      nextCodePoint(bytes, position);
+    }
+    return position;
+  }
+  const Converter converter = openLeniently(std::string(charset.name()).c_str());
+  const char* next = bytes.data();
+  const char* const end = next + bytes.size();
+  for (UErrorCode status = U_ZERO_ERROR; converter && codePoints > 0 && next < end; --codePoints) {
+    ucnv_getNextUChar(converter.get(), &next, end, &status);
+    if (U_FAILURE(status)) {
+      return bytes.size();
+    }
+  }
+  return static_cast<std::size_t>(next - bytes.data());
 }
 
 }  // namespace tarnwell

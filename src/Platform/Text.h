@@ -31,6 +31,12 @@ std::string uppercased(std::string_view text);
 /// Full Unicode case folding: what differs in letter case alone becomes equal.
 std::string caseFolded(std::string_view text);
 
+/// A text for a scanner that looks for words: what looks alike to a reader becomes equal. NFKC with case
+/// folding (Unicode 15, section 3.13) makes full-width letters plain ones; invisible characters
+/// (Default_Ignorable_Code_Point) go; white space collapses to single blanks and is trimmed. A line end
+/// between two wide characters goes too: Japanese is wrapped in the middle of its words.
+std::string foldedForScanning(std::string_view text);
+
 /// Number of user-perceived characters: extended grapheme clusters of Unicode Standard Annex #29.
 /// CR LF is one character.
 std::size_t characterCount(std::string_view text);

@@ -68,9 +68,10 @@ ToolCallResult MCPTools::proposeInboxCleanup(const JSONValue& arguments) const {
     const std::vector<IMAPMessage> messages =
         client.fetchMessages(client.searchInbox({}, static_cast<std::size_t>(limit)));
     JSONArray items(messages.size());
-    screen.fetchBodies(client, messages, previewMaxChars, [&](std::size_t index, const ScreenedBody& body) {
-      items[index] = itemJSON(messages[index], preview(body), categories);
-    });
+    screen.fetchBodies(client, messages, {Leaving::Form::asPreview, previewMaxChars},
+                       [&](std::size_t index, const ScreenedBody& body) {
+                         items[index] = itemJSON(messages[index], preview(body), categories);
+                       });
     const auto count = static_cast<std::int64_t>(items.size());
     return ToolCallResult{JSONObject{
         {"count", count},

@@ -4,20 +4,37 @@
 #include <utility>
 #include <vector>
 
+#include "IMAP/Readings.h"
 #include "IMAP/TextDecoding.h"
 #include "MCP/Tools/MessageJSON.h"
+#include "Platform/Text.h"
 
 namespace tarnwell {
 
-ScreenedBody MailScreen::fetchBody(IMAPClient& client, const IMAPMessage& message,
-                                   std::int64_t maxChars) const {
+namespace {
+
+std::size_t scanLimit(Leaving leaving) {
+  return static_cast<std::size_t>(std::max<std::int64_t>(leaving.maxChars, 0));
+}
+
+/// How many bytes of the text leave.
+std::size_t leavingBytes(std::string_view text, Leaving leaving) {
+  if (leaving.form == Leaving::Form::asItStands) {
+    return characterPrefix(text, scanLimit(leaving)).size();
+  }
+  return IMAPParser::snippetSourceLength(text, leaving.maxChars);
+}
+
+}  // namespace
+
+ScreenedBody MailScreen::fetchBody(IMAPClient& client, const IMAPMessage& message, Leaving leaving) const {
   ScreenedBody only;
-  fetchBodies(client, {&message, 1}, maxChars,
+  fetchBodies(client, {&message, 1}, leaving,
               [&only](std::size_t, ScreenedBody body) { only = std::move(body); });
   return only;
 }
 
-void MailScreen::fetchBodies(IMAPClient& client, std::span<const IMAPMessage> messages, std::int64_t maxChars,
+void MailScreen::fetchBodies(IMAPClient& client, std::span<const IMAPMessage> messages, Leaving leaving,
                              const BodyUser& use) const {
   std::vector<const IMAPMessage*> readable;
   for (std::size_t i = 0; i < messages.size(); ++i) {
@@ -29,46 +46,69 @@ void MailScreen::fetchBodies(IMAPClient& client, std::span<const IMAPMessage> me
     }
   }
   client.fetchBodyTexts(readable, [&](const IMAPMessage& message, IMAPClient::BodyText body) {
-    use(static_cast<std::size_t>(&message - messages.data()),
-        screened(message, std::move(body.text), maxChars));
+    use(static_cast<std::size_t>(&message - messages.data()), screened(message, std::move(body), leaving));
   });
 }
 
-ScreenedBody MailScreen::screened(const IMAPMessage& message, std::string text, std::int64_t maxChars) const {
-  RiskAssessment whole = assessBody(message, text, maxChars);
+ScreenedBody MailScreen::screened(const IMAPMessage& message, IMAPClient::BodyText body,
+                                  Leaving leaving) const {
+  RiskAssessment whole = assessBody(message, body, leaving);
   if (withholds(whole)) {
     return {std::move(whole), true, {}};
   }
-  return {std::move(whole), false, std::move(text)};
+  return {std::move(whole), false, std::move(body.text)};
 }
 
 RiskAssessment MailScreen::assessHeader(const IMAPMessage& message) const {
-  return assess(message, std::nullopt, 0);
+  const std::optional<std::string> sender = senderText(message);
+  RiskAssessment asItStands = detector_.assess({.subject = message.envelope.subject, .from = sender});
+  return asItStands.shouldBlockBody() ? asItStands : assessOtherReadings(message);
 }
 
 bool MailScreen::withholds(const RiskAssessment& assessment) const {
   return isBlocking_ && assessment.shouldBlockBody();
 }
 
-RiskAssessment MailScreen::assessBody(const IMAPMessage& message, std::string_view body,
-                                      std::int64_t maxChars) const {
-  RiskAssessment asItStands = assess(message, body, maxChars);
-  if (!isBlocking_ || asItStands.shouldBlockBody()) {
+RiskAssessment MailScreen::assessBody(const IMAPMessage& message, const IMAPClient::BodyText& body,
+                                      Leaving leaving) const {
+  const std::optional<std::string> sender = senderText(message);
+  EmailRiskDetector::Input input{.subject = message.envelope.subject, .from = sender};
+  if (leaving.form != Leaving::Form::asPreview) {
+    input.bodyPrefix = body.text;
+    input.scanLimit = scanLimit(leaving);
+  }
+  RiskAssessment asItStands = detector_.assess(input);
+  if (asItStands.shouldBlockBody()) {
     return asItStands;
   }
-  const auto beyondTheCut = static_cast<std::int64_t>(detector_.longestTerm());
-  const auto reach = std::max(maxChars + beyondTheCut, static_cast<std::int64_t>(detector_.bodyScanPrefix()));
-  RiskAssessment collapsed = assess(message, IMAPParser::snippet(body, reach).text, reach);
-  return collapsed.shouldBlockBody() ? collapsed : asItStands;
+  if (RiskAssessment header = assessOtherReadings(message); header.shouldBlockBody()) {
+    return header;
+  }
+  for (const IMAPParser::Passage& reading :
+       IMAPParser::bodyReadings(body.source, body.text, leavingBytes(body.text, leaving))) {
+    if (RiskAssessment found = detector_.assessPassage(reading.text, reading.end); found.shouldBlockBody()) {
+      return found;
+    }
+  }
+  return RiskAssessment::none;
 }
 
-RiskAssessment MailScreen::assess(const IMAPMessage& message, std::optional<std::string_view> body,
-                                  std::int64_t scanLimit) const {
-  const std::optional<std::string> sender = senderText(message);
-  return detector_.assess({.subject = message.envelope.subject,
-                           .from = sender,
-                           .bodyPrefix = body,
-                           .scanLimit = static_cast<std::size_t>(std::max<std::int64_t>(scanLimit, 0))});
+RiskAssessment MailScreen::assessOtherReadings(const IMAPMessage& message) const {
+  std::vector<std::string> subjects = message.headerReadings.subject;
+  subjects.push_back(foldedForScanning(message.envelope.subject.value_or("")));
+  for (const std::string& subject : subjects) {
+    if (RiskAssessment found = detector_.assess({.subject = subject}); found.shouldBlockBody()) {
+      return found;
+    }
+  }
+  std::vector<std::string> senders = message.headerReadings.sender;
+  senders.push_back(foldedForScanning(senderText(message).value_or("")));
+  for (const std::string& sender : senders) {
+    if (RiskAssessment found = detector_.assess({.from = sender}); found.shouldBlockBody()) {
+      return found;
+    }
+  }
+  return RiskAssessment::none;
 }
 
 }  // namespace tarnwell

@@ -2,6 +2,12 @@
 
 /// The rule that no text of a mail leaves before the detector has seen it: what leaves was scanned.
 ///
+/// Each part of a mail is looked at in up to three steps, and the first step that finds something tells the
+/// signals: as it stands (of a body at least its beginning, `EmailRiskDetector::bodyScanPrefix`); what is to
+/// leave with white space collapsed, and with the rest of a keyword that the cut splits; the other readings
+/// of the same bytes (IMAP/Readings.h). A keyword that begins after the cut does not count in the later
+/// steps. The signals of a text do not depend on whether blocking is on.
+///
 /// Threads: an immutable value, any; what fetches, as its client.
 
 #include <cstdint>
@@ -25,6 +31,19 @@ struct ScreenedBody {
   std::string text;  // empty when withheld, and when the message has none
 };
 
+/// In which form the beginning of a body is to leave, and how many user-perceived characters of it at most.
+struct Leaving {
+  enum class Form {
+    asItStands,
+    asSnippet,
+    /// As a snippet. The clean-up does not promise that the beginning of a body is scanned beyond what
+    /// leaves.
+    asPreview,
+  };
+  Form form;
+  std::int64_t maxChars;
+};
+
 /// Looks at mail on behalf of one tool call.
 class MailScreen {
  public:
@@ -32,35 +51,30 @@ class MailScreen {
   MailScreen(const EmailRiskDetector& detector, const SafetySettings& settings)
       : detector_(detector), isBlocking_(settings.blockAuthCodeBodies) {}
 
-  /// The body's text, of which at most `maxChars` user-perceived characters from its beginning are to leave.
-  /// It is fetched only when subject and sender do not already withhold it.
-  ScreenedBody fetchBody(IMAPClient& client, const IMAPMessage& message, std::int64_t maxChars) const;
+  /// The body's text. It is fetched only when subject and sender do not already withhold it.
+  ScreenedBody fetchBody(IMAPClient& client, const IMAPMessage& message, Leaving leaving) const;
 
   /// Takes the body of the message at an index.
   using BodyUser = std::function<void(std::size_t index, ScreenedBody body)>;
   /// The same for several messages. Each of them is used once, in any order, and before the next body is
   /// read, so that only one text is in memory. The server sends the next one meanwhile: `use` must not use
   /// the client.
-  void fetchBodies(IMAPClient& client, std::span<const IMAPMessage> messages, std::int64_t maxChars,
+  void fetchBodies(IMAPClient& client, std::span<const IMAPMessage> messages, Leaving leaving,
                    const BodyUser& use) const;
 
   /// What subject and sender tell.
   RiskAssessment assessHeader(const IMAPMessage& message) const;
 
-  /// What subject, sender and body tell, when at most `maxChars` user-perceived characters from the
-  /// beginning of the body are to leave. At least as many are scanned as they stand. While blocking is on
-  /// they are scanned a second time with white space collapsed, and a little beyond the cut: a keyword
-  /// split by a line break, standing behind a page of blanks, or cut in two is found only there. That scan
-  /// can withhold more, never less.
-  RiskAssessment assessBody(const IMAPMessage& message, std::string_view body, std::int64_t maxChars) const;
+  /// What subject, sender and body tell.
+  RiskAssessment assessBody(const IMAPMessage& message, const IMAPClient::BodyText& body,
+                            Leaving leaving) const;
 
   /// True when blocking is on and the assessment says to withhold.
   bool withholds(const RiskAssessment& assessment) const;
 
  private:
-  RiskAssessment assess(const IMAPMessage& message, std::optional<std::string_view> body,
-                        std::int64_t scanLimit) const;
-  ScreenedBody screened(const IMAPMessage& message, std::string text, std::int64_t maxChars) const;
+  RiskAssessment assessOtherReadings(const IMAPMessage& message) const;
+  ScreenedBody screened(const IMAPMessage& message, IMAPClient::BodyText body, Leaving leaving) const;
 
   const EmailRiskDetector& detector_;
   bool isBlocking_;

@@ -30,7 +30,7 @@ ScreenedSnippet screenedSnippet(IMAPClient& client, const MailScreen& screen, co
     return {std::move(header), isWithheld, std::nullopt};
   }
   constexpr std::int64_t maxChars = BridgeConstants::summarySnippetMaxChars;
-  ScreenedBody body = screen.fetchBody(client, message, maxChars);
+  ScreenedBody body = screen.fetchBody(client, message, {Leaving::Form::asSnippet, maxChars});
   if (body.isWithheld) {
     return {std::move(body.assessment), true, std::nullopt};
   }
@@ -93,7 +93,7 @@ JSONValue bodyJSON(std::uint32_t uid, const std::string& body, std::int64_t maxC
 
 JSONValue readBody(IMAPClient& client, const MailScreen& screen, const IMAPMessage& message,
                    std::int64_t maxChars) {
-  const ScreenedBody body = screen.fetchBody(client, message, maxChars);
+  const ScreenedBody body = screen.fetchBody(client, message, {Leaving::Form::asItStands, maxChars});
   if (body.isWithheld) {
     return bodyBlocked(message.uid, body.assessment);
   }

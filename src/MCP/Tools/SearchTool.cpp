@@ -51,9 +51,9 @@ ToolCallResult MCPTools::searchInbox(const JSONValue& arguments) const {
     const std::vector<IMAPMessage> messages =
         client.fetchMessages(client.searchInbox(criteria, static_cast<std::size_t>(limit)));
     JSONArray hits(messages.size());
-    screen.fetchBodies(client, messages, snippetMaxChars, [&](std::size_t index, const ScreenedBody& body) {
-      hits[index] = searchHit(messages[index], body);
-    });
+    screen.fetchBodies(
+        client, messages, {Leaving::Form::asSnippet, snippetMaxChars},
+        [&](std::size_t index, const ScreenedBody& body) { hits[index] = searchHit(messages[index], body); });
     const auto count = static_cast<std::int64_t>(hits.size());
     return ToolCallResult{JSONObject{{"count", count}, {"limit", limit}, {"messages", std::move(hits)}}};
   });

@@ -471,19 +471,25 @@ INSTANTIATE_TEST_SUITE_P(
         ScanRow{"splitByManyBlanks", "4711 is your security \t\n  code", true, true},
         ScanRow{"splitByANoBreakSpace", "4711 is your security\u00a0code", true, true},
         ScanRow{"splitByAnIdeographicSpace", "4711 is your security\u3000code", true, true},
-        ScanRow{"behindAPageOfBlanks", "4711" + repeated(" ", 20000) + "security code", true, true},
-        ScanRow{"behindAPageOfLineEnds", repeated("\r\n", 20000) + "4711 security\r\ncode", true, true},
+        ScanRow{"behindAPageOfBlanks", "4711" + repeated(" ", 20000) + "security code", true, false},
+        ScanRow{"behindAPageOfLineEnds", repeated("\r\n", 20000) + "4711 security\r\ncode", true, false},
+        ScanRow{"behindPartOfAPageOfLineEnds", repeated("\r\n", 3900) + "4711 security\r\ncode", true, true},
+        ScanRow{"lineEndsBehindASmallMaximum", "4712" + repeated("\r\n", 4400) + "security code", true, false,
+                200},
         ScanRow{"wholeWordAcrossLines", "4711\r\nOTP\r\n", true, true},
         ScanRow{"partOfAWord", "4711 hotpot", false, false},
         ScanRow{"endsAtTheThousandthCharacter", keywordAfter(987), true, true},
         ScanRow{"cutInTwoByTheThousandthCharacter", keywordAfter(995), true, true},
         ScanRow{"beginsWithTheThousandthCharacter", keywordAfter(999), true, true},
+        ScanRow{"beginsAfterTheThousandthCharacter", repeated("x", 1000) + "security code 123", false, true},
         ScanRow{"cutInTwoInEmoji", keywordAfter(995, "👨‍👩‍👧"), true, true},
         ScanRow{"farBehindTheSnippet", keywordAfter(1100), false, true},
         ScanRow{"endsAtTheLastCharacter", keywordAfter(3987), false, true},
         ScanRow{"cutInTwoByTheLastCharacter", keywordAfter(3995), false, true},
         ScanRow{"cutInTwoAndSplitByALineBreak", "4711 " + repeated("x", 3984) + " security\r\n  code", false,
                 true},
+        ScanRow{"beginsWithTheLastCharacter", keywordAfter(3999), false, true},
+        ScanRow{"beginsAfterTheLastCharacter", keywordAfter(4000), false, false},
         ScanRow{"farBehindTheBody", keywordAfter(4100), false, false},
         ScanRow{"smallMaximumStillScansTheBeginning", keywordAfter(700), true, true, 1},
         ScanRow{"smallMaximumScansAtLeastEightHundred", keywordAfter(787), true, true, 10},
@@ -494,6 +500,37 @@ TEST_F(MessageTool, bodyOfTheGreatestLengthIsScannedToItsEnd) {
   config.safety.maxBodyChars = 10000;
   EXPECT_EQ(body({.body = keywordAfter(9990)}, BodyIs::fetched)["blocked"], JSONValue(true));
   EXPECT_EQ(body({.body = keywordAfter(10100)}, BodyIs::fetched)["blocked"], JSONValue(false));
+}
+
+TEST_F(MessageTool, keywordThatTheCutSplitsAnywhereWithholds) {
+  constexpr std::size_t length = std::string_view("security code").size();
+  for (std::size_t inside = 0; inside <= length; ++inside) {
+    EXPECT_EQ(summary({.body = keywordAfter(1000 - inside)}, BodyIs::fetched)["bodyWithheld"],
+              JSONValue(inside > 0))
+        << inside << " characters of it leave";
+  }
+}
+
+TEST_F(MessageTool, readingInAnotherCharsetEndsWhereTheTextDoes) {
+  FakeMail mail;
+  mail.structure = R"(("text" "plain" ("charset" "iso-8859-1") NIL NIL "8bit" 1 1))";
+  // One of these characters has three bytes, each of which is a character of the text that leaves.
+  for (const std::size_t before : {300U, 332U, 333U, 334U, 400U}) {
+    mail.body = repeated("文", before) + "認証コード";
+    const bool leaves = 3 * before < 1000;
+    EXPECT_EQ(summary(mail, BodyIs::fetched)["bodyWithheld"], JSONValue(leaves)) << before;
+  }
+}
+
+TEST_F(MessageTool, readingWithoutTagsEndsWhereTheTextDoes) {
+  FakeMail mail;
+  mail.structure = R"(("text" "html" ("charset" "utf-8") NIL NIL "8bit" 1 1))";
+  for (const std::size_t before : {300U, 498U, 499U, 500U, 501U, 900U}) {
+    // Each letter is one character and each tag one blank of the text that leaves.
+    mail.body = repeated("x<i>", before) + "<b>s</b>ecurity code";
+    const bool leaves = 2 * before < 1000;
+    EXPECT_EQ(summary(mail, BodyIs::fetched)["bodyWithheld"], JSONValue(leaves)) << before;
+  }
 }
 
 TEST_F(MessageTool, htmlIsScannedInTheFormInWhichItLeaves) {

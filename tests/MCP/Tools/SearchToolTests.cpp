@@ -1,5 +1,6 @@
 #include "MCP/Tools/ToolArguments.h"
 #include "MCP/Tools/ToolFixture.h"
+#include "support/Repeated.h"
 #include "support/RowName.h"
 
 namespace tarnwell::test {
@@ -114,6 +115,8 @@ INSTANTIATE_TEST_SUITE_P(
         ScanRow{"keywordBehindTheCutOfTheSnippet", "4711 " + std::string(300, 'x') + " security code", true},
         ScanRow{"keywordUnderTheCutBehindBlanks",
                 std::string(2000, '\n') + "4711 " + std::string(187, 'x') + " security code", true},
+        ScanRow{"keywordFarBehindTheCutOfANewsletter",
+                "4712 " + repeated("tea, cake,     ", 80) + "security code", false},
         ScanRow{"keywordFarBehindEverythingThatIsScanned",
                 "4712 " + std::string(2000, 'x') + " security code", false}),
     rowName);
