@@ -10,7 +10,6 @@
 
 #include "Platform/ASCIICase.h"
 #include "Platform/Text.h"
-#include "Platform/UTF8.h"
 
 namespace tarnwell {
 
@@ -153,22 +152,9 @@ class WordRegexCache {
 };
 
 /// For a term that is a substring of the text.
-bool isFoundAsWord(const std::string& lowerTerm, std::string_view lowerText) {
+bool isFoundAsWord(const std::string& lowerTerm, std::string_view lowerText, std::size_t end) {
   const auto pattern = WordRegexCache::shared().pattern(lowerTerm);
-  return pattern == nullptr || pattern->isFoundIn(lowerText);
-}
-
-/// The text up to the first code point that lies wholly after `size` bytes, which shows whether a word ends
-/// there.
-std::string_view withNextCodePoint(std::string_view text, std::size_t size) {
-  while (size < text.size() && isContinuationByte(text[size])) {
-    ++size;
-  }
-  if (size >= text.size()) {
-    return text;
-  }
-  nextCodePoint(text, size);
-  return text.substr(0, size);
+  return pattern == nullptr || pattern->isFoundIn(lowerText, end);
 }
 
 /// Appends the signals of one text whose terms begin in its first `end` bytes. No term stands in the table
@@ -186,8 +172,7 @@ void scan(std::string_view text, std::size_t end, std::string_view location,
       continue;
     }
     const std::string& lowerTerm = termSearch().lowerTerm(row);
-    if (!keywordTable[row].wordBoundary ||
-        isFoundAsWord(lowerTerm, withNextCodePoint(lowerText, lowerEnd + lowerTerm.size() - 1))) {
+    if (!keywordTable[row].wordBoundary || isFoundAsWord(lowerTerm, lowerText, lowerEnd)) {
       signals.push_back({std::string(keywordTable[row].category), lowerTerm, std::string(location)});
     }
   }

@@ -80,7 +80,7 @@ class IMAPClient {
     /// The message has a text part, and it is not empty.
     bool hadBody = false;
     /// What the text was made of.
-    IMAPParser::BodySource source;
+    IMAPParser::BodySource source{};
   };
 
   /// The readable text of a message, left unread. Throws `unexpectedResponse` for an unknown UID.

@@ -220,7 +220,14 @@ std::string convertLeniently(std::string_view bytes, const Charset& charset) {
   if (charset == Charset::utf8 || charset == Charset::ascii) {
     return repairedUTF8(bytes);
   }
-  return convertWith(std::string(charset.name()).c_str(), bytes, openLeniently).value_or("");
+  const std::string converted =
+      convertWith(std::string(charset.name()).c_str(), bytes, openLeniently).value_or("");
+  std::string text;
+  for (const char byte : converted) {
+    constexpr char substitute = '\x1A';  // which some converters write instead of U+FFFD
+    byte == substitute ? text.append("\uFFFD") : text.append(1, byte);
+  }
+  return text;
 }
 
 std::size_t sourceLength(std::string_view bytes, const Charset& charset, std::size_t codePoints) {

@@ -66,7 +66,8 @@ class WordPattern {
   /// False for an empty term, and for what was moved from; `isFoundIn` then is always false.
   bool isUsable() const { return !term_.empty(); }
 
-  bool isFoundIn(std::string_view text) const;
+  /// Looks for a word that begins in the first `end` bytes; what follows tells whether it ends there.
+  bool isFoundIn(std::string_view text, std::size_t end = std::string_view::npos) const;
 
  private:
   /// Characters beyond ASCII may equal parts of the term, so that the text must be folded for the search.

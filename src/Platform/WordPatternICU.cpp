@@ -2,6 +2,8 @@
 
 #include <unicode/uchar.h>
 
+#include <algorithm>
+
 #include "Platform/ASCIICase.h"
 #include "Platform/Text.h"
 #include "Platform/UTF8.h"
@@ -75,9 +77,10 @@ bool isWordBoundary(std::string_view text, std::size_t position) {
   return isPartOfWordBefore(text, position) != isPartOfWordBehind;
 }
 
-/// Whether the lower-case term stands as a word anywhere with this first byte, its other letters in any case.
-bool isFoundWithFirst(char first, std::string_view term, std::string_view text) {
-  for (std::size_t begin = 0; (begin = text.find(first, begin)) != std::string_view::npos; ++begin) {
+/// Whether the lower-case term stands as a word before `end` with this first byte, its other letters in any
+/// case.
+bool isFoundWithFirst(char first, std::string_view term, std::string_view text, std::size_t end) {
+  for (std::size_t begin = 0; (begin = text.find(first, begin)) < std::min(end, text.size()); ++begin) {
     if (startsWithIgnoringASCIICase(text.substr(begin), term) && isWordBoundary(text, begin) &&
         isWordBoundary(text, begin + term.size())) {
       return true;
@@ -86,10 +89,11 @@ bool isFoundWithFirst(char first, std::string_view term, std::string_view text) 
   return false;
 }
 
-bool isFoundIgnoringASCIICase(std::string_view term, std::string_view text) {
+bool isFoundIgnoringASCIICase(std::string_view term, std::string_view text, std::size_t end) {
   const char lower = term.front();
   const char upper = lower >= 'a' && lower <= 'z' ? static_cast<char>(lower & ~0x20) : lower;
-  return isFoundWithFirst(lower, term, text) || (upper != lower && isFoundWithFirst(upper, term, text));
+  return isFoundWithFirst(lower, term, text, end) ||
+         (upper != lower && isFoundWithFirst(upper, term, text, end));
 }
 
 }  // namespace
@@ -98,12 +102,13 @@ WordPattern::WordPattern(std::string_view term)
     : isFoldedTo_(!foldsFromASCIIOnly(term)),
       term_(isFoldedTo_ ? caseFolded(term) : asciiLowercased(std::string(term))) {}
 
-bool WordPattern::isFoundIn(std::string_view text) const {
+bool WordPattern::isFoundIn(std::string_view text, std::size_t end) const {
   if (!isUsable()) {
     return false;
   }
-  return isFoldedTo_ ? isFoundIgnoringASCIICase(term_, caseFolded(text))
-                     : isFoundIgnoringASCIICase(term_, text);
+  return isFoldedTo_
+             ? isFoundIgnoringASCIICase(term_, caseFolded(text), caseFolded(text.substr(0, end)).size())
+             : isFoundIgnoringASCIICase(term_, text, end);
 }
 
 }  // namespace tarnwell

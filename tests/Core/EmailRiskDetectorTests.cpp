@@ -242,5 +242,40 @@ TEST(EmailRiskDetector, manyThreadsAssessAtOnce) {
   EXPECT_EQ(found, std::vector<std::size_t>(4, 200));
 }
 
+TEST(EmailRiskDetector, keywordOfAPassageCountsWhenItBeginsBeforeTheEnd) {
+  const struct {
+    std::string text;
+    std::size_t end;
+    std::vector<std::string> terms;
+  } rows[] = {
+      {"", 0, {}},
+      {"security code", 0, {}},
+      {"security code", 1, {"security code"}},
+      {"security code", 13, {"security code"}},
+      {"security code", 99, {"security code"}},
+      {"my security code", 3, {}},
+      {"my security code", 4, {"security code"}},
+      {"my OTP", 3, {}},
+      {"my OTP", 4, {"otp"}},
+      {"my OTPs", 4, {}},
+      {"hotpot OTP", 7, {}},
+      {"hotpot OTP", 8, {"otp"}},
+      {"my OTP認", 4, {}},
+      {"my OTP\u3002", 4, {"otp"}},
+      {"İ OTP", 3, {}},
+      {"İ OTP", 4, {"otp"}},
+      {"認証コード、確認コード", 15, {"認証コード"}},
+      {"認証コード、確認コード", 19, {"認証コード", "確認コード"}},
+  };
+  for (const auto& row : rows) {
+    std::vector<std::string> terms;
+    for (const RiskSignal& signal : EmailRiskDetector::shared().assessPassage(row.text, row.end).signals) {
+      EXPECT_EQ(signal.location, "body");
+      terms.push_back(signal.term);
+    }
+    EXPECT_EQ(terms, row.terms) << row.text << ", " << row.end;
+  }
+}
+
 }  // namespace
 }  // namespace tarnwell

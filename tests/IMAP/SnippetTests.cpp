@@ -135,5 +135,16 @@ TEST(Snippet, longTextsStayLinear) {
   }
 }
 
+TEST_P(SnippetOf, isMadeOfItsSourceAlone) {
+  const std::string& text = GetParam().text;
+  const std::size_t size = snippetSourceLength(text, GetParam().maxChars);
+  ASSERT_LE(size, text.size());
+  std::string cut = GetParam().expected.text;
+  if (GetParam().expected.truncated) {
+    cut.resize(cut.size() - std::string_view("…").size());
+  }
+  EXPECT_EQ(snippet(std::string_view(text).substr(0, size), highest).text, cut);
+}
+
 }  // namespace
 }  // namespace tarnwell::IMAPParser

@@ -1,3 +1,4 @@
+#include <vector>
 #include "Platform/Charsets.h"
 
 #include "Platform/Text.h"
@@ -201,6 +202,53 @@ TEST(Charsets, everyByteOfEveryCharsetYieldsValidTextOrNothing) {
         const std::optional<std::string> text = convertToUTF8(bytes, charset);
         ASSERT_TRUE(!text || isValidUTF8(*text)) << charset.name() << ' ' << first << ' ' << second;
       }
+    }
+  }
+}
+
+struct LenientRow {
+  const char* name;
+  const Charset& charset;
+  std::string bytes;
+  std::string text;
+};
+
+class Leniently : public testing::TestWithParam<LenientRow> {};
+
+TEST_P(Leniently, badBytesSpoilNothingAroundThem) {
+  EXPECT_EQ(convertLeniently(GetParam().bytes, GetParam().charset), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, Leniently,
+    testing::Values(LenientRow{"empty", Charset::utf8, "", ""},
+                    LenientRow{"utf8", Charset::utf8, "日\xFF本\xE3\x81", "日\uFFFD本\uFFFD"},
+                    LenientRow{"ascii", Charset::ascii, "a\xE9z", "a\uFFFDz"},
+                    LenientRow{"latin1", Charset::latin1, "a\xE9z", "aéz"},
+                    LenientRow{"shiftJIS", Charset::shiftJIS, "\x93\xFA\xFF\x96\x7B\x81", "日\uFFFD本\uFFFD"},
+                    LenientRow{"eucJP", Charset::eucJP, "\xC6\xFC\xFF\xCB\xDC", "日\uFFFD本"},
+                    LenientRow{"iso2022JP", Charset::iso2022JP, "\x1B$BF|\xE9K\\\x1B(B!", "日\uFFFD本!"},
+                    LenientRow{"valid", Charset::shiftJIS, "\x93\xFA", "日"}),
+    [](const auto& instance) { return std::string(instance.param.name); });
+
+TEST(Charsets, sourceLengthIsThatOfTheBytesOfTheFirstCodePoints) {
+  const struct {
+    const Charset& charset;
+    std::string bytes;
+    std::vector<std::size_t> lengths;  // for 0, 1, 2 ... code points
+  } rows[] = {
+      {Charset::utf8, "aé日", {0, 1, 3, 6, 6}},
+      {Charset::utf8, "\xFFz", {0, 1, 2, 2}},
+      {Charset::latin1, "a\xE9z", {0, 1, 2, 3, 3}},
+      {Charset::shiftJIS, "a\x93\xFAz", {0, 1, 3, 4, 4}},
+      {Charset::eucJP, "\xC6\xFC\xCB\xDC", {0, 2, 4, 4}},
+      {Charset::utf16, std::string("\xFE\xFF\0a\xD8\x3D\xDC\x68", 8), {0, 4, 8, 8}},
+      {Charset::iso2022JP, "\x1B$BF|K\\\x1B(B!", {0, 5, 7, 11, 11}},
+  };
+  for (const auto& row : rows) {
+    for (std::size_t count = 0; count < row.lengths.size(); ++count) {
+      EXPECT_EQ(sourceLength(row.bytes, row.charset, count), row.lengths[count])
+          << row.charset.name() << ", " << count << " code points";
     }
   }
 }
