@@ -11,8 +11,6 @@
 namespace tarnwell::IMAPParser {
 namespace {
 
-constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-
 std::string base64Of(std::string_view bytes) {
   std::string text;
   for (std::size_t at = 0; at < bytes.size(); at += 3) {
@@ -22,35 +20,11 @@ std::string base64Of(std::string_view bytes) {
       bits = bits << 8 | (index < group.size() ? byteAt(group, index) : 0U);
     }
     for (std::size_t index = 0; index < 4; ++index) {
-      text += index <= group.size() ? alphabet[bits >> (18 - 6 * index) & 63] : '=';
+      text += index <= group.size() ? base64Letters[bits >> (18 - 6 * index) & 63] : '=';
     }
     text += at % 57 == 54 ? "\r\n" : "";
   }
   return text;
-}
-
-/// By the text of RFC 2045, section 6.8, bit by bit.
-std::optional<std::string> referenceBase64(std::string_view text) {
-  std::string bytes;
-  std::string bits;
-  bool sawSextet = false;
-  for (const char character : text) {
-    const std::size_t sextet = alphabet.find(character);
-    if (character == '=') {
-      bits.clear();
-    } else if (sextet != std::string_view::npos) {
-      sawSextet = true;
-      for (unsigned bit = 6; bit-- > 0;) {
-        bits += (sextet >> bit & 1) != 0 ? '1' : '0';
-      }
-    }
-    if (bits.size() >= 8) {
-      bytes += static_cast<char>(std::stoi(bits.substr(0, 8), nullptr, 2));
-      bits.erase(0, 8);
-    }
-    // Four sextets are three bytes and leave no bits.
-  }
-  return sawSextet && bytes.empty() ? std::nullopt : std::optional(bytes);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "IMAP/JSONFields.h"
+#include "IMAP/ModifiedUTF7.h"
 
 namespace tarnwell {
 namespace {
@@ -32,6 +33,22 @@ std::optional<SpecialUse> specialUse(std::string_view rawValue) {
   const auto found = std::find_if(rawValues.begin(), rawValues.end(),
                                   [rawValue](const auto& pair) { return pair.second == rawValue; });
   return found == rawValues.end() ? std::nullopt : std::optional(found->first);
+}
+
+std::string readableName(const IMAPFolder& folder) { return ModifiedUTF7::readable(folder.name); }
+
+std::string readablePath(const IMAPFolder& folder) {
+  if (folder.delimiter.empty()) {
+    return ModifiedUTF7::readable(folder.path);
+  }
+  const std::string_view path = folder.path;
+  std::string readable;
+  std::size_t begin = 0;
+  for (std::size_t found; (found = path.find(folder.delimiter, begin)) != std::string_view::npos;) {
+    readable += ModifiedUTF7::readable(path.substr(begin, found - begin)) + folder.delimiter;
+    begin = found + folder.delimiter.size();
+  }
+  return readable + ModifiedUTF7::readable(path.substr(begin));
 }
 
 void to_json(nlohmann::json& json, SpecialUse use) { json = rawValue(use); }

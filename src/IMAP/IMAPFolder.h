@@ -23,7 +23,7 @@ void to_json(nlohmann::json& json, SpecialUse use);
 void from_json(const nlohmann::json& json, SpecialUse& use);
 
 struct IMAPFolder {
-  /// The last component of the path, for people.
+  /// The last component of the path, as the server spells it; `readableName` is for people.
   std::string name;
   /// The full mailbox name as the server spells it (modified UTF-7 is not decoded); what commands use.
   std::string path;
@@ -36,6 +36,11 @@ struct IMAPFolder {
 
   bool operator==(const IMAPFolder&) const = default;
 };
+
+/// The name and the path with modified UTF-7 decoded (`ModifiedUTF7::readable`), the path level by level: a
+/// level that cannot be decoded stays as it is. For people and for what they ask for, never for a command.
+std::string readableName(const IMAPFolder& folder);
+std::string readablePath(const IMAPFolder& folder);
 
 /// Keys are the field names; an absent special use is left out. Reading throws the JSON library's exception
 /// when another field is missing or of the wrong type.

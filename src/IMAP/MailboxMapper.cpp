@@ -16,6 +16,12 @@ bool isUsualTrashName(const std::string& text) {
   return std::ranges::find(usualTrashNames, lowercased(text)) != usualTrashNames.end();
 }
 
+/// One of the texts that stand for a folder.
+using Spelling = std::string (*)(const IMAPFolder&);
+
+std::string pathAsSent(const IMAPFolder& folder) { return folder.path; }
+std::string nameAsSent(const IMAPFolder& folder) { return folder.name; }
+
 template <class Predicate>
 std::optional<IMAPFolder> firstOf(const std::vector<IMAPFolder>& folders, Predicate matches) {
   const auto found = std::ranges::find_if(folders, matches);
@@ -27,12 +33,14 @@ std::optional<IMAPFolder> firstOf(const std::vector<IMAPFolder>& folders, Predic
 std::optional<IMAPFolder> MailboxMapper::resolve(std::string_view name,
                                                  const std::vector<IMAPFolder>& folders) {
   const std::string wanted = lowercased(name);
-  std::optional<IMAPFolder> byPath =
-      firstOf(folders, [&](const IMAPFolder& folder) { return lowercased(folder.path) == wanted; });
-  if (byPath) {
-    return byPath;
+  for (const Spelling spelling : {pathAsSent, nameAsSent, readablePath, readableName}) {
+    std::optional<IMAPFolder> found =
+        firstOf(folders, [&](const IMAPFolder& folder) { return lowercased(spelling(folder)) == wanted; });
+    if (found) {
+      return found;
+    }
   }
-  return firstOf(folders, [&](const IMAPFolder& folder) { return lowercased(folder.name) == wanted; });
+  return std::nullopt;
 }
 
 std::optional<IMAPFolder> MailboxMapper::trashFolder(const std::vector<IMAPFolder>& folders) {
@@ -41,8 +49,14 @@ std::optional<IMAPFolder> MailboxMapper::trashFolder(const std::vector<IMAPFolde
   if (marked) {
     return marked;
   }
-  return firstOf(folders, [](const IMAPFolder& folder) {
+  std::optional<IMAPFolder> namedAsSent = firstOf(folders, [](const IMAPFolder& folder) {
     return isUsualTrashName(folder.name) || isUsualTrashName(folder.path);
+  });
+  if (namedAsSent) {
+    return namedAsSent;
+  }
+  return firstOf(folders, [](const IMAPFolder& folder) {
+    return isUsualTrashName(readableName(folder)) || isUsualTrashName(readablePath(folder));
   });
 }
 

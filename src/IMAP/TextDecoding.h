@@ -60,9 +60,13 @@ enum class Underscore { isUnderscore, isSpace };
 /// Soft line breaks vanish, also before a bare LF; a "=" that starts no escape stays.
 std::string decodeQuotedPrintable(std::string_view bytes, Underscore underscore);
 
-/// Base64 (RFC 2045, section 6.8), with or without its padding, every other character ignored. Padding
-/// ends a group and decoding goes on behind it. Absent when there is something to decode but not a
-/// single whole byte.
+/// Base64 (RFC 2045, section 6.8), with or without its padding, every other character ignored. Absent when
+/// there is something to decode but not a single whole byte.
+///
+/// After padding that ends some bytes, decoding goes on only when all that follows is base64 again: letters
+/// of the alphabet, "=" and white space; no blanks between two letters of one line; and every run of letters
+/// up to "=" or the end makes whole bytes, the last one whole groups of four unless "=" ends it. Otherwise
+/// the padding is the end, so that a footer of words which a mailing list appended is left out.
 std::optional<std::string> decodeBase64(std::string_view text);
 
 /// HTML as plain text: scripts, styles and head removed, closing block tags as line feeds, other tags as

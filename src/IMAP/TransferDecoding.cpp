@@ -110,10 +110,38 @@ void decodeEscape(const char*& from, const char* end, char*& to) {
   }
 }
 
+/// Whether what follows padding is base64 again, by the rule in the header.
+bool isBase64Again(const unsigned char* next, const unsigned char* end) {
+  std::size_t letters = 0;  // since the last "="
+  bool isAfterLetter = false;
+  bool isAfterLetterAndBlank = false;  // on one line
+  for (; next < end; ++next) {
+    const unsigned char character = *next;
+    if (sextets[3][character] != notInAlphabet) {
+      if (isAfterLetterAndBlank) {
+        return false;
+      }
+      ++letters;
+      isAfterLetter = true;
+    } else if (character == ' ' || character == '\t') {
+      isAfterLetterAndBlank = isAfterLetter;
+    } else if (character == '\r' || character == '\n' || character == '=') {
+      isAfterLetter = isAfterLetterAndBlank = false;
+      if (character == '=' && std::exchange(letters, 0) % 4 == 1) {
+        return false;  // a single sextet makes no byte
+      }
+    } else {
+      return false;
+    }
+  }
+  return letters % 4 == 0;
+}
+
 /// Writes the bytes over the text. False when nothing came of its sextets; then it is as it was.
 bool decodeBase64InPlace(std::string& text) {
   Base64Writer writer(text.data());
   bool sawSextet = false;
+  bool goesOnAfterPadding = false;
   const auto* next = reinterpret_cast<const unsigned char*>(text.data());
   const auto* const end = next + text.size();
   while (next < end) {
@@ -137,6 +165,14 @@ bool decodeBase64InPlace(std::string& text) {
       sawSextet = true;
     } else if (character == '=') {
       writer.endGroup();
+      const bool endsBytes = writer.end() != text.data();
+      if (endsBytes && !goesOnAfterPadding) {
+        // Asked once only: what follows the next padding is the end of what was looked at.
+        goesOnAfterPadding = isBase64Again(next, end);
+        if (!goesOnAfterPadding) {
+          break;
+        }
+      }
     }
   }
   writer.endGroup();

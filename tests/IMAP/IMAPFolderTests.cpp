@@ -37,6 +37,27 @@ TEST(SpecialUse, canBeAKey) {
   EXPECT_EQ(uses.size(), 2U);
 }
 
+TEST(IMAPFolder, isReadLevelByLevel) {
+  struct Row {
+    std::string path, delimiter, readable;
+  };
+  const std::vector<Row> rows{
+      {"Archive/&ZviYXg-", "/", "Archive/書類"},
+      {"INBOX.&ZviYXg-.&MNcw7TC4MKcwrzDI-", ".", "INBOX.書類.プロジェクト"},
+      {"&ZviYXg-/&bad/R&-D/", "/", "書類/&bad/R&D/"},
+      {"&ZvgAJg-//&ZvgAJg-", "/", "&ZvgAJg-//&ZvgAJg-"},
+      {"&ZvgAJg-", "g", "&ZvgAJg-"},  // a delimiter inside the shift leaves no valid level
+      {"&ZvgweA-", "w", "&ZvgweA-"},
+      {"&ZvgweA-", "", "書へ"},
+      {"a::&ZvgweA-:::b", "::", "a::書へ:::b"},
+      {"", "/", ""},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(readablePath({"", row.path, row.delimiter, std::nullopt, true}), row.readable) << row.path;
+  }
+  EXPECT_EQ(readableName({"&ZvgweA-", "a/&ZvgweA-", "/", std::nullopt, true}), "書へ");
+}
+
 TEST(IMAPFolder, withoutSpecialUseHasFourKeys) {
   const IMAPFolder folder{"2024", "INBOX.2024", ".", std::nullopt, false};
   EXPECT_EQ(nlohmann::json(folder).dump(),

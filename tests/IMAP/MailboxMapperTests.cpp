@@ -81,6 +81,33 @@ TEST(MailboxMapper, resolveDoesNotLookAtSelectable) {
   EXPECT_EQ(MailboxMapper::resolve("lists", {unselectable, folder("x/Lists", "Lists")}), unselectable);
 }
 
+INSTANTIATE_TEST_SUITE_P(
+    ModifiedUTF7, Resolve,
+    testing::Values(
+        ResolveRow{"path", "プロジェクト", {folder("INBOX"), folder("&MNcw7TC4MKcwrzDI-")}, 1},
+        ResolveRow{"pathOfAChild", "書類/プロジェクト", {folder("&ZviYXg-/&MNcw7TC4MKcwrzDI-")}, 0},
+        ResolveRow{"name", "プロジェクト", {folder("a/&MNcw7TC4MKcwrzDI-", "&MNcw7TC4MKcwrzDI-")}, 0},
+        ResolveRow{"asSent", "&MNcw7TC4MKcwrzDI-", {folder("&MNcw7TC4MKcwrzDI-")}, 0},
+        ResolveRow{"otherCase", "ENTWÜRFE", {folder("Entw&APw-rfe")}, 0},
+        ResolveRow{"ampersand", "r&d", {folder("R&-D")}, 0},
+        ResolveRow{"ampersandAsSentFirst", "R&D", {folder("R&-D"), folder("R&D")}, 1},
+        ResolveRow{"pathAsSentBeatsReadableListedFirst", "書類", {folder("&ZviYXg-"), folder("書類")}, 1},
+        ResolveRow{"nameAsSentBeatsReadablePath", "書類", {folder("&ZviYXg-"), folder("a/書類", "書類")}, 1},
+        ResolveRow{"readablePathBeatsReadableName",
+                   "書類",
+                   {folder("a/&ZviYXg-", "&ZviYXg-"), folder("&ZviYXg-")},
+                   1},
+        ResolveRow{"firstOfTwoReadableNames",
+                   "書類",
+                   {folder("a/&ZviYXg-", "&ZviYXg-"), folder("b/&ZviYXg-", "&ZviYXg-")},
+                   0},
+        ResolveRow{"levelThatCannotBeDecodedStays", "書類/&x", {folder("&ZviYXg-/&x", "&x")}, 0},
+        ResolveRow{"spellingThatIsNotValidIsNotRead", "書類", {folder("&ZvgAJg-"), folder("&ZviYXg")}, -1},
+        ResolveRow{"asciiInAShiftIsNotRead", "INBOX", {folder("&AEkATgBCAE8AWA-")}, -1},
+        ResolveRow{"controlCharactersAreNotRead", "a\nb", {folder("a&AAo-b")}, -1},
+        ResolveRow{"noPartOfAName", "書", {folder("&ZviYXg-")}, -1}),
+    rowName);
+
 // --- trashFolder -----------------------------------------------------------------------------------------
 
 struct TrashRow {
@@ -97,15 +124,17 @@ TEST_P(Trash, findsTheFolder) {
 
 INSTANTIATE_TEST_SUITE_P(
     SpecialUse, Trash,
-    testing::Values(TrashRow{"beatsANameListedFirst",
-                             {folder("Deleted Messages"), folder("Rubbish", "Rubbish", "\\Trash")},
-                             1},
-                    TrashRow{"firstOfTwo", {folder("b", "b", "\\Trash"), folder("a", "a", "\\Trash")}, 0},
-                    TrashRow{"lowerCaseIsNone", {folder("x", "x", "\\trash"), folder("Trash")}, 1},
-                    TrashRow{"withoutBackslashIsNone", {folder("x", "x", "Trash")}, -1},
-                    TrashRow{"longerIsNone", {folder("x", "x", "\\Trash ")}, -1},
-                    TrashRow{"anotherIsNone", {folder("x", "x", "\\Junk")}, -1},
-                    TrashRow{"anotherDoesNotHideTheName", {folder("Trash", "Trash", "\\Junk")}, 0}),
+    testing::Values(
+        TrashRow{"beatsANameListedFirst",
+                 {folder("Deleted Messages"), folder("Rubbish", "Rubbish", "\\Trash")},
+                 1},
+        TrashRow{"firstOfTwo", {folder("b", "b", "\\Trash"), folder("a", "a", "\\Trash")}, 0},
+        TrashRow{"beatsModifiedUTF7", {folder("&MLQw33ux-"), folder("Rubbish", "Rubbish", "\\Trash")}, 1},
+        TrashRow{"lowerCaseIsNone", {folder("x", "x", "\\trash"), folder("Trash")}, 1},
+        TrashRow{"withoutBackslashIsNone", {folder("x", "x", "Trash")}, -1},
+        TrashRow{"longerIsNone", {folder("x", "x", "\\Trash ")}, -1},
+        TrashRow{"anotherIsNone", {folder("x", "x", "\\Junk")}, -1},
+        TrashRow{"anotherDoesNotHideTheName", {folder("Trash", "Trash", "\\Junk")}, 0}),
     rowName);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -129,6 +158,10 @@ INSTANTIATE_TEST_SUITE_P(
         TrashRow{
             "pathListedFirstBeatsNameListedLater", {folder("Deleted", "x"), folder("a/Trash", "Trash")}, 0},
         TrashRow{"nameListedFirstBeatsPathListedLater", {folder("a/Deleted", "Deleted"), folder("Trash")}, 0},
+        TrashRow{"modifiedUTF7AsName", {folder("INBOX"), folder("a/&MLQw33ux-", "&MLQw33ux-")}, 1},
+        TrashRow{"modifiedUTF7AsPath", {folder("&MLQw33ux-", "x")}, 0},
+        TrashRow{"nameAsSentBeatsModifiedUTF7ListedFirst", {folder("&MLQw33ux-"), folder("Trash")}, 1},
+        TrashRow{"spellingThatIsNotValid", {folder("&MLQw33ux"), folder("&AHQAcgBhAHMAaA-")}, -1},
         TrashRow{
             "noPartOfAName", {folder("Trash old"), folder("My Trash"), folder("Trash/2023", "2023")}, -1},
         TrashRow{"noTrimming", {folder(" Trash")}, -1}),

@@ -31,7 +31,7 @@ INSTANTIATE_TEST_SUITE_P(
         Base64Row{"lineBreaks", "Zm9v\r\nYmFy\r\n", "foobar"},
         Base64Row{"lineBreakInsideAGroup", "Zm\r\n9v", "foo"},
         Base64Row{"strayCharacters", "*Z!m-9_v\x80.", "foo"}, Base64Row{"strayNul", "Zm\0009v"s, "foo"},
-        Base64Row{"goesOnBehindPadding", "Zg==Zm8=Zm9v", "ffofoo"},
+        Base64Row{"goesOnAfterPadding", "Zg==Zm8=Zm9v", "ffofoo"},
         Base64Row{"paddingBetweenGroups", "Zm9v=Zm9v", "foofoo"}, Base64Row{"onlyPadding", "====", ""},
         Base64Row{"onlyStrayCharacters", " -\r\n", ""}, Base64Row{"loneCharacter", "Z", std::nullopt},
         Base64Row{"loneCharacterBehindBytes", "Zm9vZ", "foo"},
@@ -40,6 +40,54 @@ INSTANTIATE_TEST_SUITE_P(
         Base64Row{"highBits", "////", "\xFF\xFF\xFF"}, Base64Row{"zeroBytes", "AAAA", "\0\0\0"s},
         Base64Row{"looseTailBits", "Zh==", "f"}),
     rowName);
+
+INSTANTIATE_TEST_SUITE_P(
+    AfterPadding, Base64,
+    testing::Values(Base64Row{"footerOfAList",
+                              "Zg==\r\n-- \r\nThis is the list, see https://lists.example.org/\r\n", "f"},
+                    Base64Row{"footerUnderALine", "Zm8=\r\n____________\r\nlist\r\n", "fo"},
+                    Base64Row{"footerOfLettersAndBlanks", "Zg==\r\nSent from home\r\n", "f"},
+                    Base64Row{"footerOfTwoWordsOfFourLetters", "Zg==\r\nKind Mail\r\n", "f"},
+                    Base64Row{"footerWithTabs", "Zg==\r\nKind\t\tMail\r\n", "f"},
+                    Base64Row{"footerOfOneWord", "Zg==\r\nRegards\r\n", "f"},
+                    Base64Row{"footerOnTheSameLine", "Zg== see below", "f"},
+                    Base64Row{"footerWithAnAddressAndPadding", "Zg==\r\nlist?id=Zm8=\r\n", "f"},
+                    Base64Row{"footerAfterTheSecondPadding", "Zg==\r\nZm8=\r\n-- \r\nfooter\r\n", "f"},
+                    Base64Row{"footerInAnotherScript", "Zg==\r\n\xE9\xE9\r\n", "f"},
+                    Base64Row{"zeroByte", "Zg==\0Zm9v"s, "f"}, Base64Row{"stopAndBase64", "Zg==.Zm9v", "f"},
+                    Base64Row{"base64OfTwoLines", "Zg==\r\nZm9v\r\nYmFy\r\n", "ffoobar"},
+                    Base64Row{"lineEndInsideAGroupLater", "Zg==\nZm\n8=", "ffo"},
+                    Base64Row{"bareCRs", "Zg==\rZm9v\r", "ffoo"},
+                    Base64Row{"blankAfterPadding", "Zg== Zm8=", "ffo"},
+                    Base64Row{"blanksAtLineEnds", "Zg==  \r\n\tZm9v \t\r\n YmFy", "ffoobar"},
+                    Base64Row{"blankBeforePadding", "Zg==Zm8 =\tZm9v", "ffofoo"},
+                    Base64Row{"blankInsideAGroup", "Zg==Zm 9v", "f"},
+                    Base64Row{"blanksBeforeIt", "Z m 9 v Z g==", "foof"},
+                    Base64Row{"halfThePadding", "Zg=Zm8=Zg=", "ffof"},
+                    Base64Row{"moreThanThePadding", "Zg====Zm9v", "ffoo"},
+                    Base64Row{"noWholeGroupAtTheEnd", "Zg==Zm8", "f"},
+                    Base64Row{"singleLetterAtTheEnd", "Zg==Zm9vZ", "f"},
+                    Base64Row{"singleLetterBeforePadding", "Zg==Z=Zm9v", "f"},
+                    Base64Row{"onlyLineEnds", "Zg==\r\n\r\n", "f"},
+                    Base64Row{"paddingWithoutBytesEndsNothing", "=Z= -. Zm8=", "fo"},
+                    Base64Row{"paddingOfATextEndsNothing", "====-- \r\nZm9v", "foo"},
+                    Base64Row{"nothingBeforeAFooter", "Z=\r\n-", std::nullopt}),
+    rowName);
+
+TEST(Base64, hostileTextsHaveTheMeaningOfTheRule) {
+  constexpr std::string_view fragments[] = {"Zg==", "Zm8=", "Zm9v", "Z",  "Zg", "=",    "==",   "\r\n", "\n",
+                                            "\r",   " ",    "\t",   "--", ".",  "\x80", "word", "a+/b"};
+  HostileText texts(fragments);
+  for (int round = 0; round < 50000; ++round) {
+    const std::string encoded = texts.next(12);
+    ASSERT_EQ(decodeBase64(encoded), referenceBase64(encoded))
+        << encoded << " start value " << HostileText::startValue << " round " << round;
+  }
+}
+
+TEST(Base64, footerAfterABodyIsLeftOut) {
+  EXPECT_EQ(decodeText("Q2Fmw6k=\r\n-- \r\nlist\r\n", "base64", "utf-8"), "Café");
+}
 
 std::string encodedBase64(std::string_view bytes) {
   constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -155,10 +203,11 @@ TEST(QuotedPrintable, hostileTextsHaveTheMeaningOfTheRules) {
 
 TEST(TransferDecoding, repeatedBeginningsStayLinear) {
   for (const std::string_view fragment :
-       {"=", "=4", "=\r", "=\r\n", "=\n", "_", "Z", "Z=", "====A", "\r\n"}) {
+       {"=", "=4", "=\r", "=\r\n", "=\n", "_", "Z", "Z=", "====A", "\r\n", "QQ==", "QQ==\r\n", "QQ= ="}) {
     const std::string text = repeated(fragment, 4'000'000);
     EXPECT_LE(decodeQuotedPrintable(text, Underscore::isSpace).size(), text.size()) << fragment;
     EXPECT_LE(decodeBase64(text).value_or("").size(), text.size()) << fragment;
+    EXPECT_LE(decodeBase64(text + "-- footer").value_or("").size(), text.size()) << fragment;
   }
 }
 

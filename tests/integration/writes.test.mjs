@@ -82,7 +82,7 @@ test('aDryRunTellsWhatWouldHappenAndChangesNothing', async () => {
 test('aMessageIsMovedToTheFolderThatIsNamed', async () => {
   const rows = [
     [1, 'archive/2023', 'Archive/2023', 'lunch-1@example.org'],
-    [4, '&MNcw7TC4MKcwrzDI-', '&MNcw7TC4MKcwrzDI-', ''],
+    [4, 'プロジェクト', '&MNcw7TC4MKcwrzDI-', ''],
     [6, 'quotes "AND" spaces', 'Quotes "and" spaces', 'receipt-6@shop.example.com'],
   ];
   for (const [uid, name, path, words] of rows) {

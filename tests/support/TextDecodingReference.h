@@ -1,15 +1,18 @@
 #pragma once
 
 /// The operations of TextDecoding.h a second time, as plainly as they can be said and without regard to
-/// speed: by ICU's regular expressions, or step by step. For valid UTF-8 only, except `referenceBytes`.
+/// speed: by ICU's regular expressions, or step by step. For valid UTF-8 only, except `referenceBytes` and
+/// `referenceBase64`.
 
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "IMAP/TextDecoding.h"
 #include "Platform/Text.h"
@@ -40,6 +43,59 @@ inline std::string referenceBytes(std::string_view encoded, Underscore underscor
     }
   }
   return bytes;
+}
+
+constexpr std::string_view base64Letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+/// What follows padding, line by line and then run by run.
+inline bool referenceIsBase64Again(std::string_view rest) {
+  constexpr auto none = std::string_view::npos;
+  std::vector<std::string> runs{""};
+  for (std::size_t begin = 0; begin <= rest.size();) {
+    const std::size_t end = std::min(rest.find_first_of("\r\n", begin), rest.size());
+    char before = '=';  // which blanks may follow, as they may a line end
+    for (std::size_t at = begin; (at = rest.find_first_not_of(" \t", at)) < end; ++at) {
+      const bool isLetter = base64Letters.find(rest[at]) != none;
+      const bool hasBlanksBefore = at > begin && (rest[at - 1] == ' ' || rest[at - 1] == '\t');
+      if ((!isLetter && rest[at] != '=') || (isLetter && before != '=' && hasBlanksBefore)) {
+        return false;
+      }
+      before = rest[at];
+      isLetter ? runs.back().push_back(before) : runs.emplace_back().clear();
+    }
+    begin = end + 1;
+  }
+  const std::string last = runs.back();
+  runs.pop_back();
+  return last.size() % 4 == 0 &&
+         std::none_of(runs.begin(), runs.end(), [](const std::string& run) { return run.size() % 4 == 1; });
+}
+
+/// By the text of RFC 2045, section 6.8, bit by bit, and what follows each padding looked at anew.
+inline std::optional<std::string> referenceBase64(std::string_view text) {
+  std::string bytes;
+  std::string bits;
+  bool sawSextet = false;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const std::size_t sextet = base64Letters.find(text[at]);
+    if (text[at] == '=') {
+      bits.clear();
+      if (!bytes.empty() && !referenceIsBase64Again(text.substr(at + 1))) {
+        break;
+      }
+    } else if (sextet != std::string_view::npos) {
+      sawSextet = true;
+      for (unsigned bit = 6; bit-- > 0;) {
+        bits += (sextet >> bit & 1) != 0 ? '1' : '0';
+      }
+    }
+    if (bits.size() >= 8) {
+      bytes += static_cast<char>(std::stoi(bits.substr(0, 8), nullptr, 2));
+      bits.erase(0, 8);
+    }
+    // Four sextets are three bytes and leave no bits.
+  }
+  return sawSextet && bytes.empty() ? std::nullopt : std::optional(bytes);
 }
 
 /// The field by the regular expression and one word after the other.

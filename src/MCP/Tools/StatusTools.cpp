@@ -22,7 +22,7 @@ bool hasUsablePassword(const KeychainStore& keychain, const std::string& email) 
 
 JSONValue folderJSON(const IMAPFolder& folder, bool includeSpecialUse) {
   JSONObject object{
-      {"name", folder.name},
+      {"name", readableName(folder)},
       {"path", folder.path},
       {"delimiter", folder.delimiter},
       {"selectable", folder.selectable},

@@ -167,12 +167,13 @@ TEST_F(ToolRuntime, passwordAppearsInNoLogEntryAndNoResult) {
 class FoldersTool : public ToolTest {
  protected:
   FakeIMAPServer& serveFolders() {
-    return serve(loginDialogue() +
-                 Dialogue{expect("A0004 LIST \"\" \"*\"\r\n"),
-                          answer("* LIST (\\HasNoChildren) \"/\" INBOX\r\n"
-                                 "* LIST (\\Trash) \"/\" \"Deleted \\\"old\\\" mail\"\r\n"
-                                 "* LIST (\\Noselect) \"/\" Lists/&ZeVnLIqe-\r\nA0004 OK\r\n"),
-                          expect("A0005 LOGOUT\r\n"), answer("* BYE\r\nA0005 OK\r\n"), closeHere()});
+    return serve(loginDialogue() + Dialogue{expect("A0004 LIST \"\" \"*\"\r\n"),
+                                            answer("* LIST (\\HasNoChildren) \"/\" INBOX\r\n"
+                                                   "* LIST (\\Trash) \"/\" \"Deleted \\\"old\\\" mail\"\r\n"
+                                                   "* LIST (\\Noselect) \"/\" Lists/&ZeVnLIqe-\r\n"
+                                                   "* LIST () \"/\" Lists/&ZeVnLIqe\r\nA0004 OK\r\n"),
+                                            expect("A0005 LOGOUT\r\n"), answer("* BYE\r\nA0005 OK\r\n"),
+                                            closeHere()});
   }
 };
 
@@ -180,11 +181,13 @@ TEST_F(FoldersTool, listsFoldersInTheServersOrder) {
   FakeIMAPServer& server = serveFolders();
   const ToolCallResult result = call("list_folders");
   EXPECT_EQ(server.mismatch(), "");
-  EXPECT_EQ(result.structured, *JSONValue::decode(R"({"count": 3, "folders": [
+  EXPECT_EQ(result.structured, *JSONValue::decode(R"({"count": 4, "folders": [
     {"name": "INBOX", "path": "INBOX", "delimiter": "/", "selectable": true, "specialUse": null},
     {"name": "Deleted \"old\" mail", "path": "Deleted \"old\" mail", "delimiter": "/", "selectable": true,
      "specialUse": "\\Trash"},
-    {"name": "&ZeVnLIqe-", "path": "Lists/&ZeVnLIqe-", "delimiter": "/", "selectable": false,
+    {"name": "日本語", "path": "Lists/&ZeVnLIqe-", "delimiter": "/", "selectable": false,
+     "specialUse": null},
+    {"name": "&ZeVnLIqe", "path": "Lists/&ZeVnLIqe", "delimiter": "/", "selectable": true,
      "specialUse": null}]})"));
 }
 

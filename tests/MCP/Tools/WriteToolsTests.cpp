@@ -301,6 +301,8 @@ INSTANTIATE_TEST_SUITE_P(
                       FolderRow{"literal", "two words", "* LIST () \"/\" {9}\r\nTwo Words\r\n", "Two Words",
                                 "\"Two Words\""},
                       FolderRow{"nonASCII", "書類", "* LIST () \"/\" \"x/書類\"\r\n", "x/書類", "\"x/書類\""},
+                      FolderRow{"modifiedUTF7", "プロジェクト", "* LIST () \"/\" x/&MNcw7TC4MKcwrzDI-\r\n",
+                                "x/&MNcw7TC4MKcwrzDI-", "\"x/&MNcw7TC4MKcwrzDI-\""},
                       FolderRow{"belowTheInbox", "INBOX/Tea",
                                 "* LIST () \"/\" INBOX\r\n* LIST () \"/\" INBOX/Tea\r\n", "INBOX/Tea",
                                 "\"INBOX/Tea\""}),
@@ -338,12 +340,14 @@ TEST_F(WriteTool, mailboxWithoutATrashFolderIsToldSo) {
 }
 
 TEST_F(WriteTool, trashIsFoundByItsJapaneseName) {
-  FakeIMAPServer& server = serve(SessionScript("SELECT INBOX")
-                                     .command(listCommand, "* LIST () \"/\" \"ゴミ箱\"\r\n")
-                                     .command("UID MOVE 9 \"ゴミ箱\"")
-                                     .withLogout());
-  EXPECT_EQ(call("trash_message", JSONObject{{"uid", 9}}).structured["detail"]["to"], JSONValue("ゴミ箱"));
-  EXPECT_EQ(server.mismatch(), "");
+  for (const std::string path : {"ゴミ箱", "&MLQw33ux-"}) {
+    FakeIMAPServer& server = serve(SessionScript("SELECT INBOX")
+                                       .command(listCommand, "* LIST () \"/\" \"" + path + "\"\r\n")
+                                       .command("UID MOVE 9 \"" + path + "\"")
+                                       .withLogout());
+    EXPECT_EQ(call("trash_message", JSONObject{{"uid", 9}}).structured["detail"]["to"], JSONValue(path));
+    EXPECT_EQ(server.mismatch(), "");
+  }
 }
 
 TEST_F(WriteTool, trashDoesNotLookAtATarget) {

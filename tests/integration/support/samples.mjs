@@ -54,6 +54,6 @@ export const folders = [
   { path: 'Junk', name: 'Junk', specialUse: '\\Junk' },
   { path: 'Drafts', name: 'Drafts', specialUse: '\\Drafts' },
   { path: 'Quotes "and" spaces', name: 'Quotes "and" spaces', specialUse: null },
-  // As the server spells it: modified UTF-7 (RFC 3501 section 5.1.3) for プロジェクト.
-  { path: '&MNcw7TC4MKcwrzDI-', name: '&MNcw7TC4MKcwrzDI-', specialUse: null },
+  // The path as the server spells it: modified UTF-7 (RFC 3501 section 5.1.3).
+  { path: '&MNcw7TC4MKcwrzDI-', name: 'プロジェクト', specialUse: null },
 ].map((folder) => ({ ...folder, delimiter: '/', selectable: true }));
