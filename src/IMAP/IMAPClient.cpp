@@ -39,7 +39,7 @@ void IMAPClient::connect() {
 void IMAPClient::readGreeting() {
   const std::string greeting = connection().readLogicalLine();
   if (!greeting.starts_with('*')) {
-    throw IMAPError::unexpectedResponse(safeSummary(greeting));
+    throw IMAPError::unexpectedResponse(serverText(greeting));
   }
 }
 
