@@ -7,6 +7,8 @@
 
 #include "Core/AppLogger.h"
 #include "Core/LogBuffer.h"
+#include "support/ForkedProcess.h"
+#include "support/MountNamespace.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TemporaryDirectory.h"
 
@@ -115,6 +117,56 @@ TEST_F(ConfigStoreTest, malformedFileGivesTheDefaultsWithAnErrorLine) {
     EXPECT_EQ(store.load(), AppConfig()) << row.name;
     EXPECT_THAT(logged(), testing::ElementsAre(errorLine)) << row.name;
   }
+}
+
+TEST_F(ConfigStoreTest, fileThatEverybodyMayWriteGivesTheDefaultsWithAnErrorLine) {
+  const struct {
+    const char* name;
+    unsigned file, folder;
+    std::vector<std::string> lines;
+  } rows[] = {
+      {"the file", 0666, 0700, {"error app: Config file set aside: everybody may write it; using defaults"}},
+      {"its folder",
+       0600,
+       0777,
+       {"error app: Config file set aside: everybody may write in its folder; using defaults"}},
+      {"nothing", 0600, 0700, {}},
+  };
+  write(R"({"email": "user@example.org"})");
+  for (const auto& row : rows) {
+    LogBuffer::shared().clear();
+    fs::permissions(store.configURL(), fs::perms(row.file));
+    fs::permissions(store.configURL().parent_path(), fs::perms(row.folder));
+    EXPECT_EQ(store.load().email, row.lines.empty() ? "user@example.org" : "") << row.name;
+    EXPECT_EQ(logged(), row.lines) << row.name;
+  }
+}
+
+/// Root gives the file away. Anybody else looks at a file of root's from a user namespace in which root is
+/// nobody, as is every other user.
+TEST_F(ConfigStoreTest, fileOfAnotherUserGivesTheDefaultsWithAnErrorLine) {
+  write(R"({"email": "user@example.org"})");
+  EXPECT_EQ(inForkedProcess([&] {
+              if (::geteuid() == 0) {
+                constexpr uid_t nobody = 65534;
+                (void)::chown(store.configURL().c_str(), nobody, nobody);
+              } else {
+                fs::remove(store.configURL());
+                fs::create_symlink("/etc/passwd", store.configURL());
+                enterMountNamespace({});
+              }
+              const std::string email = store.load().email;
+              return email + testing::PrintToString(logged());
+            }),
+            R"({ "error app: Config file set aside: another user owns it; using defaults" })");
+}
+
+/// Root may write what it likes anyway.
+TEST_F(ConfigStoreTest, fileOfRootIsNoOtherUsers) {
+  fs::create_directories(store.configURL().parent_path());
+  fs::create_symlink("/etc/passwd", store.configURL());
+  EXPECT_EQ(store.load(), AppConfig());
+  EXPECT_THAT(logged(), testing::ElementsAre(errorLine)) << "which is that of a malformed file";
 }
 
 TEST_F(ConfigStoreTest, fileOfAMegabyteIsRead) {
