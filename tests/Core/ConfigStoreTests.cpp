@@ -7,8 +7,6 @@
 
 #include "Core/AppLogger.h"
 #include "Core/LogBuffer.h"
-#include "support/ForkedProcess.h"
-#include "support/MountNamespace.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TemporaryDirectory.h"
 
@@ -140,25 +138,6 @@ TEST_F(ConfigStoreTest, fileThatEverybodyMayWriteGivesTheDefaultsWithAnErrorLine
     EXPECT_EQ(store.load().email, row.lines.empty() ? "user@example.org" : "") << row.name;
     EXPECT_EQ(logged(), row.lines) << row.name;
   }
-}
-
-/// Root gives the file away. Anybody else looks at a file of root's from a user namespace in which root is
-/// nobody, as is every other user.
-TEST_F(ConfigStoreTest, fileOfAnotherUserGivesTheDefaultsWithAnErrorLine) {
-  write(R"({"email": "user@example.org"})");
-  EXPECT_EQ(inForkedProcess([&] {
-              if (::geteuid() == 0) {
-                constexpr uid_t nobody = 65534;
-                (void)::chown(store.configURL().c_str(), nobody, nobody);
-              } else {
-                fs::remove(store.configURL());
-                fs::create_symlink("/etc/passwd", store.configURL());
-                enterMountNamespace({});
-              }
-              const std::string email = store.load().email;
-              return email + testing::PrintToString(logged());
-            }),
-            R"({ "error app: Config file set aside: another user owns it; using defaults" })");
 }
 
 /// Root may write what it likes anyway.
