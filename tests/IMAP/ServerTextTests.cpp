@@ -52,6 +52,16 @@ TEST(ServerText, passwordIsMasked) {
   }
 }
 
+/// test-connection prints them.
+TEST(ServerText, namesOfCapabilitiesLoseThePasswordToo) {
+  FakeIMAPServer server({answer("* OK\r\n"), expect("A0001 LOGIN \"user@example.org\" \"app-pass-word\"\r\n"),
+                         answer("A0001 OK\r\n"), expect("A0002 CAPABILITY\r\n"),
+                         answer("* CAPABILITY MOVE X-app-pass-word\r\nA0002 OK\r\n")});
+  IMAPClient client("localhost", server.port(), testEmail, Secret(testPassword), 10s);
+  client.connect();
+  EXPECT_THAT(client.serverCapabilities(), testing::ElementsAre("MOVE", "X-***"));
+}
+
 struct PathRow {
   const char* name;
   Dialogue dialogue;
