@@ -12,6 +12,7 @@
 #include "MCP/MCPTransportStdio.h"
 #include "MCP/Tools/MCPTools.h"
 #include "Platform/Process.h"
+#include "Platform/Text.h"
 
 namespace tarnwell {
 
@@ -83,13 +84,18 @@ int CLIRunner::status() {
 }
 
 int CLIRunner::printConfig() {
+  const std::string path = ownExecutablePath().string();
   const JSONValue config = JSONObject{
-      {"mcpServers", JSONObject{{"tarnwell", JSONObject{{"command", ownExecutablePath().string()},
-                                                        {"args", JSONValue::strings({"serve"})}}}}},
+      {"mcpServers",
+       JSONObject{{"tarnwell", JSONObject{{"command", path}, {"args", JSONValue::strings({"serve"})}}}}},
   };
   print(config.prettyString());
   printError("\n# Add the block above to your MCP client config.\n");
   printError("# (This output never contains your app password.)\n");
+  if (!isValidUTF8(path)) {
+    printError(
+        "# The path of this program is not UTF-8, so JSON cannot name it: the block above is empty.\n");
+  }
   return 0;
 }
 

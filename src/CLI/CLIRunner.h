@@ -25,7 +25,8 @@ int testConnection();
 /// Prints what `get_status` tells.
 int status();
 
-/// Prints the configuration object for an MCP client. Reads neither settings nor secrets.
+/// Prints the configuration object for an MCP client. Reads neither settings nor secrets. When the path of
+/// the program is not UTF-8 the object is empty, and a line on standard error says why.
 int printConfig();
 
 /// The absolute path of the running program, symbolic links resolved, when the system tells it; else what the

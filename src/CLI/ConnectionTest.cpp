@@ -21,7 +21,8 @@ std::optional<Secret> savedPassword(const std::string& email) {
     std::optional<Secret> password = KeychainStore::shared().read(email);
     return password && !password->empty() ? std::move(password) : std::nullopt;
   } catch (const KeychainError& error) {
-    AppLogger::error(AppLogger::Category::security, "app password not read: " + error.description());
+    AppLogger::error(AppLogger::Category::security,
+                     "app password not read: " + AppLogger::redactAddresses(error.description()));
     return std::nullopt;
   }
 }
@@ -39,7 +40,8 @@ void saveOutcome(const ConfigStore& store, const std::string& email, bool succee
   try {
     store.save(config);
   } catch (const std::exception& error) {
-    AppLogger::error(AppLogger::Category::app, std::string("test outcome not saved: ") + error.what());
+    AppLogger::error(AppLogger::Category::app,
+                     "test outcome not saved: " + AppLogger::redactAddresses(error.what()));
   }
 }
 

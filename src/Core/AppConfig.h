@@ -9,6 +9,7 @@
 ///
 /// Threads: plain values.
 
+#include <array>
 #include <cstdint>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
@@ -46,6 +47,12 @@ struct SafetySettings {
 
 /// The language of the companion app's user interface.
 enum class AppLanguage { english, japanese };
+
+/// For a list of the languages: `for (AppLanguage language : AppLanguages::allCases)`, in the order in which
+/// they are declared.
+namespace AppLanguages {
+inline constexpr std::array allCases{AppLanguage::english, AppLanguage::japanese};
+}
 
 /// "en" or "ja".
 std::string_view rawValue(AppLanguage language);

@@ -1,12 +1,16 @@
 #include "Core/AppLogger.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <optional>
 #include <random>
+#include <utility>
 
 #include "Core/BridgeConstants.h"
 #include "Core/LogBuffer.h"
 #include "Platform/Text.h"
+#include "Platform/UTF8.h"
 
 namespace tarnwell::AppLogger {
 namespace {
@@ -59,6 +63,73 @@ void log(LogLevel level, Category category, std::string_view message) {
                               .message = std::string(message)});
 }
 
+bool isASCIIPunctuation(char32_t codePoint) {
+  return codePoint > ' ' && codePoint < 0x7F && !(codePoint >= '0' && codePoint <= '9') &&
+         !((codePoint | 0x20) >= 'a' && (codePoint | 0x20) <= 'z');
+}
+
+/// What stands in no address: white space, control characters, the special characters of mail (RFC 5322,
+/// section 3.2.3) but for the full stop, and the punctuation of other scripts, in full width too.
+bool isDelimiter(char32_t codePoint) {
+  if (codePoint < 0x80) {
+    return codePoint <= ' ' || codePoint == 0x7F ||
+           std::string_view("()<>[]:;@\\,\"").find(static_cast<char>(codePoint)) != std::string_view::npos;
+  }
+  const auto isWithin = [codePoint](char32_t first, char32_t last) {
+    return codePoint >= first && codePoint <= last;
+  };
+  return isWhitespace(codePoint) || isControlCharacter(codePoint) || isWithin(0x2010, 0x205E) ||
+         isWithin(0x3001, 0x3003) || isWithin(0x3008, 0x301F) || isWithin(0xFF01, 0xFF0F) ||
+         isWithin(0xFF1A, 0xFF20) || isWithin(0xFF3B, 0xFF40) || isWithin(0xFF5B, 0xFF65);
+}
+
+/// Chinese, Japanese and Korean characters.
+bool isEastAsian(char32_t codePoint) {
+  const auto isWithin = [codePoint](char32_t first, char32_t last) {
+    return codePoint >= first && codePoint <= last;
+  };
+  return isWithin(0x2E80, 0xA4CF) || isWithin(0xAC00, 0xD7FF) || isWithin(0xF900, 0xFAFF) ||
+         isWithin(0xFF66, 0xFFDC) || isWithin(0x20000, 0x3FFFF);
+}
+
+bool beginsDomain(std::string_view text) {
+  std::size_t position = 0;
+  return !text.empty() && (text[0] == '[' || !isDelimiter(nextCodePoint(text, position)));
+}
+
+/// Where the local part of an address would begin, were there an at sign now.
+class LocalPart {
+ public:
+  explicit LocalPart(std::size_t position = 0) : word_(position), narrow_(position) {}
+
+  /// The next code point and where it begins and ends.
+  void pass(char32_t codePoint, std::size_t begin, std::size_t end) {
+    quoted_.reset();
+    if (codePoint == U'"') {
+      quoted_ = std::exchange(quote_, begin);
+    }
+    isEastAsian_ = isEastAsian(codePoint);
+    // A quotation mark or an equals sign before an address is none of it.
+    if (isDelimiter(codePoint) || (word_ == begin && isASCIIPunctuation(codePoint))) {
+      word_ = end;
+    }
+    if (isEastAsian_ || word_ == end) {
+      narrow_ = end;
+    }
+  }
+
+  std::size_t start() const { return quoted_.value_or(isEastAsian_ ? word_ : narrow_); }
+
+ private:
+  std::size_t word_;
+  /// Behind the last East Asian character of the word.
+  std::size_t narrow_;
+  bool isEastAsian_ = false;
+  /// The last quotation mark; and the one before it, while that was the last character.
+  std::optional<std::size_t> quote_;
+  std::optional<std::size_t> quoted_;
+};
+
 }  // namespace
 
 std::string_view rawValue(Category category) {
@@ -93,6 +164,27 @@ std::string redact(std::string_view email) {
   }
   std::string masked(characterPrefix(email.substr(0, atSign), 2));
   return masked.append("***").append(email.substr(atSign));
+}
+
+std::string redactAddresses(std::string_view text) {
+  std::string result;
+  std::size_t copied = 0;
+  LocalPart local;
+  for (std::size_t position = 0; position < text.size();) {
+    const std::size_t begin = position;
+    const char32_t codePoint = nextCodePoint(text, position);
+    if (codePoint != U'@') {
+      local.pass(codePoint, begin, position);
+      continue;
+    }
+    const std::size_t start = std::max(local.start(), copied);
+    if (start < begin && beginsDomain(text.substr(position))) {
+      result.append(text.substr(copied, start - copied)).append(redact(text.substr(start, position - start)));
+      copied = position;
+    }
+    local = LocalPart(position);
+  }
+  return result.append(text.substr(copied));
 }
 
 }  // namespace tarnwell::AppLogger

@@ -29,6 +29,21 @@ std::optional<AppConfig> decode(const std::string& text) {
   }
 }
 
+/// Why somebody else may have written the file; empty when nobody may.
+std::string_view objection(OtherWriter otherWriter) {
+  switch (otherWriter) {
+    case OtherWriter::none:
+      return "";
+    case OtherWriter::owner:
+      return "another user owns it";
+    case OtherWriter::everybody:
+      return "everybody may write it";
+    case OtherWriter::everybodyInFolder:
+      return "everybody may write in its folder";
+  }
+  return "";
+}
+
 }  // namespace
 
 ConfigStore ConfigStore::shared() {
@@ -42,12 +57,17 @@ ConfigStore ConfigStore::shared() {
 
 AppConfig ConfigStore::load() const {
   // One byte more than allowed shows that a file is too large.
-  std::optional<std::string> text = readFilePrefix(configURL(), maxFileBytes + 1);
-  if (!text) {
+  const std::optional<FilePrefix> file = readFilePrefix(configURL(), maxFileBytes + 1);
+  if (!file) {
     // Deliberate: no log line. Before the first set-up there is no file, and that is no error.
     return {};
   }
-  std::optional<AppConfig> config = decode(*text);
+  if (const std::string_view why = objection(file->otherWriter); !why.empty()) {
+    AppLogger::error(AppLogger::Category::app,
+                     "Config file set aside: " + std::string(why) + "; using defaults");
+    return {};
+  }
+  std::optional<AppConfig> config = decode(file->text);
   if (!config) {
     AppLogger::error(AppLogger::Category::app, "Config file unreadable; using defaults");
     return {};

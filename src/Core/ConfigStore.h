@@ -26,7 +26,8 @@ class ConfigStore {
   std::filesystem::path configURL() const { return directory_ / "config.json"; }
 
   /// Never fails: a file that is missing or cannot be read gives the defaults silently; one that is not
-  /// a JSON object of the right types gives them with an error in the log.
+  /// a JSON object of the right types, or that somebody else may have written (see Platform/PrivateFiles.h),
+  /// gives them with an error in the log.
   AppConfig load() const;
 
   /// Throws `std::filesystem::filesystem_error` naming the path, or `std::exception` for an encoding

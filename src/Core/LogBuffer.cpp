@@ -2,20 +2,6 @@
 
 namespace tarnwell {
 
-std::string_view rawValue(LogLevel level) {
-  switch (level) {
-    case LogLevel::debug:
-      return "debug";
-    case LogLevel::info:
-      return "info";
-    case LogLevel::notice:
-      return "notice";
-    case LogLevel::error:
-      return "error";
-  }
-  return "";
-}
-
 LogBuffer& LogBuffer::shared() {
   // Never destroyed: a thread that is still running when the process ends may log.
   static LogBuffer& buffer = *new LogBuffer;

@@ -2,6 +2,11 @@
 
 /// The newest 500 log entries, kept in memory for a program that embeds this one.
 ///
+/// Levels and entries have a JSON form:
+///
+///     {"id": "0b4c3a9e-5d0f-4f5b-9c36-2d1f0a7b8c9d", "date": "2024-05-01T09:30:00Z", "level": "info",
+///      "category": "imap", "message": "Authenticated to IMAP for us***@example.org"}
+///
 /// Threads: all operations may be called from any thread at once.
 
 #include <array>
@@ -11,6 +16,8 @@
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +28,8 @@ enum class LogLevel { debug, info, notice, error };
 
 /// "debug", "info", "notice" or "error"; also the JSON form.
 std::string_view rawValue(LogLevel level);
+/// Absent for any other text.
+std::optional<LogLevel> logLevel(std::string_view rawValue);
 
 struct LogEntry {
   /// Fresh and random for each entry (RFC 9562, version 4).
@@ -31,7 +40,18 @@ struct LogEntry {
   std::string category;
   /// As passed to the logging call.
   std::string message;
+
+  bool operator==(const LogEntry&) const = default;
 };
+
+/// The JSON forms. The date is cut to whole seconds; the identifier is the text of RFC 9562, section 4,
+/// written in small letters and read in any. Every key is needed, and unknown ones are ignored. For a value
+/// of the wrong type `from_json` throws `std::invalid_argument`, whose text names the key; the record is then
+/// as it was.
+void to_json(nlohmann::json& json, LogLevel level);
+void from_json(const nlohmann::json& json, LogLevel& level);
+void to_json(nlohmann::json& json, const LogEntry& entry);
+void from_json(const nlohmann::json& json, LogEntry& entry);
 
 class LogBuffer {
  public:

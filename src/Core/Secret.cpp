@@ -1,5 +1,6 @@
 #include "Core/Secret.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace tarnwell {
@@ -12,6 +13,28 @@ void wipe(void* memory, std::size_t size) noexcept {
   // The empty statement claims to read the memory, so that the compiler cannot drop the writes above as
   // useless. GCC and Clang both understand it, on every system.
   asm volatile("" : : "r"(memory) : "memory");
+}
+
+std::string masked(std::string_view text, std::initializer_list<std::string_view> secrets) {
+  std::vector<bool> isHidden(text.size());
+  for (const std::string_view secret : secrets) {
+    std::size_t hiddenEnd = 0;
+    for (std::size_t found = secret.empty() ? text.npos : text.find(secret); found != text.npos;
+         found = text.find(secret, found + 1)) {
+      for (hiddenEnd = std::max(hiddenEnd, found); hiddenEnd < found + secret.size(); ++hiddenEnd) {
+        isHidden[hiddenEnd] = true;
+      }
+    }
+  }
+  std::string result;
+  for (std::size_t position = 0; position < text.size(); ++position) {
+    if (!isHidden[position]) {
+      result.push_back(text[position]);
+    } else if (position == 0 || !isHidden[position - 1]) {
+      result.append("***");
+    }
+  }
+  return result;
 }
 
 }  // namespace tarnwell

@@ -8,7 +8,9 @@
 /// Threads: a plain value; one thread at a time.
 
 #include <cstddef>
+#include <initializer_list>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -58,5 +60,9 @@ class Secret {
  private:
   std::vector<char, WipingAllocator<char>> bytes_;
 };
+
+/// The text with "***" in place of every stretch that is covered by one of the secrets, or by several that
+/// overlap or touch. An empty secret covers nothing.
+std::string masked(std::string_view text, std::initializer_list<std::string_view> secrets);
 
 }  // namespace tarnwell

@@ -39,7 +39,7 @@ void IMAPClient::connect() {
 void IMAPClient::readGreeting() {
   const std::string greeting = connection().readLogicalLine();
   if (!greeting.starts_with('*')) {
-    throw IMAPError::unexpectedResponse(safeSummary(greeting));
+    throw IMAPError::unexpectedResponse(serverText(greeting));
   }
 }
 
@@ -64,7 +64,7 @@ void IMAPClient::readCapabilities(std::string_view response) {
   }
   // test-connection prints the names, and none may steer the terminal.
   for (std::string_view name; !(name = takeWord(response)).empty();) {
-    capabilities_.insert(uppercased(safeSummary(name)));
+    capabilities_.insert(uppercased(serverText(name)));
   }
 }
 

@@ -13,7 +13,8 @@
 /// that expunges, and none that creates, renames or deletes a mailbox.
 ///
 /// Every operation but `disconnect` throws `IMAPError`. The session is not repaired after a failure; the
-/// caller disconnects. Texts of the server enter an error only through `safeSummary`.
+/// caller disconnects. Texts of the server enter an error only through `safeSummary`, with the password
+/// masked.
 ///
 /// Threads: one at a time; several clients may exist at once.
 
@@ -114,9 +115,9 @@ class IMAPClient {
   /// A day as in "5-Mar-2024" (UTC).
   static std::string imapDate(Instant instant);
 
-  /// A server's text, fit for an error or a log: control and format characters as blanks, trimmed, at most
-  /// 200 user-perceived characters.
-  static std::string safeSummary(std::string_view text);
+  /// A server's text, fit for an error: control and format characters as blanks, trimmed, "***" in place of
+  /// the password as it is and as it stands on the wire, and then at most 200 user-perceived characters.
+  static std::string safeSummary(std::string_view text, const Secret& password = Secret());
 
  private:
   /// One piece of a command line: copied as it is, or sent as a synchronising literal.
@@ -132,7 +133,8 @@ class IMAPClient {
   static void passOver(std::string&) {}
 
   static std::vector<IMAPArg> buildSearchArgs(const IMAPSearchCriteria& criteria);
-  static void ensureOK(const IMAPParser::Completion& completion, std::string_view command);
+  std::string serverText(std::string_view text) const { return safeSummary(text, password_); }
+  void ensureOK(const IMAPParser::Completion& completion, std::string_view command) const;
   static void appendQuoted(Secret& line, std::string_view text);
   static std::optional<std::string_view> extractFirstLiteral(std::string_view response);
 

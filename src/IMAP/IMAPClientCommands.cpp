@@ -20,6 +20,28 @@ bool holdsControlCharacter(std::string_view text) {
   return false;
 }
 
+/// Inside of a quoted string (RFC 3501, section 9).
+void appendEscaped(Secret& line, std::string_view text) {
+  for (const char byte : text) {
+    if (byte == '\\' || byte == '"') {
+      line.append('\\');
+    }
+    line.append(byte);
+  }
+}
+
+/// Control and format characters as blanks, what is no UTF-8 as U+FFFD. `Text` is a string or a secret.
+template <class Text>
+void appendBlanked(Text& result, std::string_view text) {
+  for (std::size_t position = 0; position < text.size();) {
+    const std::size_t begin = position;
+    bool isValid = true;
+    const char32_t codePoint = nextCodePoint(text, position, &isValid);
+    const bool isBlank = isControlCharacter(codePoint) || isFormatCharacter(codePoint);
+    result.append(isBlank ? " " : isValid ? text.substr(begin, position - begin) : "\uFFFD");
+  }
+}
+
 }  // namespace
 
 IMAPConnection& IMAPClient::connection() {
@@ -80,7 +102,7 @@ void IMAPClient::requestContinuation(Secret& line, std::size_t literalSize) {
   line.clear();
   const std::string answer = connection().readLogicalLine();
   if (!answer.starts_with('+')) {
-    throw IMAPError::unexpectedResponse(safeSummary(answer));
+    throw IMAPError::unexpectedResponse(serverText(answer));
   }
 }
 
@@ -91,7 +113,7 @@ IMAPParser::Completion IMAPClient::readUntilTagged(const std::string& tag, const
     if (line.starts_with(completionBegin)) {
       std::optional<IMAPParser::Completion> completion = IMAPParser::parseCompletion(line, tag);
       if (!completion) {
-        throw IMAPError::unexpectedResponse(safeSummary(line));
+        throw IMAPError::unexpectedResponse(serverText(line));
       }
       return *std::move(completion);
     }
@@ -102,10 +124,10 @@ IMAPParser::Completion IMAPClient::readUntilTagged(const std::string& tag, const
 }
 
 /// Deliberate: the error names the first word of the command only, so a failed "UID SEARCH" is a failed UID.
-void IMAPClient::ensureOK(const IMAPParser::Completion& completion, std::string_view command) {
+void IMAPClient::ensureOK(const IMAPParser::Completion& completion, std::string_view command) const {
   if (completion.status != IMAPParser::Completion::Status::ok) {
     throw IMAPError::commandFailed(std::string(command.substr(0, command.find(' '))),
-                                   safeSummary(completion.text));
+                                   serverText(completion.text));
   }
 }
 
@@ -114,12 +136,7 @@ void IMAPClient::appendQuoted(Secret& line, std::string_view text) {
     throw IMAPError::invalidArgument("control character in IMAP argument");
   }
   line.append('"');
-  for (const char byte : text) {
-    if (byte == '\\' || byte == '"') {
-      line.append('\\');
-    }
-    line.append(byte);
-  }
+  appendEscaped(line, text);
   line.append('"');
 }
 
@@ -129,15 +146,18 @@ std::string IMAPClient::quoted(std::string_view text) {
   return std::string(line.view());
 }
 
-std::string IMAPClient::safeSummary(std::string_view text) {
+/// The password is looked for when both texts are blanked and trimmed, since a server may have sent a tab for
+/// its blank; and before the cut, which may leave a part of it.
+std::string IMAPClient::safeSummary(std::string_view text, const Secret& password) {
   constexpr std::size_t maximumLength = 200;
   std::string blanked;
-  for (std::size_t position = 0; position < text.size();) {
-    const char32_t codePoint = nextCodePoint(text, position);
-    appendCodePoint(blanked,
-                    isControlCharacter(codePoint) || isFormatCharacter(codePoint) ? U' ' : codePoint);
-  }
-  return std::string(characterPrefix(trimmed(blanked), maximumLength));
+  appendBlanked(blanked, text);
+  Secret plain;
+  appendBlanked(plain, password.view());
+  Secret escaped;
+  appendEscaped(escaped, plain.view());
+  const std::string discreet = masked(blanked, {trimmed(plain.view()), trimmed(escaped.view())});
+  return std::string(characterPrefix(trimmed(discreet), maximumLength));
 }
 
 }  // namespace tarnwell

@@ -16,7 +16,7 @@ MoveOutcome IMAPClient::move(std::uint32_t uid, std::string_view toFolderPath, C
     return MoveOutcome::moved;
   }
   if (fallback == CopyFallback::forbidden) {
-    throw IMAPError::moveRejected(safeSummary(completion.text));
+    throw IMAPError::moveRejected(serverText(completion.text));
   }
   copyThenFlagDeleted(uid, target);
   return MoveOutcome::copiedAndFlaggedDeleted;

@@ -24,11 +24,17 @@ std::optional<std::string> environmentValue(const char* name) {
   return value ? std::optional<std::string>(value) : std::nullopt;
 }
 
+std::optional<std::string> namedCertificates() {
+  std::optional<std::string> name = environmentValue(X509_get_default_cert_file_env());
+  return name && !name->empty() ? std::move(name) : std::nullopt;
+}
+
 /// What tells that a file or directory is another one, or holds something else; zeros when it is not there.
 struct Version {
   std::uint64_t inode = 0;
   std::int64_t size = 0;
   std::int64_t statusChange = 0;  // seconds since 1970
+  bool isRegularFile = false;
   std::filesystem::file_time_type contentChange = {};
 
   bool operator==(const Version&) const = default;
@@ -40,12 +46,13 @@ Version versionOf(const std::string& path) {
     return {};
   }
   std::error_code failed;
-  return {status.st_ino, status.st_size, status.st_ctime, std::filesystem::last_write_time(path, failed)};
+  return {status.st_ino, status.st_size, status.st_ctime, S_ISREG(status.st_mode),
+          std::filesystem::last_write_time(path, failed)};
 }
 
 /// Where OpenSSL looks for trusted certificates, and what is there.
 struct TrustStore {
-  std::optional<std::string> namedFile = environmentValue(X509_get_default_cert_file_env());
+  std::optional<std::string> namedFile = namedCertificates();
   std::string file = namedFile.value_or(X509_get_default_cert_file());
   std::string directory =
       environmentValue(X509_get_default_cert_dir_env()).value_or(X509_get_default_cert_dir());
@@ -91,6 +98,9 @@ std::shared_ptr<ssl::context> sharedTLSContext() {
 
   const std::lock_guard oneAtATime(shared.mutex);
   TrustStore store;
+  if (store.namedFile && !store.fileVersion.isRegularFile) {  // OpenSSL would wait for the writer of a pipe
+    throw TrustError("SSL_CERT_FILE names no regular file (" + store.file + ")");
+  }
   if (shared.context && store == shared.store) {
     return shared.context;
   }

@@ -156,7 +156,10 @@ struct TLSStream::State {
 
   void openStream() {
     try {
+      context = sharedTLSContext();
       stream.emplace(queue, *context);
+    } catch (const TrustError& nobodyToTrust) {
+      fail(nobodyToTrust.what());
     } catch (const boost::system::system_error& noDescriptor) {  // the queue needs some of its own
       fail(noDescriptor.code().message());
     }
@@ -232,7 +235,6 @@ void TLSStream::connect() {
   const Clock::time_point end = state.deadline();
 
   Lookup lookup(state.host, state.port);
-  state.context = sharedTLSContext();
   state.openStream();
   error_code error;
   const std::optional<Endpoints> endpoints = lookup.await(end, error);

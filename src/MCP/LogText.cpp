@@ -1,5 +1,7 @@
 #include "MCP/LogText.h"
 
+#include "Core/AppLogger.h"
+#include "IMAP/IMAPError.h"
 #include "Platform/Text.h"
 #include "Platform/UTF8.h"
 
@@ -8,6 +10,18 @@ namespace tarnwell {
 std::string_view shortened(std::string_view text, std::size_t count) {
   constexpr std::size_t bytesForEach = 8;
   return characterPrefix(bytePrefix(text, count * bytesForEach), count);
+}
+
+std::string loggable(std::string_view text, std::size_t count) {
+  return std::string(shortened(AppLogger::redactAddresses(text), count));
+}
+
+std::string loggable(const IMAPError& error) {
+  if (error.kind() == IMAPError::Kind::folderNotFound) {
+    return loggable(error.description());
+  }
+  constexpr std::size_t maximumLength = 1000;  // the longest text of the program's own has less than half
+  return loggable(error.description(), maximumLength);
 }
 
 }  // namespace tarnwell

@@ -56,8 +56,7 @@ JSONValue MCPServer::initializeResult(const std::optional<JSONValue>& params) co
     version = (*params)["protocolVersion"].stringValue().value_or(version);
   }
   constexpr std::size_t loggedLength = 100;  // the client may send a text of any length
-  AppLogger::info(AppLogger::Category::mcp,
-                  "initialize (protocol " + std::string(shortened(version, loggedLength)) + ")");
+  AppLogger::info(AppLogger::Category::mcp, "initialize (protocol " + loggable(version, loggedLength) + ")");
   return JSONObject{
       {"protocolVersion", version},
       {"capabilities", JSONObject{{"tools", JSONObject{{"listChanged", false}}}}},

@@ -93,19 +93,41 @@ void syncDirectory(const std::filesystem::path& directory) {
   }
 }
 
-}  // namespace
+/// To look at a folder and open files in it, which asks for no right to list them where the system knows of
+/// that difference.
+#ifdef O_PATH
+constexpr int toSearch = O_PATH;
+#else
+constexpr int toSearch = O_RDONLY;
+#endif
 
-std::optional<std::string> readFilePrefix(const std::filesystem::path& path, std::size_t limit) {
-  // Without O_NONBLOCK the opening of a pipe would wait for its writer.
-  Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  struct stat status {};
-  if (!file.isOpen() || ::fstat(file.number(), &status) < 0 || !S_ISREG(status.st_mode)) {
-    return std::nullopt;
+Descriptor folderOf(const std::filesystem::path& path) {
+  const std::filesystem::path folder = path.parent_path();
+  return Descriptor(::open(folder.empty() ? "." : folder.c_str(), toSearch | O_DIRECTORY | O_CLOEXEC));
+}
+
+bool mayBeReplacedByEverybody(const struct stat& folder) {
+  return (folder.st_mode & S_IWOTH) != 0 && (folder.st_mode & S_ISVTX) == 0;
+}
+
+OtherWriter otherWriterOf(const struct stat& file, const struct stat& folder,
+                          const struct stat& folderOfPath) {
+  if (file.st_uid != ::geteuid() && file.st_uid != 0) {
+    return OtherWriter::owner;
   }
+  if ((file.st_mode & S_IWOTH) != 0) {
+    return OtherWriter::everybody;
+  }
+  return mayBeReplacedByEverybody(folder) || mayBeReplacedByEverybody(folderOfPath)
+             ? OtherWriter::everybodyInFolder
+             : OtherWriter::none;
+}
+
+std::optional<std::string> readPrefix(int file, std::size_t limit) {
   std::string text;
   char block[16 * 1024];
   while (text.size() < limit) {
-    ssize_t count = ::read(file.number(), block, std::min(sizeof block, limit - text.size()));
+    ssize_t count = ::read(file, block, std::min(sizeof block, limit - text.size()));
     if (count < 0 && errno == EINTR) {
       continue;
     }
@@ -118,6 +140,37 @@ std::optional<std::string> readFilePrefix(const std::filesystem::path& path, std
     text.append(block, static_cast<std::size_t>(count));
   }
   return text;
+}
+
+}  // namespace
+
+/// The path is resolved first and the last step then follows no link, so that the file that is read lies in
+/// the folder that is judged, whatever anybody changes meanwhile.
+std::optional<FilePrefix> readFilePrefix(const std::filesystem::path& path, std::size_t limit) {
+  std::error_code failed;
+  const std::filesystem::path real = std::filesystem::canonical(path, failed);
+  if (failed) {
+    return std::nullopt;
+  }
+  const Descriptor folder = folderOf(real);
+  const Descriptor folderOfPath = folderOf(path);
+  // Without O_NONBLOCK the opening of a pipe would wait for its writer.
+  const Descriptor file(
+      ::openat(folder.number(), real.filename().c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
+  struct stat fileStatus {};
+  struct stat folderStatus {};
+  struct stat folderOfPathStatus {};
+  if (::fstat(file.number(), &fileStatus) < 0 || !S_ISREG(fileStatus.st_mode) ||
+      ::fstat(folder.number(), &folderStatus) < 0 ||
+      ::fstat(folderOfPath.number(), &folderOfPathStatus) < 0) {
+    return std::nullopt;
+  }
+  if (const OtherWriter other = otherWriterOf(fileStatus, folderStatus, folderOfPathStatus);
+      other != OtherWriter::none) {
+    return FilePrefix{"", other};
+  }
+  std::optional<std::string> text = readPrefix(file.number(), limit);
+  return text ? std::optional(FilePrefix{*std::move(text)}) : std::nullopt;
 }
 
 void createPrivateDirectories(const std::filesystem::path& directory) {

@@ -204,6 +204,7 @@ TEST(AppConfigEncoding, optionalFieldsAreWrittenOnlyWhenPresent) {
 }
 
 TEST(AppLanguageValues, goBothWays) {
+  EXPECT_THAT(AppLanguages::allCases, testing::ElementsAre(AppLanguage::english, AppLanguage::japanese));
   EXPECT_EQ(rawValue(AppLanguage::english), "en");
   EXPECT_EQ(rawValue(AppLanguage::japanese), "ja");
   EXPECT_EQ(displayName(AppLanguage::english), "English");

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "Core/LogBuffer.h"
+#include "support/Repeated.h"
 #include "support/TemporaryDirectory.h"
 #ifndef __APPLE__
 #include "support/DatagramSocket.h"
@@ -162,6 +163,52 @@ TEST(AppLoggerRedact, keepsAtMostTwoCharactersBeforeTheAtSign) {
   };
   for (const RedactRow& row : rows) {
     EXPECT_EQ(AppLogger::redact(row.email), row.expected) << row.name;
+  }
+}
+
+TEST(AppLoggerRedactAddresses, masksWhateverLooksLikeAnAddress) {
+  const RedactRow rows[] = {
+      {"alone", "john.doe@example.org", "jo***@example.org"},
+      {"no dot in the domain", "a@b", "a***@b"},
+      {"two on a line", "from john@example.org to jane@example.net.",
+       "from jo***@example.org to ja***@example.net."},
+      {"plus address", "john+bank@example.org", "jo***@example.org"},
+      {"apostrophe", "o'brien@example.org", "o'***@example.org"},
+      {"in angle brackets", "John Doe <john.doe@example.org>", "John Doe <jo***@example.org>"},
+      {"in brackets", "refused (john.doe@example.org)", "refused (jo***@example.org)"},
+      {"in quotes", "no \"john.doe@example.org\" here", "no \"jo***@example.org\" here"},
+      {"in single quotes", "no 'john.doe@example.org' here", "no 'jo***@example.org' here"},
+      {"in the LOGIN command", "LOGIN \"john@example.org\" \"x\"", "LOGIN \"jo***@example.org\" \"x\""},
+      {"quoted local part", "to \"john doe\"@example.org", "to \"j***@example.org"},
+      {"quoted local part with an address", "\"john@home\"@example.org", "\"jo***@home\"@example.org"},
+      {"of a list", "john@a,jane@b;jack@c", "jo***@a,ja***@b;ja***@c"},
+      {"scheme", "mailto:john@example.org", "mailto:jo***@example.org"},
+      {"line break", "user\njohn@example.org\nnext", "user\njo***@example.org\nnext"},
+      {"address of a host", "john@[127.0.0.1]", "jo***@[127.0.0.1]"},
+      {"two at signs", "john@home@example.org", "jo***@ho***@example.org"},
+      {"japanese text before it", "宛先はjohn@example.orgです", "宛先はjo***@example.orgです"},
+      {"japanese punctuation before it", "宛先：「john@example.org」", "宛先：「jo***@example.org」"},
+      {"ideographic space before it", "宛先\u3000john@example.org", "宛先\u3000jo***@example.org"},
+      {"japanese local part", "宛先: 山田太郎@example.org", "宛先: 山田***@example.org"},
+      {"korean text before it", "받는사람john@example.org", "받는사람jo***@example.org"},
+      {"accented local part", "à élodie@exämple.org", "à él***@exämple.org"},
+      {"combining marks", "x e\u0301e\u0301e@b", "x e\u0301e\u0301***@b"},
+      {"broken UTF-8 before it", "\xE3\x81 john@b \xFF", "\xE3\x81 jo***@b \xFF"},
+      {"no local part", "@example.org and @ home", "@example.org and @ home"},
+      {"no domain", "john@ home, jane@", "john@ home, jane@"},
+      {"no address", "nothing at all", "nothing at all"},
+      {"empty", "", ""},
+  };
+  for (const RedactRow& row : rows) {
+    EXPECT_EQ(AppLogger::redactAddresses(row.email), row.expected) << row.name;
+  }
+}
+
+/// A quadratic reader needs hours.
+TEST(AppLoggerRedactAddresses, takesLinearTime) {
+  constexpr std::size_t size = 2'000'000;
+  for (const std::string_view piece : {"a", "@", "a@", "\"", "\"@", "\"a@", "山", "a@b ", "e\u0301"}) {
+    EXPECT_NE(AppLogger::redactAddresses(repeated(piece, size / piece.size())), "") << piece;
   }
 }
 

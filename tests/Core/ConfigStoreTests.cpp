@@ -117,6 +117,37 @@ TEST_F(ConfigStoreTest, malformedFileGivesTheDefaultsWithAnErrorLine) {
   }
 }
 
+TEST_F(ConfigStoreTest, fileThatEverybodyMayWriteGivesTheDefaultsWithAnErrorLine) {
+  const struct {
+    const char* name;
+    unsigned file, folder;
+    std::vector<std::string> lines;
+  } rows[] = {
+      {"the file", 0666, 0700, {"error app: Config file set aside: everybody may write it; using defaults"}},
+      {"its folder",
+       0600,
+       0777,
+       {"error app: Config file set aside: everybody may write in its folder; using defaults"}},
+      {"nothing", 0600, 0700, {}},
+  };
+  write(R"({"email": "user@example.org"})");
+  for (const auto& row : rows) {
+    LogBuffer::shared().clear();
+    fs::permissions(store.configURL(), fs::perms(row.file));
+    fs::permissions(store.configURL().parent_path(), fs::perms(row.folder));
+    EXPECT_EQ(store.load().email, row.lines.empty() ? "user@example.org" : "") << row.name;
+    EXPECT_EQ(logged(), row.lines) << row.name;
+  }
+}
+
+/// Root may write what it likes anyway.
+TEST_F(ConfigStoreTest, fileOfRootIsNoOtherUsers) {
+  fs::create_directories(store.configURL().parent_path());
+  fs::create_symlink("/etc/passwd", store.configURL());
+  EXPECT_EQ(store.load(), AppConfig());
+  EXPECT_THAT(logged(), testing::ElementsAre(errorLine)) << "which is that of a malformed file";
+}
+
 TEST_F(ConfigStoreTest, fileOfAMegabyteIsRead) {
   std::string text = R"({"email": "user@example.org"})";
   text.append(1024 * 1024 - text.size(), ' ');

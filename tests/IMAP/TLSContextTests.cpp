@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -11,6 +12,7 @@
 #include <string>
 
 #include "support/ScopedEnvironment.h"
+#include "support/TemporaryDirectory.h"
 #include "support/TestCertificates.h"
 
 namespace tarnwell::test {
@@ -58,6 +60,34 @@ TEST_F(TLSContext, isNotKeptWhenItsFileCouldNotBeRead) {
   const auto context = sharedTLSContext();
   EXPECT_NE(context, trustsNobody);
   EXPECT_EQ(sharedTLSContext(), context);
+}
+
+/// What is trusted must be a file; a link to one is fine.
+TEST_F(TLSContext, fileOfCertificatesMustBeARegularFile) {
+  const TemporaryDirectory directory;
+  const fs::path pipe = directory / "pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  fs::create_symlink(pipe, directory / "link to a pipe");
+  fs::create_symlink(directory / "nowhere", directory / "dangling link");
+  const std::string trusted = getenv("SSL_CERT_FILE");
+  const auto begin = std::chrono::steady_clock::now();
+  for (const fs::path& path :
+       {directory.path(), pipe, directory / "link to a pipe", directory / "dangling link",
+        directory / "missing", fs::path("/dev/null"), fs::path("/dev/zero")}) {
+    const ScopedEnvironment environment({{"SSL_CERT_FILE", path.string()}});
+    try {
+      sharedTLSContext();
+      ADD_FAILURE() << "no error for " << path;
+    } catch (const TrustError& error) {
+      EXPECT_EQ(std::string(error.what()), "SSL_CERT_FILE names no regular file (" + path.string() + ")");
+    }
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 10s);
+  fs::create_symlink(trusted, directory / "link to a file");
+  for (const std::string& name : {(directory / "link to a file").string(), std::string()}) {
+    const ScopedEnvironment environment({{"SSL_CERT_FILE", name}});
+    EXPECT_NE(sharedTLSContext(), nullptr) << name;
+  }
 }
 
 TEST_F(TLSContext, isNotKeptForAListOfDirectories) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <openssl/ssl.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -15,6 +16,8 @@
 #include "IMAP/IMAPError.h"
 #include "support/FakeIMAPServer.h"
 #include "support/RowName.h"
+#include "support/ScopedEnvironment.h"
+#include "support/TemporaryDirectory.h"
 #include "support/TestCertificates.h"
 
 namespace tarnwell::test {
@@ -105,12 +108,28 @@ TEST(TLSStream, plainTextGreetingIsNoTLS) {
 
 TEST(TLSStream, unknownAuthorityIsRefused) {
   FakeIMAPServer server({stallHere()});
-  const std::string trusted = getenv("SSL_CERT_FILE");
-  setenv("SSL_CERT_FILE", "/nonexistent/ca.pem", 1);
+  const TemporaryDirectory directory;
+  std::ofstream(directory / "nobody.pem") << "";
+  const ScopedEnvironment environment({{"SSL_CERT_FILE", (directory / "nobody.pem").string()}});
   TLSStream stream("localhost", server.port(), patience);
   const Failure failure = failureOf([&] { stream.connect(); });
-  setenv("SSL_CERT_FILE", trusted.c_str(), 1);
   EXPECT_THAT(failure.description, HasSubstr("(unable to get local issuer certificate)"));
+}
+
+/// OpenSSL would wait for the pipe's writer.
+TEST(TLSStream, fileOfCertificatesThatIsAPipeIsToldAtOnce) {
+  FakeIMAPServer server({stallHere()});
+  const TemporaryDirectory directory;
+  const std::string pipe = (directory / "pipe").string();
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const ScopedEnvironment environment({{"SSL_CERT_FILE", pipe}});
+  TLSStream stream("localhost", server.port(), patience);
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(failureOf([&] { stream.connect(); }).description,
+            "Could not connect to the IMAP server: localhost:" + std::to_string(server.port()) +
+                ": SSL_CERT_FILE names no regular file (" + pipe + ")");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s);
+  EXPECT_EQ(server.acceptCount(), 0);
 }
 
 /// The file is another one for a while, and has the same name all the time.
@@ -129,7 +148,7 @@ TEST(TLSStream, changedTrustStoreIsNoticed) {
   std::ofstream(trusted) << "no certificate\n";
   const Failure withoutCertificate = failureOf(connect);
   std::filesystem::rename(aside, trusted);
-  EXPECT_THAT(withoutFile.description, HasSubstr("(unable to get local issuer certificate)"));
+  EXPECT_THAT(withoutFile.description, HasSubstr("SSL_CERT_FILE names no regular file ("));
   EXPECT_THAT(withoutCertificate.description, HasSubstr("(unable to get local issuer certificate)"));
   connect();
 }

@@ -45,7 +45,7 @@ TEST(ReadFilePrefix, givesAtMostTheLimit) {
   text[39'999] = 'y';
   write(path, text);
   for (std::size_t limit : {0U, 1U, 16'384U, 39'999U, 40'000U, 50'000U}) {
-    EXPECT_EQ(readFilePrefix(path, limit), text.substr(0, limit)) << limit;
+    EXPECT_EQ(readFilePrefix(path, limit), FilePrefix{text.substr(0, limit)}) << limit;
   }
 }
 
@@ -53,9 +53,9 @@ TEST(ReadFilePrefix, bytesAreNotChanged) {
   TemporaryDirectory directory;
   std::string bytes("\0\r\n\xFF\x1A end", 9);
   write(directory / "file", bytes);
-  EXPECT_EQ(readFilePrefix(directory / "file", 100), bytes);
+  EXPECT_EQ(readFilePrefix(directory / "file", 100), FilePrefix{bytes});
   write(directory / "empty", "");
-  EXPECT_EQ(readFilePrefix(directory / "empty", 100), "");
+  EXPECT_EQ(readFilePrefix(directory / "empty", 100), FilePrefix{});
 }
 
 TEST(ReadFilePrefix, whatIsNoRegularFileIsAbsentWithoutWaiting) {
@@ -75,7 +75,54 @@ TEST(ReadFilePrefix, symbolicLinkToAFileIsFollowed) {
   TemporaryDirectory directory;
   write(directory / "file", "text");
   fs::create_symlink(directory / "file", directory / "link");
-  EXPECT_EQ(readFilePrefix(directory / "link", 100), "text");
+  EXPECT_EQ(readFilePrefix(directory / "link", 100), FilePrefix{"text"});
+}
+
+/// The file "real/file", and the link "links/file" to it.
+TEST(ReadFilePrefix, tellsWhoElseMayHaveWrittenTheFile) {
+  using enum OtherWriter;
+  const struct {
+    const char* name;
+    unsigned file, folder, folderOfLink;
+    OtherWriter byItsPath, byTheLink;
+  } rows[] = {
+      {"the user alone", 0600, 0700, 0700, none, none},
+      {"everybody may read", 0644, 0755, 0755, none, none},
+      {"the group may write", 0660, 0770, 0770, none, none},
+      {"everybody may write the file", 0602, 0700, 0700, everybody, everybody},
+      {"everybody may write all", 0666, 0777, 0777, everybody, everybody},
+      {"everybody may write in the folder", 0600, 0777, 0700, everybodyInFolder, everybodyInFolder},
+      {"everybody may write in the sticky folder", 0600, 01777, 01777, none, none},
+      {"everybody may write in the folder of the link", 0600, 0700, 0777, none, everybodyInFolder},
+      {"the folder may not be listed", 0600, 0300, 0300, none, none},
+  };
+  TemporaryDirectory directory;
+  const fs::path file = directory / "real" / "file";
+  const fs::path link = directory / "links" / "file";
+  fs::create_directory(file.parent_path());
+  fs::create_directory(link.parent_path());
+  write(file, "text");
+  fs::create_symlink(file, link);
+  const auto expected = [](OtherWriter other) { return FilePrefix{other == none ? "text" : "", other}; };
+  for (const auto& row : rows) {
+    fs::permissions(file.parent_path(), fs::perms(row.folder));
+    fs::permissions(link.parent_path(), fs::perms(row.folderOfLink));
+    fs::permissions(file, fs::perms(row.file));
+    EXPECT_EQ(readFilePrefix(file, 100), expected(row.byItsPath)) << row.name;
+    EXPECT_EQ(readFilePrefix(link, 100), expected(row.byTheLink)) << row.name << ", by the link";
+  }
+  fs::permissions(file.parent_path(), fs::perms::owner_all);
+  fs::permissions(link.parent_path(), fs::perms::owner_all);
+}
+
+TEST(ReadFilePrefix, relativePathIsReadInTheWorkingDirectory) {
+  TemporaryDirectory directory;
+  write(directory / "file", "text");
+  EXPECT_EQ(inForkedProcess([&] {
+              fs::current_path(directory.path());
+              return readFilePrefix("file", 100).value_or(FilePrefix{"absent"}).text;
+            }),
+            "text");
 }
 
 TEST(CreatePrivateDirectories, allThatAreMadeBelongToTheUserAlone) {

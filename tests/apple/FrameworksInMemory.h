@@ -63,6 +63,8 @@ struct FrameworksInMemory {
   std::optional<std::string> bundleExecutable;
   std::vector<char*> arguments = {nullptr};
 
+  std::vector<int> traceRequests;
+
   /// Objects that were made and not released to the end, the constants among them. Assignment leaves it
   /// alone.
   static inline int liveObjects = 0;

@@ -1,5 +1,6 @@
 #include <crt_externs.h>
 #include <os/log.h>
+#include <sys/ptrace.h>
 #include <sysdir.h>
 
 #include <algorithm>
@@ -46,6 +47,11 @@ sysdir_search_path_enumeration_state sysdir_get_next_search_path_enumeration(
   }
   std::strcpy(path, frameworksInMemory().applicationSupportDirectories[next - 1].c_str());
   return next + 1;
+}
+
+int ptrace(int request, pid_t, caddr_t, int) {
+  frameworksInMemory().traceRequests.push_back(request);
+  return 0;
 }
 
 char*** _NSGetArgv() {

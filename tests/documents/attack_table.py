@@ -12,7 +12,7 @@ import sys
 HEADING = "## The table of attacks\n"
 INTRODUCTION = """
 What a server, a text or a system may do to the program, and what the program does about it. Each row is played against
-the built executable. Whatever the row is, the program must afterwards answer the next requests, a call to an honest
+the built executable. Unless the row kills it, the program must afterwards answer the next requests, a call to an honest
 server among them, end with status 0 at the end of its input, and have written nothing to its standard error; and the
 server must have seen exactly the commands that the row expects. The table is printed by the tests themselves
 (`tests/documents/attack_table.py --write`), and a test fails when it is out of date.

@@ -20,6 +20,7 @@ std::vector<AttackGroup> attackTable() {
       {"Saving", "Saving the settings", savingAttacks},
       {"Secrets", "The secret store", secretAttacks},
       {"Password", "Looking for the password", passwordAttacks},
+      {"Neighbours", "Other programs of the user", neighbourAttacks},
       {"Memory", "Messages of many megabytes", memoryAttacks},
       {"Endurance", "Very many calls", enduranceAttacks},
   };

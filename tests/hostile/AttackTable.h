@@ -54,6 +54,7 @@ std::vector<Attack> settingsAttacks();
 std::vector<Attack> savingAttacks();
 std::vector<Attack> secretAttacks();
 std::vector<Attack> passwordAttacks();
+std::vector<Attack> neighbourAttacks();
 std::vector<Attack> memoryAttacks();
 std::vector<Attack> enduranceAttacks();
 

@@ -158,8 +158,10 @@ struct Holdings {
   long threads;
 };
 
-Holdings holdingsOf(pid_t process) {
-  return {processFigure(process, "VmRSS"), openDescriptors(process), processFigure(process, "Threads")};
+Holdings holdingsOf(const ServeProgram& program) {
+  const pid_t process = program.processID();
+  return {processFigure(process, "VmRSS"), program.view().descriptorCount(),
+          processFigure(process, "Threads")};
 }
 
 /// Every hundred calls hold ten sessions over TLS, thirty questions to the secret service, and sixty calls
@@ -186,11 +188,11 @@ void callTenThousandTimes() {
   home.useServer(server.port());
   ServeProgram program(home);
   playHundredCalls(program);
-  const Holdings before = holdingsOf(program.processID());
+  const Holdings before = holdingsOf(program);
   for (int hundred = 1; hundred < 100; ++hundred) {
     playHundredCalls(program);
   }
-  const Holdings after = holdingsOf(program.processID());
+  const Holdings after = holdingsOf(program);
   EXPECT_EQ(server.acceptCount(), 1000);
   EXPECT_EQ(server.mismatch(), "");
   std::cout << "after 100 calls " << before.kilobytes << " kB, after 10,000 " << after.kilobytes << " kB\n";

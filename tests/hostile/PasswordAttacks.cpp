@@ -112,6 +112,18 @@ Session indiscreetServer() {
   return {"list_folders", {}, loginWith(refusal + password + "\r\n") + farewell("A0002")};
 }
 
+/// A refused command whose text repeats the login.
+Session gossipingServer() {
+  const std::string refusal =
+      std::string("A0003 NO for ") + testEmail + " " + password + ", as in \"" + passwordOnTheWire + "\"\r\n";
+  return {"list_folders",
+          {},
+          loginWith("A0001 OK logged in\r\n") +
+              Dialogue{expect("A0002 CAPABILITY\r\n"), answer("A0002 OK done\r\n"),
+                       expect("A0003 EXAMINE INBOX\r\n"), answer(refusal)} +
+              farewell("A0004")};
+}
+
 /// A program with the password in a keyring.
 class PasswordTest {
  public:
@@ -147,7 +159,7 @@ class PasswordTest {
 /// call, when nothing of it may be left.
 void lookIntoMemory(const std::string& busAddress) {
   PasswordTest test(busAddress);
-  const pid_t process = test.program().processID();
+  const ProcessView& process = test.program().view();
   int number = 0;
   for (const Session& session : sessions()) {
     SCOPED_TRACE("session " + std::to_string(++number) + ", " + session.tool);
@@ -200,6 +212,7 @@ void lookIntoLogsAndResults() {
   std::string logged = entriesOf(journal);
   std::vector<Session> all = sessions();
   all.push_back(indiscreetServer());
+  all.push_back(gossipingServer());
   for (const Session& session : all) {
     said += test.play(session).serialized();
     logged += entriesOf(journal);
@@ -212,6 +225,9 @@ void lookIntoLogsAndResults() {
   EXPECT_NE(logged.find("Authenticated to IMAP for us***@example.org"), std::string::npos) << logged;
   EXPECT_NE(logged.find("Authentication failed."), std::string::npos) << logged;
   EXPECT_NE(said.find("Authentication failed."), std::string::npos) << said;
+  EXPECT_NE(logged.find("IMAP EXAMINE failed: for us***@example.org ***, as in \"***\""), std::string::npos)
+      << logged;
+  EXPECT_EQ(logged.find(testEmail), std::string::npos) << logged;
   for (const std::string& trace : traces()) {
     EXPECT_EQ(logged.find(trace), std::string::npos) << trace << ": " << logged;
     EXPECT_EQ(said.find(trace), std::string::npos) << trace << ": " << said;

@@ -6,7 +6,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <string>
 
@@ -32,11 +31,6 @@ inline long processFigure(pid_t process, const std::string& name) {
     }
   }
   throw std::runtime_error("the system does not tell " + name);
-}
-
-inline long openDescriptors(pid_t process) {
-  return std::distance(std::filesystem::directory_iterator(processDirectory(process) / "fd"),
-                       std::filesystem::directory_iterator());
 }
 
 }  // namespace tarnwell::test

@@ -3,7 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
+#include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -98,33 +98,36 @@ ServeProgram::ServeProgram(const Home& home) : errorFile_(home.path() / "standar
   for (const auto& [name, value] : home.environment) {
     environment.push_back(name + "=" + value);
   }
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, inputPipe[0], STDIN_FILENO);
-  posix_spawn_file_actions_adddup2(&actions, outputPipe[1], STDOUT_FILENO);
-  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errorFile_.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
-                                   S_IRUSR | S_IWUSR);
-  // This test program ignores SIGPIPE; the program under test decides for itself.
-  posix_spawnattr_t attributes;
-  posix_spawnattr_init(&attributes);
-  sigset_t defaults;
-  sigemptyset(&defaults);
-  sigaddset(&defaults, SIGPIPE);
-  posix_spawnattr_setsigdefault(&attributes, &defaults);
-  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
-  const int failure = ::posix_spawnp(&process_, command[0].c_str(), &actions, &attributes,
-                                     argumentVector(command).data(), argumentVector(environment).data());
-  posix_spawnattr_destroy(&attributes);
-  posix_spawn_file_actions_destroy(&actions);
+  const std::string errorPath = errorFile_.string();
+  const std::vector<char*> words = argumentVector(command);
+  const std::vector<char*> variables = argumentVector(environment);
+  process_ = ::fork();
+  if (process_ == 0) {
+    ::dup2(inputPipe[0], STDIN_FILENO);
+    ::dup2(outputPipe[1], STDOUT_FILENO);
+    ::dup2(::open(errorPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, S_IRUSR | S_IWUSR),
+           STDERR_FILENO);
+    // This test program ignores SIGPIPE; the program under test decides for itself.
+    ::signal(SIGPIPE, SIG_DFL);
+    ::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+    ::execvpe(words[0], words.data(), variables.data());
+    ::_exit(127);
+  }
+  int status = 0;
+  while (::waitpid(process_, &status, 0) < 0 && errno == EINTR) {
+  }
   ::close(inputPipe[0]);
   ::close(outputPipe[1]);
   input_ = inputPipe[1];
   output_ = outputPipe[0];
-  if (failure != 0) {
+  if (!WIFSTOPPED(status)) {
+    process_ = -1;
     ::close(input_);
     ::close(output_);
-    throw std::runtime_error("cannot run " + command[0] + ", which this test needs");
+    throw std::runtime_error("cannot run " + command[0] + " under ptrace(2), which this test needs");
   }
+  view_.emplace(process_);
+  ::ptrace(PTRACE_DETACH, process_, nullptr, nullptr);
   ::fcntl(input_, F_SETFL, O_NONBLOCK);
 }
 

@@ -30,6 +30,7 @@
 #include <vector>
 
 #include "MCP/JSONValue.h"
+#include "hostile/ProcessView.h"
 #include "support/TemporaryDirectory.h"
 
 namespace tarnwell::test {
@@ -101,6 +102,8 @@ class ServeProgram {
   ~ServeProgram();
 
   pid_t processID() const { return process_; }
+  /// Its memory and its descriptors. Of no use when the home has a launcher, whose memory this would be.
+  const ProcessView& view() const { return *view_; }
 
   /// Bytes as they are, of any number.
   void send(std::string_view bytes);
@@ -133,6 +136,7 @@ class ServeProgram {
 
   const std::filesystem::path errorFile_;
   pid_t process_ = -1;
+  std::optional<ProcessView> view_;
   int input_ = -1;
   int output_ = -1;
   std::int64_t lastID_ = 0;

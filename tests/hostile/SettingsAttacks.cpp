@@ -117,6 +117,22 @@ std::vector<Attack> settingsAttacks() {
        .attack = "the folder of the settings may not be entered",
        .spoil = [](const fs::path& file) { fs::permissions(file.parent_path(), fs::perms::none); },
        .launcher = withoutRightsOverFiles()},
+      {.name = "fileOpenToEverybody",
+       .attack = "a settings file that everybody may write",
+       .spoil = [](const fs::path& file) { fs::permissions(file, fs::perms(0666)); }},
+      {.name = "folderOpenToEverybody",
+       .attack = "a folder of the settings in which everybody may write",
+       .spoil = [](const fs::path& file) { fs::permissions(file.parent_path(), fs::perms(0777)); }},
+      {.name = "linkIntoAFolderOpenToEverybody",
+       .attack = "a link to a file in a folder in which everybody may write",
+       .spoil =
+           [](const fs::path& file) {
+             const fs::path open = file.parent_path() / "open";
+             fs::create_directory(open);
+             fs::permissions(open, fs::perms(0777));
+             fs::rename(file, open / "config.json");
+             fs::create_symlink(open / "config.json", file);
+           }},
       {.name = "directory",
        .attack = "a directory in place of the settings file",
        .spoil =

@@ -104,6 +104,28 @@ test('theOutcomeIsNotSavedForAnotherAccount', async (t) => {
   assert.deepEqual(readSettings(), other);
 });
 
+const settingsFile = `${environment.HOME}/.local/share/app.tarnwell.Tarnwell/config.json`;
+const bytesOfSettings = () => (fs.existsSync(settingsFile) ? fs.readFileSync(settingsFile, 'utf8') : 'none');
+
+// Name, and what happens to the settings while the connection is tested: what is then there stays as it is.
+const meanwhiles = [
+  ['removed', () => fs.rmSync(settingsFile)],
+  ['malformed', () => fs.writeFileSync(settingsFile, '{"email": "user@example.org", "imapPort": "993"}')],
+  ['openToEverybody', () => fs.chmodSync(settingsFile, 0o666)],
+];
+
+for (const [name, change] of meanwhiles) {
+  test(`theOutcomeIsNotSavedWhenTheSettingsAre_${name}_meanwhile`, async (t) => {
+    let changed;
+    const server = await startAgreeingServer(() => { change(); changed = bytesOfSettings(); });
+    t.after(() => { server.close(); fs.rmSync(settingsFile, { force: true }); });
+    writeSettings({ ...account, imapPort: server.address().port });
+    const { stdout } = await promisify(execFile)(program, ['test-connection'], { env: environment });
+    assert.match(stdout, /^✅ Connected to /);
+    assert.equal(bytesOfSettings(), changed);
+  });
+}
+
 // Name, settings, environment, standard error (a text or an expression), whether a login may be tried.
 const failures = [
   ['aWrongPasswordFailsAsAuthentication', { ...account, email: 'wrong@example.org' }, environment,

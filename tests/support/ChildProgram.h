@@ -79,11 +79,17 @@ class ChildProgram {
 
   /// Waits for the program's own end and gives its exit status, -1 for an end by a signal.
   int wait() {
+    const int status = waitStatus();
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  /// The same, as waitpid(2) tells it.
+  int waitStatus() {
     int status = 0;
     pid_t process = std::exchange(process_, -1);
     while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return status;
   }
 
   void end(int signalNumber) {

@@ -17,13 +17,6 @@ namespace {
 
 using AppLogger::Category;
 
-/// For the log: names come from the client, and a description may hold a folder's name that does. Both may be
-/// of any length.
-std::string loggable(std::string_view text) {
-  constexpr std::size_t maximumLength = 300;
-  return std::string(shortened(text, maximumLength));
-}
-
 /// The last line of a call that gave a result. An error has a line of its own; a call whose arguments cannot
 /// be used has none.
 void logOutcome(const std::string& label, ToolName tool, const ToolCallResult& result,
@@ -71,10 +64,10 @@ ToolCallResult MCPTools::handle(std::string_view name, const JSONValue& argument
     logOutcome(label, *tool, result, start);
     return result;
   } catch (const IMAPError& error) {
-    AppLogger::error(Category::tool, label + " failed: " + loggable(error.description()));
+    AppLogger::error(Category::tool, label + " failed: " + loggable(error));
     return ToolCallResult::error(error.description());
   } catch (const KeychainError& error) {
-    AppLogger::error(Category::tool, label + " keychain error " + error.description());
+    AppLogger::error(Category::tool, label + " keychain error " + loggable(error.description()));
     return ToolCallResult::error(error.description());
   } catch (const std::exception& error) {
     AppLogger::error(Category::tool, label + " error: " + loggable(error.what()));

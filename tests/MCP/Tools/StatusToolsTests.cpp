@@ -95,6 +95,23 @@ TEST_F(ToolRuntime, longNamesFromTheClientAreCutInTheLog) {
   }
 }
 
+TEST_F(ToolRuntime, namesFromTheClientHaveTheirAddressesMaskedInTheLogAlone) {
+  const std::string name = "mail to " + std::string(290, 'x') + "john.doe@example.org";
+  EXPECT_EQ(errorOf(call(name)), "Unknown tool: " + name);
+  EXPECT_EQ(LogBuffer::shared().snapshot()[0].message, "tool call: mail to xx***@example.org");
+}
+
+TEST_F(ToolRuntime, serversWordsLoseThePasswordEverywhereAndAddressesInTheLog) {
+  FakeIMAPServer& server =
+      serve(loginDialogue() + Dialogue{expect("A0004 LIST \"\" \"*\"\r\n"),
+                                       answer("A0004 NO for you@example.org app-pass-word\r\n"),
+                                       expect("A0005 LOGOUT\r\n"), answer("A0005 OK\r\n")});
+  EXPECT_EQ(errorOf(call("list_folders")), "IMAP LIST failed: for you@example.org ***");
+  EXPECT_EQ(LogBuffer::shared().snapshot().back().message,
+            "tool list_folders failed: IMAP LIST failed: for yo***@example.org ***");
+  EXPECT_EQ(server.mismatch(), "");
+}
+
 TEST_F(ToolRuntime, unconfiguredAccountsAndMissingPasswordsOpenNoConnection) {
   const char* expected = "No iCloud account is configured. Open the app and save your email + app password.";
   FakeIMAPServer& server = serve({});

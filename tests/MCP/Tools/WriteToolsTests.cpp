@@ -1,3 +1,4 @@
+#include "IMAP/IMAPError.h"
 #include "IMAP/MoveOutcome.h"
 #include "MCP/Tools/FakeMail.h"
 #include "MCP/Tools/ToolFixture.h"
@@ -222,7 +223,7 @@ TEST_F(WriteTool, greatestUIDIsAnOrdinaryOne) {
 
 // --- The inbox as a target -------------------------------------------------------------------------------
 
-JSONValue moveTo(const char* folder) { return JSONObject{{"uid", 9}, {"targetFolder", folder}}; }
+JSONValue moveTo(std::string_view folder) { return JSONObject{{"uid", 9}, {"targetFolder", folder}}; }
 
 TEST_F(WriteTool, moveToTheInboxIsRefusedWithoutAConnection) {
   FakeIMAPServer& server = serve({});
@@ -319,6 +320,25 @@ TEST_F(WriteTool, unknownFolderIsAnErrorAndTheSessionEnds) {
     EXPECT_EQ(errorOf(result), "Folder not found: Arch\u2603") << "the name as it was asked for";
     EXPECT_EQ(toolLog().back(), "error: tool move_message failed: Folder not found: Arch\u2603");
   }
+}
+
+TEST_F(WriteTool, longNameOfAFolderIsCutInTheLogAlone) {
+  serve(SessionScript("SELECT INBOX").command(listCommand, folders).withLogout());
+  const std::string name(10'000, 'x');
+  EXPECT_EQ(errorOf(call("move_message", moveTo(name))), "Folder not found: " + name);
+  EXPECT_EQ(toolLog().back(),
+            "error: tool move_message failed: Folder not found: " + std::string(300 - 18, 'x'));
+}
+
+TEST_F(WriteTool, rejectedMoveIsLoggedWithTheSettingThatHelps) {
+  const std::string words(200, 'w');
+  serve(SessionScript("SELECT INBOX")
+            .command(listCommand, folders)
+            .command("UID MOVE 9 \"Archive\"", "", "NO " + words + words)
+            .withLogout());
+  const std::string text = IMAPError::moveRejected(words).description();
+  EXPECT_EQ(errorOf(call("move_message", moveTo("Archive"))), text);
+  EXPECT_EQ(toolLog().back(), "error: tool move_message failed: " + text);
 }
 
 TEST_F(WriteTool, emptyFolderListHasNoFolder) {

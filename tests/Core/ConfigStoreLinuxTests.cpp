@@ -1,0 +1,42 @@
+#include "Core/ConfigStore.h"
+
+#include <unistd.h>
+
+#include <fstream>
+
+#include "Core/LogBuffer.h"
+#include "support/ForkedProcess.h"
+#include "support/MountNamespace.h"
+#include "support/TemporaryDirectory.h"
+
+namespace tarnwell::test {
+namespace {
+
+/// Root gives the file away. Anybody else looks at a file of root's from a user namespace in which root is
+/// nobody, as is every other user.
+TEST(ConfigFileOfAnotherUser, givesTheDefaultsWithAnErrorLine) {
+  const TemporaryDirectory directory;
+  const ConfigStore store(directory.path());
+  std::ofstream(store.configURL()) << R"({"email": "user@example.org"})";
+  EXPECT_EQ(store.load().email, "user@example.org");
+  EXPECT_EQ(inForkedProcess([&] {
+              if (::geteuid() == 0) {
+                constexpr uid_t nobody = 65534;
+                if (::chown(store.configURL().c_str(), nobody, nobody) < 0) {
+                  return std::string("root may not give a file away");
+                }
+              } else {
+                std::filesystem::remove(store.configURL());
+                std::filesystem::create_symlink("/etc/passwd", store.configURL());
+                enterMountNamespace({});
+              }
+              LogBuffer::shared().clear();
+              const std::string email = store.load().email;
+              const std::vector<LogEntry> entries = LogBuffer::shared().snapshot();
+              return email + (entries.size() == 1 ? entries[0].message : "other entries");
+            }),
+            "Config file set aside: another user owns it; using defaults");
+}
+
+}  // namespace
+}  // namespace tarnwell::test
