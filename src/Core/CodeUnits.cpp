@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <span>
+#include <string>
 
 #include "Platform/ASCIICase.h"
 #include "Platform/UTF8.h"
@@ -13,17 +14,23 @@ namespace {
 /// Directly before a number, or with a blank between.
 constexpr std::string_view currencies[] = {"$", "£", "¥", "€", "₩", "₹"};
 /// Directly before: what makes a number a telephone number, a label, the rest of a card number, an address.
-constexpr std::string_view signsBefore[] = {"+", "#", "/", "@", "&", "\\", "..", "•", "×", "〒", "第", "~"};
-/// Directly after.
-constexpr std::string_view signsAfter[] = {"%",  "°",  "$",    "€",        "£",      "円", "年", "月", "日",
-                                           "時", "分", "秒",   "個",       "件",     "名", "人", "点", "回",
-                                           "枚", "台", "階",   "号",       "番地",   "万", "億", "千", "歳",
-                                           "通", "社", "ドル", "ポイント", "マイル", "**"};
-/// Directly after or with a blank between, as whole words in lower case.
+constexpr std::string_view signsBefore[] = {"+",  "#", "/", "@", "&",  "\\", "_",
+                                            "..", "~", "•", "×", "〒", "第"};
+/// Directly after; those of one Japanese character sorted.
+constexpr std::string_view signsAfter[] = {"%", "$",    "**",   "°",        "€",
+                                           "£", "番地", "ドル", "ポイント", "マイル"};
+constexpr std::string_view countersAfter[] = {"万", "人", "件", "個", "億", "円", "分", "千",
+                                              "台", "号", "名", "回", "年", "日", "時", "月",
+                                              "枚", "歳", "点", "社", "秒", "通", "階"};
+static_assert(std::ranges::is_sorted(countersAfter));
+
+/// Directly after or with a blank between, as whole words; sorted.
 constexpr std::string_view unitsAfter[] = {
-    "usd",  "eur",     "gbp",  "jpy",     "yen", "dollars", "euros", "points", "pts",     "miles",    "km",
-    "kg",   "gb",      "mb",   "kb",      "px",  "ml",      "items", "users",  "people",  "years",    "hours",
-    "days", "minutes", "mins", "seconds", "ms",  "steps",   "words", "views",  "members", "followers"};
+    "days",    "dollars", "eur", "euros", "followers", "gb",     "gbp",     "hours",
+    "items",   "jpy",     "kb",  "kg",    "km",        "mb",     "members", "miles",
+    "mins",    "minutes", "ml",  "ms",    "people",    "points", "pts",     "px",
+    "seconds", "steps",   "usd", "users", "views",     "words",  "years",   "yen"};
+static_assert(std::ranges::is_sorted(unitsAfter));
 
 bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
 bool isCapital(char byte) { return byte >= 'A' && byte <= 'Z'; }
@@ -61,38 +68,51 @@ bool isTie(char tie, char before, char after) {
   }
 }
 
+bool isSmallLetter(char byte) { return byte >= 'a' && byte <= 'z'; }
+
 bool endsWithAny(std::string_view text, std::span<const std::string_view> endings) {
   return std::ranges::any_of(endings, [text](std::string_view ending) { return text.ends_with(ending); });
 }
 
 bool isOtherNumberBefore(std::string_view before) {
-  if (endsWithAny(before, signsBefore) || endsWithAny(before, currencies)) {
-    return true;
+  if (before.ends_with(' ')) {
+    before.remove_suffix(1);
+    // An amount, or an area code in parentheses.
+    return endsWithAny(before, currencies) ||
+           (before.ends_with(')') && before.size() >= 2 && isDigit(before[before.size() - 2]));
   }
-  if (!before.empty() && byteAt(before, before.size() - 1) >= 0x80 && before.size() >= 2) {
+  if (before.size() >= 2 && isContinuationByte(before.back())) {
     const unsigned char lead = byteAt(before, before.size() - 2);
-    return lead >= 0xC3 && lead < 0xE0;  // a letter of two bytes
+    if (lead >= 0xC3 && lead < 0xE0) {
+      return true;  // a letter of two bytes
+    }
   }
-  if (!before.ends_with(' ')) {
-    return before.ends_with('_');
-  }
-  before.remove_suffix(1);
-  // An area code in parentheses.
-  return endsWithAny(before, currencies) ||
-         (before.ends_with(')') && before.size() >= 2 && isDigit(before[before.size() - 2]));
+  return endsWithAny(before, signsBefore) || endsWithAny(before, currencies);
 }
 
 bool isOtherNumberAfter(std::string_view after) {
-  if (std::ranges::any_of(signsAfter, [after](std::string_view sign) { return after.starts_with(sign); })) {
+  constexpr std::string_view punctuation = ".,;:!?)]\"'\n";
+  if (after.empty() || punctuation.find(after.front()) != std::string_view::npos) {
+    return false;
+  }
+  if (std::ranges::binary_search(countersAfter, after.substr(0, countersAfter[0].size())) ||
+      std::ranges::any_of(signsAfter, [after](std::string_view sign) { return after.starts_with(sign); })) {
     return true;
   }
   if (after.starts_with(' ')) {
     after.remove_prefix(1);
   }
-  return after.starts_with("€") || std::ranges::any_of(unitsAfter, [after](std::string_view unit) {
-           return startsWithIgnoringASCIICase(after, unit) &&
-                  !isASCIILetterOrDigit(byteOrNothing(after, unit.size()));
-         });
+  constexpr std::size_t longest = 10;
+  std::string word;
+  for (const char byte : after.substr(0, longest)) {
+    const char small = asciiLowercasedByte(byte);
+    if (!isSmallLetter(small)) {
+      break;
+    }
+    word += small;
+  }
+  const bool isWhole = !isASCIILetterOrDigit(byteOrNothing(after, word.size()));
+  return after.starts_with("€") || (isWhole && std::ranges::binary_search(unitsAfter, word));
 }
 
 CodeUnit readUnit(std::string_view text, std::size_t begin) {
@@ -136,29 +156,43 @@ std::size_t endOfAddress(std::string_view text, std::size_t begin) {
   return end;
 }
 
+/// Reads an address, which is passed over, or a unit, which is taken when it has a digit; gives its end.
+std::size_t readWord(std::string_view text, std::size_t begin, std::vector<CodeUnit>& units) {
+  if (const std::size_t end = endOfAddress(text, begin); end != begin) {
+    return end;
+  }
+  CodeUnit unit = readUnit(text, begin);
+  const std::span parts(unit.parts.data(), unit.count);
+  if (std::ranges::any_of(parts, [](const CodePart& part) { return part.digits > 0; })) {
+    unit.isPlain = unit.isPlain && !isOtherNumberBefore(text.substr(0, begin)) &&
+                   !isOtherNumberAfter(text.substr(unit.end));
+    units.push_back(unit);
+  }
+  return unit.end;
+}
+
 }  // namespace
 
 std::vector<CodeUnit> codeUnitsIn(std::string_view text) {
   std::vector<CodeUnit> units;
-  for (std::size_t next = 0; next < text.size();) {
-    if (!isASCIILetterOrDigit(text[next])) {
-      ++next;
-      continue;
+  std::size_t next = 0;
+  for (;;) {
+    // Most of a text has no digits: only what stands around them is read.
+    std::size_t digit = next;
+    while (digit < text.size() && !isDigit(text[digit])) {
+      ++digit;
     }
-    if (const std::size_t end = endOfAddress(text, next); end != next) {
-      next = end;
-      continue;
+    if (digit == text.size()) {
+      return units;
     }
-    CodeUnit unit = readUnit(text, next);
-    next = unit.end;
-    const std::span parts(unit.parts.data(), unit.count);
-    if (std::ranges::any_of(parts, [](const CodePart& part) { return part.digits > 0; })) {
-      unit.isPlain = unit.isPlain && !isOtherNumberBefore(text.substr(0, unit.begin())) &&
-                     !isOtherNumberAfter(text.substr(unit.end));
-      units.push_back(unit);
+    std::size_t begin = digit;
+    while (begin > next && text[begin - 1] != ' ' && byteAt(text, begin - 1) < 0x80) {
+      --begin;
+    }
+    for (next = begin; next <= digit;) {
+      next = isASCIILetterOrDigit(text[next]) ? readWord(text, next, units) : next + 1;
     }
   }
-  return units;
 }
 
 }  // namespace tarnwell

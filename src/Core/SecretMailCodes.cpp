@@ -13,12 +13,13 @@ using namespace mail_role;
 // How near is near, in bytes.
 constexpr std::size_t besideCode = 80;  // a code word and its group
 constexpr std::size_t introducedCode =
-    280;                                 // the same, when the word is handed over: "the following code ..."
-constexpr std::size_t besideWord = 30;   // handing over, and its code word
-constexpr std::size_t aroundGroup = 60;  // handing over, and a group
-constexpr std::size_t besideLabel = 6;   // "order no." and its number
-constexpr std::size_t sameMatter = 120;  // what else the mail may be about
-constexpr std::size_t sameMail = 400;    // signing in, expiring
+    280;                                  // the same, when the word is handed over: "the following code ..."
+constexpr std::size_t besideWord = 30;    // handing over, and its code word
+constexpr std::size_t aroundGroup = 60;   // handing over, and a group
+constexpr std::size_t besideLabel = 6;    // "order no." and its number
+constexpr std::size_t longestLabel = 60;  // longer than every term
+constexpr std::size_t sameMatter = 120;   // what else the mail may be about
+constexpr std::size_t sameMail = 400;     // signing in, expiring
 
 class CodeQuestion {
  public:
@@ -66,7 +67,8 @@ class CodeQuestion {
 
  private:
   bool isLabelledOtherwise(const MailPlace& group) const {
-    const std::span<const FoundWord> before = mail_.wordsAround({group.begin, group.begin}, sameMatter, 0);
+    const std::span<const FoundWord> before =
+        mail_.wordsAround({group.begin, group.begin}, longestLabel + besideLabel, 0);
     return std::ranges::any_of(before, [&](const FoundWord& word) {
       return word.is(other) && word.end <= group.begin && group.begin - word.end <= besideLabel;
     });

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "Platform/Text.h"
-#include "Platform/UTF8.h"
 
 namespace tarnwell {
 
@@ -13,38 +12,14 @@ std::size_t distance(const MailPlace& left, const MailPlace& right) {
                                    : 0;
 }
 
-/// Appends the folded text, its typographic dashes and apostrophes as those of ASCII.
-void appendFolded(std::string& text, std::string_view unfolded) {
-  const std::string folded = foldedForScanning(unfolded);
-  for (std::size_t next = 0; next < folded.size();) {
-    const std::size_t end = std::min(folded.find('\xE2', next), folded.size());
-    text.append(folded, next, end - next);
-    next = end;
-    if (next == folded.size()) {
-      break;
-    }
-    const std::size_t start = next;
-    const char32_t sign = nextCodePoint(folded, next);
-    if ((sign >= 0x2010 && sign <= 0x2015) || sign == 0x2212) {
-      text += '-';
-    } else if (sign == 0x2019) {
-      text += '\'';
-    } else {
-      text.append(folded, start, next - start);
-    }
-  }
-}
-
 SecretMailReading::SecretMailReading(std::string_view subject, std::string_view from, std::string_view body) {
-  appendFolded(text_, subject);
+  text_ = foldedForScanning(subject);
   endOfSubject_ = text_.size();
   text_ += '\n';
-  appendFolded(text_, body);
+  text_ += foldedForScanning(body);
   words_ = wordsIn(text_);
   groups_ = codeGroupsIn(text_);
-  std::string sender;
-  appendFolded(sender, from);
-  wordsOfSender_ = wordsIn(sender);
+  wordsOfSender_ = wordsIn(foldedForScanning(from));
   for (const FoundWord& word : words_) {
     headerRoles_ |= isInSubject(word.begin) ? word.roles : 0;
   }

@@ -26,9 +26,6 @@ std::size_t distance(const MailPlace& left, const MailPlace& right);
 
 inline MailPlace placeOf(const FoundWord& word) { return {word.begin, word.end}; }
 
-/// Appends the folded text, its typographic dashes and apostrophes as those of ASCII.
-void appendFolded(std::string& text, std::string_view unfolded);
-
 class SecretMailReading {
  public:
   /// The texts are unfolded.

@@ -39,7 +39,7 @@ std::string SecretMailRule::maskedCodes(std::string_view text) {
     } else if (codePoint < 0x80) {
       folded += static_cast<char>(codePoint);
     } else {
-      appendFolded(folded, text.substr(begin, next - begin));
+      folded += foldedForScanning(text.substr(begin, next - begin));
     }
     origins.resize(folded.size(), {begin, next});
   }

@@ -17,16 +17,30 @@ constexpr std::size_t longestPiece = std::size_t{1} << 28;
 
 constexpr unsigned mostMarks = 30;
 
-/// True for characters that show something, are no white space, and stand in NFKC beside each other.
-/// It may be false for others: that costs time.
+/// True for characters that show something, are no white space, and stand in NFKC beside each other. It may
+/// be false for others: that costs time.
 constexpr bool isOrdinary(char32_t codePoint) {
   return (codePoint > 0x20 && codePoint < 0x7F) ||        // ASCII
          (codePoint >= 0x3041 && codePoint <= 0x3096) ||  // Hiragana
          (codePoint >= 0x30A1 && codePoint <= 0x30FE) ||  // Katakana
          (codePoint >= 0x4E00 && codePoint <= 0x9FFF) ||  // Han
          (codePoint >= 0x3001 && codePoint <= 0x3029) ||  // their punctuation
-         (codePoint >= 0x2010 && codePoint <= 0x2023 && codePoint != 0x2011 && codePoint != 0x2017) ||
+         (codePoint >= 0xC0 && codePoint <= 0x131) ||     // most Latin letters beyond ASCII
+         (codePoint >= 0x201A && codePoint <= 0x2023) ||  // quotation marks, bullets
+         (codePoint >= 0x2500 && codePoint <= 0x27BF) ||  // symbols
          (codePoint >= 0x1F300 && codePoint <= 0x1FAFF);  // emoji
+}
+
+/// What stands for the character and is ordinary: for full-width forms what NFKC gives, for typographic
+/// dashes and apostrophes those of ASCII; 0 for all others.
+constexpr char ordinaryFor(char32_t codePoint) {
+  if (codePoint >= 0xFF01 && codePoint <= 0xFF5E) {
+    return static_cast<char>(codePoint - 0xFF01 + '!');
+  }
+  if ((codePoint >= 0x2010 && codePoint <= 0x2015) || codePoint == 0x2212) {
+    return '-';
+  }
+  return codePoint == 0x2018 || codePoint == 0x2019 ? '\'' : '\0';
 }
 
 /// Copies the text without what shows nothing and with white space collapsed.
@@ -35,18 +49,22 @@ class Collapsing {
   explicit Collapsing(std::size_t size) { text_.reserve(size); }
 
   void take(std::string_view text) {
+    std::size_t run = 0;  // where the ordinary characters began that are not copied yet
     for (std::size_t position = 0; position < text.size();) {
       const std::size_t start = position;
       const char32_t codePoint = nextCodePoint(text, position);
       if (isOrdinary(codePoint)) {
-        marks_ = 0;
-        append(text.substr(start, position - start));
-      } else if (isWhitespace(codePoint)) {
+        continue;
+      }
+      append(text.substr(run, start - run));
+      run = position;
+      if (isWhitespace(codePoint)) {
         isBlankDue_ = !text_.empty();
       } else {
         takeOther(codePoint);
       }
     }
+    append(text.substr(run));
   }
 
   bool isAllOrdinary() const { return isAllOrdinary_; }
@@ -54,29 +72,39 @@ class Collapsing {
 
  private:
   void takeOther(char32_t codePoint) {
+    if (const char ordinary = ordinaryFor(codePoint); ordinary != '\0') {
+      append({&ordinary, 1});
+      return;
+    }
     const auto character = static_cast<UChar32>(codePoint);
     if (u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) != 0) {
       return;
     }
-    marks_ = u_getCombiningClass(character) != 0 ? marks_ + 1 : 0;
-    if (marks_ > mostMarks) {
+    const unsigned marks = u_getCombiningClass(character) != 0 ? marks_ + 1 : 0;
+    if (marks > mostMarks) {
       return;
     }
     isAllOrdinary_ = false;
-    append({});
-    appendCodePoint(text_, codePoint);
+    std::string sequence;
+    appendCodePoint(sequence, codePoint);
+    append(sequence);
+    marks_ = marks;
   }
 
-  void append(std::string_view character) {
+  void append(std::string_view characters) {
+    if (characters.empty()) {
+      return;
+    }
     if (isBlankDue_) {
       text_ += ' ';
       isBlankDue_ = false;
     }
-    text_ += character;
+    text_ += characters;
+    marks_ = 0;
   }
 
   std::string text_;
-  unsigned marks_ = 0;
+  unsigned marks_ = 0;  // how many the text ends with
   bool isBlankDue_ = false;
   bool isAllOrdinary_ = true;
 };

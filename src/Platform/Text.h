@@ -32,10 +32,11 @@ std::string uppercased(std::string_view text);
 std::string caseFolded(std::string_view text);
 
 /// The form in which scanners look for words and numbers: compatibility characters as the ordinary ones (NFKC
-/// of Unicode Standard Annex #15: full-width and circled digits become digits), without what shows nothing
-/// (Default_Ignorable_Code_Point: soft hyphens, zero-width spaces), white space collapsed to single blanks
-/// and none at the ends. Letter case is kept. Of a run of combining marks the first 30 count, as in the
-/// annex's Stream-Safe Text Format: sorting them all takes time that grows with the square.
+/// of Unicode Standard Annex #15: full-width and circled digits become digits), typographic dashes and
+/// apostrophes as those of ASCII, without what shows nothing (Default_Ignorable_Code_Point: soft hyphens,
+/// zero-width spaces), white space collapsed to single blanks and none at the ends. Letter case is kept. Of a
+/// run of combining marks the first 30 count, as in the annex's Stream-Safe Text Format: sorting them all
+/// takes time that grows with the square.
 std::string foldedForScanning(std::string_view text);
 
 /// Number of user-perceived characters: extended grapheme clusters of Unicode Standard Annex #29.
