@@ -5,6 +5,7 @@
 #include "Core/AppLogger.h"
 #include "Core/ConfigStore.h"
 #include "Core/EmailRiskDetector.h"
+#include "Core/SecretMailRule.h"
 #include "MailInputs.h"
 #include "Shapes.h"
 #include "support/TemporaryDirectory.h"
@@ -73,11 +74,51 @@ void addDetectorShapes(std::vector<Shape>& shapes) {
   addRepeated(shapes, "detector, 800 characters of a body", {"\u0301", "\u200D", "\U0001F468\u200D"}, body);
 }
 
+void addSecretMailShapes(std::vector<Shape>& shapes) {
+  const Read signals = [](std::string_view text) {
+    return SecretMailRule::signals({.subject = "Hello", .text = text}).size();
+  };
+  const Read masked = [](std::string_view text) { return SecretMailRule::maskedCodes(text).size(); };
+  for (const auto& [name, script] :
+       {std::pair("Latin", Script::latin), std::pair("Japanese", Script::japanese),
+        std::pair("emoji", Script::emoji)}) {
+    shapes.push_back({.reader = "secret mail",
+                      .name = name,
+                      .input = [script = script](std::size_t size) { return prose(script, size); },
+                      .read = signals});
+  }
+  const std::vector<std::string_view> fragments = {"4930 ",
+                                                   "4",
+                                                   "4 9 ",
+                                                   "493 ",
+                                                   "A7K-",
+                                                   "a@",
+                                                   "code ",
+                                                   "code 4930 door ",
+                                                   "sign in ",
+                                                   "click link ",
+                                                   "confirm ",
+                                                   "パスワード",
+                                                   "コード",
+                                                   "\u0301",
+                                                   "\u0316\u0301",
+                                                   "\u00AD",
+                                                   "\uFDFA",
+                                                   "１",
+                                                   " ",
+                                                   "\xFF",
+                                                   "https://",
+                                                   "("};
+  addRepeated(shapes, "secret mail", fragments, signals);
+  addRepeated(shapes, "masked codes", fragments, masked);
+}
+
 }  // namespace
 
 void addCoreShapes(std::vector<Shape>& shapes) {
   addSettingsShapes(shapes);
   addDetectorShapes(shapes);
+  addSecretMailShapes(shapes);
 }
 
 }  // namespace tarnwell::bench

@@ -1,6 +1,7 @@
 #include <string_view>
 
 #include "Core/EmailRiskDetector.h"
+#include "Core/SecretMailRule.h"
 #include "MailInputs.h"
 #include "Parts.h"
 #include "Platform/Text.h"
@@ -19,6 +20,16 @@ void addBody(std::vector<Part>& parts, const std::string& name, const std::strin
        .work = [body] { return EmailRiskDetector::shared().assess({.bodyPrefix = body}).signals.size(); }});
 }
 
+void addSecretMail(std::vector<Part>& parts, const std::string& name, const std::string& text) {
+  constexpr std::size_t length = 4'000;
+  const std::string body(characterPrefix(text, length));
+  parts.push_back(
+      {.name = "secret mail, 4,000 characters, " + name,
+       .bytes = body.size(),
+       .goal = {.microseconds = 50},
+       .work = [body] { return SecretMailRule::signals({.subject = "Hello", .text = body}).size(); }});
+}
+
 }  // namespace
 
 void addDetectorParts(std::vector<Part>& parts) {
@@ -32,6 +43,14 @@ void addDetectorParts(std::vector<Part>& parts) {
           repeated("認証コート、確認コー、パスワードの再設、", enough));
   addBody(parts, "acronyms inside of words", repeated("hotpot 2fast ", enough));
   addBody(parts, "acronyms inside of Japanese words", repeated("本日のOTPは2FAの", enough));
+  addSecretMail(parts, "Latin", prose(Script::latin, enough));
+  addSecretMail(parts, "Japanese", prose(Script::japanese, enough));
+  addSecretMail(parts, "Japanese with full-width digits",
+                repeated("お問い合わせは１２３まで。会議は十時に始まります。", enough));
+  addSecretMail(parts, "Latin with emoji", prose(Script::latinWithEmoji, enough));
+  addSecretMail(parts, "numbers", repeated("order 493021, room 4930; ", enough));
+  addSecretMail(parts, "words that tell nothing alone",
+                repeated("Enter the order code at the door, confirm by phone. ", enough));
 }
 
 }  // namespace tarnwell::bench

@@ -1,5 +1,6 @@
 #include <limits>
 
+#include "IMAP/Readings.h"
 #include "IMAP/TextDecoding.h"
 #include "MailInputs.h"
 #include "Platform/Text.h"
@@ -141,6 +142,36 @@ void addPreviewShapes(std::vector<Shape>& shapes) {
               count);
 }
 
+void addReadingShapes(std::vector<Shape>& shapes) {
+  const Read fold = [](std::string_view text) { return foldedForScanning(text).size(); };
+  shapes.push_back(of("folding", "Latin", Script::latin, fold));
+  shapes.push_back(of("folding", "Japanese", Script::japanese, fold));
+  addRepeated(shapes, "folding",
+              {" ", "A", "\u0301\u0316", "\u0301\u200D\u0316", "\u200B", "\u1100", "\uFDFA", "文\n", "\xFF"},
+              fold);
+
+  // All of the text is to leave, in a charset that is not its own.
+  const auto readings = [](bool isHTML) {
+    return [isHTML](std::string_view bytes) {
+      const BodySource source{
+          .bytes = std::string(bytes), .named = Charset::utf8, .used = Charset::latin1, .isHTML = isHTML};
+      const std::string text = decodeCharset(bytes, "iso-8859-1");
+      std::size_t size = 0;
+      for (const Passage& passage : bodyReadings(source, text, text.size())) {
+        size += passage.text.size();
+      }
+      return size;
+    };
+  };
+  addRepeated(shapes, "readings of text", {"\x93\xFA", "\xFF", "\x1B$B", "\x1B$BF|K\\\x1B(B", "a \xE6\x97"},
+              readings(false));
+  addRepeated(shapes, "readings of HTML",
+              {"<b>\x93\xFA</b>", "<i", "&shy", "&#65", "&#", "<!-- -->\xFF", "\uFDD0"}, readings(true));
+  const Read header = [](std::string_view field) { return headerReadings(field).size(); };
+  addRepeated(shapes, "readings of a field", {"=?utf-8?q?=E6?= ", "=?utf-8?q?a?= b", "=?", "\x93\xFA"},
+              header);
+}
+
 }  // namespace
 
 void addTextShapes(std::vector<Shape>& shapes) {
@@ -149,6 +180,7 @@ void addTextShapes(std::vector<Shape>& shapes) {
   addHeaderShapes(shapes);
   addHTMLShapes(shapes);
   addPreviewShapes(shapes);
+  addReadingShapes(shapes);
 }
 
 }  // namespace tarnwell::bench

@@ -153,6 +153,9 @@ void to_json(json& json, const AppConfig& config) {
       {"email", config.email},   {"imapHost", config.imapHost}, {"imapPort", config.imapPort},
       {"safety", config.safety}, {"httpPort", config.httpPort},
   };
+  if (config.strictWithholding) {
+    json["strictWithholding"] = true;
+  }
   if (config.lastConnectionTestDate) {
     json["lastConnectionTestDate"] = formatISO8601(*config.lastConnectionTestDate);
   }
@@ -171,6 +174,7 @@ void from_json(const json& json, AppConfig& config) {
   readIfPresent(json, "imapHost", read.imapHost);
   readIfPresent(json, "imapPort", read.imapPort);
   readIfPresent(json, "safety", read.safety);
+  readIfPresent(json, "strictWithholding", read.strictWithholding);
   readIfPresent(json, "httpPort", read.httpPort);
   readIfPresent(json, "lastConnectionTestDate", read.lastConnectionTestDate);
   readIfPresent(json, "lastConnectionTestSuccess", read.lastConnectionTestSuccess);

@@ -70,6 +70,9 @@ struct AppConfig {
   /// Any number that the file holds; the range is checked when a connection is made.
   std::int64_t imapPort = BridgeConstants::defaultIMAPPort;
   SafetySettings safety;
+  /// Together with `blockAuthCodeBodies`: also withhold mail that only looks like it carries a code or an
+  /// account link (Core/SecretMailRule.h). Deliberate: not among the safety settings, whose list is fixed.
+  bool strictWithholding = false;
   std::int64_t httpPort = BridgeConstants::defaultHTTPPort;
   std::optional<Instant> lastConnectionTestDate;
   std::optional<bool> lastConnectionTestSuccess;

@@ -31,10 +31,13 @@ std::string uppercased(std::string_view text);
 /// Full Unicode case folding: what differs in letter case alone becomes equal.
 std::string caseFolded(std::string_view text);
 
-/// A text for a scanner that looks for words: what looks alike to a reader becomes equal. NFKC with case
-/// folding (Unicode 15, section 3.13) makes full-width letters plain ones; invisible characters
-/// (Default_Ignorable_Code_Point) go; white space collapses to single blanks and is trimmed. A line end
-/// between two wide characters goes too: Japanese is wrapped in the middle of its words.
+/// The form in which scanners look for words and numbers: compatibility characters as the ordinary ones (NFKC
+/// of Unicode Standard Annex #15: full-width and circled digits become digits), typographic dashes and
+/// apostrophes as those of ASCII, without what shows nothing (Default_Ignorable_Code_Point: soft hyphens,
+/// zero-width spaces), white space collapsed to single blanks and none at the ends. Letter case is kept. A
+/// line end between two wide characters goes too: Japanese is wrapped in the middle of its words. Of a run of
+/// combining marks the first 30 count, as in the annex's Stream-Safe Text Format: sorting them all takes time
+/// that grows with the square.
 std::string foldedForScanning(std::string_view text);
 
 /// Number of user-perceived characters: extended grapheme clusters of Unicode Standard Annex #29.

@@ -38,7 +38,7 @@ std::vector<std::string> textsOf(const std::vector<Passage>& passages) {
 }
 
 TEST(BodyReadings, plainTextInOrderHasOneReading) {
-  EXPECT_THAT(readingsOf("Tea  at\r\nfour", "utf-8", false), ElementsAre(Passage{"tea at four", 11}));
+  EXPECT_THAT(readingsOf("Tea  at\r\nfour", "utf-8", false), ElementsAre(Passage{"Tea at four", 11}));
   EXPECT_THAT(textsOf(readingsOf("お茶", "utf-8", false)), ElementsAre("お茶"));
   EXPECT_THAT(textsOf(readingsOf("\x93\xFA\x96\x7B", "shift_jis", false)), Contains("日本"));
 }
@@ -93,8 +93,8 @@ INSTANTIATE_TEST_SUITE_P(
     Table, HeaderReadingsOf,
     testing::Values(FieldRow{"empty", "", {}}, FieldRow{"plain", "Tea at four", {}},
                     FieldRow{"utf8", "お茶", {"お茶", "お茶"}},
-                    FieldRow{"encodedWord", "=?utf-8?Q?a_b?= C", {"a b c"}},
-                    FieldRow{"beginningOfAnEncodedWord", "=?utf-8?Q?a", {"=?utf-8?q?a"}},
+                    FieldRow{"encodedWord", "=?utf-8?Q?a_b?= C", {"a b C"}},
+                    FieldRow{"beginningOfAnEncodedWord", "=?utf-8?Q?a", {"=?utf-8?Q?a"}},
                     FieldRow{"wordsJoined", "=?utf-8?Q?=E6?= =?UTF-8?Q?=97=A5?=", {"日", "日"}},
                     FieldRow{"wordsOfTwoEncodings", "=?utf-8?Q?=E6?= =?utf-8?B?l6U=?=", {"日", "日"}},
                     FieldRow{"textBetweenWords", "=?utf-8?Q?a?= x =?utf-8?Q?b?=", {"a x b"}}),

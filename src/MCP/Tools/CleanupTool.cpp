@@ -62,14 +62,15 @@ ToolCallResult MCPTools::proposeInboxCleanup(const JSONValue& arguments) const {
   const std::vector<std::string> categories = allowedCategories(arguments);
   const std::int64_t limit =
       SafetyPolicy(config.safety).clampLimit(arguments["limit"].intValue(), BridgeConstants::searchLimitMax);
-  const MailScreen screen(detector_, config.safety);
+  const MailScreen screen(detector_, config);
 
   return withIMAP(config, IMAPClient::Access::readOnly, [&](IMAPClient& client) {
-    const std::vector<IMAPMessage> messages =
+    std::vector<IMAPMessage> messages =
         client.fetchMessages(client.searchInbox({}, static_cast<std::size_t>(limit)));
     JSONArray items(messages.size());
     screen.fetchBodies(client, messages, {Leaving::Form::asPreview, previewMaxChars},
                        [&](std::size_t index, const ScreenedBody& body) {
+                         screen.maskCodes(messages[index], body.judgement());
                          items[index] = itemJSON(messages[index], preview(body), categories);
                        });
     const auto count = static_cast<std::int64_t>(items.size());

@@ -61,7 +61,7 @@ class MCPTools {
   /// Runs `body` on the summary of the message that "uid" names, in a read-only session. Without a valid
   /// UID, or without such a message, an error result.
   ToolCallResult withMessage(const AppConfig& config, const JSONValue& arguments,
-                             const std::function<JSONValue(IMAPClient&, const IMAPMessage&)>& body) const;
+                             const std::function<JSONValue(IMAPClient&, IMAPMessage&)>& body) const;
 
   ToolCallResult getStatus() const;
   ToolCallResult listFolders(const JSONValue& arguments) const;

@@ -4,10 +4,12 @@
 #include <utility>
 #include <vector>
 
+#include "Core/SecretMailRule.h"
 #include "IMAP/Readings.h"
 #include "IMAP/TextDecoding.h"
 #include "MCP/Tools/MessageJSON.h"
 #include "Platform/Text.h"
+#include "Platform/UTF8.h"
 
 namespace tarnwell {
 
@@ -23,6 +25,15 @@ std::size_t leavingBytes(std::string_view text, Leaving leaving) {
     return characterPrefix(text, scanLimit(leaving)).size();
   }
   return IMAPParser::snippetSourceLength(text, leaving.maxChars);
+}
+
+/// What of a reading leaves, with the rest of a code that the cut splits.
+std::string_view leavingPartOf(const IMAPParser::Passage& reading) {
+  constexpr std::size_t longestCode = 32;
+  const std::string_view text = reading.text;
+  const std::size_t end =
+      std::min(text.find(' ', std::min(reading.end, text.size())), reading.end + longestCode);
+  return bytePrefix(text, end);
 }
 
 }  // namespace
@@ -84,9 +95,25 @@ RiskAssessment MailScreen::assessBody(const IMAPMessage& message, const IMAPClie
   if (RiskAssessment header = assessOtherReadings(message); header.shouldBlockBody()) {
     return header;
   }
-  for (const IMAPParser::Passage& reading :
-       IMAPParser::bodyReadings(body.source, body.text, leavingBytes(body.text, leaving))) {
+  const std::vector<IMAPParser::Passage> readings =
+      IMAPParser::bodyReadings(body.source, body.text, leavingBytes(body.text, leaving));
+  for (const IMAPParser::Passage& reading : readings) {
     if (RiskAssessment found = detector_.assessPassage(reading.text, reading.end); found.shouldBlockBody()) {
+      return found;
+    }
+  }
+  if (!isStrict_) {
+    return RiskAssessment::none;
+  }
+  if (input.bodyPrefix) {
+    const std::size_t limit = std::max(detector_.bodyScanPrefix(), scanLimit(leaving));
+    if (RiskAssessment found = assessStrictly(message, characterPrefix(body.text, limit));
+        found.shouldBlockBody()) {
+      return found;
+    }
+  }
+  for (const IMAPParser::Passage& reading : readings) {
+    if (RiskAssessment found = assessStrictly(message, leavingPartOf(reading)); found.shouldBlockBody()) {
       return found;
     }
   }
@@ -94,21 +121,58 @@ RiskAssessment MailScreen::assessBody(const IMAPMessage& message, const IMAPClie
 }
 
 RiskAssessment MailScreen::assessOtherReadings(const IMAPMessage& message) const {
+  const std::string subject = message.envelope.subject.value_or("");
+  const std::string sender = senderText(message).value_or("");
   std::vector<std::string> subjects = message.headerReadings.subject;
-  subjects.push_back(foldedForScanning(message.envelope.subject.value_or("")));
-  for (const std::string& subject : subjects) {
-    if (RiskAssessment found = detector_.assess({.subject = subject}); found.shouldBlockBody()) {
+  subjects.push_back(foldedForScanning(subject));
+  std::vector<std::string> senders = message.headerReadings.sender;
+  senders.push_back(foldedForScanning(sender));
+  for (const std::string& reading : subjects) {
+    if (RiskAssessment found = detector_.assess({.subject = reading}); found.shouldBlockBody()) {
       return found;
     }
   }
-  std::vector<std::string> senders = message.headerReadings.sender;
-  senders.push_back(foldedForScanning(senderText(message).value_or("")));
-  for (const std::string& sender : senders) {
-    if (RiskAssessment found = detector_.assess({.from = sender}); found.shouldBlockBody()) {
+  for (const std::string& reading : senders) {
+    if (RiskAssessment found = detector_.assess({.from = reading}); found.shouldBlockBody()) {
+      return found;
+    }
+  }
+  if (!isStrict_) {
+    return RiskAssessment::none;
+  }
+  for (const std::string& reading : subjects) {
+    if (RiskAssessment found{SecretMailRule::signals({.subject = reading, .from = sender})};
+        found.shouldBlockBody()) {
+      return found;
+    }
+  }
+  for (const std::string& reading : senders) {
+    if (RiskAssessment found{SecretMailRule::signals({.subject = subject, .from = reading})};
+        found.shouldBlockBody()) {
       return found;
     }
   }
   return RiskAssessment::none;
+}
+
+RiskAssessment MailScreen::assessStrictly(const IMAPMessage& message, std::string_view text) const {
+  const std::string sender = senderText(message).value_or("");
+  return {SecretMailRule::signals(
+      {.subject = message.envelope.subject.value_or(""), .from = sender, .text = text})};
+}
+
+void MailScreen::maskCodes(IMAPMessage& message, Judgement judgement) const {
+  if (!isBlocking_ || !isStrict_ || judgement == Judgement::returned) {
+    return;
+  }
+  if (std::optional<std::string>& subject = message.envelope.subject) {
+    subject = SecretMailRule::maskedCodes(*subject);
+  }
+  for (IMAPAddress& sender : message.envelope.from) {
+    if (sender.name) {
+      sender.name = SecretMailRule::maskedCodes(*sender.name);
+    }
+  }
 }
 
 }  // namespace tarnwell

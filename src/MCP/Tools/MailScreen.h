@@ -8,6 +8,9 @@
 /// of the same bytes (IMAP/Readings.h). A keyword that begins after the cut does not count in the later
 /// steps. The signals of a text do not depend on whether blocking is on.
 ///
+/// With `strictWithholding` a mail that no keyword tells is judged by `SecretMailRule` too, in the same
+/// places.
+///
 /// Threads: an immutable value, any; what fetches, as its client.
 
 #include <cstdint>
@@ -24,11 +27,16 @@
 
 namespace tarnwell {
 
+/// What became of the body of a message.
+enum class Judgement { returned, withheld, notLookedAt };
+
 /// The text of a message, as far as it may leave.
 struct ScreenedBody {
   RiskAssessment assessment;
   bool isWithheld = false;
   std::string text;  // empty when withheld, and when the message has none
+
+  Judgement judgement() const { return isWithheld ? Judgement::withheld : Judgement::returned; }
 };
 
 /// In which form the beginning of a body is to leave, and how many user-perceived characters of it at most.
@@ -48,8 +56,10 @@ struct Leaving {
 class MailScreen {
  public:
   /// Blocks or not as `blockAuthCodeBodies` says. The detector must outlive the screen.
-  MailScreen(const EmailRiskDetector& detector, const SafetySettings& settings)
-      : detector_(detector), isBlocking_(settings.blockAuthCodeBodies) {}
+  MailScreen(const EmailRiskDetector& detector, const AppConfig& config)
+      : detector_(detector),
+        isBlocking_(config.safety.blockAuthCodeBodies),
+        isStrict_(config.strictWithholding) {}
 
   /// The body's text. It is fetched only when subject and sender do not already withhold it.
   ScreenedBody fetchBody(IMAPClient& client, const IMAPMessage& message, Leaving leaving) const;
@@ -72,12 +82,19 @@ class MailScreen {
   /// True when blocking is on and the assessment says to withhold.
   bool withholds(const RiskAssessment& assessment) const;
 
+  /// Makes the header fit to leave. While blocking is on and strict, a group that is shaped like a code
+  /// becomes "•" for each character in the subject and in the senders' names of a message that is withheld,
+  /// and of one whose body was not looked at: it may be the code of a mail whose body would tell.
+  void maskCodes(IMAPMessage& message, Judgement judgement) const;
+
  private:
   RiskAssessment assessOtherReadings(const IMAPMessage& message) const;
+  RiskAssessment assessStrictly(const IMAPMessage& message, std::string_view text) const;
   ScreenedBody screened(const IMAPMessage& message, IMAPClient::BodyText body, Leaving leaving) const;
 
   const EmailRiskDetector& detector_;
   bool isBlocking_;
+  bool isStrict_;
 };
 
 }  // namespace tarnwell

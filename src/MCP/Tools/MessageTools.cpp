@@ -18,7 +18,7 @@ namespace {
 /// The snippet of a summary, as far as it may leave.
 struct ScreenedSnippet {
   RiskAssessment assessment;
-  bool isWithheld = false;
+  Judgement judgement = Judgement::returned;
   std::optional<std::string> text;  // absent when withheld or not requested
 };
 
@@ -26,18 +26,19 @@ ScreenedSnippet screenedSnippet(IMAPClient& client, const MailScreen& screen, co
                                 bool isRequested) {
   if (!isRequested) {
     RiskAssessment header = screen.assessHeader(message);
-    const bool isWithheld = screen.withholds(header);
-    return {std::move(header), isWithheld, std::nullopt};
+    const Judgement judgement = screen.withholds(header) ? Judgement::withheld : Judgement::notLookedAt;
+    return {std::move(header), judgement, std::nullopt};
   }
   constexpr std::int64_t maxChars = BridgeConstants::summarySnippetMaxChars;
   ScreenedBody body = screen.fetchBody(client, message, {Leaving::Form::asSnippet, maxChars});
   if (body.isWithheld) {
-    return {std::move(body.assessment), true, std::nullopt};
+    return {std::move(body.assessment), Judgement::withheld, std::nullopt};
   }
-  return {std::move(body.assessment), false, IMAPParser::snippet(body.text, maxChars).text};
+  return {std::move(body.assessment), Judgement::returned, IMAPParser::snippet(body.text, maxChars).text};
 }
 
 JSONValue summaryJSON(const IMAPMessage& message, const ScreenedSnippet& snippet) {
+  const bool isWithheld = snippet.judgement == Judgement::withheld;
   JSONObject summary{
       {"uid", message.uid},
       {"subject", JSONValue::of(message.envelope.subject)},
@@ -48,10 +49,10 @@ JSONValue summaryJSON(const IMAPMessage& message, const ScreenedSnippet& snippet
       {"flags", JSONValue::strings(message.flags)},
       {"hasAttachments", message.hasAttachments()},
       {"detectedRiskSignals", riskSignalsJSON(snippet.assessment.signals)},
-      {"bodyWithheld", snippet.isWithheld},
+      {"bodyWithheld", isWithheld},
       {"bodySnippet", JSONValue::of(snippet.text)},
   };
-  if (snippet.isWithheld) {
+  if (isWithheld) {
     summary.emplace("withheldReason",
                     "Sensitive security content (OTP/2FA/verification/reset). Snippet withheld.");
   }
@@ -106,15 +107,14 @@ JSONValue readBody(IMAPClient& client, const MailScreen& screen, const IMAPMessa
 
 }  // namespace
 
-ToolCallResult MCPTools::withMessage(
-    const AppConfig& config, const JSONValue& arguments,
-    const std::function<JSONValue(IMAPClient&, const IMAPMessage&)>& body) const {
+ToolCallResult MCPTools::withMessage(const AppConfig& config, const JSONValue& arguments,
+                                     const std::function<JSONValue(IMAPClient&, IMAPMessage&)>& body) const {
   const std::optional<std::uint32_t> uid = uidArg(arguments);
   if (!uid) {
     return ToolCallResult::error(std::string(invalidUIDText));
   }
   return withIMAP(config, IMAPClient::Access::readOnly, [&](IMAPClient& client) -> ToolCallResult {
-    const std::optional<IMAPMessage> message = client.fetchMessage(*uid);
+    std::optional<IMAPMessage> message = client.fetchMessage(*uid);
     return message ? ToolCallResult{body(client, *message)} : ToolCallResult::error(noMessageText(*uid));
   });
 }
@@ -122,16 +122,18 @@ ToolCallResult MCPTools::withMessage(
 ToolCallResult MCPTools::getMessageSummary(const JSONValue& arguments) const {
   const AppConfig config = configStore_.load();
   const bool isRequested = arguments["includeBodySnippet"].boolValue().value_or(true);
-  const MailScreen screen(detector_, config.safety);
-  return withMessage(config, arguments, [&](IMAPClient& client, const IMAPMessage& message) {
-    return summaryJSON(message, screenedSnippet(client, screen, message, isRequested));
+  const MailScreen screen(detector_, config);
+  return withMessage(config, arguments, [&](IMAPClient& client, IMAPMessage& message) {
+    const ScreenedSnippet snippet = screenedSnippet(client, screen, message, isRequested);
+    screen.maskCodes(message, snippet.judgement);
+    return summaryJSON(message, snippet);
   });
 }
 
 ToolCallResult MCPTools::getMessageBody(const JSONValue& arguments) const {
   const AppConfig config = configStore_.load();
   const std::int64_t maxChars = SafetyPolicy(config.safety).clampBodyChars(arguments["maxChars"].intValue());
-  const MailScreen screen(detector_, config.safety);
+  const MailScreen screen(detector_, config);
   return withMessage(config, arguments, [&](IMAPClient& client, const IMAPMessage& message) {
     return readBody(client, screen, message, maxChars);
   });

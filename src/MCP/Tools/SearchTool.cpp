@@ -45,15 +45,17 @@ ToolCallResult MCPTools::searchInbox(const JSONValue& arguments) const {
   const std::int64_t limit =
       SafetyPolicy(config.safety).clampLimit(arguments["limit"].intValue(), BridgeConstants::searchLimitMax);
   const IMAPSearchCriteria criteria = searchCriteria(arguments);
-  const MailScreen screen(detector_, config.safety);
+  const MailScreen screen(detector_, config);
 
   return withIMAP(config, IMAPClient::Access::readOnly, [&](IMAPClient& client) {
-    const std::vector<IMAPMessage> messages =
+    std::vector<IMAPMessage> messages =
         client.fetchMessages(client.searchInbox(criteria, static_cast<std::size_t>(limit)));
     JSONArray hits(messages.size());
-    screen.fetchBodies(
-        client, messages, {Leaving::Form::asSnippet, snippetMaxChars},
-        [&](std::size_t index, const ScreenedBody& body) { hits[index] = searchHit(messages[index], body); });
+    screen.fetchBodies(client, messages, {Leaving::Form::asSnippet, snippetMaxChars},
+                       [&](std::size_t index, const ScreenedBody& body) {
+                         screen.maskCodes(messages[index], body.judgement());
+                         hits[index] = searchHit(messages[index], body);
+                       });
     const auto count = static_cast<std::int64_t>(hits.size());
     return ToolCallResult{JSONObject{{"count", count}, {"limit", limit}, {"messages", std::move(hits)}}};
   });

@@ -3,6 +3,7 @@
 #include "IMAP/IMAPError.h"
 #include "IMAP/MailboxMapper.h"
 #include "MCP/Tools/MCPTools.h"
+#include "MCP/Tools/MailScreen.h"
 #include "MCP/Tools/ToolArguments.h"
 #include "MCP/Tools/WriteOutcome.h"
 #include "Platform/Text.h"
@@ -131,9 +132,14 @@ ToolCallResult MCPTools::markAsRead(const JSONValue& arguments) const {
           plan.refusal("Read-only mode is on; the message was not marked as read.")) {
     return *refusal;
   }
+  const MailScreen screen(detector_, config);
   return withIMAP(config, plan.access(), [&](IMAPClient& client) {
-    const std::optional<IMAPMessage> message = client.fetchMessage(*uid);
-    return message ? plan.markRead(*message, client) : ToolCallResult::error(noMessageText(*uid));
+    std::optional<IMAPMessage> message = client.fetchMessage(*uid);
+    if (!message) {
+      return ToolCallResult::error(noMessageText(*uid));
+    }
+    screen.maskCodes(*message, Judgement::notLookedAt);
+    return plan.markRead(*message, client);
   });
 }
 

@@ -1,0 +1,132 @@
+// Does a mail carry a one-time code? SecretMailRule.h tells the points.
+
+#include <algorithm>
+
+#include "Core/SecretMailReading.h"
+
+namespace tarnwell {
+
+namespace {
+
+using namespace mail_role;
+
+// How near is near, in bytes.
+constexpr std::size_t besideCode = 80;  // a code word and its group
+constexpr std::size_t introducedCode =
+    280;                                  // the same, when the word is handed over: "the following code ..."
+constexpr std::size_t besideWord = 30;    // handing over, and its code word
+constexpr std::size_t aroundGroup = 60;   // handing over, and a group
+constexpr std::size_t besideLabel = 6;    // "order no." and its number
+constexpr std::size_t longestLabel = 60;  // longer than every term
+constexpr std::size_t sameMatter = 120;   // what else the mail may be about
+constexpr std::size_t sameMail = 400;     // signing in, expiring
+
+class CodeQuestion {
+ public:
+  explicit CodeQuestion(const SecretMailReading& mail) : mail_(mail) {}
+
+  /// The word that tells that the group is a code.
+  std::optional<std::string_view> wordTelling(const MailPlace& group) const {
+    if (isLabelledOtherwise(group)) {
+      return std::nullopt;
+    }
+    const FoundWord* best = nullptr;
+    const FoundWord* handing = nullptr;
+    int points = 0;
+    for (const FoundWord& word : mail_.wordsAround(group, introducedCode, besideCode)) {
+      if (word.is(handOver) && distance(placeOf(word), group) <= aroundGroup) {
+        handing = &word;
+      }
+      const int pointsOfWord = word.is(codeName) ? enoughPoints : 1;
+      if (word.is(codeName | code) && pointsOfWord >= points && reaches(word, group)) {
+        best = &word;
+        points = pointsOfWord;
+      }
+    }
+    if (best == nullptr && handing == nullptr) {
+      return std::nullopt;
+    }
+    const bool isHandedOver =
+        handing != nullptr || (best != nullptr && (isIntroduced(*best) || isTiedTo(*best, group)));
+    const MailRoles roles = mail_.rolesAround(group, sameMail) | mail_.headerRoles();
+    points += isHandedOver ? 1 : 0;
+    points += (roles & signIn) != 0 ? 1 : 0;
+    points += (roles & (shortLived | secret | mistake)) != 0 ? 1 : 0;
+    points += best != nullptr && mail_.isInSubject(best->begin) && mail_.isInSubject(group.begin) ? 1 : 0;
+    points -= (mail_.rolesAround(group, sameMatter) & elsewhere) != 0 ? enoughPoints : 0;
+    if (points < enoughPoints) {
+      return std::nullopt;
+    }
+    return best != nullptr ? best->term : handing->term;
+  }
+
+  /// For the name of a one-time code, where no group is shaped like one: the code may be of letters alone.
+  bool isCodeHandedOver(const FoundWord& name) const {
+    return isIntroduced(name) && (mail_.rolesAround(placeOf(name), sameMail) & (shortLived | mistake)) != 0;
+  }
+
+ private:
+  bool isLabelledOtherwise(const MailPlace& group) const {
+    const std::span<const FoundWord> before =
+        mail_.wordsAround({group.begin, group.begin}, longestLabel + besideLabel, 0);
+    return std::ranges::any_of(before, [&](const FoundWord& word) {
+      return word.is(other) && word.end <= group.begin && group.begin - word.end <= besideLabel;
+    });
+  }
+
+  /// True when the word is near enough to speak of the group.
+  bool reaches(const FoundWord& word, const MailPlace& group) const {
+    const std::size_t away = distance(placeOf(word), group);
+    return away <= besideCode || (word.end <= group.begin && away <= introducedCode && isIntroduced(word));
+  }
+
+  /// As in "use the following code".
+  bool isIntroduced(const FoundWord& word) const {
+    return (mail_.rolesAround(placeOf(word), besideWord) & handOver) != 0;
+  }
+
+  /// As in "code: 493021" and "code is 493021".
+  bool isTiedTo(const FoundWord& word, const MailPlace& group) const {
+    constexpr std::size_t longest = 8;
+    if (word.end > group.begin || group.begin - word.end > longest) {
+      return false;
+    }
+    const std::string_view between = mail_.text().substr(word.end, group.begin - word.end);
+    return std::ranges::any_of(std::initializer_list<std::string_view>{":", "=", " is ", "は", "「", "【"},
+                               [between](std::string_view tie) { return between.find(tie) != between.npos; });
+  }
+
+  const SecretMailReading& mail_;
+};
+
+}  // namespace
+
+std::optional<std::string_view> codeNameIn(std::span<const FoundWord> words) {
+  const auto name = std::ranges::find_if(words, [](const FoundWord& word) { return word.is(codeName); });
+  return name == words.end() ? std::nullopt : std::optional(name->term);
+}
+
+std::optional<std::string_view> wordTellingCode(const SecretMailReading& mail, MailLocation location) {
+  const bool isSubject = location == MailLocation::subject;
+  const CodeQuestion question(mail);
+  if (isSubject) {
+    if (const auto name = codeNameIn(mail.wordsOfSubject())) {
+      return name;
+    }
+  }
+  for (const CodeGroup& group : mail.groups()) {
+    if (mail.isInSubject(group.begin) == isSubject) {
+      if (const auto term = question.wordTelling({group.begin, group.end})) {
+        return term;
+      }
+    }
+  }
+  for (const FoundWord& word : isSubject ? mail.wordsOfSubject() : mail.wordsOfBody()) {
+    if (word.is(codeName) && question.isCodeHandedOver(word)) {
+      return word.term;
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace tarnwell
