@@ -37,6 +37,7 @@ TEST(AppConfigDefaults, areTheCautiousOnes) {
   EXPECT_EQ(config.lastConnectionTestDate, std::nullopt);
   EXPECT_EQ(config.lastConnectionTestSuccess, std::nullopt);
   EXPECT_EQ(config.language, std::nullopt);
+  EXPECT_FALSE(config.strictWithholding);
   EXPECT_FALSE(config.isConfigured());
   EXPECT_TRUE(config.safety.readOnly);
   EXPECT_EQ(config.safety.maxFetch, 50);
@@ -74,6 +75,10 @@ TEST(AppConfigDecoding, eachKeyReplacesItsOwnField) {
       {"test date", R"({"lastConnectionTestDate": "2024-05-01T09:30:00Z"})", with([](AppConfig& c) {
          c.lastConnectionTestDate = std::chrono::sys_days(2024y / 5 / 1) + 9h + 30min;
        })},
+      {"strict", R"({"strictWithholding": true})", with([](AppConfig& c) { c.strictWithholding = true; })},
+      {"not strict", R"({"strictWithholding": false})", AppConfig()},
+      {"strict as null", R"({"strictWithholding": null})", AppConfig()},
+      {"strict among the safety settings", R"({"safety": {"strictWithholding": true}})", AppConfig()},
       {"test outcome", R"({"lastConnectionTestSuccess": false})",
        with([](AppConfig& c) { c.lastConnectionTestSuccess = false; })},
       {"english", R"({"language": "en"})", with([](AppConfig& c) { c.language = AppLanguage::english; })},
@@ -152,6 +157,7 @@ TEST(AppConfigDecoding, oneKeyOfTheWrongTypeFailsTheWholeRecord) {
       {"safety", {"1", "true", "\"x\"", "[]"}},
       {"lastConnectionTestDate", {"1", "true", "{}", "\"\"", "\"2024-05-01\"", "\"2024-05-01T09:30:00.5Z\""}},
       {"lastConnectionTestSuccess", {std::begin(noBoolean), std::end(noBoolean)}},
+      {"strictWithholding", {std::begin(noBoolean), std::end(noBoolean)}},
       {"language", {"1", "[]", "\"de\"", "\"\"", "\"EN\"", "\"en-GB\""}},
   };
   for (const auto& [key, values] : keys) {
@@ -196,7 +202,9 @@ TEST(AppConfigEncoding, optionalFieldsAreWrittenOnlyWhenPresent) {
   config.lastConnectionTestDate = std::chrono::sys_days(2024y / 5 / 1) + 9h + 30min;
   config.lastConnectionTestSuccess = false;
   config.language = AppLanguage::japanese;
+  config.strictWithholding = true;
   json encoded = config;
+  EXPECT_EQ(encoded["strictWithholding"], true);
   EXPECT_EQ(encoded["lastConnectionTestDate"], "2024-05-01T09:30:00Z");
   EXPECT_EQ(encoded["lastConnectionTestSuccess"], false);
   EXPECT_EQ(encoded["language"], "ja");
