@@ -1,5 +1,5 @@
-// A mail as subject, sender and text, one line each and the rest: the words, the groups and the signals are those of
-// a slow reading, and masking hides the groups and nothing else.
+// A mail as subject, sender and text, one line each and the rest: the words, the groups and the signals are
+// those of a slow reading, and masking hides the groups and nothing else.
 
 #include "Core/SecretMailRule.h"
 
@@ -45,7 +45,8 @@ FUZZ_TARGET(std::string_view input) {
   require(foldedForScanning(folded) == folded, "what is folded stays");
   require(wordsIn(folded) == referenceWords(folded), "the words are those of the slow search");
   require(codeGroupsIn(folded) == referenceGroups(folded), "the groups are those of the expressions");
-  require(SecretMailRule::signals(mail) == referenceSignals(mail), "the signals are those of the slow reading");
+  require(SecretMailRule::signals(mail) == referenceSignals(mail),
+          "the signals are those of the slow reading");
 
   const std::string masked = SecretMailRule::maskedCodes(input);
   require(isMadeByLeavingOut(withoutBullets(masked), input), "masking adds nothing but bullets");

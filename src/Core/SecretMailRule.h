@@ -3,9 +3,9 @@
 /// Recognises mail that carries a secret: a one-time code, or a link that opens an account. It stands beside
 /// the keywords of `EmailRiskDetector` and sees what they have no word for.
 ///
-///     SecretMailRule::signals({.subject = "493021 is your Acme code"});  // {{"one_time_code", "code",
-///     "subject"}} SecretMailRule::maskedCodes("G-493021 is your code");              // "•••••••• is your
-///     code"
+///     SecretMailRule::signals({.subject = "493021 is your Acme code"});
+///     // {{"one_time_code", "code", "subject"}}
+///     SecretMailRule::maskedCodes("G-493021 is your code");  // "•••••••• is your code"
 ///
 /// The rule. Words come from the tables of `SecretMailWords`, groups that are shaped like a code from
 /// `codeGroupsIn`; what stands near is counted in points, and three points are enough.
