@@ -89,8 +89,10 @@ void appendNumbers(std::span<const CodeUnit> units, std::string_view text, std::
   const bool areOneSize =
       std::ranges::all_of(units, [&](const CodeUnit& unit) { return sizeOf(unit) == first; });
   const std::size_t count = units.size();
-  if (areOneSize && ((count == 2 && (first == 3 || first == 4)) || (count == 3 && first == 2) ||
-                     (first == 1 && count >= 4 && count <= 8))) {
+  const bool arePlain = std::ranges::all_of(units, &CodeUnit::isPlain);
+  if (arePlain && areOneSize &&
+      ((count == 2 && (first == 3 || first == 4)) || (count == 3 && first == 2) ||
+       (first == 1 && count >= 4 && count <= 8))) {
     groups.push_back({units.front().begin(), units.back().end});
     return;
   }
@@ -98,9 +100,11 @@ void appendNumbers(std::span<const CodeUnit> units, std::string_view text, std::
   for (const CodeUnit& unit : units) {
     digits += sizeOf(unit);
   }
-  if (count >= 3 && digits >= 9 &&
-      std::ranges::all_of(units, [&](const CodeUnit& unit) { return sizeOf(unit) <= 4; })) {
-    return;
+  const bool areShort = std::ranges::all_of(units, [&](const CodeUnit& unit) { return sizeOf(unit) <= 4; });
+  const bool beginsWithZero = text[units.front().begin()] == '0';
+  if (count >= 2 &&
+      ((!arePlain && digits >= 7) || (digits >= 9 && (beginsWithZero || (count >= 3 && areShort))))) {
+    return;  // a telephone or card number
   }
   for (const CodeUnit& unit : units) {
     if (isCodeUnit(unit, text)) {

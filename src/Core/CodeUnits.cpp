@@ -103,7 +103,7 @@ bool isOtherNumberAfter(std::string_view after) {
     after.remove_prefix(1);
   }
   constexpr std::size_t longest = 10;
-  std::string word;
+  std::string word;  // short enough to need no memory of its own
   for (const char byte : after.substr(0, longest)) {
     const char small = asciiLowercasedByte(byte);
     if (!isSmallLetter(small)) {
@@ -143,6 +143,10 @@ CodeUnit readUnit(std::string_view text, std::size_t begin) {
 
 /// The end of the address of a page that begins here; the same place when none does.
 std::size_t endOfAddress(std::string_view text, std::size_t begin) {
+  const char first = asciiLowercasedByte(text[begin]);
+  if (first != 'h' && first != 'w') {
+    return begin;
+  }
   const std::string_view rest = text.substr(begin, 8);
   if (!startsWithIgnoringASCIICase(rest, "http://") && !startsWithIgnoringASCIICase(rest, "https://") &&
       !startsWithIgnoringASCIICase(rest, "www.")) {

@@ -37,7 +37,7 @@ struct CodeUnit {
   bool isPlain = true;  // nothing but letters, digits and hyphens, and nothing that makes it another number
 
   std::size_t begin() const { return parts[0].begin; }
-  bool isNumber() const { return isPlain && count == 1 && parts[0].isNumber(); }
+  bool isNumber() const { return count == 1 && parts[0].isNumber(); }
 };
 
 /// All units with a digit, in the order of the text. Addresses of pages are passed over.

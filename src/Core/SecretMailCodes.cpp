@@ -62,7 +62,9 @@ class CodeQuestion {
 
   /// For the name of a one-time code, where no group is shaped like one: the code may be of letters alone.
   bool isCodeHandedOver(const FoundWord& name) const {
-    return isIntroduced(name) && (mail_.rolesAround(placeOf(name), sameMail) & (shortLived | mistake)) != 0;
+    const std::string_view after = mail_.text().substr(name.end);
+    const bool isHandedOver = isIntroduced(name) || after.starts_with(':') || after.starts_with(" is ");
+    return isHandedOver && (mail_.rolesAround(placeOf(name), sameMail) & (shortLived | mistake)) != 0;
   }
 
  private:

@@ -3,25 +3,23 @@
 /// Recognises mail that carries a secret: a one-time code, or a link that opens an account. It stands beside
 /// the keywords of `EmailRiskDetector` and sees what they have no word for.
 ///
-///     SecretMailRule::signals({.subject = "493021 is your Acme code"});  // {{"one_time_code", "code",
-///     "subject"}} SecretMailRule::maskedCodes("G-493021 is your code");              // "•••••••• is your
-///     code"
+///     SecretMailRule::signals({.subject = "493021 is your Acme code"});
+///     // {{"one_time_code", "code", "subject"}}
+///     SecretMailRule::maskedCodes("G-493021 is your code");  // "•••••••• is your code"
 ///
 /// The rule. Words come from the tables of `SecretMailWords`, groups that are shaped like a code from
 /// `codeGroupsIn`; what stands near is counted in points, and three points are enough.
-///   - A code: 3 for a word that names a one-time code near the group, 1 for one that may ("code", "PIN");
-///   and 1 each
-///     for handing over ("enter", "code is"), for signing in or confirming, for what expires or was not asked
-///     for, and for both standing in the subject. Less 3 where the mail is about parcels, doors, meetings or
-///     sales. A group right behind another number's name ("order no.") never counts.
+///   - A code: 3 for a word that names a one-time code near the group, 1 for one that may ("code", "PIN").
+///     One more each for handing over ("enter", "code is"), for signing in or confirming, for what
+///     expires, is secret or was not asked for, and for a word and a group that both stand in the subject.
+///     Less 3 near parcels, doors, meetings or sales. Right behind another number's name ("order no.") a
+///     group is none.
 ///   - A name of a one-time code is enough in a subject or a sender, and in a text that hands it over and
-///   tells
-///     when it expires or what to do when it was not asked for.
-///   - A link: 2 for an action with its object ("confirm your email") or a link's name; and 1 each for a link
-///   or an
-///     invitation to press nearby, for looking like the label of a button, for standing in the subject, and
-///     for what expires or was not asked for. Signing in counts with a press and a link that expires. What is
-///     over ("was changed") does not count.
+///     says when it expires or what to do when it was not asked for.
+///   - A link: 2 for an action with its object ("confirm your email") or for a link's name. One more each
+///     for a link or an invitation to press nearby, for looking like the label of a button, for standing
+///     in the subject, and for what expires or was not asked for. What is over ("was successful") is none.
+///   - Signing in, near an invitation to press and a link that expires or a sign-in not asked for.
 ///
 /// "Near" is a number of bytes of UTF-8, so that fewer Japanese characters are near than Latin ones: each of
 /// them says more. Bytes that are not UTF-8 are read as U+FFFD.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bitset>
 #include <cstdint>
 #include <limits>
 #include <map>
@@ -108,18 +109,30 @@ class TermIndex {
     });
     for (const auto& [slotOfTerm, term] : bySlot) {
       terms_.push_back(term);
+      beginnings_.set(firstCharacter(term.text));
       ++ends_[slotOfTerm];
     }
     std::partial_sum(ends_.begin(), ends_.end(), ends_.begin());
   }
 
   std::span<const Term> beginningAs(std::string_view text) const {
+    if (!beginnings_.test(firstCharacter(text))) {
+      return {};
+    }
     const std::size_t wanted = slot(text);
     const std::size_t begin = wanted == 0 ? 0 : ends_[wanted - 1];
     return std::span(terms_).subspan(begin, ends_[wanted] - begin);
   }
 
  private:
+  /// A number that all texts with this first character share.
+  static std::size_t firstCharacter(std::string_view text) {
+    const std::size_t first = byteAt(text, 0);
+    return first < firstOfJapanese || text.size() < lookAhead
+               ? plainBytes[first]
+               : (first & 0xF) << 12 | (byteAt(text, 1) & 0x3FU) << 6 | (byteAt(text, 2) & 0x3FU);
+  }
+
   /// By the first three bytes; of Japanese, whose first character is as long, by the last of the second
   /// character too, before which a blank is passed over. So no Japanese term may have less than two
   /// characters.
@@ -138,6 +151,7 @@ class TermIndex {
   static constexpr std::size_t lookAhead = 3;
   static constexpr unsigned char firstOfJapanese = 0xE0;
   static constexpr std::size_t slotCount = 8192;
+  std::bitset<0x10000> beginnings_;              // the first characters
   std::vector<Term> terms_;                      // slot by slot
   std::array<std::uint16_t, slotCount> ends_{};  // of the terms of each slot
 };

@@ -3,7 +3,7 @@
 /// Finds the words of `SecretMailWords` and the groups shaped like a code in a text in the form of
 /// `foldedForScanning`.
 ///
-///     wordsIn("Your sign-in code: 493 021");       // "sign in code" with its roles, and "code" inside of it
+///     wordsIn("Your sign-in code: 493 021");       // "sign in code", "sign in", "code"
 ///     codeGroupsIn("Your sign-in code: 493 021");  // the bytes 19 to 26
 ///
 /// Both are linear: each place of the text is looked at a bounded number of times.

@@ -6,7 +6,7 @@
 /// letter case does not matter; a blank in a term stands for a blank, a hyphen or nothing ("sign in" is also
 /// "sign-in" and "signin"); a term that begins or ends with a Latin letter or a digit does so at the end of a
 /// word, but for an "s" behind it; a blank between two Japanese characters of the text is passed over. Where
-/// several terms begin at one place, the longest counts alone.
+/// the longest of the terms that begin at one place is another number's name, it counts alone; else all do.
 ///
 /// Threads: constants; any thread.
 

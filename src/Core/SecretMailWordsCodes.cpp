@@ -37,11 +37,11 @@ constexpr SecretMailWords rows[] = {
     {other | elsewhere,
      "promo code|promotion code|promotional code|coupon code|discount code|voucher code|gift code|"
      "gift card|gift card code|redemption code|redeem code|offer code|referral code|reward code|"
-     "tracking code|shipping code|pickup code|pick up code|pick up pin|collection code|collection pin|"
+     "tracking code|shipping code|pick up code|pick up pin|collection code|collection pin|"
      "delivery code|delivery pin|delivery password|parcel code|locker code|locker pin|return code|"
      "returns code|booking code|reservation code|ticket code|check in code|boarding code|door code|"
      "gate code|entry code|entrance code|building code|alarm code|lock code|lockbox code|key code|"
-     "keypad code|parking code|room code|wifi code|wi fi code|wi fi password|meeting code|"
+     "keypad code|parking code|room code|wi fi code|wi fi password|meeting code|"
      "conference code|participant code|exit code|error code|status code|response code|result code|"
      "reason code|http code|fault code|tracking number|shipment|consignment|booking number|"
      "booking reference|reservation number|meeting id|conference id|webinar id"},

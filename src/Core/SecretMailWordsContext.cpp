@@ -59,7 +59,8 @@ constexpr SecretMailWords rows[] = {
     {account, "account|email|e mail|identity|log in|it's you|it is you|this is you|it was you"},
     {registration, "registration|registering|sign up|signing up|subscription|membership"},
     {matter,
-     "order|reservation|appointment|attendance|payment|purchase|by|via|with|account details|"
+     "order|reservation|appointment|attendance|payment|purchase|by email|by e mail|by phone|by reply|by "
+     "post|via|with|account details|"
      "account information|account settings|account manager|account balance|account team|"
      "email preferences|email settings|email address book|shipping|details|availability|participation|"
      "seat|receipt of|reply"},
