@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # A throw-away Dovecot 2.3 or 2.4 with TLS on a loopback port, as root (its mail then belongs to nobody) or as an
 # ordinary user. What differs between the versions stands in dovecot-VERSION.sh.
-# Uses messages.sh, cleanup.sh, ports.sh; certificates from certificates.sh; needs `root`.
+# Uses messages.sh, needs.sh, cleanup.sh, ports.sh; certificates from certificates.sh; needs `root`.
 
 mail_address=user@example.org
 mail_password=app-pass-word
@@ -27,7 +27,7 @@ start_dovecot() {
     write_dovecot_configuration "$directory/mail" "$user" "$group" >"$directory/mail/dovecot.conf"
     [ -z "$extra" ] || cat "$extra" >>"$directory/mail/dovecot.conf"
     if [ "$(id -u)" = 0 ]; then chown -R nobody:nogroup "$directory/mail"; fi
-    start_process "${as_user[@]}" env TZ=UTC /usr/sbin/dovecot -F -c "$directory/mail/dovecot.conf"
+    start_process "${as_user[@]}" env TZ=UTC "$dovecot_program" -F -c "$directory/mail/dovecot.conf"
     dovecot_process=$started_process
     if await_greeting "$directory/ca.pem" "$dovecot_port" "$dovecot_process"; then return; fi
     end_process "$dovecot_process"
@@ -36,13 +36,14 @@ start_dovecot() {
   fail "Dovecot did not greet on a loopback port (attempt $attempt)"
 }
 
-# use_dovecot_version: defines dovecot_account and dovecot_rights as the installed version wants them.
+# use_dovecot_version: sets dovecot_program, defines dovecot_account and dovecot_rights as the installed version wants them.
 use_dovecot_version() {
-  [ -x /usr/sbin/dovecot ] || fail "Dovecot is missing: install the package dovecot-imapd"
   local version
-  version=$(/usr/sbin/dovecot --version | cut -d. -f1-2)
+  dovecot_program=$(PATH=$search_path command -v dovecot) ||
+    fail "Dovecot is missing: install the package dovecot-imapd"
+  version=$("$dovecot_program" --version | cut -d. -f1-2)
   [ -f "$root/scripts/lib/dovecot-$version.sh" ] ||
-    fail "Dovecot 2.3 or 2.4 is needed; this is $(/usr/sbin/dovecot --version)"
+    fail "Dovecot 2.3 or 2.4 is needed; this is $("$dovecot_program" --version)"
   # shellcheck source=scripts/lib/dovecot-2.4.sh
   . "$root/scripts/lib/dovecot-$version.sh"
 }

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # NodeJS 18 or newer with npm (Debian's, or one that is on PATH already), and what is taken from npm, in the
 # versions that a package-lock.json pins: the official MCP client, the tool for MCP bundles, the comparators of
-# the measurements. Uses messages.sh, packages.sh.
+# the measurements. Uses messages.sh, progress.sh, packages.sh.
 
 node_is_usable() {
   command -v npm >/dev/null && command -v node >/dev/null &&
@@ -10,7 +10,7 @@ node_is_usable() {
 
 require_node() {
   node_is_usable && return
-  require_packages nodejs npm
+  require node
   node_is_usable || fail "NodeJS 18 or newer with npm is needed; this is $(node --version 2>&1)"
 }
 
@@ -19,8 +19,7 @@ install_node_packages() {
   local directory=$1 what=$2 stamp
   stamp="$directory/node_modules/.installed-from"
   cmp -s "$directory/package-lock.json" "$stamp" && return
-  say "Installing $what"
-  (cd "$directory" && npm ci --no-progress </dev/null >&2) ||
+  run_quietly "npm-${directory##*/}" "Installing $what" npm ci --no-progress --prefix "$directory" ||
     fail "npm could not install $what (see above)"
   cp "$directory/package-lock.json" "$stamp"
 }
