@@ -3,14 +3,15 @@
 # versions that a package-lock.json pins: the official MCP client, the tool for MCP bundles, the comparators of
 # the measurements. Uses messages.sh, progress.sh, packages.sh.
 
+# needed_node: the purpose "node" of packages.table, unless NodeJS is there already.
+needed_node() { node_is_usable || echo node; }
+
 node_is_usable() {
   command -v npm >/dev/null && command -v node >/dev/null &&
     [ "$(node -p 'Number(process.versions.node.split(".")[0]) >= 18')" = true ]
 }
 
-require_node() {
-  node_is_usable && return
-  require node
+check_node() {
   node_is_usable || fail "NodeJS 18 or newer with npm is needed; this is $(node --version 2>&1)"
 }
 

@@ -88,8 +88,9 @@ install_packages() {
     printf '#!/bin/sh\nexit 101\n' >"$policy"
     chmod 755 "$policy"
   fi
-  local status=0
-  run_quietly install "Installing $# packages" env LC_ALL=C DEBIAN_FRONTEND=noninteractive sh -euc '
+  local status=0 what=$1
+  [ $# = 1 ] || what="$# packages"
+  run_quietly install "Installing $what" env LC_ALL=C DEBIAN_FRONTEND=noninteractive sh -euc '
     apt-get update -q
     exec apt-get install -q -y --no-install-recommends "$@"' install "$@" || status=$?
   if [ -n "$own_policy" ]; then

@@ -13,7 +13,7 @@ run_quietly() {
   start_process "$@" >"$log" 2>&1 </dev/null
   if [ -t 2 ]; then
     while process_is_running "$started_process"; do
-      printf '\r\e[K== %s %s (%s s)' "$what" "$(progress_in "$log")" "$((SECONDS - started))" >&2
+      printf '\r\e[K== %s%s (%s s)' "$what" "$(progress_in "$log")" "$((SECONDS - started))" >&2
       sleep 0.2
     done
     printf '\r\e[K== %s (%s s)\n' "$what" "$((SECONDS - started))" >&2
@@ -38,5 +38,5 @@ progress_in() {
     /^Unpacking / { count("unpacking") }
     /^Setting up / { count("setting up") }
     function count(what) { if (step != what) done = 0; step = what; done++ }
-    END { if (step && all) printf "%s %d of %d", step, done, all }' "$1"
+    END { if (step && all) printf ": %s %d of %d", step, done, all }' "$1"
 }
