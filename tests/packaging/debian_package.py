@@ -35,14 +35,23 @@ LIBRARIES = {"libc6", "libgcc-s1", f"libicu{ICU}", "libssl3", "libstdc++6", "lib
 # A build with a sanitizer needs its library too, and only a release is hardened.
 NEVER_IN_A_RELEASE = re.compile(r"lib[a-z]+san\d*$")
 
+
+
+def debian_revision():
+    """Says for which release of Debian it was built, as the next release's package must count as newer."""
+    system = dict(line.strip().split("=", 1) for line in open("/etc/os-release", encoding="utf-8") if "=" in line)
+    return f"1~deb{system['VERSION_ID'].strip(chr(34))}u1" if system.get("ID") == "debian" else "1"
+
+
 with temporary_directory() as directory:
     output(os.environ.get("CPACK_COMMAND", "cpack"), "-G", "DEB", "-B", directory,
            "--config", build / "CPackConfig.cmake", cwd=build, env={**os.environ, "SOURCE_DATE_EPOCH": "1700000000"})
     package, = pathlib.Path(directory).glob("*.deb")
     fields = dict(line.split(": ", 1) for line in output("dpkg-deb", "--field", package).splitlines()
                   if re.match(r"\w[\w-]*: ", line))
-    check_equal("the file's name", package.name, f"tarnwell_{version()}-1_{fields['Architecture']}.deb")
-    check_equal("the version", fields["Version"], f"{version()}-1")
+    revision = debian_revision()
+    check_equal("the file's name", package.name, f"tarnwell_{version()}-{revision}_{fields['Architecture']}.deb")
+    check_equal("the version", fields["Version"], f"{version()}-{revision}")
     # Debian 13 adds to the name of a library whose times became longer on 32-bit machines.
     needed = {name.removesuffix("t64") for name in re.findall(r"(?:^|, )([\w.+-]+)", fields["Depends"])
               if not NEVER_IN_A_RELEASE.match(name)}
