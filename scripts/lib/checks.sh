@@ -14,6 +14,13 @@ check_format() {
     fail "run $formatter -i on the files named above"
 }
 
+# check_shell: every script; what they share is looked at through them.
+check_shell() {
+  say "Checking the shell scripts"
+  (cd "$root" && git grep -lzE '^#!/usr/bin/env bash' | xargs -0 shellcheck --external-sources --severity=warning) ||
+    fail "see the lines above"
+}
+
 check_spelling() {
   say "Checking the spelling of the documents"
   (cd "$root" && codespell ./*.md docs) || fail "see the words above"
