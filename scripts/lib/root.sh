@@ -46,6 +46,8 @@ make_bare_system() {
     cleanup_mounts+=("$directory/$place")
   done
   cp /etc/resolv.conf "$directory/etc/resolv.conf"
+  echo "127.0.0.1 localhost $(hostname)" >"$directory/etc/hosts"
+  echo force-unsafe-io >"$directory/etc/dpkg/dpkg.cfg.d/unsafe-io" # it is thrown away: no waiting for the disk
   # The authorities that this machine trusts beside Debian's: its network may need them.
   mkdir -p "$directory/usr/local/share/ca-certificates"
   find /usr/local/share/ca-certificates -name '*.crt' \
