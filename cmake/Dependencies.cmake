@@ -5,6 +5,9 @@ endif()
 
 set(THREADS_PREFER_PTHREAD_FLAG ON)
 find_package(Threads REQUIRED)
+if(POLICY CMP0167)
+  cmake_policy(SET CMP0167 NEW)  # newer CMake leaves it to Boost how Boost is found
+endif()
 find_package(Boost 1.81 REQUIRED)  # Asio, headers only
 find_package(OpenSSL 3.0 REQUIRED)
 find_package(ICU 72 REQUIRED COMPONENTS i18n uc data)

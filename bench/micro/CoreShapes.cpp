@@ -60,11 +60,11 @@ void addDetectorShapes(std::vector<Shape>& shapes) {
         std::pair("emoji", Script::emoji)}) {
     shapes.push_back({.reader = "detector, a subject",
                       .name = name,
-                      .input = [script = script](std::size_t size) { return prose(script, size); },
+                      .input = [text = script](std::size_t size) { return prose(text, size); },
                       .read = subject});
     shapes.push_back({.reader = "detector, a body in full",
                       .name = name,
-                      .input = [script = script](std::size_t size) { return prose(script, size); },
+                      .input = [text = script](std::size_t size) { return prose(text, size); },
                       .read = wholeBody});
   }
   addRepeated(shapes, "detector, a subject",

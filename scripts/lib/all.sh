@@ -5,6 +5,10 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 . "$root/scripts/lib/messages.sh"
 # shellcheck source=scripts/lib/cleanup.sh
 . "$root/scripts/lib/cleanup.sh"
+# shellcheck source=scripts/lib/progress.sh
+. "$root/scripts/lib/progress.sh"
+# shellcheck source=scripts/lib/needs.sh
+. "$root/scripts/lib/needs.sh"
 # shellcheck source=scripts/lib/packages.sh
 . "$root/scripts/lib/packages.sh"
 # shellcheck source=scripts/lib/node.sh

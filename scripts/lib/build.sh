@@ -1,19 +1,27 @@
 # shellcheck shell=bash
+# Uses messages.sh, progress.sh, packages.sh; needs `root`.
+
 # build_preset NAME [TARGET]: configures and builds one preset of CMakePresets.json, warnings being errors, or
 # one target of it; stops with what went wrong.
-# Uses messages.sh; needs `root`.
-build_preset() {
-  local preset=$1 target=${2:-all}
+build_preset() { configure_and_build "$1" "${2:-all}" -D TARNWELL_WERROR=ON; }
+
+# configure_and_build PRESET TARGET CMAKE_ARGUMENTS...
+configure_and_build() {
+  local preset=$1 target=$2
+  shift 2
   local directory="$root/build/$preset"
   if [ -e "$directory" ] && [ ! -w "$directory" ]; then
     fail "build/$preset belongs to another user: remove it, or work in a checkout of your own"
   fi
-  say "Building the preset $preset"
-  (
-    cd "$root"
-    cmake --preset "$preset" -D TARNWELL_WERROR=ON >&2
-    cmake --build --preset "$preset" --target "$target" --parallel "$(nproc)" >&2
-  ) </dev/null || fail "the preset $preset could not be built (see above)"
+  if [ "$preset" = fuzz ]; then set -- -D CMAKE_CXX_COMPILER="$(tool clang++)" "$@"; fi
+  # A ninja that is told to end takes its compilers with it; cmake --build would leave both.
+  run_quietly "build-$preset" "Building the preset $preset" sh -euc '
+    cd "$1"
+    preset=$2 target=$3 jobs=$4
+    shift 4
+    cmake --preset "$preset" "$@"
+    exec ninja -C "build/$preset" -j "$jobs" "$target"' build "$root" "$preset" "$target" "$(nproc)" "$@" ||
+    fail "the preset $preset could not be built (see above)"
 }
 
 # use_changelog_date: sets SOURCE_DATE_EPOCH, unless it is set, to the time of the Debian change log

@@ -8,8 +8,17 @@ sources() {
 
 check_format() {
   say "Checking the format"
-  (cd "$root" && sources | xargs -0 clang-format-14 --dry-run -Werror) ||
-    fail "run clang-format-14 -i on the files named above"
+  local formatter
+  formatter=$(tool clang-format)
+  (cd "$root" && sources | xargs -0 "$formatter" --dry-run -Werror) ||
+    fail "run $formatter -i on the files named above"
+}
+
+# check_shell: every script; what they share is looked at through them.
+check_shell() {
+  say "Checking the shell scripts"
+  (cd "$root" && git grep -lzE '^#!/usr/bin/env bash' | xargs -0 shellcheck --external-sources --severity=warning) ||
+    fail "see the lines above"
 }
 
 check_spelling() {
@@ -21,6 +30,6 @@ check_spelling() {
 check_tidy() {
   [ $# -gt 0 ] || return 0
   say "Looking for mistakes with clang-tidy"
-  (cd "$root" && printf '%s\0' "$@" | xargs -0 -n 1 -P "$(nproc)" clang-tidy-14 --quiet -p build/release) ||
+  (cd "$root" && printf '%s\0' "$@" | xargs -0 -n 1 -P "$(nproc)" "$(tool clang-tidy)" --quiet -p build/release) ||
     fail "clang-tidy found what stands above"
 }

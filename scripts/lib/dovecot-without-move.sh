@@ -9,16 +9,13 @@ SPECIAL-USE UNSELECT CHILDREN"
 # and the \Deleted flag remain allowed. For INBOX the rule must name the user; "owner" is not looked at.
 refuse_move_by_acl() {
   local directory=$1 file=$2
+  use_dovecot_version
   mkdir -p "$directory/mail"
   printf 'INBOX -user=user@example.org e\n' >"$directory/mail/acls"
-  cat >"$file" <<CONFIGURATION
-imap_capability = $capabilities_without_move
-mail_plugins = acl
-plugin {
-  acl = vfile:$directory/mail/acls
-  acl_globals_only = yes
-}
-CONFIGURATION
+  {
+    printf 'imap_capability = %s\n' "$capabilities_without_move"
+    dovecot_rights "$directory/mail/acls"
+  } >"$file"
 }
 
 # remove_move_command DIRECTORY FILE: UID MOVE is answered "BAD ... Unknown command", as by a server that

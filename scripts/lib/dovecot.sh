@@ -1,6 +1,7 @@
 # shellcheck shell=bash
-# A throw-away Dovecot with TLS on a loopback port, as root (its mail then belongs to nobody) or as an
-# ordinary user. Uses messages.sh, cleanup.sh, ports.sh; certificates from certificates.sh.
+# A throw-away Dovecot 2.3 or 2.4 with TLS on a loopback port, as root (its mail then belongs to nobody) or as an
+# ordinary user. What differs between the versions stands in dovecot-VERSION.sh.
+# Uses messages.sh, needs.sh, cleanup.sh, ports.sh; certificates from certificates.sh; needs `root`.
 
 mail_address=user@example.org
 mail_password=app-pass-word
@@ -9,7 +10,7 @@ mail_password=app-pass-word
 # mail in mail/home/Maildir. Sets dovecot_port and dovecot_process once the server has greeted.
 start_dovecot() {
   local directory=$1 extra=${2:-} attempt
-  [ -x /usr/sbin/dovecot ] || fail "Dovecot is missing: install the package dovecot-imapd"
+  use_dovecot_version
   local user group as_user=()
   user=$(id -un) group=$(id -gn)
   if [ "$(id -u)" = 0 ]; then
@@ -26,13 +27,25 @@ start_dovecot() {
     write_dovecot_configuration "$directory/mail" "$user" "$group" >"$directory/mail/dovecot.conf"
     [ -z "$extra" ] || cat "$extra" >>"$directory/mail/dovecot.conf"
     if [ "$(id -u)" = 0 ]; then chown -R nobody:nogroup "$directory/mail"; fi
-    start_process "${as_user[@]}" env TZ=UTC /usr/sbin/dovecot -F -c "$directory/mail/dovecot.conf"
+    start_process "${as_user[@]}" env TZ=UTC "$dovecot_program" -F -c "$directory/mail/dovecot.conf"
     dovecot_process=$started_process
     if await_greeting "$directory/ca.pem" "$dovecot_port" "$dovecot_process"; then return; fi
     end_process "$dovecot_process"
   done
   cat "$directory/mail/dovecot.log" >&2 || true
   fail "Dovecot did not greet on a loopback port (attempt $attempt)"
+}
+
+# use_dovecot_version: sets dovecot_program, defines dovecot_account and dovecot_rights as the installed version wants them.
+use_dovecot_version() {
+  local version
+  dovecot_program=$(PATH=$search_path command -v dovecot) ||
+    fail "Dovecot is missing: install the package dovecot-imapd"
+  version=$("$dovecot_program" --version | cut -d. -f1-2)
+  [ -f "$root/scripts/lib/dovecot-$version.sh" ] ||
+    fail "Dovecot 2.3 or 2.4 is needed; this is $("$dovecot_program" --version)"
+  # shellcheck source=scripts/lib/dovecot-2.4.sh
+  . "$root/scripts/lib/dovecot-$version.sh"
 }
 
 # await_greeting CA PORT PROCESS: until the server answers "* OK ... ready." over TLS. A server that is
@@ -52,6 +65,7 @@ await_greeting() {
 # The answers to failed logins are not delayed (auth_failure_delay, anvil-auth-penalty).
 write_dovecot_configuration() {
   local mail=$1 user=$2 group=$3
+  dovecot_account "$mail" "$user" "$group"
   cat <<CONFIGURATION
 protocols = imap
 listen = 127.0.0.1
@@ -62,20 +76,9 @@ default_internal_user = $user
 default_internal_group = $group
 default_login_user = $user
 ssl = required
-ssl_cert = <$mail/server.pem
-ssl_key = <$mail/server.key
 ssl_min_protocol = TLSv1.2
 auth_mechanisms = plain login
 auth_failure_delay = 0
-mail_location = maildir:~/Maildir
-passdb {
-  driver = passwd-file
-  args = username_format=%u $mail/users
-}
-userdb {
-  driver = static
-  args = uid=$user gid=$group home=$mail/home
-}
 namespace inbox {
   inbox = yes
   separator = /

@@ -1,16 +1,17 @@
 # shellcheck shell=bash
 # NodeJS 18 or newer with npm (Debian's, or one that is on PATH already), and what is taken from npm, in the
 # versions that a package-lock.json pins: the official MCP client, the tool for MCP bundles, the comparators of
-# the measurements. Uses messages.sh, packages.sh.
+# the measurements. Uses messages.sh, progress.sh, packages.sh.
+
+# needed_node: the purpose "node" of packages.table, unless NodeJS is there already.
+needed_node() { node_is_usable || echo node; }
 
 node_is_usable() {
   command -v npm >/dev/null && command -v node >/dev/null &&
     [ "$(node -p 'Number(process.versions.node.split(".")[0]) >= 18')" = true ]
 }
 
-require_node() {
-  node_is_usable && return
-  require_packages nodejs npm
+check_node() {
   node_is_usable || fail "NodeJS 18 or newer with npm is needed; this is $(node --version 2>&1)"
 }
 
@@ -19,8 +20,7 @@ install_node_packages() {
   local directory=$1 what=$2 stamp
   stamp="$directory/node_modules/.installed-from"
   cmp -s "$directory/package-lock.json" "$stamp" && return
-  say "Installing $what"
-  (cd "$directory" && npm ci --no-progress </dev/null >&2) ||
+  run_quietly "npm-${directory##*/}" "Installing $what" npm ci --no-progress --prefix "$directory" ||
     fail "npm could not install $what (see above)"
   cp "$directory/package-lock.json" "$stamp"
 }

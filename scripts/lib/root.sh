@@ -1,6 +1,17 @@
 # shellcheck shell=bash
-# A bare Debian 12 in a folder, for the runs that start from nothing. Needs root. Uses messages.sh, cleanup.sh;
-# needs `root`.
+# Bare Debian systems in folders, for the runs that start from nothing. Needs root. Uses messages.sh, progress.sh,
+# cleanup.sh, packages.sh; needs `root`.
+
+# The releases that the program is tried on: the columns of packages.table.
+mapfile -t releases < <(sed -n 's/^# purpose *need *//p' "$root/scripts/lib/packages.table" | tr -s ' ' '\n')
+
+# check_release NAME: stops at a name that is none of theirs.
+check_release() {
+  case " ${releases[*]} " in
+    *" $1 "*) ;;
+    *) fail "this wants a release of Debian: ${releases[*]}" ;;
+  esac
+}
 
 # copy_checkout DIRECTORY: the files that git knows, as they are in the working tree.
 copy_checkout() {
@@ -9,19 +20,19 @@ copy_checkout() {
     fail "the checkout could not be copied"
 }
 
-# make_bare_system DIRECTORY: unpacks the smallest Debian 12 there (debootstrap makes it once, and build/ keeps it).
-# To be called in a world of its own, for it mounts /proc.
+# make_bare_system DIRECTORY RELEASE: unpacks the smallest Debian there (debootstrap makes it once, and build/ keeps
+# it). To be called in a world of its own, for it mounts /proc, /dev and /sys.
 make_bare_system() {
-  local directory=$1 kept="$root/build/bookworm.tar" made
+  local directory=$1 release=$2 kept="$root/build/$2.tar" made
   [ "$(id -u)" = 0 ] || fail "a system of its own needs root"
+  check_release "$release"
   if [ ! -e "$kept" ]; then
-    command -v debootstrap >/dev/null || fail "debootstrap is missing: install the package debootstrap"
-    say "Making a bare Debian 12"
+    require system
     made=
     new_directory made
-    debootstrap --variant=minbase bookworm "$made/system" http://deb.debian.org/debian >&2 </dev/null ||
+    run_quietly "debootstrap-$release" "Making a bare Debian, $release" \
+      debootstrap --variant=minbase "$release" "$made/system" http://deb.debian.org/debian ||
       fail "debootstrap failed (see above)"
-    mkdir -p "$root/build"
     tar --directory "$made/system" --create --file "$kept.new" . && mv "$kept.new" "$kept"
     rm -rf "$made/system"
   fi
@@ -29,25 +40,45 @@ make_bare_system() {
   tar --directory "$directory" --extract --file "$kept"
   mount -t proc proc "$directory/proc"
   cleanup_mounts+=("$directory/proc")
+  local place
+  for place in dev sys; do # terminals, and for the journal control groups
+    mount --rbind "/$place" "$directory/$place"
+    cleanup_mounts+=("$directory/$place")
+  done
   cp /etc/resolv.conf "$directory/etc/resolv.conf"
+  echo "127.0.0.1 localhost $(hostname)" >"$directory/etc/hosts"
+  echo force-unsafe-io >"$directory/etc/dpkg/dpkg.cfg.d/unsafe-io" # it is thrown away: no waiting for the disk
+  # The authorities that this machine trusts beside Debian's: its network may need them.
+  mkdir -p "$directory/usr/local/share/ca-certificates"
+  find /usr/local/share/ca-certificates -name '*.crt' \
+    -exec cp --target-directory "$directory/usr/local/share/ca-certificates" {} +
 }
 
 # in_a_world_of_its_own SCRIPT ARGUMENTS...: starts the script once more where nobody else sees its mounts and
 # processes; none of them outlives it.
 in_a_world_of_its_own() {
   if [ -z "${TARNWELL_OWN_WORLD:-}" ]; then
+    [ "$(id -u)" = 0 ] || fail "a system of its own needs root"
     TARNWELL_OWN_WORLD=yes exec unshare --mount --propagation private --pid --fork --kill-child --mount-proc -- "$@"
   fi
 }
 
 # inside DIRECTORY USER COMMAND...: runs the command in that system as that user, in the user's home, with an
-# environment of its own (and what `inside_environment` holds).
+# environment of its own (and what `inside_environment` holds). The system's root becomes that of the mounts too:
+# in a mere chroot an ordinary user gets no namespace.
 inside_environment=()
 inside() {
   local directory=$1 user=$2 home
   shift 2
   home=$(awk -F: -v user="$user" '$1 == user { print $6 }' "$directory/etc/passwd")
-  run_process chroot "$directory" runuser -u "$user" -- env -i "HOME=$home" "USER=$user" "LOGNAME=$user" \
+  # shellcheck disable=SC2016 # expanded by the inner shells
+  run_process unshare --mount --propagation private -- bash -euc '
+    mount --rbind "$1" "$1"
+    cd "$1"
+    pivot_root . .
+    umount --lazy .
+    shift
+    exec "$@"' enter "$directory" runuser -u "$user" -- env -i "HOME=$home" "USER=$user" "LOGNAME=$user" \
     SHELL=/bin/bash TERM=dumb LANG=C.UTF-8 DEBIAN_FRONTEND=noninteractive \
     PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin "${inside_environment[@]}" \
     bash -euo pipefail -c 'cd && "$@"' bash "$@"

@@ -145,8 +145,8 @@ TEST(EmailRiskDetector, everyTermIsFoundInEveryPlaceAndEitherCase) {
   const EmailRiskDetector& detector = EmailRiskDetector::shared();
   for (const auto& [term, category] : allTerms) {
     for (const std::string& text : {std::string(term), uppercased(term), "x, " + std::string(term) + " y"}) {
-      const auto expected = [&, term = term, category = category](std::string location) {
-        return Signals{{std::string(category), std::string(term), std::move(location)}};
+      const auto expected = [found = std::string(term), kind = std::string(category)](std::string location) {
+        return Signals{{kind, found, std::move(location)}};
       };
       EXPECT_EQ(detector.assess({.subject = text}).signals, expected("subject")) << text;
       EXPECT_EQ(detector.assess({.from = text}).signals, expected("from")) << text;

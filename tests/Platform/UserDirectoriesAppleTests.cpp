@@ -34,7 +34,7 @@ struct LanguageRow {
 TEST_F(UserDirectoriesOnApple, languagesAreThoseOfTheSystemInItsOrder) {
   const LanguageRow rows[] = {
       {"not known", std::nullopt, {}},
-      {"none", {{}}, {}},
+      {"none", std::vector<std::u16string>{}, {}},
       {"two", {{u"ja-JP", u"en-GB"}}, {"ja-JP", "en-GB"}},
       {"no text is passed over", {{u"\xD800", u"en"}}, {"en"}},
   };

@@ -86,9 +86,10 @@ manual = output("mandoc", "-T", "markdown", build / "packaging/tarnwell.1")
 check_equal("README.md and the manual show the same servers",
             check_document("README.md", readme), check_document("the manual", manual))
 
-packages = re.search(r"^packages_to_build=\(([^)]*)\)",
-                     (source / "scripts/lib/packages.sh").read_text(encoding="utf-8"), re.MULTILINE)[1].split()
 install = next((block for block in blocks(readme) if "apt-get install" in block and "cmake" in block), "")
-check_equal("README.md names the packages that scripts/setup installs for the build",
-            install.replace("\\\n", " ").partition("recommends ")[2].partition("\n")[0].split(), packages)
+for purpose in re.findall(r"scripts/setup --list (\w+)", install):
+    check(f"README.md: scripts/setup --list {purpose} names packages",
+          "cmake" in output(source / "scripts/setup", "--list", purpose).split())
+check_equal("README.md takes the names of the packages from scripts/setup",
+            re.findall(r"recommends (.*)", install), ["$(scripts/setup --list build)"])
 finish()

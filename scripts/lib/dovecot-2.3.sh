@@ -1,0 +1,31 @@
+# shellcheck shell=bash
+# What dovecot.sh and dovecot-without-move.sh leave to the version: here 2.3.
+
+# dovecot_account MAIL USER GROUP: where the certificate, the account and its mail are.
+dovecot_account() {
+  local mail=$1 user=$2 group=$3
+  cat <<CONFIGURATION
+ssl_cert = <$mail/server.pem
+ssl_key = <$mail/server.key
+mail_location = maildir:~/Maildir
+passdb {
+  driver = passwd-file
+  args = username_format=%u $mail/users
+}
+userdb {
+  driver = static
+  args = uid=$user gid=$group home=$mail/home
+}
+CONFIGURATION
+}
+
+# dovecot_rights FILE: the rights in FILE are in force, and no others.
+dovecot_rights() {
+  cat <<CONFIGURATION
+mail_plugins = acl
+plugin {
+  acl = vfile:$1
+  acl_globals_only = yes
+}
+CONFIGURATION
+}
