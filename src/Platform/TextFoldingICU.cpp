@@ -15,8 +15,8 @@ namespace {
 
 /// Drops what has no visible form, and marks beyond the 30 that one character may carry in stream-safe text
 /// (Unicode Standard Annex #15, section 13): bringing an endless row of marks into order takes quadratic
-/// time.
-std::string withoutInvisibleCharacters(std::string_view text) {
+/// time. What becomes a mark only in the normal form counts too.
+std::string withoutInvisibleCharacters(std::string_view text, const icu::Normalizer2& form) {
   constexpr int mostMarks = 30;
   std::string visible;
   visible.reserve(text.size());
@@ -27,7 +27,7 @@ std::string withoutInvisibleCharacters(std::string_view text) {
     if (u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT)) {
       continue;
     }
-    marks = u_getCombiningClass(character) == 0 ? 0 : marks + 1;
+    marks = form.hasBoundaryBefore(character) ? 0 : marks + 1;
     if (marks <= mostMarks) {
       appendCodePoint(visible, codePoint);
     }
@@ -35,21 +35,22 @@ std::string withoutInvisibleCharacters(std::string_view text) {
   return visible;
 }
 
-/// NFKC with case folding (Unicode 15, section 3.13). ICU counts bytes in 32 bits, so that a longer text is
-/// folded in pieces.
+/// NFKC with case folding (Unicode 15, section 3.13) of what is visible. ICU counts bytes in 32 bits, so that
+/// a longer text is folded in pieces.
 std::string compatibilityFolded(std::string_view text) {
   constexpr std::size_t longestPiece = std::size_t{1} << 26;
   UErrorCode status = U_ZERO_ERROR;
-  const icu::Normalizer2* const normalizer = icu::Normalizer2::getNFKCCasefoldInstance(status);
+  const icu::Normalizer2* const form = icu::Normalizer2::getNFKCCasefoldInstance(status);
   if (U_FAILURE(status)) {
     return caseFolded(text);
   }
+  const std::string visible = withoutInvisibleCharacters(text, *form);
   std::string folded;
   icu::StringByteSink<std::string> sink(&folded);
-  while (!text.empty()) {
-    const std::string_view piece = bytePrefix(text, longestPiece);
-    normalizer->normalizeUTF8(0, {piece.data(), static_cast<int32_t>(piece.size())}, sink, nullptr, status);
-    text.remove_prefix(piece.size());
+  for (std::string_view rest = visible; !rest.empty();) {
+    const std::string_view piece = bytePrefix(rest, longestPiece);
+    form->normalizeUTF8(0, {piece.data(), static_cast<int32_t>(piece.size())}, sink, nullptr, status);
+    rest.remove_prefix(piece.size());
   }
   return folded;
 }
@@ -94,7 +95,7 @@ std::string foldedForScanning(std::string_view text) {
     std::ranges::transform(collapsed, collapsed.begin(), asciiLowercasedByte);
     return collapsed;
   }
-  return withWhitespaceCollapsed(compatibilityFolded(withoutInvisibleCharacters(text)));
+  return withWhitespaceCollapsed(compatibilityFolded(text));
 }
 
 }  // namespace tarnwell

@@ -60,5 +60,12 @@ TEST(FoldedForScanning, noCharacterKeepsMoreThanThirtyMarks) {
   EXPECT_EQ(folded.back(), 'y');
 }
 
+TEST(FoldedForScanning, whatTurnsIntoMarksCountsAsMarks) {
+  // Katakana sound marks in half width and Tibetan vowels: no marks themselves, they become some.
+  for (const char* const marks : {"\uFF9E\u0301", "\u0F73"}) {
+    EXPECT_LT(foldedForScanning("x" + repeated(marks, 1 << 19) + "y").size(), 300u) << marks;
+  }
+}
+
 }  // namespace
 }  // namespace tarnwell
