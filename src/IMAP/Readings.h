@@ -9,7 +9,8 @@
 /// that nobody can read. So the detector sees these readings too. They can only withhold; no tool returns
 /// one.
 ///
-/// All readings are folded (`foldedForScanning`), so that line ends and invisible characters split no word.
+/// They are folded (`foldedForScanning`), so that line ends and invisible characters split no word. The text
+/// that tools return is read as it stands too: folding may also join a word with what stands beside it.
 /// What is not seen here: text in pictures, text that a style sheet hides or puts together, a part whose
 /// transfer encoding has the wrong label, and what lies beyond the first megabyte.
 ///
@@ -48,7 +49,7 @@ struct Passage {
 };
 
 /// The readings of the beginning of a body. `text` is the body as tools return it, of which the first
-/// `leavingBytes` bytes are to leave. The first reading is that text itself.
+/// `leavingBytes` bytes are to leave. The first readings are that text, as it stands and folded.
 /// The end of what leaves is found in the bytes, so that no reading goes farther than the text does. HTML in
 /// another charset is the exception: there as many code points are read as leave.
 std::vector<Passage> bodyReadings(const BodySource& source, std::string_view text, std::size_t leavingBytes);
