@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "IMAP/EncodedWord.h"
 #include "IMAP/HTMLEntities.h"
@@ -17,6 +18,8 @@ namespace {
 
 /// Enough for the rest of any keyword, also one that is spread over lines.
 constexpr std::size_t bytesAfterTheCut = 1024;
+/// The same for a text without such gaps.
+constexpr std::size_t foldedBytesAfterTheCut = 64;
 
 bool isASCII(std::string_view bytes) { return lengthOfASCIIRun(bytes, 0) == bytes.size(); }
 
@@ -54,10 +57,22 @@ std::size_t codePointCount(std::string_view text) {
 }
 
 /// The passage that begins a text and of which `leavingBytes` bytes leave.
-Passage passageOf(std::string_view text, std::size_t leavingBytes) {
-  const std::string_view leaving = text.substr(0, leavingBytes);
-  return {.text = foldedForScanning(bytePrefix(text, leaving.size() + bytesAfterTheCut)),
-          .end = foldedForScanning(leaving).size()};
+Passage asItStands(std::string_view text, std::size_t leavingBytes) {
+  return {.text = std::string(bytePrefix(text, leavingBytes + bytesAfterTheCut)), .end = leavingBytes};
+}
+
+/// The same folded. One character may have any number of bytes, of which the first megabyte counts.
+Passage folded(std::string_view text, std::size_t leavingBytes) {
+  const std::string_view leaving = bytePrefix(text.substr(0, leavingBytes), mostBytesForReadings);
+  const std::size_t end = foldedForScanning(leaving).size();
+  // Between the halves of a keyword there may be pages of blanks, which fold to one.
+  for (std::size_t size = leaving.size() + bytesAfterTheCut;; size *= 2) {
+    std::string passage = foldedForScanning(bytePrefix(text, size));
+    if (passage.size() >= end + foldedBytesAfterTheCut ||
+        size >= std::min(text.size(), mostBytesForReadings)) {
+      return {.text = std::move(passage), .end = end};
+    }
+  }
 }
 
 /// HTML as a mail program shows it: tags without a width vanish, and so do blank and invisible references.
@@ -104,7 +119,10 @@ std::vector<Stretch> stretchesOf(std::string_view field) {
 }  // namespace
 
 std::vector<Passage> bodyReadings(const BodySource& source, std::string_view text, std::size_t leavingBytes) {
-  std::vector<Passage> readings{passageOf(text, leavingBytes)};
+  std::vector<Passage> readings{asItStands(text, leavingBytes)};
+  if (Passage passage = folded(text, leavingBytes); passage != readings.front()) {
+    readings.push_back(std::move(passage));
+  }
   std::vector<Charset> charsets = otherCharsets(source.bytes, {source.used, source.named});
   if (source.named != source.used) {
     charsets.push_back(source.named);
@@ -121,8 +139,7 @@ std::vector<Passage> bodyReadings(const BodySource& source, std::string_view tex
     const std::string_view bytes = source.bytes;
     const std::size_t leaving = sourceLength(bytes, source.used, codePoints);
     const std::size_t shown = convertLeniently(bytes.substr(0, leaving), charset).size();
-    readings.push_back(
-        passageOf(convertLeniently(bytes.substr(0, leaving + bytesAfterTheCut), charset), shown));
+    readings.push_back(folded(convertLeniently(bytes.substr(0, leaving + bytesAfterTheCut), charset), shown));
   }
   return readings;
 }
@@ -132,7 +149,7 @@ std::vector<std::string> headerReadings(std::string_view field) {
   if (isPlain) {
     return {};
   }
-  const std::vector<Stretch> stretches = stretchesOf(bytePrefix(field, mostBytesForReadings));
+  const std::vector<Stretch> stretches = stretchesOf(bytePrefix(field, mostBytesOfAField));
   std::string bytes;
   for (const Stretch& stretch : stretches) {
     bytes += stretch.bytes;

@@ -9,9 +9,11 @@
 /// that nobody can read. So the detector sees these readings too. They can only withhold; no tool returns
 /// one.
 ///
-/// All readings are folded (`foldedForScanning`), so that line ends and invisible characters split no word.
+/// They are folded (`foldedForScanning`), so that line ends and invisible characters split no word. The text
+/// that tools return is read as it stands too: folding may also join a word with what stands beside it.
 /// What is not seen here: text in pictures, text that a style sheet hides or puts together, a part whose
-/// transfer encoding has the wrong label, and what lies beyond the first megabyte.
+/// transfer encoding has the wrong label, what lies beyond the first
+/// megabyte of a body, and beyond the first 64 KiB of a field.
 ///
 /// Every operation is linear in its input and never fails. Threads: all operations are pure.
 
@@ -24,8 +26,10 @@
 
 namespace tarnwell::IMAPParser {
 
-/// How much of a part, and of a header field, is looked at for its readings, in bytes.
+/// How much of a part is looked at for its readings, in bytes.
 inline constexpr std::size_t mostBytesForReadings = std::size_t{1} << 20;
+/// The same for a header field. A reading of the worst characters takes eleven times as much memory.
+inline constexpr std::size_t mostBytesOfAField = std::size_t{1} << 16;
 
 /// The bytes that a body's text was made of, their transfer encoding undone.
 struct BodySource {
@@ -48,7 +52,7 @@ struct Passage {
 };
 
 /// The readings of the beginning of a body. `text` is the body as tools return it, of which the first
-/// `leavingBytes` bytes are to leave. The first reading is that text itself.
+/// `leavingBytes` bytes are to leave. The first readings are that text, as it stands and folded.
 /// The end of what leaves is found in the bytes, so that no reading goes farther than the text does. HTML in
 /// another charset is the exception: there as many code points are read as leave.
 std::vector<Passage> bodyReadings(const BodySource& source, std::string_view text, std::size_t leavingBytes);

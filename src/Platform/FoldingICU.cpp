@@ -43,6 +43,17 @@ constexpr char ordinaryFor(char32_t codePoint) {
   return codePoint == 0x2018 || codePoint == 0x2019 ? '\'' : '\0';
 }
 
+const icu::Normalizer2* normalForm() {
+  UErrorCode status = U_ZERO_ERROR;
+  return icu::Normalizer2::getNFKCInstance(status);
+}
+
+/// True for marks and for what becomes one in the normal form, such as half-width voiced sound marks.
+bool joinsTheOneBefore(UChar32 character) {
+  const icu::Normalizer2* const form = normalForm();
+  return form != nullptr && form->hasBoundaryBefore(character) == 0;
+}
+
 /// True for the characters of scripts that are wrapped between any two of them.
 bool isWide(char32_t codePoint) {
   return codePoint >= 0x1100 &&
@@ -103,7 +114,7 @@ class Collapsing {
     if (u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) != 0) {
       return;
     }
-    const unsigned marks = u_getCombiningClass(character) != 0 ? marks_ + 1 : 0;
+    const unsigned marks = joinsTheOneBefore(character) ? marks_ + 1 : 0;
     if (marks > mostMarks) {
       return;
     }
@@ -144,8 +155,11 @@ std::string collapsed(std::string_view text, bool& isAllOrdinary) {
 
 /// NFKC of a valid text.
 std::string normalized(std::string_view text) {
+  const icu::Normalizer2* const form = normalForm();
+  if (form == nullptr) {
+    return std::string(text);
+  }
   UErrorCode status = U_ZERO_ERROR;
-  const icu::Normalizer2* const form = icu::Normalizer2::getNFKCInstance(status);
   std::string result;
   result.reserve(text.size());
   icu::StringByteSink<std::string> sink(&result);

@@ -43,6 +43,26 @@ TEST(BodyReadings, plainTextInOrderHasOneReading) {
   EXPECT_THAT(textsOf(readingsOf("\x93\xFA\x96\x7B", "shift_jis", false)), Contains("日本"));
 }
 
+TEST(BodyReadings, textIsReadAsItStandsAndFolded) {
+  EXPECT_THAT(readingsOf("Tea  at\r\nfour", "utf-8", false),
+              ElementsAre(Passage{"Tea  at\r\nfour", 13}, Passage{"tea at four", 11}));
+  EXPECT_THAT(textsOf(readingsOf("tea\u200B4711", "utf-8", false)), ElementsAre("tea\u200B4711", "tea4711"));
+}
+
+TEST(BodyReadings, blanksAtTheCutDoNotHideWhatFollows) {
+  const std::string wide = "tea" + repeated(" \u200B\n", 500000) + "at four";
+  EXPECT_THAT(readingsOf(wide, "utf-8", false, 2), Contains(Passage{"tea at four", 2}));
+}
+
+TEST(BodyReadings, foldingTakesLittleMemoryForOneCharacterOfMegabytes) {
+  // A vowel that the normal form takes apart into three characters.
+  const std::vector<Passage> readings =
+      readingsOf("x" + repeated("\u0F77", 3 * mostBytesForReadings), "utf-8", false);
+  ASSERT_EQ(readings.size(), 2u);
+  EXPECT_EQ(readings[0].text.size(), 3 * mostBytesForReadings + 1);
+  EXPECT_LT(readings[1].text.size(), 4 * mostBytesForReadings);
+}
+
 TEST(BodyReadings, whatFollowsTheCutIsThereButDoesNotCount) {
   EXPECT_THAT(readingsOf("tea at four", "utf-8", false, 6), ElementsAre(Passage{"tea at four", 6}));
   EXPECT_THAT(readingsOf("日本語", "utf-8", false, 3), ElementsAre(Passage{"日本語", 3}));
@@ -67,7 +87,7 @@ TEST(BodyReadings, cutInAnotherCharsetIsThatOfTheBytes) {
 
 TEST(BodyReadings, tagsWithoutAWidthVanish) {
   EXPECT_THAT(textsOf(readingsOf("<b>t</b>ea", "utf-8", true)), Contains("tea"));
-  EXPECT_THAT(textsOf(readingsOf("<td>t</td>ea", "utf-8", true)), ElementsAre("t ea", "t ea"));
+  EXPECT_THAT(textsOf(readingsOf("<td>t</td>ea", "utf-8", true)), ElementsAre(" t ea", "t ea", "t ea"));
   EXPECT_THAT(readingsOf("<i>t</i>ea", "utf-8", true, 3), Contains(Passage{"tea", 1}));
 }
 

@@ -120,5 +120,12 @@ TEST(FoldedForScanningOfAll, ofManyMarksTheFirstThirtyCount) {
   EXPECT_EQ(marks, "x" + test::repeated("\u0316", 15) + test::repeated("\u0301", 15));
 }
 
+TEST(FoldedForScanningOfAll, whatTurnsIntoMarksCountsAsMarks) {
+  // Half-width sound marks and Tibetan vowels: no marks themselves, they become some.
+  for (const char* const marks : {"\uFF9E\u0301", "\u0F73"}) {
+    EXPECT_LT(foldedForScanning("x" + test::repeated(marks, 200'000) + "y").size(), 300U) << marks;
+  }
+}
+
 }  // namespace
 }  // namespace tarnwell

@@ -123,15 +123,18 @@ RiskAssessment MailScreen::assessBody(const IMAPMessage& message, const IMAPClie
 RiskAssessment MailScreen::assessOtherReadings(const IMAPMessage& message) const {
   const std::string subject = message.envelope.subject.value_or("");
   const std::string sender = senderText(message).value_or("");
-  std::vector<std::string> subjects = message.headerReadings.subject;
-  subjects.push_back(foldedForScanning(subject));
-  std::vector<std::string> senders = message.headerReadings.sender;
-  senders.push_back(foldedForScanning(sender));
+  const auto folded = [](std::string_view field) {
+    return foldedForScanning(bytePrefix(field, IMAPParser::mostBytesOfAField));
+  };
+  std::vector<std::string> subjects = IMAPParser::headerReadings(message.headerBytes.subject);
+  subjects.push_back(folded(subject));
   for (const std::string& reading : subjects) {
     if (RiskAssessment found = detector_.assess({.subject = reading}); found.shouldBlockBody()) {
       return found;
     }
   }
+  std::vector<std::string> senders = IMAPParser::headerReadings(message.headerBytes.sender);
+  senders.push_back(folded(sender));
   for (const std::string& reading : senders) {
     if (RiskAssessment found = detector_.assess({.from = reading}); found.shouldBlockBody()) {
       return found;
