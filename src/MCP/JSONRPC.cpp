@@ -13,19 +13,22 @@ JSONValue response(std::optional<JSONValue>&& id, const char* outcomeKey, JSONVa
   return JSONObject(std::move(members));
 }
 
+/// The member, moved out of the object; absent when there is none.
+std::optional<JSONValue> taken(JSONObject& members, std::string_view key) {
+  JSONValue* value = members.find(key);
+  return value ? std::optional(std::move(*value)) : std::nullopt;
+}
+
 }  // namespace
 
 std::optional<JSONRPCRequest> JSONRPCRequest::parse(std::string_view data) {
-  std::optional<JSONRPCRequest> request(std::in_place);
-  std::optional<JSONValue> method;
-  const JSONObject::Wanted wanted[] = {{"id", request->id}, {"method", method}, {"params", request->params}};
-  const bool isObject = JSONObject::decodeMembers(data, wanted);
-  const auto* name = method ? std::get_if<std::string>(&method->payload()) : nullptr;
-  if (!isObject || name == nullptr) {
+  std::optional<JSONValue> message = JSONValue::decode(data);
+  std::optional<std::string> method = message ? (*message)["method"].stringValue() : std::nullopt;
+  if (!method) {
     return std::nullopt;
   }
-  request->method = *name;
-  return request;
+  JSONObject& members = *message->objectValue();
+  return JSONRPCRequest{taken(members, "id"), *std::move(method), taken(members, "params")};
 }
 
 JSONValue JSONRPC::success(std::optional<JSONValue> id, JSONValue result) {

@@ -162,12 +162,6 @@ const JSONValue& JSONValue::operator[](std::string_view key) const {
   return value ? *value : null;
 }
 
-std::optional<JSONValue> JSONValue::takeMember(std::string_view key) {
-  auto* members = std::get_if<JSONObject>(&payload_);
-  JSONValue* value = members ? members->find(key) : nullptr;
-  return value ? std::optional(std::exchange(*value, JSONValue())) : std::nullopt;
-}
-
 // Written out: Clang 14 crashes on a defaulted comparison of a type that contains itself.
 bool JSONValue::operator==(const JSONValue& other) const { return payload_ == other.payload_; }
 

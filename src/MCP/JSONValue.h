@@ -22,7 +22,6 @@
 #include <cstdint>
 #include <initializer_list>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -31,7 +30,6 @@
 
 namespace tarnwell {
 
-class JSONReader;
 class JSONValue;
 
 /// Key and value.
@@ -42,16 +40,11 @@ using JSONMember = std::pair<std::string, JSONValue>;
 class JSONObject {
  public:
   struct Given;
-  struct Wanted;
 
   JSONObject() = default;
   /// Of several members with the same key the last one counts. The values are moved.
   JSONObject(std::initializer_list<Given> members);
   explicit JSONObject(std::vector<JSONMember> members);
-
-  /// Parses one document that is an object, as `JSONValue::decode` does, and keeps the wanted members only;
-  /// those that are missing stay as they are. False for anything else; the members may be changed then, too.
-  static bool decodeMembers(std::string_view data, std::span<const Wanted> wanted);
 
   std::size_t size() const;
   std::vector<JSONMember>::const_iterator begin() const;
@@ -69,8 +62,6 @@ class JSONObject {
   bool operator==(const JSONObject&) const;
 
  private:
-  friend JSONReader;  // adds members in whatever order they come
-
   /// Sorts the members; of several with the same key the last one stays.
   void putInOrder();
   /// The place of the member with this key, or where it would stand.
@@ -134,14 +125,12 @@ class JSONValue {
   /// Null pointers for every other kind.
   const JSONArray* arrayValue() const { return std::get_if<JSONArray>(&payload_); }
   const JSONObject* objectValue() const { return std::get_if<JSONObject>(&payload_); }
+  JSONObject* objectValue() { return std::get_if<JSONObject>(&payload_); }
 
   /// The member with this key; a null pointer when it is missing or this is no object.
   const JSONValue* member(std::string_view key) const;
   /// The same, with null standing for a missing member.
   const JSONValue& operator[](std::string_view key) const;
-
-  /// Moves the member with this key out of the object, leaving null in its place; absent as with `member`.
-  std::optional<JSONValue> takeMember(std::string_view key);
 
   const Payload& payload() const { return payload_; }
 
@@ -149,8 +138,6 @@ class JSONValue {
   bool operator==(const JSONValue&) const;
 
  private:
-  friend JSONReader;
-
   Payload payload_;
 };
 
@@ -162,12 +149,6 @@ inline std::vector<JSONMember>::const_iterator JSONObject::end() const { return 
 struct JSONObject::Given {
   std::string_view key;
   mutable JSONValue value;
-};
-
-/// A member to be kept, and where.
-struct JSONObject::Wanted {
-  std::string_view key;
-  std::optional<JSONValue>& value;
 };
 
 }  // namespace tarnwell

@@ -23,7 +23,6 @@ bool decodesLikeTheLibrary(std::string_view text) {
   const std::string_view data(copy.data(), copy.size());
   const std::optional<JSONValue> expected = decodedByLibrary(data);
   EXPECT_TRUE(areSameToTheBit(JSONValue::decode(data), expected)) << testing::PrintToString(text);
-  EXPECT_TRUE(areMembersOf(data, expected)) << testing::PrintToString(text);
   return expected.has_value();
 }
 
@@ -336,7 +335,6 @@ TEST(JSONDecoding, anyByteAnywhereInATextDecodesLikeTheLibrary) {
   }
 }
 
-// Eight bytes are looked at at once.
 TEST(JSONDecoding, anyByteAmongEightDecodesAndEncodesLikeTheLibrary) {
   for (const std::string_view filling : {"a", "~", " ", "\x7F", "!", "#", "[", "]", "é"}) {
     const std::string plain = repeated(filling, 24);

@@ -117,7 +117,10 @@ JSONValue withoutDate(const std::string& text) {
   if (!settings) {
     return "no JSON: " + text;
   }
-  settings->takeMember("lastConnectionTestDate");
+  JSONObject* members = settings->objectValue();
+  if (JSONValue* date = members ? members->find("lastConnectionTestDate") : nullptr) {
+    *date = nullptr;
+  }
   return *settings;
 }
 

@@ -75,25 +75,4 @@ inline bool areSameToTheBit(const std::optional<JSONValue>& a, const std::option
   return a == b && (!a || a->serialized() == b->serialized());
 }
 
-/// True when the members of the text are those of the library's object, kept all of them or none; there are
-/// none when the library reads something else, or nothing.
-inline bool areMembersOf(std::string_view data, const std::optional<JSONValue>& expected) {
-  const JSONObject* object = expected ? expected->objectValue() : nullptr;
-  const std::size_t count = object ? object->size() : 0;
-  std::vector<std::optional<JSONValue>> values(count + 1);
-  std::vector<JSONObject::Wanted> wanted{{"no member of any test", values.back()}};
-  for (std::size_t i = 0; i < count; ++i) {
-    wanted.push_back({object->begin()[static_cast<std::ptrdiff_t>(i)].first, values[i]});
-  }
-  if (JSONObject::decodeMembers(data, wanted) != (object != nullptr) || values.back()) {
-    return false;
-  }
-  for (std::size_t i = 0; i < count; ++i) {
-    if (!areSameToTheBit(values[i], object->begin()[static_cast<std::ptrdiff_t>(i)].second)) {
-      return false;
-    }
-  }
-  return JSONObject::decodeMembers(data, {}) == (object != nullptr);
-}
-
 }  // namespace tarnwell::test
