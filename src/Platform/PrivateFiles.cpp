@@ -98,7 +98,7 @@ void syncDirectory(const std::filesystem::path& directory) {
 std::optional<std::string> readFilePrefix(const std::filesystem::path& path, std::size_t limit) {
   // Without O_NONBLOCK the opening of a pipe would wait for its writer.
   Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  struct stat status {};
+  struct stat status{};
   if (!file.isOpen() || ::fstat(file.number(), &status) < 0 || !S_ISREG(status.st_mode)) {
     return std::nullopt;
   }
@@ -128,7 +128,7 @@ void createPrivateDirectories(const std::filesystem::path& directory) {
       continue;
     }
     int reason = errno;
-    struct stat status {};
+    struct stat status{};
     if (::stat(made.c_str(), &status) < 0 || !S_ISDIR(status.st_mode)) {
       errno = reason;
       fail("cannot create the directory", made);
