@@ -55,8 +55,8 @@ std::string joined(const std::vector<std::string>& words) {
 
 /// The report about a session that worked.
 std::string report(const AppConfig& config, const IMAPClient& client) {
-  return "✅ Connected to " + config.imapHost + ":" + std::to_string(config.imapPort) + " as " + config.email +
-         "\n   INBOX selected OK · MOVE supported: " + (client.supportsMove() ? "yes" : "no") +
+  return "✅ Connected to " + config.imapHost + ":" + std::to_string(config.imapPort) + " as " +
+         config.email + "\n   INBOX selected OK · MOVE supported: " + (client.supportsMove() ? "yes" : "no") +
          "\n   Capabilities: " + joined(client.serverCapabilities());
 }
 

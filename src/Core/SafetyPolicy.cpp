@@ -10,7 +10,7 @@ namespace {
 struct OperationRow {
   WriteOperation operation;
   std::string_view rawValue;
-  bool SafetySettings::*allowed;
+  bool SafetySettings::* allowed;
   std::string_view disabledText;
 };
 

@@ -41,7 +41,7 @@ struct Version {
 };
 
 Version versionOf(const std::string& path) {
-  struct stat status {};
+  struct stat status{};
   if (::stat(path.c_str(), &status) < 0) {
     return {};
   }

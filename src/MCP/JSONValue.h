@@ -84,9 +84,9 @@ class JSONValue {
   template <std::same_as<bool> Bool>
   JSONValue(Bool value) : payload_(value) {}
   template <std::integral Integer>
-  requires(!std::same_as<Integer, bool> && sizeof(Integer) <= sizeof(std::int64_t) &&
-           (std::signed_integral<Integer> || sizeof(Integer) < sizeof(std::int64_t))) JSONValue(Integer value)
-      : payload_(static_cast<std::int64_t>(value)) {}
+    requires(!std::same_as<Integer, bool> && sizeof(Integer) <= sizeof(std::int64_t) &&
+             (std::signed_integral<Integer> || sizeof(Integer) < sizeof(std::int64_t)))
+  JSONValue(Integer value) : payload_(static_cast<std::int64_t>(value)) {}
   JSONValue(double value) : payload_(value) {}
   JSONValue(const char* text) : payload_(std::string(text)) {}
   JSONValue(std::string_view text) : payload_(std::string(text)) {}

@@ -15,7 +15,7 @@ namespace tarnwell {
 namespace {
 
 bool isSocket(const char* path) {
-  struct stat status {};
+  struct stat status{};
   return ::stat(path, &status) == 0 && S_ISSOCK(status.st_mode);
 }
 

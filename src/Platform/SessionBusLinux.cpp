@@ -66,7 +66,7 @@ std::optional<std::string> sessionBusAddress() {
     return std::nullopt;
   }
   const std::string path = std::string(directory) + "/bus";
-  struct stat status {};
+  struct stat status{};
   if (::stat(path.c_str(), &status) < 0 || !S_ISSOCK(status.st_mode)) {
     return std::nullopt;
   }

@@ -222,7 +222,7 @@ TEST_F(ConfigStoreTest, whatWasSavedIsLoaded) {
 }
 
 mode_t mode(const fs::path& path) {
-  struct stat status {};
+  struct stat status{};
   EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
   return status.st_mode & 07777;
 }

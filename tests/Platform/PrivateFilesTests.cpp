@@ -24,7 +24,7 @@ std::string contents(const fs::path& path) {
 void write(const fs::path& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
 
 mode_t mode(const fs::path& path) {
-  struct stat status {};
+  struct stat status{};
   EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
   return status.st_mode & 07777;
 }

@@ -137,8 +137,7 @@ class PasswordTest {
   ServeProgram& program() { return *program_; }
 
   /// Plays a session; `during` is called while the server has not answered the login yet. Gives the result.
-  JSONValue play(
-      const Session& session, const std::function<void()>& during = [] {}) {
+  JSONValue play(const Session& session, const std::function<void()>& during = [] {}) {
     FakeIMAPServer server(session.dialogue);
     home_.useServer(server.port());
     program_->sendCall(session.tool, session.arguments);

@@ -176,9 +176,7 @@ std::vector<Attack> savingAttacks() {
   return {
       {"fullDisk", "the disk is full", outcome, fillTheDisk},
       {"limitedFileSize", "a file may not grow beyond 64 bytes (RLIMIT_FSIZE)", outcome,
-       [] {
-         expectOldFile({"prlimit", "--fsize=64"}, [](const fs::path&) {});
-       }},
+       [] { expectOldFile({"prlimit", "--fsize=64"}, [](const fs::path&) {}); }},
       {"readOnlyFolder", "the folder of the settings may not be written", outcome,
        [] {
          expectOldFile(withoutRightsOverFiles(), [](const fs::path& directory) {

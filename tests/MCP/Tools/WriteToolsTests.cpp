@@ -45,7 +45,7 @@ class WriteTool : public ToolTest {
 /// One tool: its switch, its texts, and its commands on the server.
 struct ToolRow {
   const char* name;
-  bool SafetySettings::*isAllowed;
+  bool SafetySettings::* isAllowed;
   const char* readOnlyText;
   const char* disabledText;
   /// What a session does before the change, and the change.
