@@ -157,9 +157,9 @@ std::optional<FilePrefix> readFilePrefix(const std::filesystem::path& path, std:
   // Without O_NONBLOCK the opening of a pipe would wait for its writer.
   const Descriptor file(
       ::openat(folder.number(), real.filename().c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
-  struct stat fileStatus {};
-  struct stat folderStatus {};
-  struct stat folderOfPathStatus {};
+  struct stat fileStatus{};
+  struct stat folderStatus{};
+  struct stat folderOfPathStatus{};
   if (::fstat(file.number(), &fileStatus) < 0 || !S_ISREG(fileStatus.st_mode) ||
       ::fstat(folder.number(), &folderStatus) < 0 ||
       ::fstat(folderOfPath.number(), &folderOfPathStatus) < 0) {
@@ -181,7 +181,7 @@ void createPrivateDirectories(const std::filesystem::path& directory) {
       continue;
     }
     int reason = errno;
-    struct stat status {};
+    struct stat status{};
     if (::stat(made.c_str(), &status) < 0 || !S_ISDIR(status.st_mode)) {
       errno = reason;
       fail("cannot create the directory", made);
