@@ -4,6 +4,7 @@
 #include "IMAP/Readings.h"
 #include "IMAP/TextDecoding.h"
 #include "IMAP/TokenReading.h"
+#include "Platform/UTF8.h"
 
 namespace tarnwell {
 namespace {
@@ -33,9 +34,9 @@ std::vector<IMAPAddress> addressesOf(const std::optional<IMAPToken>& token) {
   return addresses;
 }
 
-std::vector<std::string> readingsOf(const std::optional<IMAPToken>& token) {
+std::string beginningOf(const std::optional<IMAPToken>& token) {
   const std::optional<std::string> bytes = token ? token->bytes() : std::nullopt;
-  return bytes ? IMAPParser::headerReadings(*bytes) : std::vector<std::string>();
+  return std::string(bytePrefix(bytes ? std::string_view(*bytes) : "", IMAPParser::mostBytesOfAField));
 }
 
 }  // namespace
@@ -59,16 +60,16 @@ IMAPEnvelope IMAPParser::parseEnvelope(IMAPTokenList elements) {
   };
 }
 
-HeaderReadings IMAPParser::parseHeaderReadings(IMAPTokenList elements) {
+HeaderBytes IMAPParser::parseHeaderBytes(IMAPTokenList elements) {
   ElementReader fields(elements);
   fields.next();  // the date
-  HeaderReadings readings;
-  readings.subject = readingsOf(fields.next());
+  HeaderBytes bytes;
+  bytes.subject = beginningOf(fields.next());
   const IMAPTokenList senders = listOf(fields.next());
   if (!senders.empty()) {
-    readings.sender = readingsOf((*senders.begin()).list()[0]);
+    bytes.sender = beginningOf((*senders.begin()).list()[0]);
   }
-  return readings;
+  return bytes;
 }
 
 }  // namespace tarnwell

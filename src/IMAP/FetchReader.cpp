@@ -47,7 +47,7 @@ class MessageReader {
       message_.flags = textsOf(list);
     } else if (name.textEquals("ENVELOPE")) {
       message_.envelope = IMAPParser::parseEnvelope(list);
-      message_.headerReadings = IMAPParser::parseHeaderReadings(list);
+      message_.headerBytes = IMAPParser::parseHeaderBytes(list);
     } else if (name.textEquals("BODYSTRUCTURE") || name.textEquals("BODY")) {
       message_.bodyInfo = IMAPParser::parseBodyStructure(list);
     }

@@ -76,12 +76,13 @@ struct IMAPBodyInfo {
   bool operator==(const IMAPBodyInfo&) const = default;
 };
 
-/// What a mail program may show in the place of a subject and a sender; for the detector alone.
-struct HeaderReadings {
-  std::vector<std::string> subject;
-  std::vector<std::string> sender;
+/// The beginnings of the subject and of the first sender's name as the server sent them, in any charset. For
+/// the detector alone (Readings.h).
+struct HeaderBytes {
+  std::string subject;
+  std::string sender;
 
-  bool operator==(const HeaderReadings&) const = default;
+  bool operator==(const HeaderBytes&) const = default;
 };
 
 struct IMAPMessage {
@@ -92,7 +93,7 @@ struct IMAPMessage {
   std::optional<std::string> internalDate;
   IMAPEnvelope envelope;
   IMAPBodyInfo bodyInfo;
-  HeaderReadings headerReadings;
+  HeaderBytes headerBytes;
 
   /// No flag is \Seen, in any letter case.
   bool isUnread() const;

@@ -54,8 +54,8 @@ std::optional<IMAPMessage> parseFetchMessage(IMAPTokenList tokens);
 
 /// Reads the elements of an ENVELOPE. A missing field, or one of the wrong kind, is empty.
 IMAPEnvelope parseEnvelope(IMAPTokenList elements);
-/// The other readings of its subject and of its first sender (Readings.h).
-HeaderReadings parseHeaderReadings(IMAPTokenList elements);
+/// Reads what of them the other readings are made of.
+HeaderBytes parseHeaderBytes(IMAPTokenList elements);
 
 /// Reads the elements of a BODYSTRUCTURE or BODY. Preferred is the first plain text part, then the first
 /// HTML part; text parts that are attachments do not count.

@@ -149,7 +149,7 @@ std::vector<std::string> headerReadings(std::string_view field) {
   if (isPlain) {
     return {};
   }
-  const std::vector<Stretch> stretches = stretchesOf(bytePrefix(field, mostBytesForReadings));
+  const std::vector<Stretch> stretches = stretchesOf(bytePrefix(field, mostBytesOfAField));
   std::string bytes;
   for (const Stretch& stretch : stretches) {
     bytes += stretch.bytes;

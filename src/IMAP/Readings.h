@@ -12,7 +12,8 @@
 /// They are folded (`foldedForScanning`), so that line ends and invisible characters split no word. The text
 /// that tools return is read as it stands too: folding may also join a word with what stands beside it.
 /// What is not seen here: text in pictures, text that a style sheet hides or puts together, a part whose
-/// transfer encoding has the wrong label, and what lies beyond the first megabyte.
+/// transfer encoding has the wrong label, and what lies beyond the first megabyte of a part or the first
+/// 64 KiB of a header field.
 ///
 /// Every operation is linear in its input and never fails. Threads: all operations are pure.
 
@@ -25,8 +26,10 @@
 
 namespace tarnwell::IMAPParser {
 
-/// How much of a part, and of a header field, is looked at for its readings, in bytes.
+/// How much of a part is looked at for its readings, in bytes.
 inline constexpr std::size_t mostBytesForReadings = std::size_t{1} << 20;
+/// The same for a header field. A reading of the worst characters takes eleven times as much memory.
+inline constexpr std::size_t mostBytesOfAField = std::size_t{1} << 16;
 
 /// The bytes that a body's text was made of, their transfer encoding undone.
 struct BodySource {

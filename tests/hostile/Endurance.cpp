@@ -121,6 +121,9 @@ std::vector<Attack> bigMessages() {
   const Bulk identifier = mebibytes(64, words);
   const Bulk subject = mebibytes(25, words);
   const Bulk listedSubject = mebibytes(16, "Thirty-two bytes of a long text.");
+  const std::string expanding = repeated("\uFDFA", 10) + "ab";
+  const Bulk expandingSubject = mebibytes(1, expanding);
+  const std::string marks = repeated("\u0F77", 10) + "\u0301";
   const std::string katakana = "\x1B(I" + std::string(29, '1');
   return {
       bigBody("bodyOf25MiB", "a body of 25 MiB", R"("PLAIN" ("CHARSET" "UTF-8") NIL NIL "7BIT")",
@@ -138,6 +141,8 @@ std::vector<Attack> bigMessages() {
               "€€€"),
       bigBody("halfWidthKatakana", "half-width katakana of 25 MiB in ISO-2022-JP",
               R"("PLAIN" ("CHARSET" "ISO-2022-JP") NIL NIL "7BIT")", mebibytes(25, katakana), "ｱｱｱ"),
+      bigBody("oneCharacter", "a body of 25 MiB that is one character with millions of vowels",
+              R"("PLAIN" ("CHARSET" "UTF-8") NIL NIL "8BIT")", mebibytes(25, marks)),
       {"messageID", "a message ID of 64 MiB", boundInWords,
        [identifier] {
          readBigMessage(envelopeOf("NIL NIL NIL NIL NIL NIL NIL NIL NIL ", identifier, ""), identifier);
@@ -145,6 +150,11 @@ std::vector<Attack> bigMessages() {
       {"subject", "a subject of 25 MiB", boundInWords,
        [subject] {
          readBigMessage(envelopeOf("NIL ", subject, " NIL NIL NIL NIL NIL NIL NIL NIL"), subject);
+       }},
+      {"expandingSubject", "a subject of 1 MiB in characters that stand for eighteen others", boundInWords,
+       [expandingSubject] {
+         readBigMessage(envelopeOf("NIL ", expandingSubject, " NIL NIL NIL NIL NIL NIL NIL NIL"),
+                        expandingSubject);
        }},
       {"listedSubject", "a subject of 16 MiB in a list of results", "gives it whole; the same bound",
        [listedSubject] { listBigSubject(listedSubject); }},

@@ -8,6 +8,7 @@
 #include "IMAP/TextDecoding.h"
 #include "MCP/Tools/MessageJSON.h"
 #include "Platform/Text.h"
+#include "Platform/UTF8.h"
 
 namespace tarnwell {
 
@@ -94,15 +95,18 @@ RiskAssessment MailScreen::assessBody(const IMAPMessage& message, const IMAPClie
 }
 
 RiskAssessment MailScreen::assessOtherReadings(const IMAPMessage& message) const {
-  std::vector<std::string> subjects = message.headerReadings.subject;
-  subjects.push_back(foldedForScanning(message.envelope.subject.value_or("")));
+  const auto folded = [](std::string_view field) {
+    return foldedForScanning(bytePrefix(field, IMAPParser::mostBytesOfAField));
+  };
+  std::vector<std::string> subjects = IMAPParser::headerReadings(message.headerBytes.subject);
+  subjects.push_back(folded(message.envelope.subject.value_or("")));
   for (const std::string& subject : subjects) {
     if (RiskAssessment found = detector_.assess({.subject = subject}); found.shouldBlockBody()) {
       return found;
     }
   }
-  std::vector<std::string> senders = message.headerReadings.sender;
-  senders.push_back(foldedForScanning(senderText(message).value_or("")));
+  std::vector<std::string> senders = IMAPParser::headerReadings(message.headerBytes.sender);
+  senders.push_back(folded(senderText(message).value_or("")));
   for (const std::string& sender : senders) {
     if (RiskAssessment found = detector_.assess({.from = sender}); found.shouldBlockBody()) {
       return found;
