@@ -12,8 +12,8 @@
 /// They are folded (`foldedForScanning`), so that line ends and invisible characters split no word. The text
 /// that tools return is read as it stands too: folding may also join a word with what stands beside it.
 /// What is not seen here: text in pictures, text that a style sheet hides or puts together, a part whose
-/// transfer encoding has the wrong label, what lies beyond the first
-/// megabyte of a body, and beyond the first 64 KiB of a field.
+/// transfer encoding has the wrong label, and what lies beyond the first megabyte of a part or the first
+/// 64 KiB of a header field.
 ///
 /// Every operation is linear in its input and never fails. Threads: all operations are pure.
 

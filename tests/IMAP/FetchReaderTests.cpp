@@ -59,6 +59,7 @@ TEST(FetchReader, readsAMessage) {
   expected.envelope.subject = "IMAP4rev1?";
   expected.envelope.from = {{"Terry Gray", "gray", "cac.washington.edu"}};
   expected.envelope.messageID = "<B27397@example.org>";
+  expected.headerBytes = {.subject = "IMAP4rev1?", .sender = "Terry Gray"};
   expected.bodyInfo.hasAttachments = true;
   expected.bodyInfo.preferredText = {{"1", "quoted-printable", "US-ASCII", false}};
   EXPECT_TRUE(message == expected);
