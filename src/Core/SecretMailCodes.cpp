@@ -19,8 +19,9 @@ constexpr std::size_t aroundGroup = 60;   // handing over, and a group
 constexpr std::size_t besideLabel = 6;    // "order no." and its number
 constexpr std::size_t longestLabel = 60;  // longer than every term
 constexpr std::size_t longestPassword = 60;  // with what ties it to its name
-constexpr std::size_t sameMatter = 120;      // what else the mail may be about
-constexpr std::size_t sameMail = 400;        // signing in, expiring
+constexpr std::size_t nameToDone = 21;
+constexpr std::size_t sameMatter = 120;  // what else the mail may be about
+constexpr std::size_t sameMail = 400;    // signing in, expiring
 
 class CodeQuestion {
  public:
@@ -64,6 +65,13 @@ class CodeQuestion {
       return std::nullopt;
     }
     return best != nullptr ? best->term : handing->term;
+  }
+
+  /// As in "recovery codes regenerated". In Japanese what was sent is over too.
+  bool isOver(const FoundWord& name) const {
+    const std::span<const FoundWord> after = mail_.wordsAround({name.end, name.end}, 0, nameToDone);
+    return std::ranges::any_of(
+        after, [](const FoundWord& word) { return word.is(done) && (word.term.front() & 0x80) == 0; });
   }
 
   /// For the name of a one-time code, where no group is shaped like one: the code may be of letters alone.
@@ -145,8 +153,10 @@ std::optional<std::string_view> wordTellingCode(const SecretMailReading& mail, M
   const bool isSubject = location == MailLocation::subject;
   const CodeQuestion question(mail);
   if (isSubject && (mail.headerRoles() & elsewhere) == 0) {
-    if (const auto name = codeNameIn(mail.wordsOfSubject())) {
-      return name;
+    for (const FoundWord& word : mail.wordsOfSubject()) {
+      if (word.is(codeName) && !word.is(password) && !question.isOver(word)) {
+        return word.term;
+      }
     }
   }
   for (const CodeGroup& group : mail.groups()) {

@@ -123,7 +123,8 @@ class LinkQuestion {
     for (const std::string_view more : {" address", " now"}) {
       after.remove_prefix(startsWithIgnoringASCIICase(after, more) ? more.size() : 0);
     }
-    return after.empty() || (after.size() > 1 && after[0] == ' ' && isCapital(after[1]));
+    return after.empty() ||
+           (after.size() > 1 && after[0] == ' ' && (isCapital(after[1]) || isJapanese(after.substr(1))));
   }
 
   const SecretMailReading& mail_;

@@ -63,9 +63,11 @@ constexpr SecretMailWords rows[] = {
      "account no|policy number|contract number|serial number|model|model number|part number|item number|"
      "version|build|release|issue|revision|phone|phone number|telephone|tel|fax|"
      "call|call us|call us at|call us on|ext|extension|hotline|ending|ending in|ending with|card number|"
-     "card|iban|flight|suite|room|building|po box|p.o. box|port|page|line|copyright|usd|eur|gbp|jpy|"
+     "card|iban|flight|suite|room|building|po box|p.o. box|port|line|copyright|usd|eur|gbp|jpy|"
      "since"},
-    {other | elsewhere, "bug|pull request|commit"},
+    {other | elsewhere,
+     "bug|pull request|commit|ticket id|support ticket|case number|case id|support request|"
+     "support case"},
     {other, "license key|licence key|product key|activation key|serial key"},
     // Signing in for what is no secret by itself.
     {other,

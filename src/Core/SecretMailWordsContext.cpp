@@ -18,7 +18,8 @@ constexpr SecretMailWords rows[] = {
      "verification|confirming|authenticate|authenticating|authentication|authenticator|authorize|"
      "authorise|authorizing|approve|identity|forgot your password|forgotten your password|passkey|"
      "two factor|two step|2 step|mfa|multi factor|sign up|signing up|registering|registration|"
-     "new device|new browser|it's you|3d secure|access your account|prove"},
+     "logged in|logged into|signed in|signed into|new device|new browser|it's you|3d secure|access your "
+     "account|prove"},
     // What codes and links of this kind are: soon over, asked for, nobody else's.
     {shortLived | linkTerms,
      "link expires|link will expire|link is valid|link is only valid|link can only|link can be used|"
@@ -48,7 +49,8 @@ constexpr SecretMailWords rows[] = {
      "parcel|package|locker|courier|driver|pick up|picking up|collect your|collection point|delivery|"
      "delivered|shipped|shipping|store|counter|till|door|gate|entrance|car park|parking|garage|barrier|"
      "lockbox|key safe|keypad|check out|checkout|checking in|hotel|apartment|guest|meeting|webinar|"
-     "conference call|dial|dial in|discount|% off|voucher|coupon|redeem|gift|promo|venue|event|"
+     "conference call|dial|dial in|sale|savings|deal|discount|% "
+     "off|voucher|coupon|redeem|gift|promo|venue|event|"
      "admission|wi fi|wifi|error|exception|crash|stack|exit|http status|compiler|failed with|returned|"
      "subtotal|total|receipt|terminal|visa|mastercard"},
     // Actions and their objects.
@@ -70,7 +72,10 @@ constexpr SecretMailWords rows[] = {
      "post|via|with|account details|"
      "account information|account settings|account manager|account balance|account team|"
      "email preferences|email settings|email address book|shipping|details|availability|participation|"
-     "seat|receipt of|reply|subscription|membership|delivery address|billing address|home address"},
+     "seat|receipt "
+     "of|reply|subscription|membership|replying|responding|interview|slot|spot|place|meeting|visit|rsvp|date|"
+     "delivery|transaction|donation|quote|invoice|document|trip|stay|session|class|event|contact "
+     "details|plan|settings|preferences|delivery address|billing address|home address"},
     // Links by name, and what leads to one.
     {linkName,
      "magic link|magic url|sign in link|sign in url|sign in email|log in link|log in url|reset link|"
@@ -85,7 +90,8 @@ constexpr SecretMailWords rows[] = {
      "set password|reset password|choose a new password|create a new password|set a new password|"
      "pick a new password|pick a password|make a new password|want a new password|new password requested|"
      "requested a new password|restore access|restore my access|restore your access|regain access|"
-     "this is my email|this is my address|it's me|yes it's me|yes, it's me|that's me|yes, that was me|"
+     "unlock it|this is my email|yes, this is my email|yes, this is me|this is my address|it's me|yes it's "
+     "me|yes, it's me|that's me|yes, that was me|"
      "that was me|finish setting up your account|finish signing in|complete your sign in|"
      "complete your log in|sign me in|log me in"},
     {linkSubject,
@@ -99,7 +105,9 @@ constexpr SecretMailWords rows[] = {
     {press,
      "click|clicking|tap|tapping|press|pressing|button|link|url|http|https|www|follow|following|visit|"
      "open|copy and paste|copy|paste|browser|go to"},
-    {done, "has been|have been|was|were|is now|successful|successfully|completed|complete|changed"},
+    {done,
+     "enabled|disabled|regenerated|re generated|turned on|turned off|has been|have been|was|were|is "
+     "now|successful|successfully|completed|complete|changed"},
 };
 
 }  // namespace
