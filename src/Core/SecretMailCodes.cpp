@@ -88,13 +88,18 @@ class CodeQuestion {
   /// As in "temporary password: tulip-Rk42": a word with a digit in it.
   bool isPasswordBehind(const FoundWord& name) const {
     std::string_view after = mail_.text().substr(name.end, longestPassword);
-    if (!name.term.ends_with(" is") && !after.starts_with(':') && !after.starts_with(" is")) {
-      return false;
+    const auto passOver = [&after](std::string_view tie) {
+      const bool isThere = after.starts_with(tie);
+      after.remove_prefix(isThere ? tie.size() : 0);
+      return isThere;
+    };
+    bool isTied = name.term.ends_with(" is");
+    for (const std::string_view tie : {" is", "は", " ", ":", " ", "「"}) {
+      isTied = (passOver(tie) && tie != " ") || isTied;
     }
-    after.remove_prefix(std::min(after.find(' '), after.size() - 1) + 1);
-    after = after.substr(after.starts_with("is ") ? 3 : 0);
-    const std::string_view given = after.substr(0, after.find(' '));
-    return given.size() >= 6 && given.find_first_of("0123456789") != std::string_view::npos;
+    const auto end = std::ranges::find_if(after, [](char byte) { return byte <= ' ' || byte > '~'; });
+    const std::string_view given(after.begin(), end);
+    return isTied && given.size() >= 6 && given.find_first_of("0123456789") != std::string_view::npos;
   }
 
   /// As in "493021 - your Acme login".

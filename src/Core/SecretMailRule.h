@@ -26,6 +26,7 @@
 ///
 /// Threads: pure functions over tables that are made once.
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,8 +49,12 @@ class SecretMailRule {
   /// "account_link"; the term is the word that told.
   static std::vector<RiskSignal> signals(const Mail& mail);
 
+  /// No more of the subject, of the sender and of the text is looked at by `signals`, in bytes.
+  static constexpr std::size_t mostLookedAt = 64 * 1024;
+
   /// The text with "•" for every character of each group that is shaped like a code, the blanks and hyphens
-  /// inside of it included. All else stays byte for byte.
+  /// inside of it included. All else stays byte for byte. A long text is read in pieces: beside the result
+  /// it takes a bounded memory.
   static std::string maskedCodes(std::string_view text);
 };
 
