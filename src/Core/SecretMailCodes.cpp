@@ -77,8 +77,8 @@ class CodeQuestion {
   /// For the name of a one-time code, where no group is shaped like one: the code may be of letters alone.
   bool isCodeHandedOver(const FoundWord& name) const {
     const std::string_view after = mail_.text().substr(name.end);
-    if (name.is(password)) {
-      return isPasswordBehind(name);
+    if (name.is(password) && isPasswordBehind(name)) {
+      return true;
     }
     const bool isHandedOver = isIntroduced(name) || after.starts_with(':') || after.starts_with(" is ");
     return isHandedOver && (mail_.rolesAround(placeOf(name), sameMail) & (shortLived | mistake)) != 0;

@@ -92,7 +92,7 @@ class ReferenceMail {
       if (isIn(location, word.begin) && word.is(codeName) && word.is(password) && isPasswordBehind(word)) {
         return std::string(word.term);
       }
-      if (isIn(location, word.begin) && word.is(codeName) && !word.is(password) &&
+      if (isIn(location, word.begin) && word.is(codeName) &&
           (isSaid(handOver, word.begin, word.end, 30) || after.starts_with(":") ||
            after.starts_with(" is ")) &&
           isSaid(shortLived | mistake, word.begin, word.end, 400)) {
