@@ -4,7 +4,7 @@
 ///     {"id": "a1", "class": "code", "lang": "en", "carries_secret": true, "is_html": false,
 ///      "subject": "Welcome", "from": "Acme <hello@example.org>", "body": "493021 lets you in."}
 ///
-/// With --missed it also names the mails that were judged wrongly.
+/// With --missed it also names the mails that were judged wrongly, and the words that told.
 
 #include <cstdio>
 #include <fstream>
@@ -13,8 +13,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "IMAP/TextDecoding.h"
-#include "MCP/Tools/MailScreen.h"
+#include "support/WithholdingJudge.h"
 
 namespace tarnwell::bench {
 
@@ -26,22 +25,9 @@ struct Counts {
   int strictly = 0;
 };
 
-bool isWithheld(const nlohmann::json& mail, bool isStrict) {
-  IMAPMessage message;
-  message.envelope.subject = mail.at("subject").get<std::string>();
-  message.envelope.from = {{mail.at("from").get<std::string>(), std::nullopt, std::nullopt}};
-  IMAPParser::DecodedPart part = IMAPParser::decodePart(mail.at("body").get<std::string>(), "8bit", "utf-8");
-  part.source.isHTML = mail.at("is_html").get<bool>();
-  if (part.source.isHTML) {
-    IMAPParser::reduceHTMLToText(part.text);
-  }
-  AppConfig config;
-  config.strictWithholding = isStrict;
-  const MailScreen screen(EmailRiskDetector::shared(), config);
-  const Leaving leaving{Leaving::Form::asItStands, config.safety.maxBodyChars};
-  const IMAPClient::BodyText body{std::move(part.text), true, std::move(part.source)};
-  return screen.withholds(screen.assessHeader(message)) ||
-         screen.withholds(screen.assessBody(message, body, leaving));
+test::MailSample mailOf(const nlohmann::json& line) {
+  return {line.at("id"),   line.at("class"), line.at("subject"),
+          line.at("from"), line.at("body"),  line.at("is_html")};
 }
 
 void print(const std::map<std::string, Counts>& table) {
@@ -67,12 +53,14 @@ int run(int argumentCount, char** arguments) {
       return 2;
     }
     for (std::string line; std::getline(file, line);) {
-      const nlohmann::json mail = nlohmann::json::parse(line);
-      const bool byKeywords = isWithheld(mail, false);
-      const bool strictly = isWithheld(mail, true);
-      const bool isSecret = mail.at("carries_secret").get<bool>();
-      const std::string kind = mail.at("class");
-      const std::string language = mail.at("lang");
+      const nlohmann::json fields = nlohmann::json::parse(line);
+      const test::MailSample mail = mailOf(fields);
+      const std::vector<RiskSignal> signals = test::signalsThatWithhold(mail, true);
+      const bool byKeywords = !test::signalsThatWithhold(mail, false).empty();
+      const bool strictly = !signals.empty();
+      const bool isSecret = fields.at("carries_secret").get<bool>();
+      const std::string& kind = mail.kind;
+      const std::string language = fields.at("lang");
       for (const std::string& row : {(isSecret ? "secret, " : "harmless, ") + kind + ", " + language,
                                      (isSecret ? "secret, " : "harmless, ") + kind + ", all",
                                      isSecret ? std::string("secret, all") : std::string("harmless, all")}) {
@@ -82,8 +70,11 @@ int run(int argumentCount, char** arguments) {
         counts.strictly += strictly ? 1 : 0;
       }
       if (namesMissed && strictly != isSecret) {
-        std::printf("%s %s: %s\n", isSecret ? "missed" : "withheld", mail.at("id").get<std::string>().c_str(),
-                    mail.at("subject").get<std::string>().c_str());
+        std::printf("%s %s: %s", isSecret ? "missed" : "withheld", mail.id.c_str(), mail.subject.c_str());
+        for (const RiskSignal& signal : signals) {
+          std::printf(" [%s: %s]", signal.location.c_str(), signal.term.c_str());
+        }
+        std::printf("\n");
       }
     }
   }

@@ -82,6 +82,12 @@ bool isOneBlankBetween(const CodeUnit& left, const CodeUnit& right, std::string_
   return right.begin() == left.end + 1 && text[left.end] == ' ';
 }
 
+/// As between "8 2 6 1" and "30".
+bool isEndOfSingleDigits(std::span<const CodeUnit> units, const CodeUnit& next) {
+  const auto isOneDigit = [](const CodeUnit& unit) { return unit.parts[0].size() == 1; };
+  return units.size() >= 4 && !isOneDigit(next) && std::ranges::all_of(units, isOneDigit);
+}
+
 /// Numbers with blanks between them: one code, no code ("415 555 2671"), or each by itself.
 void appendNumbers(std::span<const CodeUnit> units, std::string_view text, std::vector<CodeGroup>& groups) {
   const auto sizeOf = [](const CodeUnit& unit) { return unit.parts[0].size(); };
@@ -131,7 +137,8 @@ std::vector<CodeGroup> codeGroupsIn(std::string_view folded) {
     std::size_t end = first + 1;
     if (units[first].isNumber()) {
       while (end < units.size() && units[end].isNumber() &&
-             isOneBlankBetween(units[end - 1], units[end], folded)) {
+             isOneBlankBetween(units[end - 1], units[end], folded) &&
+             !isEndOfSingleDigits(std::span(units).subspan(first, end - first), units[end])) {
         ++end;
       }
       appendNumbers(std::span(units).subspan(first, end - first), folded, groups);

@@ -18,8 +18,10 @@ constexpr std::size_t besideWord = 30;    // handing over, and its code word
 constexpr std::size_t aroundGroup = 60;   // handing over, and a group
 constexpr std::size_t besideLabel = 6;    // "order no." and its number
 constexpr std::size_t longestLabel = 60;  // longer than every term
-constexpr std::size_t sameMatter = 120;   // what else the mail may be about
-constexpr std::size_t sameMail = 400;     // signing in, expiring
+constexpr std::size_t longestPassword = 60;  // with what ties it to its name
+constexpr std::size_t nameToDone = 21;
+constexpr std::size_t sameMatter = 120;  // what else the mail may be about
+constexpr std::size_t sameMail = 400;    // signing in, expiring
 
 class CodeQuestion {
  public:
@@ -43,6 +45,9 @@ class CodeQuestion {
         points = pointsOfWord;
       }
     }
+    if (handing == nullptr && mail_.isInSubject(group.begin)) {
+      handing = wordOfSigningInSubject();
+    }
     if (best == nullptr && handing == nullptr) {
       return std::nullopt;
     }
@@ -53,21 +58,62 @@ class CodeQuestion {
     points += (roles & signIn) != 0 ? 1 : 0;
     points += (roles & (shortLived | secret | mistake)) != 0 ? 1 : 0;
     points += best != nullptr && mail_.isInSubject(best->begin) && mail_.isInSubject(group.begin) ? 1 : 0;
-    points -= (mail_.rolesAround(group, sameMatter) & elsewhere) != 0 ? enoughPoints : 0;
+    points += isSpaced(group) ? 1 : 0;
+    const bool isPassword = best != nullptr && best->is(password) && isTiedTo(*best, group);
+    points -= !isPassword && (mail_.rolesAround(group, sameMatter) & elsewhere) != 0 ? enoughPoints : 0;
     if (points < enoughPoints) {
       return std::nullopt;
     }
     return best != nullptr ? best->term : handing->term;
   }
 
+  /// As in "recovery codes regenerated". In Japanese what was sent is over too.
+  bool isOver(const FoundWord& name) const {
+    const std::span<const FoundWord> after = mail_.wordsAround({name.end, name.end}, 0, nameToDone);
+    return std::ranges::any_of(
+        after, [](const FoundWord& word) { return word.is(done) && (word.term.front() & 0x80) == 0; });
+  }
+
   /// For the name of a one-time code, where no group is shaped like one: the code may be of letters alone.
   bool isCodeHandedOver(const FoundWord& name) const {
     const std::string_view after = mail_.text().substr(name.end);
+    if (name.is(password) && isPasswordBehind(name)) {
+      return true;
+    }
     const bool isHandedOver = isIntroduced(name) || after.starts_with(':') || after.starts_with(" is ");
     return isHandedOver && (mail_.rolesAround(placeOf(name), sameMail) & (shortLived | mistake)) != 0;
   }
 
  private:
+  /// As in "temporary password: tulip-Rk42": a word with a digit in it.
+  bool isPasswordBehind(const FoundWord& name) const {
+    std::string_view after = mail_.text().substr(name.end, longestPassword);
+    const auto passOver = [&after](std::string_view tie) {
+      const bool isThere = after.starts_with(tie);
+      after.remove_prefix(isThere ? tie.size() : 0);
+      return isThere;
+    };
+    bool isTied = name.term.ends_with(" is");
+    for (const std::string_view tie : {" is", "は", " ", ":", " ", "「"}) {
+      isTied = (passOver(tie) && tie != " ") || isTied;
+    }
+    const auto end = std::ranges::find_if(after, [](char byte) { return byte <= ' ' || byte > '~'; });
+    const std::string_view given(after.begin(), end);
+    return isTied && given.size() >= 6 && given.find_first_of("0123456789") != std::string_view::npos;
+  }
+
+  /// As in "493021 - your Acme login".
+  const FoundWord* wordOfSigningInSubject() const {
+    const std::span<const FoundWord> words = mail_.wordsOfSubject();
+    const auto found = std::ranges::find_if(words, [](const FoundWord& word) { return word.is(signsIn); });
+    return found == words.end() ? nullptr : &*found;
+  }
+
+  /// As in "4 9 3 0 2 1" and "493 021".
+  bool isSpaced(const MailPlace& group) const {
+    return mail_.text().substr(group.begin, group.end - group.begin).find(' ') != std::string_view::npos;
+  }
+
   bool isLabelledOtherwise(const MailPlace& group) const {
     const std::span<const FoundWord> before =
         mail_.wordsAround({group.begin, group.begin}, longestLabel + besideLabel, 0);
@@ -111,9 +157,11 @@ std::optional<std::string_view> codeNameIn(std::span<const FoundWord> words) {
 std::optional<std::string_view> wordTellingCode(const SecretMailReading& mail, MailLocation location) {
   const bool isSubject = location == MailLocation::subject;
   const CodeQuestion question(mail);
-  if (isSubject) {
-    if (const auto name = codeNameIn(mail.wordsOfSubject())) {
-      return name;
+  if (isSubject && (mail.headerRoles() & elsewhere) == 0) {
+    for (const FoundWord& word : mail.wordsOfSubject()) {
+      if (word.is(codeName) && !word.is(password) && !question.isOver(word)) {
+        return word.term;
+      }
     }
   }
   for (const CodeGroup& group : mail.groups()) {

@@ -13,10 +13,12 @@ using namespace mail_role;
 
 // How near is near, in bytes.
 constexpr std::size_t actionToObject = 45;
-constexpr std::size_t objectToAction = 3;  // one Japanese particle
+constexpr std::size_t objectToAction = 6;  // two Japanese characters: "のご"
 constexpr std::size_t linkToPress = 200;
 constexpr std::size_t linkToDone = 21;
-constexpr std::size_t sameMail = 400;  // expiring
+constexpr std::size_t adviceToAction = 100;
+constexpr std::size_t sameMatter = 120;  // what else the mail may be about
+constexpr std::size_t sameMail = 400;    // expiring
 
 bool isJapanese(std::string_view text) { return (text.front() & 0x80) != 0; }
 bool isCapital(char byte) { return byte >= 'A' && byte <= 'Z'; }
@@ -33,17 +35,26 @@ class LinkQuestion {
   explicit LinkQuestion(const SecretMailReading& mail) : mail_(mail) {}
 
   bool isTold(const FoundWord& word) const {
+    if (word.is(linkSubject) && mail_.isInSubject(word.begin)) {
+      return true;
+    }
     if (word.is(signsIn) && isSignInLink(word)) {
       return true;
     }
     const std::optional<MailPlace> link = word.is(linkName) ? placeOf(word) : actionOnObject(word);
-    return link && !isOver(*link) && points(*link) >= enoughPoints;
+    return link && !isOver(*link) && !(word.is(resets) && isAdvised(*link)) && points(*link) >= enoughPoints;
   }
 
  private:
   bool isSignInLink(const FoundWord& word) const {
     return (mail_.rolesAround(placeOf(word), linkToPress) & press) != 0 &&
-           (mail_.rolesAround(placeOf(word), sameMail) & linkTerms) != 0;
+           (word.begin == 0 || (mail_.rolesAround(placeOf(word), sameMail) & linkTerms) != 0);
+  }
+
+  /// As in "if this wasn't you, change your password".
+  bool isAdvised(const MailPlace& link) const {
+    const std::span<const FoundWord> before = mail_.wordsAround({link.begin, link.begin}, adviceToAction, 0);
+    return std::ranges::any_of(before, [](const FoundWord& word) { return word.is(advice); });
   }
 
   /// Where the word is an action and stands with an object of it.
@@ -83,12 +94,14 @@ class LinkQuestion {
     points += isLabel(link) ? 1 : 0;
     points += mail_.isInSubject(link.begin) ? 1 : 0;
     points += (mail_.rolesAround(link, sameMail) & (shortLived | mistake)) != 0 ? 1 : 0;
+    points -= (mail_.rolesAround(link, sameMatter) & elsewhere) != 0 ? 1 : 0;
     return points;
   }
 
   bool isOver(const MailPlace& link) const {
     const std::span<const FoundWord> after = mail_.wordsAround({link.end, link.end}, 0, linkToDone);
-    return std::ranges::any_of(after, [](const FoundWord& word) { return word.is(done); });
+    return std::ranges::any_of(
+        after, [&](const FoundWord& word) { return word.is(done) && !isCapital(mail_.text()[word.begin]); });
   }
 
   /// Where nothing is left of a button but its label: "Confirm email", "Verify Your Account", "Reset your
@@ -110,7 +123,8 @@ class LinkQuestion {
     for (const std::string_view more : {" address", " now"}) {
       after.remove_prefix(startsWithIgnoringASCIICase(after, more) ? more.size() : 0);
     }
-    return after.empty() || (after.size() > 1 && after[0] == ' ' && isCapital(after[1]));
+    return after.empty() ||
+           (after.size() > 1 && after[0] == ' ' && (isCapital(after[1]) || isJapanese(after.substr(1))));
   }
 
   const SecretMailReading& mail_;

@@ -41,7 +41,7 @@ struct CodeGroup {
 /// In the order of the text. What looks like a code:
 ///   - 4 to 8 digits: 493021
 ///   - in threes or fours, with a blank or a hyphen: 493 021, 4930-2178; in twos, with blanks: 49 30 21
-///   - 4 to 8 single digits with blanks between them: 4 9 3 0 2 1
+///   - 4 to 8 single digits with blanks between them, before a longer number too: 4 9 3 0 2 1
 ///   - one or two letters, a hyphen, and 4 to 8 digits: G-493021
 ///   - letters and digits, 5 to 8: R4K2P
 ///   - letters and digits in two to four groups of 3 to 5, with hyphens, or two with a blank: A7K-9QX

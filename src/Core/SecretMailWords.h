@@ -41,11 +41,13 @@ constexpr MailRoles signsIn = 1U << 12;    // an action that needs no object
 constexpr MailRoles password = 1U << 13;   // objects
 constexpr MailRoles account = 1U << 14;
 constexpr MailRoles registration = 1U << 15;
-constexpr MailRoles matter = 1U << 16;     // an object of another kind, which ends the search for one
-constexpr MailRoles linkName = 1U << 17;   // action and object in one
-constexpr MailRoles press = 1U << 18;      // a link, or an invitation to press
-constexpr MailRoles linkTerms = 1U << 19;  // a link that expires or works once, a sign-in not asked for
-constexpr MailRoles done = 1U << 20;       // the action before it is over
+constexpr MailRoles matter = 1U << 16;       // an object of another kind, which ends the search for one
+constexpr MailRoles linkName = 1U << 17;     // action and object in one
+constexpr MailRoles press = 1U << 18;        // a link, or an invitation to press
+constexpr MailRoles linkTerms = 1U << 19;    // a link that expires or works once, a sign-in not asked for
+constexpr MailRoles done = 1U << 20;         // the action before it is over
+constexpr MailRoles advice = 1U << 21;       // a password may or should be changed: a notice, not a link
+constexpr MailRoles linkSubject = 1U << 22;  // names a link as a subject, and nothing elsewhere
 
 }  // namespace mail_role
 

@@ -17,16 +17,17 @@ constexpr SecretMailWords rows[] = {
      "authentication token|authentication number|identification code|identity code|one time code|"
      "one time passcode|one time pass code|one time password|one time pin|one time pass|one time token|"
      "one time key|one time security|single use code|single use password|single use passcode|"
-     "single use pin|temporary code|temporary pin|temporary passcode|temporary password|temporary login|"
+     "single use pin|temporary code|temporary pin|temporary passcode|temporary login|"
      "temporary log in|two factor code|two step code|2 factor code|2 step code|2fa code|mfa code|"
      "2sv code|recovery code|backup code|password reset code|reset code|reset pin|reset token|"
      "magic code|secret code|email code|sms code|guard code|dynamic code|dynamic password|passcode|otp|"
-     "otac|totp|mtan"},
+     "otac|totp|mtan|two step number|sign in number|log in number"},
+    {codeName | password, "temporary password|initial password|your password is|new password is"},
     {signIn, "2fa"},
     // Words that may name one.
     {code,
      "code|pin|pin code|pin number|token|digits|digit number|security number|authorization "
-     "number|authorisation number|account code"},
+     "number|authorisation number|account code|your key|access key|personal key"},
     {codeName, "pass code"},
     {code | handOver,
      "use this to|use it to|enter this|enter it|your code|your pin|your token|this code|this pin|code is|pin "
@@ -60,10 +61,20 @@ constexpr SecretMailWords rows[] = {
      "reference id|ref|transaction id|transaction number|payment id|customer id|customer no|"
      "customer number|client number|user id|member id|member number|membership number|account id|"
      "account no|policy number|contract number|serial number|model|model number|part number|item number|"
-     "version|build|release|issue|bug|pull request|commit|revision|phone|phone number|telephone|tel|fax|"
+     "version|build|release|issue|revision|phone|phone number|telephone|tel|fax|"
      "call|call us|call us at|call us on|ext|extension|hotline|ending|ending in|ending with|card number|"
-     "card|iban|flight|suite|room|building|po box|p.o. box|port|page|line|copyright|usd|eur|gbp|jpy|"
+     "card|iban|flight|suite|room|building|po box|p.o. box|port|line|copyright|usd|eur|gbp|jpy|"
      "since"},
+    {other | elsewhere,
+     "bug|pull request|commit|ticket id|support ticket|case number|case id|support request|"
+     "support case"},
+    {other, "license key|licence key|product key|activation key|serial key"},
+    // Signing in for what is no secret by itself.
+    {other,
+     "log in to view|sign in to view|log in to see|sign in to see|log in to manage|sign in to manage|"
+     "log in to track|sign in to track|log in to reply|sign in to reply|log in to download|"
+     "sign in to download|log in to respond|sign in to respond|request a password reset|"
+     "request a new password"},
     {other | matter, "receipt|account number"},
     {other | elsewhere | matter, "booking|reservation"},
 };

@@ -36,6 +36,7 @@ INSTANTIATE_TEST_SUITE_P(
         MaskRow{"lettersAndDigits", "R4K2P, A7K-9QX, A7K 9QX", "•••••, •••••••, •••••••"},
         MaskRow{"smallLetters", "a1b2c-3d4e5", "•••••••••••"},
         MaskRow{"singleDigits", "4 9 3 0 2 1", "•••••••••••"},
+        MaskRow{"singleDigitsBeforeNumber", "8 2 6 1 30分", "••••••• 30分"},
         MaskRow{"pairsOfDigits", "49 30 21", "••••••••"},
         MaskRow{"fullWidth", "コード４９３０２１です", "コード••••••です"},
         MaskRow{"mathematical", "\U0001D7D2\U0001D7D7\U0001D7D1\U0001D7CE", "••••"},
@@ -82,6 +83,36 @@ TEST(SecretMailWords, areInTheFormThatTheScannerReads) {
       }
     }
   }
+}
+
+/// Each text is made of equal fragments, so that every place is once at the border of a piece.
+TEST(SecretMailRule, masksALongTextAsItsFragments) {
+  struct Fragment {
+    std::string_view text;
+    std::string_view masked;
+  };
+  constexpr std::size_t size = 400'000;
+  for (const auto& [text, masked] :
+       {Fragment{"Your code 493 021 is good. ", "Your code ••••••• is good. "},
+        Fragment{"Use A7K 9QX or $ 4930 as you like, ", "Use ••••••• or $ 4930 as you like, "},
+        Fragment{"pay 4930 members by 4 9 3 0 now; ", "pay 4930 members by ••••••• now; "},
+        Fragment{"認証コードは４９３\u3000０２１です。この番号を画面に入力してください、4930ポイント。",
+                 "認証コードは•••••••です。この番号を画面に入力してください、4930ポイント。"}}) {
+    const std::size_t count = size / text.size();
+    EXPECT_TRUE(SecretMailRule::maskedCodes(test::repeated(text, count)) == test::repeated(masked, count))
+        << text;
+  }
+}
+
+TEST(SecretMailRule, looksAtTheBeginningOnly) {
+  const std::string_view telling = "Your verification code is 493021";
+  const std::string before(SecretMailRule::mostLookedAt - telling.size(), ' ');
+  EXPECT_FALSE(SecretMailRule::signals({.text = before + std::string(telling)}).empty());
+  EXPECT_TRUE(
+      SecretMailRule::signals({.text = before + std::string(telling.size(), ' ') + std::string(telling)})
+          .empty());
+  EXPECT_TRUE(SecretMailRule::signals({.subject = before + "12345678901234567890123456789012 Your passcode"})
+                  .empty());
 }
 
 TEST(SecretMailRule, pathologicalMailEnds) {

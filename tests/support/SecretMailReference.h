@@ -17,11 +17,12 @@ namespace tarnwell {
 /// Every word is asked about every group, action and object.
 class ReferenceMail {
  public:
-  explicit ReferenceMail(const SecretMailRule::Mail& mail) : text_(foldedForScanning(mail.subject)) {
+  explicit ReferenceMail(const SecretMailRule::Mail& mail)
+      : text_(foldedForScanning(mail.subject.substr(0, 65536))) {
     endOfSubject_ = text_.size();
-    text_ += '\n' + foldedForScanning(mail.text);
+    text_ += '\n' + foldedForScanning(mail.text.substr(0, 65536));
     words_ = referenceWords(text_);
-    sender_ = referenceWords(foldedForScanning(mail.from));
+    sender_ = referenceWords(foldedForScanning(mail.from.substr(0, 65536)));
     groups_ = referenceGroups(text_);
   }
 
@@ -68,7 +69,11 @@ class ReferenceMail {
     using namespace mail_role;
     if (location != "body") {
       for (const Word& word : location == "from" ? sender_ : words_) {
-        if (word.is(codeName) && (location == "from" || isIn("subject", word.begin))) {
+        if (word.is(codeName) && location == "from") {
+          return std::string(word.term);
+        }
+        if (word.is(codeName) && location == "subject" && isIn("subject", word.begin) && !word.is(password) &&
+            !isSaidInHeader(elsewhere) && !isOverInLatin(word)) {
           return std::string(word.term);
         }
       }
@@ -84,6 +89,9 @@ class ReferenceMail {
     }
     for (const Word& word : words_) {
       const std::string_view after = std::string_view(text_).substr(word.end);
+      if (isIn(location, word.begin) && word.is(codeName) && word.is(password) && isPasswordBehind(word)) {
+        return std::string(word.term);
+      }
       if (isIn(location, word.begin) && word.is(codeName) &&
           (isSaid(handOver, word.begin, word.end, 30) || after.starts_with(":") ||
            after.starts_with(" is ")) &&
@@ -114,6 +122,12 @@ class ReferenceMail {
         best = &word;
       }
     }
+    for (const Word& word : words_) {
+      if (handing == nullptr && word.is(signsIn) && isIn("subject", word.begin) &&
+          isIn("subject", group.begin)) {
+        handing = &word;
+      }
+    }
     if (best == nullptr && handing == nullptr) {
       return std::nullopt;
     }
@@ -128,24 +142,56 @@ class ReferenceMail {
     constexpr MailRoles care = shortLived | secret | mistake;
     points += isSaid(care, group.begin, group.end, 400) || isSaidInHeader(care) ? 1 : 0;
     points += best != nullptr && isIn("subject", best->begin) && isIn("subject", group.begin) ? 1 : 0;
-    points -= isSaid(elsewhere, group.begin, group.end, 120) ? 3 : 0;
+    points += text_.substr(group.begin, group.end - group.begin).find(' ') != std::string::npos ? 1 : 0;
+    const bool isPassword = isTied && best->is(password);
+    points -= !isPassword && isSaid(elsewhere, group.begin, group.end, 120) ? 3 : 0;
     return points >= 3 ? std::optional(std::string(best != nullptr ? best->term : handing->term))
                        : std::nullopt;
   }
 
+  bool isOverInLatin(const Word& name) const {
+    return std::ranges::any_of(words_, [&](const Word& over) {
+      return over.is(mail_role::done) && static_cast<unsigned char>(over.term.front()) < 0x80 &&
+             over.begin >= name.end && over.begin <= name.end + 21;
+    });
+  }
+
+  bool isPasswordBehind(const Word& name) const {
+    const std::string after = text_.substr(name.end, 60);
+    const std::string tie = name.term.ends_with(" is")
+                                ? "(?: is)?+(?:は)?+ ?+:?+ ?+(?:「)?+"
+                                : "(?=(?: is)?+(?:は)?+ ?+:?+ ?+(?:「)?+(?<=is|は|:|「|is |は |: ))"
+                                  "(?: is)?+(?:は)?+ ?+:?+ ?+(?:「)?+";
+    return isFoundByICU(after, "\\A" + tie + "(?=[!-~]{6})[!-~]*[0-9]", LetterCase::matters);
+  }
+
+  bool isAdvised(std::size_t begin) const {
+    return std::ranges::any_of(words_, [&](const Word& word) {
+      return word.is(mail_role::advice) && word.begin + 100 >= begin && word.begin <= begin;
+    });
+  }
+
   bool isLink(const Word& word) const {
     using namespace mail_role;
+    if (word.is(linkSubject) && isIn("subject", word.begin)) {
+      return true;
+    }
     if (word.is(signsIn) && isSaid(press, word.begin, word.end, 200) &&
-        isSaid(linkTerms, word.begin, word.end, 400)) {
+        (word.begin == 0 || isSaid(linkTerms, word.begin, word.end, 400))) {
       return true;
     }
     const CodeGroup link = word.is(linkName) ? CodeGroup{word.begin, word.end} : linkOf(word);
     if (link.end == 0 || std::ranges::any_of(words_, [&](const Word& over) {
-          return over.is(done) && over.begin >= link.end && over.begin <= link.end + 21;
+          return over.is(done) && !isLike(text_.substr(over.begin, 1), "[A-Z]") && over.begin >= link.end &&
+                 over.begin <= link.end + 21;
         })) {
       return false;
     }
-    const int points = 2 + (isSaid(press, link.begin, link.end, 200) ? 1 : 0) + (isLabel(link) ? 1 : 0) +
+    if (word.is(resets) && isAdvised(link.begin)) {
+      return false;
+    }
+    const int points = 2 - (isSaid(elsewhere, link.begin, link.end, 120) ? 1 : 0) +
+                       (isSaid(press, link.begin, link.end, 200) ? 1 : 0) + (isLabel(link) ? 1 : 0) +
                        (isIn("subject", link.begin) ? 1 : 0) +
                        (isSaid(shortLived | mistake, link.begin, link.end, 400) ? 1 : 0);
     return points >= 3;
@@ -159,7 +205,7 @@ class ReferenceMail {
                               (action.is(completes) ? registration : 0);
     for (const Word& word : words_) {
       if ((action.term.front() & 0x80) != 0) {
-        if (word.is(objects) && word.end <= action.begin && action.begin - word.end <= 3) {
+        if (word.is(objects) && word.end <= action.begin && action.begin - word.end <= 6) {
           return {word.begin, action.end};
         }
       } else if (word.begin >= action.end && word.begin <= action.end + 45 && word.is(objects | matter) &&
@@ -180,7 +226,8 @@ class ReferenceMail {
     }
     return isLike(label, "(?s)[A-Z].* [A-Z][^ ]*") ||
            (isLike(label, "(?s)[A-Z].*") &&
-            isFoundByICU(after, "\\A(?i: address)?+(?i: now)?+(?:\\z| [A-Z])", LetterCase::matters));
+            isFoundByICU(after, "\\A(?i: address)?+(?i: now)?+(?:\\z| [A-Z\\u0080-\\U0010FFFF])",
+                         LetterCase::matters));
   }
 
   std::string text_;

@@ -196,7 +196,15 @@ inline std::vector<CodeGroup> referenceGroups(std::string_view text) {
   std::vector<CodeGroup> groups;
   for (std::size_t at = 0; at < units.size();) {
     std::size_t end = at + 1;
-    while (isNumber(at) && isNumber(end) && isBehindBlank(end)) {
+    const auto areSingleDigits = [&] {
+      bool areSingle = end - at >= 4;
+      for (std::size_t each = at; each < end; ++each) {
+        areSingle = areSingle && units[each].text.size() == 1;
+      }
+      return areSingle;
+    };
+    while (isNumber(at) && isNumber(end) && isBehindBlank(end) &&
+           !(areSingleDigits() && units[end].text.size() > 1)) {
       ++end;
     }
     const std::string whole(text.substr(units[at].begin, units[end - 1].end - units[at].begin));
