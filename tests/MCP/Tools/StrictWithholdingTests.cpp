@@ -17,8 +17,7 @@ const JSONValue onlyUID = JSONObject{{"uid", 9}};
 /// No keyword stands in these.
 const FakeMail codeInSubject{.subject = "493021 is your Acme passcode",
                              .body = "It is valid for ten minutes."};
-const FakeMail codeInBody{.subject = "Finish signing in",
-                          .body = "Enter the passcode 493021 to sign in to Acme."};
+const FakeMail codeInBody{.subject = "Your request", .body = "Enter the passcode 493021 to sign in to Acme."};
 const FakeMail link{.subject = "One more step",
                     .body =
                         "Confirm your email address to activate your account:\r\n"
