@@ -110,6 +110,11 @@ void addSecretMailShapes(std::vector<Shape>& shapes) {
                                                    "https://",
                                                    "("};
   addRepeated(shapes, "secret mail", fragments, signals);
+  // No more than that is looked at.
+  constexpr std::size_t longestText = std::size_t{64} * 1024;
+  for (Shape& shape : shapes) {
+    shape.longest = shape.reader == "secret mail" ? longestText : shape.longest;
+  }
   addRepeated(shapes, "masked codes", fragments, masked);
 }
 

@@ -38,14 +38,23 @@ class LinkQuestion {
     if (word.is(linkSubject) && mail_.isInSubject(word.begin)) {
       return true;
     }
-    if (word.is(signsIn) && isSignInLink(word)) {
+    if (word.is(signsIn) && !isInAddress(word) && isSignInLink(word)) {
       return true;
     }
     const std::optional<MailPlace> link = word.is(linkName) ? placeOf(word) : actionOnObject(word);
-    return link && !isOver(*link) && !(word.is(resets) && isAdvised(*link)) && points(*link) >= enoughPoints;
+    return link && !isOver(*link) && !(word.is(resets) && isAdvised(*link)) && !isCondition(*link) &&
+           points(*link) >= enoughPoints;
   }
 
  private:
+  /// As in "https://example.org/login/join": every page of some sites has the word.
+  bool isInAddress(const FoundWord& word) const {
+    constexpr std::size_t longestStart = 120;  // of an address that is looked at
+    const std::string_view before = mail_.text().substr(word.begin - std::min(word.begin, longestStart),
+                                                        std::min(word.begin, longestStart));
+    return before.substr(before.find_last_of(" \n") + 1).find("://") != std::string_view::npos;
+  }
+
   bool isSignInLink(const FoundWord& word) const {
     return (mail_.rolesAround(placeOf(word), linkToPress) & press) != 0 &&
            (word.begin == 0 || (mail_.rolesAround(placeOf(word), sameMail) & linkTerms) != 0);
@@ -55,6 +64,13 @@ class LinkQuestion {
   bool isAdvised(const MailPlace& link) const {
     const std::span<const FoundWord> before = mail_.wordsAround({link.begin, link.begin}, adviceToAction, 0);
     return std::ranges::any_of(before, [](const FoundWord& word) { return word.is(advice); });
+  }
+
+  /// As in "パスワードをお忘れの場合", for those who have forgotten it.
+  bool isCondition(const MailPlace& link) const {
+    const std::string_view after = mail_.text().substr(link.end);
+    return std::ranges::any_of(std::initializer_list<std::string_view>{"の場合", "場合", "の方は", "方は"},
+                               [after](std::string_view condition) { return after.starts_with(condition); });
   }
 
   /// Where the word is an action and stands with an object of it.

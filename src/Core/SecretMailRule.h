@@ -22,10 +22,10 @@
 ///     for a link or an invitation to press nearby, for looking like the label of a button, for standing
 ///     in the subject, and for what expires or was not asked for. Less 1 near parcels, doors, meetings or
 ///     sales. What is over ("was successful") is none, nor is advice ("if this wasn't you, change your
-///     password").
+///     password", "パスワードをお忘れの場合").
 ///   - A subject that says that a password was forgotten.
-///   - Signing in, near an invitation to press, when the subject begins with it or near a link that expires
-///     or a sign-in not asked for.
+///   - Signing in, not as a part of an address, near an invitation to press, when the subject begins with it
+///     or near a link that expires or a sign-in not asked for.
 ///
 /// "Near" is a number of bytes of UTF-8, so that fewer Japanese characters are near than Latin ones: each of
 /// them says more. Bytes that are not UTF-8 are read as U+FFFD.

@@ -156,6 +156,17 @@ INSTANTIATE_TEST_SUITE_P(
     MailWithoutASecret, MailWithActions,
     testing::Values(
         SecretMailRow{"empty", "", "", "", {}},
+        SecretMailRow{
+            "wordInAnAddressAlone",
+            "Join our club",
+            "",
+            "Click the link below to join: https://example.org/login/join?x=1 It will expire in 12 hours.",
+            {}},
+        SecretMailRow{"forThoseWhoHaveForgottenThePassword",
+                      "ご登録ありがとうございます",
+                      "",
+                      "パスワードをお忘れの場合はこちらから: https://example.org/help",
+                      {}},
         SecretMailRow{"ordinary", "Lunch", "Ann", "Shall we meet at noon?", {}},
         SecretMailRow{
             "passwordWasChanged",

@@ -171,12 +171,17 @@ class ReferenceMail {
     });
   }
 
+  bool isInAddress(std::size_t begin) const {
+    const std::size_t start = begin - std::min<std::size_t>(begin, 120);
+    return isFoundByICU(text_.substr(start, begin - start), "://[^ \\n]*\\z", LetterCase::matters);
+  }
+
   bool isLink(const Word& word) const {
     using namespace mail_role;
     if (word.is(linkSubject) && isIn("subject", word.begin)) {
       return true;
     }
-    if (word.is(signsIn) && isSaid(press, word.begin, word.end, 200) &&
+    if (word.is(signsIn) && !isInAddress(word.begin) && isSaid(press, word.begin, word.end, 200) &&
         (word.begin == 0 || isSaid(linkTerms, word.begin, word.end, 400))) {
       return true;
     }
@@ -187,7 +192,8 @@ class ReferenceMail {
         })) {
       return false;
     }
-    if (word.is(resets) && isAdvised(link.begin)) {
+    if ((word.is(resets) && isAdvised(link.begin)) ||
+        isLike(text_.substr(link.end), "(?:の場合|場合|の方は|方は)(?s:.*)")) {
       return false;
     }
     const int points = 2 - (isSaid(elsewhere, link.begin, link.end, 120) ? 1 : 0) +
