@@ -72,8 +72,10 @@ def check_document(title, markdown):
         with open(f"{directory}/config.json", "w", encoding="utf-8") as file:
             file.write(settings[0])
         status = json.loads(output(program(), "status", env=few_variables(home)))
+        # The status does not tell of strictWithholding.
         check_equal(f"{title}: the settings file is read as it stands",
-                    {key: status[key] for key in ("email", "imapHost")}, json.loads(settings[0]))
+                    {key: status[key] for key in ("email", "imapHost")} | {"strictWithholding": True},
+                    json.loads(settings[0]))
     check(f"{title}: the password is stored where the program looks",
           any(block == "secret-tool store --label=Tarnwell service app.tarnwell.Tarnwell account "
               + json.loads(settings[0])["email"] for block in shown))
