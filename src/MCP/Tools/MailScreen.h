@@ -3,10 +3,11 @@
 /// The rule that no text of a mail leaves before the detector has seen it: what leaves was scanned.
 ///
 /// Each part of a mail is looked at in up to three steps, and the first step that finds something tells the
-/// signals: as it stands (of a body at least its beginning, `EmailRiskDetector::bodyScanPrefix`); what is to
-/// leave with white space collapsed, and with the rest of a keyword that the cut splits; the other readings
-/// of the same bytes (IMAP/Readings.h). A keyword that begins after the cut does not count in the later
-/// steps. The signals of a text do not depend on whether blocking is on.
+/// signals: as it stands (of a body at least its beginning, `EmailRiskDetector::bodyScanPrefix`, but for a
+/// preview of the clean-up); what is to leave with white space collapsed, and with the rest of a keyword that
+/// the cut splits; the other readings of the same bytes (IMAP/Readings.h). A keyword that begins after the
+/// cut does not count in the later steps. The signals of a text do not depend on whether blocking is on; a
+/// body that the header withholds is not fetched, and then the signals are the header's.
 ///
 /// With `strictWithholding` a mail that no keyword tells is judged by `SecretMailRule` too, in the same
 /// places.
