@@ -1,13 +1,13 @@
 // A mail as subject, sender and body, one line each and the rest: the signals are those of a plain search
 // for every keyword, and ASCII letter case hides nothing.
 
-#include "Core/EmailRiskDetector.h"
+#include "Core/SecurityMail/EmailRiskDetector.h"
 
 #include <string>
 
 #include "Fuzzing.h"
-#include "Platform/ASCIICase.h"
-#include "Platform/Text.h"
+#include "Text/ASCIICase.h"
+#include "Text/Text.h"
 #include "support/RegexReference.h"
 
 namespace tarnwell {

@@ -1,11 +1,11 @@
 // A header field has the meaning of the regular expression and stays valid UTF-8.
 
 #include "Fuzzing.h"
-#include "Platform/Text.h"
+#include "Text/Text.h"
 #include "support/TextDecodingReference.h"
 
 FUZZ_TARGET(std::string_view input) {
-  using namespace IMAPParser;
+  using namespace TextDecoding;
   const std::optional<std::string> fromAnyBytes = decodeRFC2047(input);
   require(fromAnyBytes.has_value(), "a field that is there stays there");
 

@@ -1,11 +1,11 @@
 // HTML has the meaning of the regular expressions, and bytes that are no UTF-8 change nothing around them.
 
 #include "Fuzzing.h"
-#include "Platform/Text.h"
+#include "Text/Text.h"
 #include "support/TextDecodingReference.h"
 
 FUZZ_TARGET(std::string_view input) {
-  using namespace IMAPParser;
+  using namespace TextDecoding;
   const std::string html = repairedUTF8(input);
   const std::string text = htmlToText(html);
   require(text == referenceText(html), "the text is that of the expressions");

@@ -1,7 +1,7 @@
 // A request in pieces has the outcome of the whole, and a body is the bytes behind the head.
 
 #include "Fuzzing.h"
-#include "MCP/HTTPRequestReader.h"
+#include "MCP/HTTP/HTTPRequestReader.h"
 
 namespace tarnwell {
 namespace {

@@ -3,9 +3,9 @@
 // says, the library must say as well.
 
 #include "Fuzzing.h"
-#include "IMAP/ByteStream.h"
-#include "IMAP/IMAPConnection.h"
-#include "IMAP/IMAPError.h"
+#include "IMAP/Connection/ByteStream.h"
+#include "IMAP/Connection/IMAPConnection.h"
+#include "IMAP/Connection/IMAPError.h"
 #include "MCP/MCPServer.h"
 #include "SilentLog.h"
 #include "support/InMemorySecretItems.h"

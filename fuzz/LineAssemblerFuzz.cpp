@@ -1,6 +1,6 @@
 // Bytes of a server, cut at any place, make the same lines; and the lines are the stream.
 
-#include "IMAP/LineAssembler.h"
+#include "IMAP/Connection/LineAssembler.h"
 
 #include <string>
 #include <vector>

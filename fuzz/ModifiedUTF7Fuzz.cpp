@@ -1,9 +1,9 @@
 // A mailbox's name as the server sends it, and the same bytes as a text that is encoded.
 
-#include "IMAP/ModifiedUTF7.h"
+#include "IMAP/Decoding/ModifiedUTF7.h"
 
 #include "Fuzzing.h"
-#include "Platform/Text.h"
+#include "Text/Text.h"
 #include "support/ModifiedUTF7Reference.h"
 
 FUZZ_TARGET(std::string_view input) {

@@ -1,18 +1,18 @@
 // The readings of any body and any header field are valid, and no reading counts more than there is. The
 // first bytes choose charset, form and the place of the cut.
 
-#include "IMAP/Readings.h"
+#include "IMAP/Decoding/Readings.h"
 
 #include <algorithm>
 #include <iterator>
 
 #include "Fuzzing.h"
-#include "IMAP/HTMLToText.h"
-#include "IMAP/TextDecoding.h"
-#include "Platform/Text.h"
+#include "IMAP/Decoding/HTMLToText.h"
+#include "IMAP/Decoding/TextDecoding.h"
+#include "Text/Text.h"
 
 FUZZ_TARGET(std::string_view input) {
-  using namespace IMAPParser;
+  using namespace TextDecoding;
   constexpr std::string_view charsets[] = {"utf-8",  "us-ascii",    "iso-8859-1", "windows-1252", "shift_jis",
                                            "euc-jp", "iso-2022-jp", "utf-16",     "utf-7",        "x-none"};
   const std::string_view charset = charsets[takeChoice(input) % std::size(charsets)];

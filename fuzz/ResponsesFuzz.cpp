@@ -4,8 +4,8 @@
 #include <nlohmann/json.hpp>
 
 #include "Fuzzing.h"
-#include "IMAP/IMAPParser.h"
-#include "Platform/Text.h"
+#include "IMAP/Responses/IMAPParser.h"
+#include "Text/Text.h"
 #include "support/ReferenceTokenizer.h"
 
 namespace tarnwell {

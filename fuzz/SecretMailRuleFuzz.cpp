@@ -1,12 +1,12 @@
 // A mail as subject, sender and text, one line each and the rest: the words, the groups and the signals are
 // those of a slow reading, and masking hides the groups and nothing else.
 
-#include "Core/SecretMailRule.h"
+#include "Core/SecurityMail/SecretMailRule.h"
 
 #include <string>
 
 #include "Fuzzing.h"
-#include "Platform/Text.h"
+#include "Text/Text.h"
 #include "support/SecretMailReference.h"
 
 namespace tarnwell {

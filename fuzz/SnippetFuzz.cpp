@@ -1,11 +1,11 @@
 // A preview equals the one made step by step; the first byte chooses the limit, also below 0.
 
 #include "Fuzzing.h"
-#include "Platform/Text.h"
+#include "Text/Text.h"
 #include "support/TextDecodingReference.h"
 
 FUZZ_TARGET(std::string_view input) {
-  using namespace IMAPParser;
+  using namespace TextDecoding;
   const auto maxChars = static_cast<std::int8_t>(takeChoice(input));
   const Snippet preview = snippet(input, maxChars);
   require(isValidUTF8(preview.text), "a preview is valid UTF-8");

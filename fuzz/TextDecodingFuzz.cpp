@@ -1,14 +1,14 @@
 // A body in each transfer encoding and charset: the first two bytes of the input choose the pair.
 
-#include "IMAP/TextDecoding.h"
+#include "IMAP/Decoding/TextDecoding.h"
 
 #include <iterator>
 
 #include "Fuzzing.h"
-#include "Platform/Text.h"
+#include "Text/Text.h"
 #include "support/TextDecodingReference.h"
 
-namespace tarnwell::IMAPParser {
+namespace tarnwell::TextDecoding {
 namespace {
 
 std::string base64Of(std::string_view bytes) {
@@ -28,10 +28,10 @@ std::string base64Of(std::string_view bytes) {
 }
 
 }  // namespace
-}  // namespace tarnwell::IMAPParser
+}  // namespace tarnwell::TextDecoding
 
 FUZZ_TARGET(std::string_view input) {
-  using namespace IMAPParser;
+  using namespace TextDecoding;
   constexpr std::string_view encodings[] = {"base64", "quoted-printable", "7bit", "8bit", "x-unknown"};
   constexpr std::string_view charsets[] = {
       "utf-8",     "us-ascii", "iso-8859-1",  "iso-8859-2", "windows-1252", "windows-1251",

@@ -6,7 +6,7 @@
 
 #include "MailInputs.h"
 #include "Parts.h"
-#include "Platform/Text.h"
+#include "Text/Text.h"
 
 namespace tarnwell::bench {
 

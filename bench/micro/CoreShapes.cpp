@@ -4,9 +4,9 @@
 
 #include "Core/AppLogger.h"
 #include "Core/ConfigStore.h"
-#include "Core/EmailRiskDetector.h"
-#include "Core/SecretMailRule.h"
-#include "Core/SecretMailScan.h"
+#include "Core/SecurityMail/EmailRiskDetector.h"
+#include "Core/SecurityMail/SecretMailRule.h"
+#include "Core/SecurityMail/SecretMailScan.h"
 #include "MailInputs.h"
 #include "Shapes.h"
 #include "support/TemporaryDirectory.h"

@@ -1,10 +1,10 @@
 #include <string_view>
 
-#include "Core/EmailRiskDetector.h"
-#include "Core/SecretMailRule.h"
+#include "Core/SecurityMail/EmailRiskDetector.h"
+#include "Core/SecurityMail/SecretMailRule.h"
 #include "MailInputs.h"
 #include "Parts.h"
-#include "Platform/Text.h"
+#include "Text/Text.h"
 
 namespace tarnwell::bench {
 

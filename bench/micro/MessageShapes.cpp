@@ -1,4 +1,4 @@
-#include "MCP/HTTPRequestReader.h"
+#include "MCP/HTTP/HTTPRequestReader.h"
 #include "MCP/JSONRPC.h"
 #include "MailInputs.h"
 #include "Shapes.h"

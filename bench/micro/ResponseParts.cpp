@@ -1,7 +1,7 @@
 #include <cstring>
 
-#include "IMAP/IMAPParser.h"
-#include "IMAP/LineAssembler.h"
+#include "IMAP/Connection/LineAssembler.h"
+#include "IMAP/Responses/IMAPParser.h"
 #include "MailInputs.h"
 #include "Parts.h"
 

@@ -1,5 +1,5 @@
-#include "IMAP/IMAPParser.h"
-#include "IMAP/LineAssembler.h"
+#include "IMAP/Connection/LineAssembler.h"
+#include "IMAP/Responses/IMAPParser.h"
 #include "MailInputs.h"
 #include "Shapes.h"
 

@@ -3,7 +3,7 @@
 #include <limits>
 #include <memory>
 
-#include "IMAP/TextDecoding.h"
+#include "IMAP/Decoding/TextDecoding.h"
 #include "MailInputs.h"
 #include "Parts.h"
 
@@ -26,7 +26,7 @@ std::size_t sizeOf(const std::vector<std::string>& fields) {
 std::size_t decodeFields(const std::vector<std::string>& fields) {
   std::size_t size = 0;
   for (const std::string& field : fields) {
-    size += IMAPParser::decodeRFC2047(field)->size();
+    size += TextDecoding::decodeRFC2047(field)->size();
   }
   return size;
 }
@@ -44,10 +44,10 @@ void addPreview(std::vector<Part>& parts, const std::string& name, const std::st
   constexpr std::int64_t previewLength = 200;
   parts.push_back({.name = "preview of 200 characters, 1 MB of " + name,
                    .bytes = text.size(),
-                   .work = [text] { return IMAPParser::snippet(text, previewLength).text.size(); }});
+                   .work = [text] { return TextDecoding::snippet(text, previewLength).text.size(); }});
   parts.push_back(
       {.name = "all of the text collapsed, 1 MB of " + name, .bytes = text.size(), .work = [text] {
-         return IMAPParser::snippet(text, std::numeric_limits<std::int64_t>::max()).text.size();
+         return TextDecoding::snippet(text, std::numeric_limits<std::int64_t>::max()).text.size();
        }});
 }
 
@@ -69,17 +69,17 @@ void addTextParts(std::vector<Part>& parts) {
     parts.push_back({.name = "htmlToText, newsletter of " + std::to_string(length / 1000) + " kB",
                      .bytes = html.size(),
                      .goal = {.megabytesPerSecond = 300},
-                     .work = [html] { return IMAPParser::htmlToText(html).size(); }});
+                     .work = [html] { return TextDecoding::htmlToText(html).size(); }});
   }
 
   const std::string dense =
       repeated("<tr><td><b>Ferry</b></td><td>6:10</td><td><i>daily</i></td></tr>\r\n", size);
   parts.push_back({.name = "htmlToText, a table of short cells", .bytes = dense.size(), .work = [dense] {
-                     return IMAPParser::htmlToText(dense).size();
+                     return TextDecoding::htmlToText(dense).size();
                    }});
 
   const std::string html = newsletter(size);
-  addPreview(parts, "newsletter text", IMAPParser::htmlToText(html));
+  addPreview(parts, "newsletter text", TextDecoding::htmlToText(html));
   addPreview(parts, "Latin text", prose(Script::latin, size));
   addPreview(parts, "Japanese text", prose(Script::japanese, size));
 }

@@ -1,16 +1,16 @@
 #include <limits>
 
-#include "IMAP/Readings.h"
-#include "IMAP/TextDecoding.h"
+#include "IMAP/Decoding/Readings.h"
+#include "IMAP/Decoding/TextDecoding.h"
 #include "MailInputs.h"
-#include "Platform/Text.h"
 #include "Shapes.h"
+#include "Text/Text.h"
 
 namespace tarnwell::bench {
 
 namespace {
 
-using namespace IMAPParser;
+using namespace TextDecoding;
 using Read = std::function<std::size_t(std::string_view)>;
 
 Shape of(const std::string& reader, const std::string& name, Script script, const Read& read) {

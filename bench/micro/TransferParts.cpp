@@ -3,7 +3,7 @@
 #include <memory>
 #include <string_view>
 
-#include "IMAP/TextDecoding.h"
+#include "IMAP/Decoding/TextDecoding.h"
 #include "MailInputs.h"
 #include "Parts.h"
 
@@ -11,7 +11,7 @@ namespace tarnwell::bench {
 
 namespace {
 
-using IMAPParser::Underscore;
+using TextDecoding::Underscore;
 
 /// One round of GMime's decoder into memory that is not cleared first.
 std::size_t decodeByGMime(GMimeContentEncoding encoding, std::string_view text) {
@@ -35,7 +35,7 @@ void addBoth(std::vector<Part>& parts, const std::string& name, const std::strin
 
 void addQuotedPrintable(std::vector<Part>& parts, const std::string& name, const std::string& text) {
   addBoth(parts, name, text, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE,
-          [text] { return IMAPParser::decodeQuotedPrintable(text, Underscore::isUnderscore).size(); });
+          [text] { return TextDecoding::decodeQuotedPrintable(text, Underscore::isUnderscore).size(); });
 }
 
 }  // namespace
@@ -45,7 +45,7 @@ void addTransferParts(std::vector<Part>& parts) {
   g_mime_init();
   const std::string base64 = base64Lines(randomBytes(size));
   addBoth(parts, "base64", base64, GMIME_CONTENT_ENCODING_BASE64,
-          [base64] { return IMAPParser::decodeBase64(base64)->size(); });
+          [base64] { return TextDecoding::decodeBase64(base64)->size(); });
   addQuotedPrintable(parts, "quoted-printable, HTML newsletter", quotedPrintableLines(newsletter(size)));
   addQuotedPrintable(parts, "quoted-printable, Latin text", quotedPrintableLines(prose(Script::latin, size)));
   addQuotedPrintable(parts, "quoted-printable, Japanese text",

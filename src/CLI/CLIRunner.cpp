@@ -7,12 +7,12 @@
 
 #include "CLI/Output.h"
 #include "Core/AppLogger.h"
-#include "MCP/JSONValue.h"
+#include "MCP/JSON/JSONValue.h"
 #include "MCP/MCPServer.h"
 #include "MCP/MCPTransportStdio.h"
 #include "MCP/Tools/MCPTools.h"
 #include "Platform/Process.h"
-#include "Platform/Text.h"
+#include "Text/Text.h"
 
 namespace tarnwell {
 

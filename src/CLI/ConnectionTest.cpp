@@ -8,7 +8,7 @@
 #include "Core/BridgeConstants.h"
 #include "Core/ConfigStore.h"
 #include "Core/KeychainStore.h"
-#include "IMAP/IMAPError.h"
+#include "IMAP/Connection/IMAPError.h"
 #include "IMAP/InboxSession.h"
 
 namespace tarnwell {

@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/ASCIICase.h"
 #include "Platform/UserDirectories.h"
+#include "Text/ASCIICase.h"
 
 namespace tarnwell {
 namespace {

@@ -71,7 +71,8 @@ struct AppConfig {
   std::int64_t imapPort = BridgeConstants::defaultIMAPPort;
   SafetySettings safety;
   /// Together with `blockAuthCodeBodies`: also withhold mail that only looks like it carries a code or an
-  /// account link (Core/SecretMailRule.h). Deliberate: not among the safety settings, whose list is fixed.
+  /// account link (Core/SecurityMail/SecretMailRule.h). Deliberate: not among the safety settings, whose list
+  /// is fixed.
   bool strictWithholding = false;
   std::int64_t httpPort = BridgeConstants::defaultHTTPPort;
   std::optional<Instant> lastConnectionTestDate;

@@ -9,8 +9,8 @@
 
 #include "Core/BridgeConstants.h"
 #include "Core/LogBuffer.h"
-#include "Platform/Text.h"
-#include "Platform/UTF8.h"
+#include "Text/Text.h"
+#include "Text/UTF8.h"
 
 namespace tarnwell::AppLogger {
 namespace {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "Core/BridgeConstants.h"
-#include "Platform/Text.h"
+#include "Text/Text.h"
 
 namespace tarnwell {
 namespace {

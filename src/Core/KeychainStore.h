@@ -18,7 +18,7 @@
 #include <vector>
 
 #include "Core/Secret.h"
-#include "Platform/SecretItems.h"
+#include "Platform/Secrets/SecretItems.h"
 
 namespace tarnwell {
 

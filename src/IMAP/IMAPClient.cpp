@@ -3,10 +3,10 @@
 #include <utility>
 
 #include "Core/AppLogger.h"
-#include "IMAP/IMAPError.h"
-#include "IMAP/Words.h"
-#include "Platform/ASCIICase.h"
-#include "Platform/Text.h"
+#include "IMAP/Connection/IMAPError.h"
+#include "IMAP/Responses/Words.h"
+#include "Text/ASCIICase.h"
+#include "Text/Text.h"
 
 namespace tarnwell {
 

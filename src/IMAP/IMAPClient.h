@@ -29,13 +29,13 @@
 #include <vector>
 
 #include "Core/Secret.h"
-#include "IMAP/IMAPConnection.h"
-#include "IMAP/IMAPFolder.h"
-#include "IMAP/IMAPMessage.h"
-#include "IMAP/IMAPParser.h"
+#include "IMAP/Connection/IMAPConnection.h"
+#include "IMAP/Decoding/Readings.h"
 #include "IMAP/IMAPSearchCriteria.h"
 #include "IMAP/MoveOutcome.h"
-#include "IMAP/Readings.h"
+#include "IMAP/Responses/IMAPFolder.h"
+#include "IMAP/Responses/IMAPMessage.h"
+#include "IMAP/Responses/IMAPParser.h"
 
 namespace tarnwell {
 
@@ -81,7 +81,7 @@ class IMAPClient {
     /// The message has a text part, and it is not empty.
     bool hadBody = false;
     /// What the text was made of.
-    IMAPParser::BodySource source{};
+    TextDecoding::BodySource source{};
   };
 
   /// The readable text of a message, left unread. Throws `unexpectedResponse` for an unknown UID.

@@ -1,9 +1,9 @@
 /// How the client writes commands and collects their answers (RFC 3501, sections 2.2 and 7.5).
 
+#include "IMAP/Connection/IMAPError.h"
 #include "IMAP/IMAPClient.h"
-#include "IMAP/IMAPError.h"
-#include "Platform/Text.h"
-#include "Platform/UTF8.h"
+#include "Text/Text.h"
+#include "Text/UTF8.h"
 
 namespace tarnwell {
 

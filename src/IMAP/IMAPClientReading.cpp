@@ -7,9 +7,9 @@
 #include <unordered_map>
 #include <utility>
 
+#include "IMAP/Connection/IMAPError.h"
+#include "IMAP/Decoding/TextDecoding.h"
 #include "IMAP/IMAPClient.h"
-#include "IMAP/IMAPError.h"
-#include "IMAP/TextDecoding.h"
 
 namespace tarnwell {
 
@@ -34,10 +34,10 @@ IMAPClient::BodyText bodyText(const IMAPTextPart& part, std::optional<std::strin
   if (!body || body->empty()) {
     return {};
   }
-  IMAPParser::DecodedPart decoded = IMAPParser::decodePart(*std::move(body), part.encoding, part.charset);
+  TextDecoding::DecodedPart decoded = TextDecoding::decodePart(*std::move(body), part.encoding, part.charset);
   decoded.source.isHTML = part.isHTML;
   if (part.isHTML) {
-    IMAPParser::reduceHTMLToText(decoded.text);
+    TextDecoding::reduceHTMLToText(decoded.text);
   }
   return {std::move(decoded.text), true, std::move(decoded.source)};
 }

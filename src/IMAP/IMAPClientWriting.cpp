@@ -1,8 +1,8 @@
 /// The three changes to the mailbox: move, copy with a flag in its place, mark as read (RFC 3501,
 /// section 6.4, and RFC 6851). Nothing here, or anywhere, expunges.
 
+#include "IMAP/Connection/IMAPError.h"
 #include "IMAP/IMAPClient.h"
-#include "IMAP/IMAPError.h"
 
 namespace tarnwell {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "Platform/Text.h"
+#include "Text/Text.h"
 
 namespace tarnwell {
 

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "IMAP/IMAPFolder.h"
+#include "IMAP/Responses/IMAPFolder.h"
 
 namespace tarnwell::MailboxMapper {
 

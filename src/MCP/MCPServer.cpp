@@ -2,7 +2,7 @@
 
 #include "Core/AppLogger.h"
 #include "Core/BridgeConstants.h"
-#include "MCP/LogText.h"
+#include "MCP/Tools/LogText.h"
 #include "MCP/Tools/MCPToolSchemas.h"
 
 namespace tarnwell {

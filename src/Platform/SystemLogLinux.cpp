@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "Platform/UTF8.h"
+#include "Text/UTF8.h"
 
 namespace tarnwell {
 namespace {

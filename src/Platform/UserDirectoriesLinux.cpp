@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "Platform/ASCIICase.h"
+#include "Text/ASCIICase.h"
 
 namespace tarnwell {
 namespace {

@@ -6,7 +6,7 @@
 #include <functional>
 
 #include "Core/LogBuffer.h"
-#include "IMAP/IMAPError.h"
+#include "IMAP/Connection/IMAPError.h"
 #include "support/FakeIMAPServer.h"
 #include "support/RowName.h"
 

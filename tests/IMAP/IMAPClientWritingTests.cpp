@@ -4,8 +4,8 @@
 #include <functional>
 #include <limits>
 
+#include "IMAP/Connection/IMAPError.h"
 #include "IMAP/IMAPClient.h"
-#include "IMAP/IMAPError.h"
 #include "support/FakeIMAPServer.h"
 #include "support/RowName.h"
 #include "support/SessionScript.h"

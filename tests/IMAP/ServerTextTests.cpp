@@ -5,8 +5,8 @@
 
 #include <functional>
 
+#include "IMAP/Connection/IMAPError.h"
 #include "IMAP/IMAPClient.h"
-#include "IMAP/IMAPError.h"
 #include "support/FakeIMAPServer.h"
 #include "support/Repeated.h"
 #include "support/RowName.h"

@@ -3,7 +3,7 @@
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
-#include "IMAP/IMAPConnection.h"
+#include "IMAP/Connection/IMAPConnection.h"
 #include "support/FakeIMAPServer.h"
 #include "support/RowName.h"
 

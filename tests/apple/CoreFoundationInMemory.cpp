@@ -3,7 +3,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "Platform/UTF8.h"
+#include "Text/UTF8.h"
 #include "apple/ObjectsInMemory.h"
 
 namespace tarnwell::test {

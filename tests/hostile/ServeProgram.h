@@ -29,7 +29,7 @@
 #include <string_view>
 #include <vector>
 
-#include "MCP/JSONValue.h"
+#include "MCP/JSON/JSONValue.h"
 #include "hostile/ProcessView.h"
 #include "support/TemporaryDirectory.h"
 

@@ -6,7 +6,7 @@
 #include <iostream>
 #include <limits>
 
-#include "MCP/MCPHTTPServer.h"
+#include "MCP/HTTP/MCPHTTPServer.h"
 
 int main() {
   using namespace tarnwell;

@@ -17,8 +17,8 @@
 #include <fstream>
 #include <string>
 
-#include "IMAP/IMAPError.h"
-#include "IMAP/TLSStream.h"
+#include "IMAP/Connection/IMAPError.h"
+#include "IMAP/Connection/TLSStream.h"
 
 namespace tarnwell::test {
 namespace {

@@ -1,7 +1,7 @@
 // The system's secret items over a real gnome-keyring on a bus of its own, and over buses that are
 // missing or mute.
 
-#include "Platform/SecretItems.h"
+#include "Platform/Secrets/SecretItems.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "Platform/SecretItems.h"
+#include "Platform/Secrets/SecretItems.h"
 #include "integration/FakeSecretService.h"
 #include "support/ScopedEnvironment.h"
 

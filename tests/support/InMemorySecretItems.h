@@ -15,7 +15,7 @@
 #include <tuple>
 #include <vector>
 
-#include "Platform/SecretItems.h"
+#include "Platform/Secrets/SecretItems.h"
 
 namespace tarnwell::test {
 

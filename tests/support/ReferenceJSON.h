@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "MCP/JSONValue.h"
+#include "MCP/JSON/JSONValue.h"
 
 namespace tarnwell::test {
 

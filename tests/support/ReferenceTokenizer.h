@@ -6,7 +6,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "Platform/Text.h"
+#include "Text/Text.h"
 #include "support/TokenPrinter.h"
 
 namespace tarnwell::test {

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "Core/SecretMailRule.h"
-#include "Platform/Text.h"
+#include "Core/SecurityMail/SecretMailRule.h"
+#include "Text/Text.h"
 #include "support/SecretMailScanReference.h"
 
 namespace tarnwell {

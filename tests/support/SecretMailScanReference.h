@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
-#include "Core/SecretMailScan.h"
-#include "Platform/ASCIICase.h"
+#include "Core/SecurityMail/SecretMailScan.h"
+#include "Text/ASCIICase.h"
 #include "support/RegexReference.h"
 
 namespace tarnwell {

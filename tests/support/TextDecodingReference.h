@@ -14,12 +14,12 @@
 #include <utility>
 #include <vector>
 
-#include "IMAP/TextDecoding.h"
-#include "Platform/Text.h"
-#include "Platform/UTF8.h"
+#include "IMAP/Decoding/TextDecoding.h"
+#include "Text/Text.h"
+#include "Text/UTF8.h"
 #include "support/RegexReference.h"
 
-namespace tarnwell::IMAPParser {
+namespace tarnwell::TextDecoding {
 
 /// One byte after the other, without any short cut.
 inline std::string referenceBytes(std::string_view encoded, Underscore underscore) {
@@ -164,4 +164,4 @@ inline Snippet referenceSnippet(const std::string& text, std::int64_t maxChars) 
   return {.text = std::string(trimmed(characterPrefix(collapsed, limit))) + "…", .truncated = true};
 }
 
-}  // namespace tarnwell::IMAPParser
+}  // namespace tarnwell::TextDecoding

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "IMAP/IMAPToken.h"
+#include "IMAP/Responses/IMAPToken.h"
 
 namespace tarnwell::test {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "IMAP/TextDecoding.h"
+#include "IMAP/Decoding/TextDecoding.h"
 #include "MCP/Tools/MailScreen.h"
 #include "support/MailSamples.h"
 
@@ -20,10 +20,10 @@ inline std::vector<RiskSignal> signalsThatWithhold(const MailSample& mail, bool 
   IMAPMessage message;
   message.envelope.subject = mail.subject;
   message.envelope.from = {{mail.from, std::nullopt, std::nullopt}};
-  IMAPParser::DecodedPart part = IMAPParser::decodePart(mail.body, "8bit", "utf-8");
+  TextDecoding::DecodedPart part = TextDecoding::decodePart(mail.body, "8bit", "utf-8");
   part.source.isHTML = mail.isHTML;
   if (part.source.isHTML) {
-    IMAPParser::reduceHTMLToText(part.text);
+    TextDecoding::reduceHTMLToText(part.text);
   }
   AppConfig config;
   config.strictWithholding = isStrict;

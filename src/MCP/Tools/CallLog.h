@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "MCP/JSONValue.h"
+#include "MCP/JSON/JSONValue.h"
 #include "MCP/Tools/ToolName.h"
 
 namespace tarnwell {

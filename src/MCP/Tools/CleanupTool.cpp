@@ -2,7 +2,7 @@
 
 #include "Core/BridgeConstants.h"
 #include "Core/SafetyPolicy.h"
-#include "IMAP/TextDecoding.h"
+#include "IMAP/Decoding/TextDecoding.h"
 #include "MCP/Tools/CleanupHeuristics.h"
 #include "MCP/Tools/MCPTools.h"
 #include "MCP/Tools/MailScreen.h"
@@ -34,7 +34,7 @@ JSONValue preview(const ScreenedBody& body) {
   if (body.isWithheld) {
     return withheldText;
   }
-  std::string snippet = IMAPParser::snippet(body.text, previewMaxChars).text;
+  std::string snippet = TextDecoding::snippet(body.text, previewMaxChars).text;
   return snippet.empty() ? JSONValue() : JSONValue(std::move(snippet));
 }
 

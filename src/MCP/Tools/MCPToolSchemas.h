@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "MCP/JSONValue.h"
+#include "MCP/JSON/JSONValue.h"
 #include "MCP/Tools/ToolName.h"
 
 namespace tarnwell {

@@ -6,10 +6,10 @@
 
 #include "Core/AppLogger.h"
 #include "Core/BridgeConstants.h"
-#include "IMAP/IMAPError.h"
+#include "IMAP/Connection/IMAPError.h"
 #include "IMAP/InboxSession.h"
-#include "MCP/LogText.h"
 #include "MCP/Tools/CallLog.h"
+#include "MCP/Tools/LogText.h"
 
 namespace tarnwell {
 

@@ -16,10 +16,10 @@
 #include <string_view>
 
 #include "Core/ConfigStore.h"
-#include "Core/EmailRiskDetector.h"
 #include "Core/KeychainStore.h"
+#include "Core/SecurityMail/EmailRiskDetector.h"
 #include "IMAP/IMAPClient.h"
-#include "MCP/JSONValue.h"
+#include "MCP/JSON/JSONValue.h"
 #include "MCP/Tools/ToolName.h"
 
 namespace tarnwell {

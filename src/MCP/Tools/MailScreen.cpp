@@ -4,12 +4,12 @@
 #include <utility>
 #include <vector>
 
-#include "Core/SecretMailRule.h"
-#include "IMAP/Readings.h"
-#include "IMAP/TextDecoding.h"
+#include "Core/SecurityMail/SecretMailRule.h"
+#include "IMAP/Decoding/Readings.h"
+#include "IMAP/Decoding/TextDecoding.h"
 #include "MCP/Tools/MessageJSON.h"
-#include "Platform/Text.h"
-#include "Platform/UTF8.h"
+#include "Text/Text.h"
+#include "Text/UTF8.h"
 
 namespace tarnwell {
 
@@ -24,11 +24,11 @@ std::size_t leavingBytes(std::string_view text, Leaving leaving) {
   if (leaving.form == Leaving::Form::asItStands) {
     return characterPrefix(text, scanLimit(leaving)).size();
   }
-  return IMAPParser::snippetSourceLength(text, leaving.maxChars);
+  return TextDecoding::snippetSourceLength(text, leaving.maxChars);
 }
 
 /// What of a reading leaves, with the rest of a code that the cut splits.
-std::string_view leavingPartOf(const IMAPParser::Passage& reading) {
+std::string_view leavingPartOf(const TextDecoding::Passage& reading) {
   constexpr std::size_t longestCode = 32;
   const std::string_view text = reading.text;
   const std::size_t end =
@@ -95,9 +95,9 @@ RiskAssessment MailScreen::assessBody(const IMAPMessage& message, const IMAPClie
   if (RiskAssessment header = assessOtherReadings(message); header.shouldBlockBody()) {
     return header;
   }
-  const std::vector<IMAPParser::Passage> readings =
-      IMAPParser::bodyReadings(body.source, body.text, leavingBytes(body.text, leaving));
-  for (const IMAPParser::Passage& reading : readings) {
+  const std::vector<TextDecoding::Passage> readings =
+      TextDecoding::bodyReadings(body.source, body.text, leavingBytes(body.text, leaving));
+  for (const TextDecoding::Passage& reading : readings) {
     if (RiskAssessment found = detector_.assessPassage(reading.text, reading.end); found.shouldBlockBody()) {
       return found;
     }
@@ -112,7 +112,7 @@ RiskAssessment MailScreen::assessBody(const IMAPMessage& message, const IMAPClie
       return found;
     }
   }
-  for (const IMAPParser::Passage& reading : readings) {
+  for (const TextDecoding::Passage& reading : readings) {
     if (RiskAssessment found = assessStrictly(message, leavingPartOf(reading)); found.shouldBlockBody()) {
       return found;
     }
@@ -124,16 +124,16 @@ RiskAssessment MailScreen::assessOtherReadings(const IMAPMessage& message) const
   const std::string subject = message.envelope.subject.value_or("");
   const std::string sender = senderText(message).value_or("");
   const auto folded = [](std::string_view field) {
-    return foldedForScanning(bytePrefix(field, IMAPParser::mostBytesOfAField));
+    return foldedForScanning(bytePrefix(field, TextDecoding::mostBytesOfAField));
   };
-  std::vector<std::string> subjects = IMAPParser::headerReadings(message.headerBytes.subject);
+  std::vector<std::string> subjects = TextDecoding::headerReadings(message.headerBytes.subject);
   subjects.push_back(folded(subject));
   for (const std::string& reading : subjects) {
     if (RiskAssessment found = detector_.assess({.subject = reading}); found.shouldBlockBody()) {
       return found;
     }
   }
-  std::vector<std::string> senders = IMAPParser::headerReadings(message.headerBytes.sender);
+  std::vector<std::string> senders = TextDecoding::headerReadings(message.headerBytes.sender);
   senders.push_back(folded(sender));
   for (const std::string& reading : senders) {
     if (RiskAssessment found = detector_.assess({.from = reading}); found.shouldBlockBody()) {

@@ -5,9 +5,9 @@
 /// Each part of a mail is looked at in up to three steps, and the first step that finds something tells the
 /// signals: as it stands (of a body at least its beginning, `EmailRiskDetector::bodyScanPrefix`, but for a
 /// preview of the clean-up); what is to leave with white space collapsed, and with the rest of a keyword that
-/// the cut splits; the other readings of the same bytes (IMAP/Readings.h). A keyword that begins after the
-/// cut does not count in the later steps. The signals of a text do not depend on whether blocking is on; a
-/// body that the header withholds is not fetched, and then the signals are the header's.
+/// the cut splits; the other readings of the same bytes (IMAP/Decoding/Readings.h). A keyword that begins
+/// after the cut does not count in the later steps. The signals of a text do not depend on whether blocking
+/// is on; a body that the header withholds is not fetched, and then the signals are the header's.
 ///
 /// With `strictWithholding` a mail that no keyword tells is judged by `SecretMailRule` too, in the same
 /// places.
@@ -22,9 +22,9 @@
 #include <string_view>
 
 #include "Core/AppConfig.h"
-#include "Core/EmailRiskDetector.h"
+#include "Core/SecurityMail/EmailRiskDetector.h"
 #include "IMAP/IMAPClient.h"
-#include "IMAP/IMAPMessage.h"
+#include "IMAP/Responses/IMAPMessage.h"
 
 namespace tarnwell {
 

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "Core/AppConfig.h"
-#include "Core/EmailRiskDetector.h"
-#include "IMAP/IMAPMessage.h"
-#include "MCP/JSONValue.h"
+#include "Core/SecurityMail/EmailRiskDetector.h"
+#include "IMAP/Responses/IMAPMessage.h"
+#include "MCP/JSON/JSONValue.h"
 
 namespace tarnwell {
 

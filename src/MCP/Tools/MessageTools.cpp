@@ -4,12 +4,12 @@
 
 #include "Core/BridgeConstants.h"
 #include "Core/SafetyPolicy.h"
-#include "IMAP/TextDecoding.h"
+#include "IMAP/Decoding/TextDecoding.h"
 #include "MCP/Tools/MCPTools.h"
 #include "MCP/Tools/MailScreen.h"
 #include "MCP/Tools/MessageJSON.h"
 #include "MCP/Tools/ToolArguments.h"
-#include "Platform/Text.h"
+#include "Text/Text.h"
 
 namespace tarnwell {
 
@@ -34,7 +34,7 @@ ScreenedSnippet screenedSnippet(IMAPClient& client, const MailScreen& screen, co
   if (body.isWithheld) {
     return {std::move(body.assessment), Judgement::withheld, std::nullopt};
   }
-  return {std::move(body.assessment), Judgement::returned, IMAPParser::snippet(body.text, maxChars).text};
+  return {std::move(body.assessment), Judgement::returned, TextDecoding::snippet(body.text, maxChars).text};
 }
 
 JSONValue summaryJSON(const IMAPMessage& message, const ScreenedSnippet& snippet) {

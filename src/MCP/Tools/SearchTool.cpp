@@ -2,8 +2,8 @@
 
 #include "Core/BridgeConstants.h"
 #include "Core/SafetyPolicy.h"
+#include "IMAP/Decoding/TextDecoding.h"
 #include "IMAP/IMAPClient.h"
-#include "IMAP/TextDecoding.h"
 #include "MCP/Tools/MCPTools.h"
 #include "MCP/Tools/MailScreen.h"
 #include "MCP/Tools/MessageJSON.h"
@@ -34,7 +34,7 @@ IMAPSearchCriteria searchCriteria(const JSONValue& arguments) {
 JSONValue searchHit(const IMAPMessage& message, const ScreenedBody& body) {
   return messageHeaderJSON(
       message,
-      body.isWithheld ? std::nullopt : std::optional(IMAPParser::snippet(body.text, snippetMaxChars).text),
+      body.isWithheld ? std::nullopt : std::optional(TextDecoding::snippet(body.text, snippetMaxChars).text),
       body.assessment.signals);
 }
 

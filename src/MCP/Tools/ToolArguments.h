@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "Core/ISO8601.h"
-#include "MCP/JSONValue.h"
+#include "MCP/JSON/JSONValue.h"
 
 namespace tarnwell {
 

@@ -11,7 +11,7 @@
 
 #include "Core/SafetyPolicy.h"
 #include "IMAP/MoveOutcome.h"
-#include "MCP/JSONValue.h"
+#include "MCP/JSON/JSONValue.h"
 
 namespace tarnwell {
 

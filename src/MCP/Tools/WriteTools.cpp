@@ -1,12 +1,12 @@
 /// move_message, mark_as_read and trash_message.
 
-#include "IMAP/IMAPError.h"
+#include "IMAP/Connection/IMAPError.h"
 #include "IMAP/MailboxMapper.h"
 #include "MCP/Tools/MCPTools.h"
 #include "MCP/Tools/MailScreen.h"
 #include "MCP/Tools/ToolArguments.h"
 #include "MCP/Tools/WriteOutcome.h"
-#include "Platform/Text.h"
+#include "Text/Text.h"
 
 namespace tarnwell {
 

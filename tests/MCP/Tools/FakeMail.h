@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "MCP/JSONValue.h"
+#include "MCP/JSON/JSONValue.h"
 
 namespace tarnwell::test {
 

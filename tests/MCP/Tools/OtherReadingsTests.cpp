@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "IMAP/TextDecoding.h"
+#include "IMAP/Decoding/TextDecoding.h"
 #include "MCP/Tools/FakeMail.h"
 #include "MCP/Tools/ToolFixture.h"
 #include "support/RowName.h"

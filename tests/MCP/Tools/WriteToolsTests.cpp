@@ -1,4 +1,4 @@
-#include "IMAP/IMAPError.h"
+#include "IMAP/Connection/IMAPError.h"
 #include "IMAP/MoveOutcome.h"
 #include "MCP/Tools/FakeMail.h"
 #include "MCP/Tools/ToolFixture.h"

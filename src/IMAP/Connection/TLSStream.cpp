@@ -1,0 +1,278 @@
+#include "IMAP/Connection/TLSStream.h"
+
+#include <openssl/err.h>
+#include <openssl/x509v3.h>
+
+#include <array>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ssl.hpp>
+#include <boost/asio/write.hpp>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include "IMAP/Connection/IMAPError.h"
+#include "IMAP/Connection/TLSContext.h"
+
+namespace tarnwell {
+
+namespace {
+
+namespace asio = boost::asio;
+using asio::ip::tcp;
+using boost::system::error_code;
+using Clock = std::chrono::steady_clock;
+using Endpoints = std::vector<tcp::endpoint>;
+
+/// A name look-up on a thread of its own, which exists because the system's resolver cannot be interrupted
+/// and ends by itself when the resolver gives up.
+class Lookup {
+ public:
+  Lookup(const std::string& host, std::uint16_t port) {
+    const auto address = asio::ip::make_address(host, result_->error);
+    if (!result_->error) {
+      result_->endpoints = {{address, port}};
+      result_->isThere = true;
+      return;
+    }
+    try {
+      std::thread(lookUp, result_, host, port).detach();
+    } catch (const std::system_error& noThread) {
+      result_->error = noThread.code();
+      result_->isThere = true;
+    }
+  }
+
+  /// The addresses of the host; absent when the look-up did not end in time.
+  std::optional<Endpoints> await(Clock::time_point end, error_code& error) {
+    std::unique_lock lock(result_->mutex);
+    if (!result_->arrived.wait_until(lock, end, [&] { return result_->isThere; })) {
+      return std::nullopt;
+    }
+    error = result_->error;
+    return result_->endpoints;
+  }
+
+ private:
+  /// Both threads keep it alive.
+  struct Result {
+    std::mutex mutex;
+    std::condition_variable arrived;
+    bool isThere = false;
+    error_code error;
+    Endpoints endpoints;
+  };
+
+  static void lookUp(const std::shared_ptr<Result>& result, const std::string& host, std::uint16_t port) {
+    asio::io_context context;
+    tcp::resolver resolver(context);
+    error_code error;
+    const auto found = resolver.resolve(host, std::to_string(port), tcp::resolver::numeric_service, error);
+    const std::lock_guard lock(result->mutex);
+    result->error = error;
+    result->endpoints.assign(found.begin(), found.end());
+    result->isThere = true;
+    result->arrived.notify_one();
+  }
+
+  std::shared_ptr<Result> result_ = std::make_shared<Result>();
+};
+
+/// Makes the host's name or address what the certificate must hold; false when that cannot be checked.
+bool authenticate(SSL* connection, const std::string& host) {
+  X509_VERIFY_PARAM* verification = SSL_get0_param(connection);
+  X509_VERIFY_PARAM_set_hostflags(verification, X509_CHECK_FLAG_NO_PARTIAL_WILDCARDS);
+  error_code isName;
+  asio::ip::make_address(host, isName);
+  const bool accepted = isName ? X509_VERIFY_PARAM_set1_host(verification, host.c_str(), 0) == 1 &&
+                                     SSL_set_tlsext_host_name(connection, host.c_str()) == 1
+                               : X509_VERIFY_PARAM_set1_ip_asc(verification, host.c_str()) == 1;
+  if (!accepted) {
+    ERR_clear_error();
+  }
+  return accepted;
+}
+
+/// With and without the closing message of TLS.
+bool isEndOfStream(error_code error) {
+  return error == asio::error::eof || error == asio::ssl::error::stream_truncated;
+}
+
+}  // namespace
+
+struct TLSStream::State {
+  State(std::string hostName, std::uint16_t portNumber, std::chrono::duration<double> bound)
+      : host(std::move(hostName)), port(portNumber), timeout(bound) {}
+
+  std::string host;
+  std::uint16_t port;
+  std::chrono::duration<double> timeout;
+
+  asio::io_context queue{1};
+  std::shared_ptr<asio::ssl::context> context;
+  std::optional<asio::ssl::stream<tcp::socket>> stream;
+  std::array<char, 65536> received;
+
+  Clock::time_point deadline() const {
+    return Clock::now() + std::chrono::duration_cast<Clock::duration>(timeout);
+  }
+
+  struct Outcome {
+    error_code error;
+    std::size_t count = 0;
+  };
+
+  /// The one time-out helper: starts an operation with a handler of its outcome and runs the queue until
+  /// the handler was called, at most until `end`. A late operation is cancelled by closing the socket, and
+  /// its handler awaited, since it refers to this frame; then the outcome is absent.
+  template <class Start>
+  std::optional<Outcome> awaitUntil(Clock::time_point end, Start start) {
+    std::optional<Outcome> outcome;
+    start([&](error_code error, std::size_t count = 0) { outcome = Outcome{error, count}; });
+    queue.restart();
+    queue.run_until(end);
+    if (!outcome) {
+      close();
+      queue.restart();
+      queue.run();
+      return std::nullopt;
+    }
+    return outcome;
+  }
+
+  /// The same; throws `IMAPError::timeout` when the operation is late.
+  template <class Start>
+  Outcome await(Clock::time_point end, Start start) {
+    const std::optional<Outcome> outcome = awaitUntil(end, start);
+    if (!outcome) {
+      throw IMAPError::timeout();
+    }
+    return *outcome;
+  }
+
+  void openStream() {
+    try {
+      context = sharedTLSContext();
+      stream.emplace(queue, *context);
+    } catch (const TrustError& nobodyToTrust) {
+      fail(nobodyToTrust.what());
+    } catch (const boost::system::system_error& noDescriptor) {  // the queue needs some of its own
+      fail(noDescriptor.code().message());
+    }
+  }
+
+  /// Connects to the first address that answers. Each gets an equal share of the time that is left, so that
+  /// one which swallows everything does not use up the time of the others; the last failure counts.
+  void connectToOneOf(const Endpoints& endpoints, Clock::time_point end) {
+    tcp::socket& socket = stream->next_layer();
+    std::optional<Outcome> connected = Outcome{asio::error::host_not_found};
+    for (std::size_t tried = 0; tried < endpoints.size(); ++tried) {
+      const Clock::time_point now = Clock::now();
+      const Clock::time_point shareEnd =
+          now + (end - now) / static_cast<Clock::rep>(endpoints.size() - tried);
+      connected = awaitUntil(
+          shareEnd, [&](auto handler) { socket.async_connect(endpoints[tried], std::move(handler)); });
+      if (connected && !connected->error) {
+        return;
+      }
+      close();
+    }
+    if (!connected) {
+      throw IMAPError::timeout();
+    }
+    throwIfFailed(connected->error);
+  }
+
+  void throwIfFailed(error_code error) {
+    if (error) {
+      fail(reason(error));
+    }
+  }
+
+  [[noreturn]] void fail(const std::string& text) const {
+    throw IMAPError::connectionFailed(host + ":" + std::to_string(port) + ": " + text);
+  }
+
+  std::string reason(error_code error) {
+    const long verified = stream ? SSL_get_verify_result(stream->native_handle()) : long{X509_V_OK};
+    if (verified != X509_V_OK) {
+      return std::string("the server's certificate is not accepted (") +
+             X509_verify_cert_error_string(verified) + ")";
+    }
+    if (isEndOfStream(error)) {
+      return "the server closed the connection";
+    }
+    if (error.category() == asio::error::get_ssl_category()) {
+      return "TLS failed (" + error.message() + ")";
+    }
+    return error.message();
+  }
+
+  void close() noexcept {
+    if (stream) {
+      error_code ignored;
+      stream->lowest_layer().close(ignored);
+    }
+  }
+};
+
+TLSStream::TLSStream(std::string host, std::uint16_t port, std::chrono::duration<double> timeout)
+    : state_(std::make_unique<State>(std::move(host), port, timeout)) {}
+
+TLSStream::~TLSStream() = default;
+
+void TLSStream::connect() {
+  State& state = *state_;
+  // The system's resolver takes the first for this machine, and reads the second up to the zero byte.
+  if (state.host.empty() || state.host.find('\0') != std::string::npos) {
+    throw IMAPError::connectionFailed("port " + std::to_string(state.port) +
+                                      ": the host name is empty or holds a zero byte");
+  }
+  const Clock::time_point end = state.deadline();
+
+  Lookup lookup(state.host, state.port);
+  state.openStream();
+  error_code error;
+  const std::optional<Endpoints> endpoints = lookup.await(end, error);
+  if (!endpoints) {
+    throw IMAPError::timeout();
+  }
+  state.throwIfFailed(error);
+  if (!authenticate(state.stream->native_handle(), state.host)) {
+    state.fail("the host name cannot be checked against a certificate");
+  }
+
+  state.connectToOneOf(*endpoints, end);
+  state.stream->next_layer().set_option(tcp::no_delay(true), error);
+  const auto secured = state.await(
+      end, [&](auto handler) { state.stream->async_handshake(asio::ssl::stream_base::client, handler); });
+  state.throwIfFailed(secured.error);
+}
+
+void TLSStream::send(std::string_view bytes) {
+  State& state = *state_;
+  const auto outcome = state.await(state.deadline(), [&](auto handler) {
+    asio::async_write(*state.stream, asio::buffer(bytes), handler);
+  });
+  state.throwIfFailed(outcome.error);
+}
+
+std::string_view TLSStream::receive() {
+  State& state = *state_;
+  const auto outcome = state.await(state.deadline(), [&](auto handler) {
+    state.stream->async_read_some(asio::buffer(state.received), handler);
+  });
+  if (isEndOfStream(outcome.error)) {
+    return {};
+  }
+  state.throwIfFailed(outcome.error);
+  return {state.received.data(), outcome.count};
+}
+
+void TLSStream::close() noexcept { state_->close(); }
+
+}  // namespace tarnwell

@@ -1,0 +1,166 @@
+#include "IMAP/Decoding/HTMLEntities.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+
+#include "IMAP/Decoding/HexDigits.h"
+#include "IMAP/Decoding/TextReplacement.h"
+#include "Text/UTF8.h"
+
+namespace tarnwell::TextDecoding {
+
+namespace {
+
+constexpr auto nowhere = std::string_view::npos;
+
+struct NamedEntity {
+  std::string_view entity;
+  std::string_view character;
+};
+
+constexpr NamedEntity namedEntities[] = {
+    {"&lt;", "<"},
+    {"&gt;", ">"},
+    {"&quot;", "\""},
+    {"&apos;", "'"},
+    // Deliberate: an ordinary space and not U+00A0, which no reader of plain text needs.
+    {"&nbsp;", " "},
+    {"&mdash;", "\u2014"},
+    {"&ndash;", "\u2013"},
+    {"&hellip;", "\u2026"},
+    {"&copy;", "\u00A9"},
+    {"&reg;", "\u00AE"},
+};
+
+/// The blank and invisible ones among the others (HTML, section 13.5); two are known without a semicolon too.
+constexpr NamedEntity blankEntities[] = {
+    {"&ensp;", " "},
+    {"&emsp;", " "},
+    {"&emsp13;", " "},
+    {"&emsp14;", " "},
+    {"&numsp;", " "},
+    {"&puncsp;", " "},
+    {"&thinsp;", " "},
+    {"&ThinSpace;", " "},
+    {"&hairsp;", " "},
+    {"&VeryThinSpace;", " "},
+    {"&MediumSpace;", " "},
+    {"&NonBreakingSpace;", " "},
+    {"&Tab;", " "},
+    {"&NewLine;", " "},
+    {"&nbsp", " "},
+    {"&shy;", ""},
+    {"&shy", ""},
+    {"&zwnj;", ""},
+    {"&zwj;", ""},
+    {"&lrm;", ""},
+    {"&rlm;", ""},
+    {"&NoBreak;", ""},
+    {"&ZeroWidthSpace;", ""},
+    {"&NegativeVeryThinSpace;", ""},
+    {"&NegativeThinSpace;", ""},
+    {"&NegativeMediumSpace;", ""},
+    {"&NegativeThickSpace;", ""},
+};
+
+/// "&#(x?[0-9A-Fa-f]+);": where it ends, and the scalar value it names. A reference without a value is
+/// text like any other: hexadecimal digits without the x, a surrogate, or a number that is too large.
+struct NumericReference {
+  std::size_t end = 0;
+  std::optional<char32_t> value;
+};
+
+enum class Grammar { exact, asInBrowsers };
+
+std::optional<NumericReference> numericReferenceAt(std::string_view text, std::size_t start,
+                                                   Grammar grammar) {
+  if (!text.substr(start).starts_with("&#")) {
+    return std::nullopt;
+  }
+  std::size_t position = start + 2;
+  // Deliberate: "&#X41;" with a capital X is no reference in the text that tools return.
+  const bool isHexadecimal = text.substr(position).starts_with('x') ||
+                             (grammar == Grammar::asInBrowsers && text.substr(position).starts_with('X'));
+  if (isHexadecimal) {
+    ++position;
+  }
+  const std::size_t digitsStart = position;
+  const int radix = isHexadecimal ? 16 : 10;
+  constexpr std::uint64_t tooLarge = 0x110000;
+  std::uint64_t value = 0;
+  bool isNumber = true;
+  for (; position < text.size() && hexDigitValue(text[position]) >= 0; ++position) {
+    const int digit = hexDigitValue(text[position]);
+    if (grammar == Grammar::asInBrowsers && digit >= radix) {
+      break;
+    }
+    isNumber = isNumber && digit < radix;
+    if (value < tooLarge) {
+      value = value * static_cast<unsigned>(radix) + static_cast<unsigned>(digit);
+    }
+  }
+  const bool isEnded = text.substr(position).starts_with(';');
+  if (position == digitsStart || (!isEnded && grammar == Grammar::exact)) {
+    return std::nullopt;
+  }
+  NumericReference reference{.end = position + (isEnded ? 1 : 0), .value = std::nullopt};
+  const bool isSurrogate = value >= 0xD800 && value <= 0xDFFF;
+  if (isNumber && value < tooLarge && !isSurrogate) {
+    reference.value = static_cast<char32_t>(value);
+  }
+  return reference;
+}
+
+/// Replaces the reference at `start`, if there is one, and tells where to go on.
+std::size_t replaceReference(std::string_view text, std::size_t start, TextReplacement& replacement,
+                             std::span<const NamedEntity> entities, Grammar grammar) {
+  for (const NamedEntity& named : entities) {
+    if (text.substr(start).starts_with(named.entity)) {
+      replacement.replace(start, start + named.entity.size(), named.character);
+      return start + named.entity.size();
+    }
+  }
+  const std::optional<NumericReference> numeric = numericReferenceAt(text, start, grammar);
+  if (!numeric) {
+    return start + 1;
+  }
+  if (numeric->value) {
+    std::string character;
+    appendCodePoint(character, *numeric->value);
+    replacement.replace(start, numeric->end, character);
+  }
+  return numeric->end;
+}
+
+void replaceReferences(std::string& text, std::span<const NamedEntity> entities, Grammar grammar) {
+  const std::string_view encoded = text;
+  TextReplacement decoded(text);
+  for (std::size_t start = encoded.find('&'); start != nowhere;) {
+    start = encoded.find('&', replaceReference(encoded, start, decoded, entities, grammar));
+  }
+  decoded.finish();
+}
+
+}  // namespace
+
+/// Deliberate: "&amp;" goes first and what it uncovers is decoded too, so that "&amp;lt;" is "<". Mail is
+/// often escaped twice, and no markup is made of the result. The other references cannot uncover one
+/// another, so that one pass does for all of them.
+void decodeHTMLEntities(std::string& text) {
+  constexpr std::string_view ampersand = "&amp;";
+  const std::string_view escaped = text;
+  TextReplacement unescaped(text);
+  for (std::size_t start = escaped.find(ampersand); start != nowhere;
+       start = escaped.find(ampersand, start + ampersand.size())) {
+    unescaped.replace(start, start + ampersand.size(), "&");
+  }
+  unescaped.finish();
+  replaceReferences(text, namedEntities, Grammar::exact);
+}
+
+void decodeRemainingHTMLEntities(std::string& text) {
+  replaceReferences(text, blankEntities, Grammar::asInBrowsers);
+}
+
+}  // namespace tarnwell::TextDecoding

@@ -1,0 +1,78 @@
+#include "IMAP/Responses/IMAPToken.h"
+
+#include "Text/ASCIICase.h"
+#include "Text/Text.h"
+#include "Text/UTF8.h"
+
+namespace tarnwell {
+namespace {
+
+/// A quoted string's bytes without the backslashes that escape. The last byte is never dropped: a
+/// backslash there escapes nothing, because the input ended.
+std::string withoutEscapes(std::string_view bytes) {
+  std::string plain;
+  plain.reserve(bytes.size());
+  for (std::size_t position = 0; position < bytes.size(); ++position) {
+    if (bytes[position] == '\\' && position + 1 < bytes.size()) {
+      ++position;
+    }
+    plain.push_back(bytes[position]);
+  }
+  return plain;
+}
+
+/// Nearly every text is ASCII, and made where it stays.
+std::optional<std::string> validText(std::string_view bytes) {
+  if (lengthOfASCIIRun(bytes, 0) == bytes.size()) {
+    return std::optional<std::string>(std::in_place, bytes);
+  }
+  return repairedUTF8(bytes);
+}
+
+}  // namespace
+
+std::optional<std::string> IMAPToken::text() const {
+  const IMAPTokens::Entry& entry = tokens_->tape_[index_];
+  switch (entry.form()) {
+    case IMAPTokens::Form::atom:
+    case IMAPTokens::Form::string:
+      return validText(tokens_->bytes(entry));
+    case IMAPTokens::Form::escapedString:
+      return validText(withoutEscapes(tokens_->bytes(entry)));
+    case IMAPTokens::Form::list:
+    case IMAPTokens::Form::nilToken:
+      break;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> IMAPToken::bytes() const {
+  const IMAPTokens::Entry& entry = tokens_->tape_[index_];
+  switch (entry.form()) {
+    case IMAPTokens::Form::atom:
+    case IMAPTokens::Form::string:
+      return std::string(tokens_->bytes(entry));
+    case IMAPTokens::Form::escapedString:
+      return withoutEscapes(tokens_->bytes(entry));
+    case IMAPTokens::Form::list:
+    case IMAPTokens::Form::nilToken:
+      break;
+  }
+  return std::nullopt;
+}
+
+bool IMAPToken::escapedTextEquals(std::string_view word) const {
+  const IMAPTokens::Entry& entry = tokens_->tape_[index_];
+  return equalsIgnoringASCIICase(withoutEscapes(tokens_->bytes(entry)), word);
+}
+
+std::optional<IMAPToken> IMAPTokenList::operator[](std::size_t position) const {
+  for (const IMAPToken element : *this) {
+    if (position-- == 0) {
+      return element;
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,122 @@
+#include "MCP/HTTP/HTTPConnection.h"
+
+#include <boost/asio/post.hpp>
+#include <boost/asio/write.hpp>
+#include <optional>
+#include <utility>
+
+namespace tarnwell {
+
+namespace asio = boost::asio;
+using asio::ip::tcp;
+using boost::system::error_code;
+using Clock = std::chrono::steady_clock;
+
+HTTPConnection::HTTPConnection(tcp::socket socket, HTTPDispatch& dispatch)
+    : socket_(std::move(socket)), timer_(socket_.get_executor()), dispatch_(dispatch) {}
+
+void HTTPConnection::start() {
+  bound(dispatch_.requestTimeout);
+  read();
+}
+
+void HTTPConnection::close() {
+  isOpen_ = false;
+  error_code ignored;
+  socket_.close(ignored);
+  timer_.cancel();
+}
+
+/// After this time the connection is closed, unless another bound takes the place of this one.
+void HTTPConnection::bound(Clock::duration time) {
+  timer_.expires_after(time);
+  timer_.async_wait([self = shared_from_this()](error_code error) {
+    // A handler that was on its way already when the bound was moved comes without an error too.
+    if (!error && self->timer_.expiry() <= Clock::now()) {
+      self->close();
+    }
+  });
+}
+
+void HTTPConnection::unbound() { timer_.expires_at(Clock::time_point::max()); }
+
+void HTTPConnection::read() {
+  socket_.async_read_some(asio::buffer(received_),
+                          [self = shared_from_this()](error_code error, std::size_t count) {
+                            error ? self->close() : self->take({self->received_.data(), count});
+                          });
+}
+
+void HTTPConnection::take(std::string_view bytes) {
+  const bool wasReadingHead = reader_.state() == HTTPRequestReader::State::readingHead;
+  switch (reader_.push(bytes)) {
+    case HTTPRequestReader::State::readingHead:
+      return read();
+    case HTTPRequestReader::State::readingBody:
+      return wasReadingHead && reader_.head().expectsContinue ? inviteBody() : read();
+    case HTTPRequestReader::State::refused:
+      return send(reader_.refusal());
+    case HTTPRequestReader::State::complete:
+      return process();
+  }
+}
+
+void HTTPConnection::inviteBody() {
+  asio::async_write(
+      socket_, asio::buffer(HTTPResponse::interimContinue),
+      [self = shared_from_this()](error_code error, std::size_t) { error ? self->close() : self->read(); });
+}
+
+void HTTPConnection::process() {
+  const std::string& method = reader_.head().method;
+  if (method == "OPTIONS") {
+    send({204});
+  } else if (method == "POST") {
+    unbound();
+    asio::post(dispatch_.worker, [self = shared_from_this()] { self->call(); });
+  } else {
+    send({405, "text/plain", "This endpoint accepts JSON-RPC via POST."});
+  }
+}
+
+/// Runs on the worker's thread. The reader is not in use any more on the queue's.
+void HTTPConnection::call() {
+  if (!isOpen_) {
+    return;
+  }
+  std::optional<std::string> answer = dispatch_.server.handleRaw(reader_.takeBody());
+  HTTPResponse response =
+      answer ? HTTPResponse{200, "application/json", std::move(*answer)} : HTTPResponse{202};
+  asio::post(socket_.get_executor(), [self = shared_from_this(), response = std::move(response)] {
+    if (self->isOpen_) {
+      self->send(response);
+    }
+  });
+}
+
+void HTTPConnection::send(const HTTPResponse& response) {
+  bound(dispatch_.requestTimeout);
+  answer_ = response.serialized();
+  asio::async_write(
+      socket_, asio::buffer(answer_),
+      [self = shared_from_this()](error_code error, std::size_t) { error ? self->close() : self->finish(); });
+}
+
+/// A socket that is closed with unread bytes resets the connection, and the reset may overtake the answer.
+/// So the sending side alone is closed, and what still comes is thrown away until the client closes too,
+/// or for a short time (RFC 9112, section 9.6).
+void HTTPConnection::finish() {
+  constexpr std::chrono::seconds patience{2};
+  bound(patience);
+  error_code ignored;
+  socket_.shutdown(tcp::socket::shutdown_send, ignored);
+  drain();
+}
+
+void HTTPConnection::drain() {
+  socket_.async_read_some(
+      asio::buffer(received_),
+      [self = shared_from_this()](error_code error, std::size_t) { error ? self->close() : self->drain(); });
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,64 @@
+#pragma once
+
+/// One accepted connection of the HTTP endpoint: one request and its answer, then the end.
+///
+/// For `MCPHTTPServer.cpp` alone, since it brings Asio along.
+///
+/// Threads: the queue's, on which the socket's operations run, `close` included; the tool call alone runs on
+/// the worker's. Lifetime: each pending operation keeps the object alive, and `close` ends them all. The
+/// `HTTPDispatch` must outlive it.
+
+#include <array>
+#include <atomic>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/thread_pool.hpp>
+#include <chrono>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "MCP/HTTP/HTTPRequestReader.h"
+#include "MCP/HTTP/HTTPResponse.h"
+#include "MCP/MCPServer.h"
+
+namespace tarnwell {
+
+/// What the connections share: the dispatcher, and the worker, which is the one thread that calls it.
+struct HTTPDispatch {
+  MCPServer& server;
+  std::chrono::steady_clock::duration requestTimeout;
+  boost::asio::thread_pool worker{1};
+};
+
+class HTTPConnection : public std::enable_shared_from_this<HTTPConnection> {
+ public:
+  HTTPConnection(boost::asio::ip::tcp::socket socket, HTTPDispatch& dispatch);
+
+  void start();
+
+  /// Also keeps a call that has not begun from beginning. May be called again.
+  void close();
+
+ private:
+  void bound(std::chrono::steady_clock::duration time);
+  void unbound();
+  void read();
+  void take(std::string_view bytes);
+  void inviteBody();
+  void process();
+  void call();
+  void send(const HTTPResponse& response);
+  void finish();
+  void drain();
+
+  boost::asio::ip::tcp::socket socket_;
+  boost::asio::steady_timer timer_;
+  HTTPDispatch& dispatch_;
+  std::atomic<bool> isOpen_ = true;  // read by the worker
+  HTTPRequestReader reader_;
+  std::array<char, 16384> received_;
+  std::string answer_;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,68 @@
+#include "MCP/HTTP/HTTPRequestReader.h"
+
+#include <algorithm>
+
+namespace tarnwell {
+
+namespace {
+
+constexpr std::string_view headEnd = "\r\n\r\n";
+
+}  // namespace
+
+HTTPRequestReader::State HTTPRequestReader::push(std::string_view bytes) {
+  if (state_ == State::readingHead) {
+    bytes = takeHead(bytes);
+  }
+  if (state_ == State::readingBody) {
+    const auto missing = static_cast<std::size_t>(head_.contentLength) - buffer_.size();
+    buffer_.append(bytes.substr(0, missing));
+    if (buffer_.size() == head_.contentLength) {
+      state_ = State::complete;
+    }
+  }
+  return state_;
+}
+
+/// Returns the bytes behind the head; none while it has not ended.
+std::string_view HTTPRequestReader::takeHead(std::string_view bytes) {
+  constexpr std::size_t longest = maximumHeadSize + 1;
+  const std::size_t known = buffer_.size();
+  buffer_.append(bytes.substr(0, longest - known));
+
+  const std::size_t searchFrom = known - std::min(known, headEnd.size() - 1);
+  const std::size_t end = buffer_.find(headEnd, searchFrom);
+  if (end == std::string::npos) {
+    if (buffer_.size() == longest) {
+      state_ = refuse(431);
+    }
+    return {};
+  }
+  head_ = HTTPRequestHead::parse(std::string_view(buffer_).substr(0, end));
+  bytes.remove_prefix(end + headEnd.size() - known);
+  buffer_.clear();
+  state_ = stateAfterHead();
+  return bytes;
+}
+
+/// Who may ask comes first: a page from elsewhere learns nothing from its other mistakes.
+HTTPRequestReader::State HTTPRequestReader::stateAfterHead() {
+  if (!head_.isFromThisMachine) {
+    return refuse(403);
+  }
+  if (head_.hasConflictingLengths) {
+    return refuse(400);
+  }
+  if (head_.contentLength > maximumBodySize) {
+    return refuse(413);
+  }
+  return State::readingBody;
+}
+
+HTTPRequestReader::State HTTPRequestReader::refuse(int status) {
+  refusalStatus_ = status;
+  buffer_.clear();
+  return State::refused;
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,190 @@
+#include "MCP/HTTP/MCPHTTPServer.h"
+
+#include <atomic>
+#include <boost/asio/dispatch.hpp>
+#include <boost/asio/executor_work_guard.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <future>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "Core/AppLogger.h"
+#include "Core/BridgeConstants.h"
+#include "MCP/HTTP/HTTPConnection.h"
+
+namespace tarnwell {
+
+namespace {
+
+namespace asio = boost::asio;
+using asio::ip::tcp;
+using boost::system::error_code;
+using Clock = std::chrono::steady_clock;
+using Category = AppLogger::Category;
+
+}  // namespace
+
+struct MCPHTTPServer::State {
+  State(MCPServer& server, std::int64_t wantedPort, Clock::duration requestTimeout)
+      : configuredPort(static_cast<std::uint16_t>(
+            std::in_range<std::uint16_t>(wantedPort) ? wantedPort : BridgeConstants::defaultHTTPPort)),
+        port(configuredPort),
+        dispatch{server, requestTimeout} {
+    thread = std::thread([this] { queue.run(); });
+  }
+
+  ~State() {
+    onQueue([this] { closeAll(); });
+    dispatch.worker.join();
+    keepsRunning.reset();
+    thread.join();
+  }
+
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
+
+  /// Runs the task on the queue's thread and waits for its end; at once when this is that thread.
+  template <class Task>
+  void onQueue(Task task) {
+    std::packaged_task<void()> waiting(std::move(task));
+    std::future<void> ended = waiting.get_future();
+    // Taken along by the handler: the wait may be over before the call of the task has returned.
+    asio::dispatch(queue, [taken = std::move(waiting)]() mutable { taken(); });
+    ended.get();
+  }
+
+  void listen() {
+    error_code error;
+    const tcp::endpoint wanted(asio::ip::address_v4::loopback(), configuredPort);
+    auto candidate = std::make_shared<tcp::acceptor>(queue);
+    const auto step = [&error](auto operation) {
+      if (!error) {
+        operation();
+      }
+    };
+    step([&] { candidate->open(wanted.protocol(), error); });
+    step([&] { candidate->set_option(tcp::acceptor::reuse_address(true), error); });
+    step([&] { candidate->bind(wanted, error); });
+    step([&] { candidate->listen(tcp::acceptor::max_listen_connections, error); });
+    step([&] { port = candidate->local_endpoint(error).port(); });
+    if (error) {
+      return fail(error);
+    }
+    listener = std::move(candidate);
+    accept();
+    isRunning = true;
+    AppLogger::info(Category::http,
+                    "localhost MCP HTTP server listening on 127.0.0.1:" + std::to_string(port));
+    tell(true, std::nullopt);
+  }
+
+  void fail(error_code error) {
+    port = configuredPort;
+    const std::string reason = "127.0.0.1:" + std::to_string(port) + ": " + error.message();
+    AppLogger::error(Category::http, "HTTP listener failed: " + reason);
+    isRunning = false;
+    tell(false, reason);
+  }
+
+  void accept() {
+    listener->async_accept([this, accepting = listener](error_code error, tcp::socket socket) {
+      // A connection that came just before `stop` is reported after it, when there may be a new listener.
+      if (accepting != listener) {
+        return;
+      }
+      if (error) {
+        return acceptLater();
+      }
+      std::erase_if(connections, [](const auto& connection) { return connection.expired(); });
+      const auto connection = std::make_shared<HTTPConnection>(std::move(socket), dispatch);
+      connections.push_back(connection);
+      connection->start();
+      accept();
+    });
+  }
+
+  /// No descriptor or no memory is left for a connection: others will end soon.
+  void acceptLater() {
+    constexpr std::chrono::milliseconds pause{100};
+    acceptPause.expires_after(pause);
+    acceptPause.async_wait([this, accepting = listener](error_code) {
+      if (accepting == listener) {
+        accept();
+      }
+    });
+  }
+
+  void closeAll() {
+    if (listener) {
+      error_code ignored;
+      listener->close(ignored);
+      listener.reset();
+    }
+    acceptPause.cancel();
+    for (const auto& open : connections) {
+      if (const auto connection = open.lock()) {
+        connection->close();
+      }
+    }
+    connections.clear();
+    isRunning = false;
+  }
+
+  void tell(bool running, std::optional<std::string> message) {
+    if (const StateCallback current = callback) {  // a copy: the callback may put another in its place
+      current(running, std::move(message));
+    }
+  }
+
+  const std::uint16_t configuredPort;
+  std::atomic<std::uint16_t> port;
+  std::atomic<bool> isRunning = false;
+  StateCallback callback;
+
+  asio::io_context queue{1};
+  asio::executor_work_guard<asio::io_context::executor_type> keepsRunning{queue.get_executor()};
+  HTTPDispatch dispatch;
+  std::shared_ptr<tcp::acceptor> listener;
+  asio::steady_timer acceptPause{queue};
+  std::vector<std::weak_ptr<HTTPConnection>> connections;
+  std::thread thread;
+};
+
+MCPHTTPServer::MCPHTTPServer(MCPServer& server, std::int64_t port, Clock::duration requestTimeout)
+    : state_(std::make_unique<State>(server, port, requestTimeout)) {}
+
+MCPHTTPServer::~MCPHTTPServer() = default;
+
+std::string MCPHTTPServer::endpointURL() const {
+  return "http://127.0.0.1:" + std::to_string(state_->port) + "/mcp";
+}
+
+bool MCPHTTPServer::isRunning() const { return state_->isRunning; }
+
+void MCPHTTPServer::onStateChange(StateCallback callback) {
+  state_->onQueue([&] { state_->callback = std::move(callback); });
+}
+
+void MCPHTTPServer::start() {
+  state_->onQueue([this] {
+    if (!state_->listener) {
+      state_->listen();
+    }
+  });
+}
+
+void MCPHTTPServer::stop() {
+  state_->onQueue([this] {
+    const bool wasListening = state_->listener != nullptr;
+    state_->closeAll();
+    AppLogger::info(Category::http, "localhost MCP HTTP server stopped");
+    if (wasListening) {
+      state_->tell(false, std::nullopt);
+    }
+  });
+}
+
+}  // namespace tarnwell

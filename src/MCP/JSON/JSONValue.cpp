@@ -1,0 +1,168 @@
+#include "MCP/JSON/JSONValue.h"
+
+#include <algorithm>
+#include <charconv>
+#include <functional>
+
+namespace tarnwell {
+
+namespace {
+
+std::optional<std::int64_t> integerFromDecimal(std::string_view text) {
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+    if (text.starts_with('-')) {
+      return std::nullopt;
+    }
+  }
+  std::int64_t value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size()) {
+    return std::nullopt;
+  }
+  return value;
+}
+
+std::optional<std::int64_t> integerFromDouble(double number) {
+  constexpr double bound = 9223372036854775808.0;  // 2^63
+  if (!(number >= -bound && number < bound)) {     // also false for NaN
+    return std::nullopt;
+  }
+  return static_cast<std::int64_t>(number);
+}
+
+std::vector<JSONMember> moved(std::initializer_list<JSONObject::Given> given) {
+  std::vector<JSONMember> members;
+  members.reserve(given.size());
+  for (const JSONObject::Given& member : given) {
+    members.push_back({std::string(member.key), std::move(member.value)});
+  }
+  return members;
+}
+
+/// Members with the same key stay in their order. Most objects have few members, for which the general way
+/// would take longer to prepare itself than to sort.
+void sortByKey(std::vector<JSONMember>& members) {
+  constexpr std::size_t few = 16;
+  if (members.size() > few) {
+    std::ranges::stable_sort(members, {}, &JSONMember::first);
+    return;
+  }
+  for (auto next = members.begin(); next != members.end(); ++next) {
+    const auto place = std::ranges::upper_bound(members.begin(), next, next->first, {}, &JSONMember::first);
+    std::rotate(place, next, next + 1);
+  }
+}
+
+}  // namespace
+
+JSONObject::JSONObject(std::initializer_list<Given> members) : JSONObject(moved(members)) {}
+
+JSONObject::JSONObject(std::vector<JSONMember> members) : members_(std::move(members)) { putInOrder(); }
+
+void JSONObject::putInOrder() {
+  if (std::ranges::is_sorted(members_, std::less_equal(), &JSONMember::first)) {
+    return;
+  }
+  sortByKey(members_);
+  // Seen from behind, the first of those with the same key stays.
+  const auto kept = std::unique(members_.rbegin(), members_.rend(),
+                                [](const JSONMember& a, const JSONMember& b) { return a.first == b.first; });
+  members_.erase(members_.begin(), kept.base());
+}
+
+std::vector<JSONMember>::const_iterator JSONObject::placeOf(std::string_view key) const {
+  return std::ranges::lower_bound(members_, key, {}, &JSONMember::first);
+}
+
+const JSONValue* JSONObject::find(std::string_view key) const {
+  const auto place = placeOf(key);
+  return place != members_.end() && place->first == key ? &place->second : nullptr;
+}
+
+JSONValue* JSONObject::find(std::string_view key) {
+  return const_cast<JSONValue*>(std::as_const(*this).find(key));
+}
+
+JSONValue& JSONObject::operator[](std::string_view key) {
+  emplace(key, nullptr);
+  return *find(key);
+}
+
+void JSONObject::emplace(std::string_view key, JSONValue value) {
+  if (!find(key)) {
+    members_.emplace(placeOf(key), key, std::move(value));
+  }
+}
+
+bool JSONObject::operator==(const JSONObject& other) const { return members_ == other.members_; }
+
+JSONValue JSONValue::of(std::optional<std::string> text) {
+  return text ? JSONValue(std::move(*text)) : JSONValue();
+}
+
+JSONValue JSONValue::of(std::optional<std::int64_t> integer) {
+  return integer ? JSONValue(*integer) : JSONValue();
+}
+
+JSONValue JSONValue::of(std::optional<double> number) { return number ? JSONValue(*number) : JSONValue(); }
+
+JSONValue JSONValue::of(bool value) { return value; }
+
+JSONValue JSONValue::strings(const std::vector<std::string>& texts) {
+  return JSONArray(texts.begin(), texts.end());
+}
+
+std::optional<std::string> JSONValue::stringValue() const {
+  const auto* text = std::get_if<std::string>(&payload_);
+  return text ? std::optional(*text) : std::nullopt;
+}
+
+std::optional<bool> JSONValue::boolValue() const {
+  if (const auto* value = std::get_if<bool>(&payload_)) {
+    return *value;
+  }
+  if (const auto* integer = std::get_if<std::int64_t>(&payload_)) {
+    return *integer != 0;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::int64_t> JSONValue::intValue() const {
+  if (const auto* integer = std::get_if<std::int64_t>(&payload_)) {
+    return *integer;
+  }
+  if (const auto* number = std::get_if<double>(&payload_)) {
+    return integerFromDouble(*number);
+  }
+  if (const auto* text = std::get_if<std::string>(&payload_)) {
+    return integerFromDecimal(*text);
+  }
+  return std::nullopt;
+}
+
+std::optional<double> JSONValue::doubleValue() const {
+  if (const auto* number = std::get_if<double>(&payload_)) {
+    return *number;
+  }
+  if (const auto* integer = std::get_if<std::int64_t>(&payload_)) {
+    return static_cast<double>(*integer);
+  }
+  return std::nullopt;
+}
+
+const JSONValue* JSONValue::member(std::string_view key) const {
+  const JSONObject* members = objectValue();
+  return members ? members->find(key) : nullptr;
+}
+
+const JSONValue& JSONValue::operator[](std::string_view key) const {
+  static const JSONValue null;
+  const JSONValue* value = member(key);
+  return value ? *value : null;
+}
+
+// Written out: Clang 14 crashes on a defaulted comparison of a type that contains itself.
+bool JSONValue::operator==(const JSONValue& other) const { return payload_ == other.payload_; }
+
+}  // namespace tarnwell

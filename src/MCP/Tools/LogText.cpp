@@ -1,0 +1,27 @@
+#include "MCP/Tools/LogText.h"
+
+#include "Core/AppLogger.h"
+#include "IMAP/Connection/IMAPError.h"
+#include "Text/Text.h"
+#include "Text/UTF8.h"
+
+namespace tarnwell {
+
+std::string_view shortened(std::string_view text, std::size_t count) {
+  constexpr std::size_t bytesForEach = 8;
+  return characterPrefix(bytePrefix(text, count * bytesForEach), count);
+}
+
+std::string loggable(std::string_view text, std::size_t count) {
+  return std::string(shortened(AppLogger::redactAddresses(text), count));
+}
+
+std::string loggable(const IMAPError& error) {
+  if (error.kind() == IMAPError::Kind::folderNotFound) {
+    return loggable(error.description());
+  }
+  constexpr std::size_t maximumLength = 1000;  // the longest text of the program's own has less than half
+  return loggable(error.description(), maximumLength);
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,140 @@
+#include "Platform/Secrets/SecretItems.h"
+
+#include <Security/Security.h>
+
+#include "Platform/CoreFoundationObjects.h"
+
+namespace tarnwell {
+namespace {
+
+// The statuses of the framework pass through as they are.
+static_assert(SecretStatus::success == errSecSuccess);
+static_assert(SecretStatus::badParameter == errSecParam);
+static_assert(SecretStatus::notAvailable == errSecNotAvailable);
+static_assert(SecretStatus::duplicateItem == errSecDuplicateItem);
+static_assert(SecretStatus::itemNotFound == errSecItemNotFound);
+static_assert(SecretStatus::interactionNotAllowed == errSecInteractionNotAllowed);
+static_assert(SecretStatus::missingEntitlement == errSecMissingEntitlement);
+static_assert(SecretStatus::internalError == errSecInternalError);
+
+// Deprecated with the file-based keychains, and the only calls that keep these from showing a dialogue: the
+// attributes that forbid one are heeded by the data-protection keychain alone.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+
+/// While it lives, what would need an answer of the user fails with `interactionNotAllowed`. The setting is
+/// the process's, which may be that of a program with windows, so it is put back.
+class WithoutInteraction {
+ public:
+  WithoutInteraction() {
+    status_ = SecKeychainGetUserInteractionAllowed(&wasAllowed_);
+    if (status_ == errSecSuccess) {
+      status_ = SecKeychainSetUserInteractionAllowed(false);
+    }
+  }
+  ~WithoutInteraction() {
+    if (status_ == errSecSuccess) {
+      SecKeychainSetUserInteractionAllowed(wasAllowed_);
+    }
+  }
+  WithoutInteraction(const WithoutInteraction&) = delete;
+  WithoutInteraction& operator=(const WithoutInteraction&) = delete;
+
+  /// Whether the setting holds.
+  OSStatus status() const { return status_; }
+
+ private:
+  Boolean wasAllowed_ = true;
+  OSStatus status_ = errSecSuccess;
+};
+
+#pragma GCC diagnostic pop
+
+using Attributes = CFPointer<CFMutableDictionaryRef>;
+
+bool insertText(CFMutableDictionaryRef attributes, CFStringRef name, std::string_view text) {
+  auto value = stringObject(text);
+  if (!value) {
+    return false;
+  }
+  CFDictionarySetValue(attributes, name, value.get());
+  return true;
+}
+
+/// What identifies an item; null when a text is not valid UTF-8. An access group exists only in the
+/// data-protection keychain.
+Attributes attributesOf(const SecretItemQuery& query) {
+  Attributes attributes(CFDictionaryCreateMutable(kCFAllocatorDefault, 0, &kCFTypeDictionaryKeyCallBacks,
+                                                  &kCFTypeDictionaryValueCallBacks));
+  CFDictionarySetValue(attributes.get(), kSecClass, kSecClassGenericPassword);
+  bool isText = insertText(attributes.get(), kSecAttrService, query.service) &&
+                insertText(attributes.get(), kSecAttrAccount, query.account);
+  if (query.accessGroup) {
+    isText = isText && insertText(attributes.get(), kSecAttrAccessGroup, *query.accessGroup);
+    CFDictionarySetValue(attributes.get(), kSecUseDataProtectionKeychain, kCFBooleanTrue);
+  }
+  return isText ? std::move(attributes) : nullptr;
+}
+
+class KeychainItems : public SecretItems {
+ public:
+  std::int32_t copyMatching(const SecretItemQuery& query, Receiver& receiver) override {
+    return ask(query, [&](CFMutableDictionaryRef attributes) {
+      CFDictionarySetValue(attributes, kSecReturnData, kCFBooleanTrue);
+      CFDictionarySetValue(attributes, kSecMatchLimit, kSecMatchLimitOne);
+      CFTypeRef found = nullptr;
+      OSStatus status = SecItemCopyMatching(attributes, &found);
+      CFPointer<CFTypeRef> owner(found);
+      if (status == errSecSuccess && found != nullptr && CFGetTypeID(found) == CFDataGetTypeID()) {
+        auto data = static_cast<CFDataRef>(found);
+        receiver.receive({reinterpret_cast<const char*>(CFDataGetBytePtr(data)),
+                          static_cast<std::size_t>(CFDataGetLength(data))});
+      }
+      return status;
+    });
+  }
+
+  std::int32_t add(const SecretItemQuery& query, std::string_view data) override {
+    return ask(query, [&](CFMutableDictionaryRef attributes) {
+      // The bytes stay where they are: this object makes no copy of a secret, and frees nothing.
+      CFPointer<CFDataRef> bytes(
+          CFDataCreateWithBytesNoCopy(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(data.data()),
+                                      static_cast<CFIndex>(data.size()), kCFAllocatorNull));
+      CFDictionarySetValue(attributes, kSecValueData, bytes.get());
+      CFDictionarySetValue(attributes, kSecAttrAccessible, kSecAttrAccessibleWhenUnlocked);
+      return SecItemAdd(attributes, nullptr);
+    });
+  }
+
+  std::int32_t remove(const SecretItemQuery& query) override {
+    return ask(query, [](CFMutableDictionaryRef attributes) { return SecItemDelete(attributes); });
+  }
+
+  std::optional<std::string> message(std::int32_t status) override {
+    CFPointer<CFStringRef> sentence(SecCopyErrorMessageString(status, nullptr));
+    return sentence ? utf8Text(sentence.get()) : std::nullopt;
+  }
+
+ private:
+  template <class Call>
+  static std::int32_t ask(const SecretItemQuery& query, const Call& call) {
+    Attributes attributes = attributesOf(query);
+    if (!attributes) {
+      return SecretStatus::badParameter;
+    }
+    WithoutInteraction withoutInteraction;
+    if (withoutInteraction.status() != errSecSuccess) {
+      return withoutInteraction.status();
+    }
+    return call(attributes.get());
+  }
+};
+
+}  // namespace
+
+SecretItems& systemSecretItems() {
+  static KeychainItems items;
+  return items;
+}
+
+}  // namespace tarnwell

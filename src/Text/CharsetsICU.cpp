@@ -1,0 +1,256 @@
+#include "Text/Charsets.h"
+
+#include <unicode/ucnv.h>
+#include <unicode/ucnv_err.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+#include "Text/ASCIICase.h"
+#include "Text/Text.h"
+#include "Text/UTF8.h"
+
+namespace tarnwell {
+
+const Charset Charset::utf8("UTF-8");
+const Charset Charset::ascii("US-ASCII");
+const Charset Charset::latin1("ISO-8859-1");
+const Charset Charset::latin2("ISO-8859-2");
+const Charset Charset::windows1252("windows-1252");
+const Charset Charset::windows1251("windows-1251");
+const Charset Charset::shiftJIS("ibm-943_P15A-2003");
+const Charset Charset::eucJP("euc-jp-2007");
+const Charset Charset::iso2022JP("ISO_2022,locale=ja,version=4");
+const Charset Charset::utf16("UTF-16");
+const Charset Charset::gb18030("gb18030");
+
+namespace {
+
+struct CloseConverter {
+  void operator()(UConverter* converter) const { ucnv_close(converter); }
+};
+using Converter = std::unique_ptr<UConverter, CloseConverter>;
+
+/// A converter that writes U+FFFD for what it cannot convert, or null.
+Converter openLeniently(const char* name) {
+  UErrorCode status = U_ZERO_ERROR;
+  return Converter(ucnv_open(name, &status));
+}
+
+/// A converter that stops at the first thing it cannot convert, or null.
+Converter openStrictly(const char* name) {
+  UErrorCode status = U_ZERO_ERROR;
+  Converter converter = openLeniently(name);
+  if (!converter) {
+    return nullptr;
+  }
+  ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
+  ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
+  return U_SUCCESS(status) ? std::move(converter) : nullptr;
+}
+
+std::optional<std::string> convertWith(const char* converterName, std::string_view bytes,
+                                       Converter (*open)(const char*) = openStrictly) {
+  const Converter source = open(converterName);
+  const Converter target = openStrictly("UTF-8");
+  if (!source || !target) {
+    return std::nullopt;
+  }
+
+  std::string text;
+  // No charset of mail makes more than three bytes of one. Memory that is not written to costs nothing,
+  // while a text of many megabytes that grows would lie there twice.
+  text.reserve(bytes.size() * 3);
+  std::array<char, 8192> output;
+  std::array<UChar, 4096> pivot;
+  UChar* pivotRead = pivot.data();
+  UChar* pivotWrite = pivot.data();
+  const char* next = bytes.data();
+  const char* const end = next + bytes.size();
+  bool first = true;
+  UErrorCode status = U_BUFFER_OVERFLOW_ERROR;
+  while (status == U_BUFFER_OVERFLOW_ERROR) {
+    status = U_ZERO_ERROR;
+    char* written = output.data();
+    ucnv_convertEx(target.get(), source.get(), &written, output.data() + output.size(), &next, end,
+                   pivot.data(), &pivotRead, &pivotWrite, pivot.data() + pivot.size(),
+                   static_cast<UBool>(first), static_cast<UBool>(true), &status);
+    text.append(output.data(), written);
+    first = false;
+  }
+  if (U_FAILURE(status)) {
+    return std::nullopt;
+  }
+  return text;
+}
+
+std::string widenLatin1(std::string_view bytes) {
+  std::string text;
+  const auto widened = std::ranges::count_if(bytes, [](char byte) { return (byte & 0x80) != 0; });
+  text.reserve(bytes.size() + static_cast<std::size_t>(widened));
+  for (std::size_t position = 0; position < bytes.size();) {
+    const std::size_t run = lengthOfASCIIRun(bytes, position);
+    text.append(bytes, position, run);
+    position += run;
+    if (position < bytes.size()) {
+      appendCodePoint(text, byteAt(bytes, position++));
+    }
+  }
+  return text;
+}
+
+/// IBM's tables for personal computers exchange three control characters on the way to Unicode: 1A
+/// becomes 1C, 1C becomes 7F and 7F becomes 1A. In mail these bytes mean what ASCII says. No other
+/// byte yields one of the three, so that the exchange can be taken back in the result.
+void restoreControlCharacters(std::string& text) {
+  for (char& byte : text) {
+    if (byte == '\x1C') {
+      byte = '\x1A';
+    } else if (byte == '\x7F') {
+      byte = '\x1C';
+    } else if (byte == '\x1A') {
+      byte = '\x7F';
+    }
+  }
+}
+
+bool exchangesControlCharacters(const char* converterName) {
+  return convertWith(converterName, "\x1A\x1C\x7F") == "\x1C\x7F\x1A";
+}
+
+/// Names in use for the Japanese supersets that ICU's alias table does not have.
+struct JapaneseName {
+  std::string_view name;
+  const Charset& charset;
+};
+const JapaneseName japaneseNames[] = {
+    {"eucjp-ms", Charset::eucJP},           {"eucjp-win", Charset::eucJP},   {"eucjpms", Charset::eucJP},
+    {"cp50220", Charset::iso2022JP},        {"cp50221", Charset::iso2022JP}, {"cp50222", Charset::iso2022JP},
+    {"iso-2022-jp-ms", Charset::iso2022JP},
+};
+
+/// ICU's converters for less than the supersets.
+struct JapaneseConverter {
+  std::string_view converter;
+  const Charset& superset;
+};
+const JapaneseConverter japaneseConverters[] = {
+    {"ISO_2022,locale=ja,version=0", Charset::iso2022JP},
+    {"windows-51932-2006", Charset::eucJP},
+    {"ibm-943_P130-1999", Charset::shiftJIS},
+};
+
+/// ICU skips blanks, quotation marks and other signs in a name, reads a comma as the beginning of
+/// converter options and a slash as a file name. Registered names contain none of these.
+bool couldBeRegistered(std::string_view name) {
+  constexpr std::size_t longestName = 100;
+  return !name.empty() && name.size() <= longestName && std::ranges::all_of(name, [](char character) {
+    return isASCIILetterOrDigit(character) ||
+           std::string_view("-_.:+()").find(character) != std::string_view::npos;
+  });
+}
+
+/// The converter ICU knows under the name, or null. A name may stand for different converters under
+/// different registries; IANA's meaning goes first.
+const char* converterFor(const std::string& name) {
+  for (const char* standard : {"IANA", "MIME"}) {
+    UErrorCode status = U_ZERO_ERROR;
+    const char* converter = ucnv_getCanonicalName(name.c_str(), standard, &status);
+    if (U_SUCCESS(status) && converter != nullptr) {
+      return converter;
+    }
+  }
+  UErrorCode status = U_ZERO_ERROR;
+  const char* converter = ucnv_getAlias(name.c_str(), 0, &status);
+  return U_SUCCESS(status) ? converter : nullptr;
+}
+
+}  // namespace
+
+std::optional<Charset> Charset::named(std::string_view ianaName) {
+  if (!couldBeRegistered(ianaName)) {
+    return std::nullopt;
+  }
+  const std::string name = lowercased(ianaName);
+  const auto known = std::ranges::find(japaneseNames, name, &JapaneseName::name);
+  if (known != std::end(japaneseNames)) {
+    return known->charset;
+  }
+  const char* converter = converterFor(name);
+  if (converter == nullptr) {
+    return std::nullopt;
+  }
+  const auto lesser = std::ranges::find(japaneseConverters, converter, &JapaneseConverter::converter);
+  return lesser != std::end(japaneseConverters) ? lesser->superset : Charset(converter);
+}
+
+std::optional<std::string> convertToUTF8(std::string_view bytes, const Charset& charset) {
+  if (bytes.empty()) {
+    // Without a first byte a view may have no address, which ICU refuses.
+    return std::string();
+  }
+  if (charset == Charset::utf8) {
+    return isValidUTF8(bytes) ? std::optional(std::string(bytes)) : std::nullopt;
+  }
+  if (charset == Charset::latin1) {
+    return widenLatin1(bytes);
+  }
+  if (charset == Charset::ascii) {
+    return lengthOfASCIIRun(bytes, 0) == bytes.size() ? std::optional(std::string(bytes)) : std::nullopt;
+  }
+  const std::string converterName(charset.name());
+  std::optional<std::string> text = convertWith(converterName.c_str(), bytes);
+  // Half-width katakana between SO and SI instead of with the eighth bit (JIS X 0202).
+  if (!text && charset == Charset::iso2022JP) {
+    text = convertWith("ISO_2022,locale=ja,version=3", bytes);
+  }
+  // Finding out opens converters, and almost no text has one of the three.
+  if (text && text->find_first_of("\x1A\x1C\x7F") != std::string::npos &&
+      exchangesControlCharacters(converterName.c_str())) {
+    restoreControlCharacters(*text);
+  }
+  return text;
+}
+
+std::string convertLeniently(std::string_view bytes, const Charset& charset) {
+  if (std::optional<std::string> text = convertToUTF8(bytes, charset)) {
+    return *std::move(text);
+  }
+  if (charset == Charset::utf8 || charset == Charset::ascii) {
+    return repairedUTF8(bytes);
+  }
+  const std::string converted =
+      convertWith(std::string(charset.name()).c_str(), bytes, openLeniently).value_or("");
+  std::string text;
+  for (const char byte : converted) {
+    constexpr char substitute = '\x1A';  // which some converters write instead of U+FFFD
+    byte == substitute ? text.append("\uFFFD") : text.append(1, byte);
+  }
+  return text;
+}
+
+std::size_t sourceLength(std::string_view bytes, const Charset& charset, std::size_t codePoints) {
+  if (charset == Charset::latin1) {
+    return std::min(bytes.size(), codePoints);
+  }
+  if (charset == Charset::utf8 || charset == Charset::ascii) {
+    std::size_t position = 0;
+    for (; codePoints > 0 && position < bytes.size(); --codePoints) {
+      nextCodePoint(bytes, position);
+    }
+    return position;
+  }
+  const Converter converter = openLeniently(std::string(charset.name()).c_str());
+  const char* next = bytes.data();
+  const char* const end = next + bytes.size();
+  for (UErrorCode status = U_ZERO_ERROR; converter && codePoints > 0 && next < end; --codePoints) {
+    ucnv_getNextUChar(converter.get(), &next, end, &status);
+    if (U_FAILURE(status)) {
+      return bytes.size();
+    }
+  }
+  return static_cast<std::size_t>(next - bytes.data());
+}
+
+}  // namespace tarnwell
