@@ -54,7 +54,7 @@ void IMAPClient::logIn() {
 }
 
 void IMAPClient::loadCapabilities() {
-  ensureOK(execute("CAPABILITY", [this](std::string& line) { readCapabilities(line); }), "CAPABILITY");
+  ensureOK(execute("CAPABILITY", [this](const std::string& line) { readCapabilities(line); }), "CAPABILITY");
 }
 
 void IMAPClient::readCapabilities(std::string_view response) {
@@ -76,7 +76,7 @@ bool IMAPClient::supportsMove() const { return capabilities_.contains("MOVE"); }
 
 std::vector<IMAPFolder> IMAPClient::listFolders() {
   std::vector<IMAPFolder> folders;
-  const auto read = [&folders](std::string& line) {
+  const auto read = [&folders](const std::string& line) {
     const IMAPTokens tokens = IMAPParser::tokenize(line);
     if (std::optional<IMAPFolder> folder = IMAPParser::parseList(tokens.elements())) {
       folders.push_back(std::move(*folder));

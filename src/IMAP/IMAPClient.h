@@ -129,8 +129,8 @@ class IMAPClient {
 
   /// Takes what it wants of an untagged response, literals in place. Each is handed over when it arrives and
   /// gone afterwards, so that a flood of them takes no memory.
-  using ResponseReader = std::function<void(std::string&)>;
-  static void passOver(std::string&) {}
+  using ResponseReader = std::function<void(std::string line)>;
+  static void passOver(const std::string& /*line*/) {}
 
   static std::vector<IMAPArg> buildSearchArgs(const IMAPSearchCriteria& criteria);
   std::string serverText(std::string_view text) const { return safeSummary(text, password_); }

@@ -118,7 +118,7 @@ IMAPParser::Completion IMAPClient::readUntilTagged(const std::string& tag, const
       return *std::move(completion);
     }
     if (!line.starts_with('+')) {
-      read(line);
+      read(std::move(line));
     }
   }
 }

@@ -94,7 +94,7 @@ std::vector<IMAPClient::IMAPArg> IMAPClient::buildSearchArgs(const IMAPSearchCri
 std::vector<std::uint32_t> IMAPClient::searchInbox(const IMAPSearchCriteria& criteria, std::size_t limit) {
   requireInbox();
   std::vector<std::uint32_t> uids;
-  const auto read = [&uids](std::string& line) {
+  const auto read = [&uids](const std::string& line) {
     if (const auto found = IMAPParser::parseSearch(line)) {
       uids.insert(uids.end(), found->begin(), found->end());
     }
@@ -117,7 +117,7 @@ std::vector<IMAPMessage> IMAPClient::fetchMessages(const std::vector<std::uint32
   for (const std::uint32_t uid : uids) {
     messages.emplace(uid, std::nullopt);
   }
-  const auto read = [&messages](std::string& line) {
+  const auto read = [&messages](const std::string& line) {
     const IMAPTokens tokens = IMAPParser::tokenize(line);
     if (std::optional<IMAPMessage> message = IMAPParser::parseFetchMessage(tokens.elements())) {
       if (const auto place = messages.find(message->uid); place != messages.end()) {
@@ -186,7 +186,7 @@ std::string IMAPClient::requestBody(const IMAPMessage& message) {
 /// A body may have tens of megabytes, so the response is cut down to it in place.
 std::optional<std::string> IMAPClient::readBody(const std::string& tag) {
   std::optional<std::string> body;
-  const auto read = [&body](std::string& line) {
+  const auto read = [&body](std::string line) {
     if (body) {
       return;
     }

@@ -53,7 +53,7 @@ class IMAPConnection {
 
  private:
   template <class Operation>
-  auto orDie(Operation operation);
+  auto deadAfterFailure(Operation operation);
 
   std::unique_ptr<ByteStream> stream_;
   LineAssembler assembler_;

@@ -113,7 +113,6 @@ struct TLSStream::State {
   std::chrono::duration<double> timeout;
 
   asio::io_context queue{1};
-  std::shared_ptr<asio::ssl::context> context;
   std::optional<asio::ssl::stream<tcp::socket>> stream;
   std::array<char, 65536> received;
 
@@ -156,8 +155,8 @@ struct TLSStream::State {
 
   void openStream() {
     try {
-      context = sharedTLSContext();
-      stream.emplace(queue, *context);
+      asio::ssl::context context = newTLSContext();
+      stream.emplace(queue, context);  // OpenSSL counts who uses the context
     } catch (const TrustError& nobodyToTrust) {
       fail(nobodyToTrust.what());
     } catch (const boost::system::system_error& noDescriptor) {  // the queue needs some of its own

@@ -1,5 +1,6 @@
 #include "MCP/HTTP/HTTPRequestHead.h"
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <optional>
@@ -85,6 +86,11 @@ bool isLoopbackOrigin(std::string_view origin) {
 
 /// Deliberate: a request without a Host header passes. Only programs leave it out (HTTP/1.0 knows none); a
 /// browser always sends it, and browsers are what the rule is for.
+bool isFromThisMachine(const HTTPRequestHead& head) {
+  return std::ranges::all_of(head.hosts, isLoopbackAuthority) &&
+         std::ranges::all_of(head.origins, isLoopbackOrigin);
+}
+
 /// Deliberate: "Transfer-Encoding" is not read. A chunked body has no announced length, so it counts as
 /// empty, and since every connection carries one request its bytes are never taken for another one.
 HTTPRequestHead HTTPRequestHead::parse(std::string_view block) {
@@ -103,9 +109,9 @@ HTTPRequestHead HTTPRequestHead::parse(std::string_view block) {
       head.hasConflictingLengths = head.hasConflictingLengths || length.value_or(meant) != meant;
       length = meant;
     } else if (equalsIgnoringASCIICase(name, "host")) {
-      head.isFromThisMachine = head.isFromThisMachine && isLoopbackAuthority(value);
+      head.hosts.emplace_back(value);
     } else if (equalsIgnoringASCIICase(name, "origin")) {
-      head.isFromThisMachine = head.isFromThisMachine && isLoopbackOrigin(value);
+      head.origins.emplace_back(value);
     } else if (equalsIgnoringASCIICase(name, "expect")) {
       // HTTP/1.0 knows no interim answers.
       head.expectsContinue =

@@ -1,11 +1,12 @@
 #pragma once
 
-/// What the endpoint needs to know of a request's header block (RFC 9112, sections 3 to 6): the method, the
-/// length of the body, and whether the request may have come from a web page.
+/// What the endpoint needs to know of a request's header block (RFC 9112, sections 3 to 6), and the rule by
+/// which a request may have come from a web page.
 ///
 ///     HTTPRequestHead head = HTTPRequestHead::parse("POST /mcp HTTP/1.1\r\ncontent-length: 5\r\n\r\n");
-///     head.method;         // "POST"
-///     head.contentLength;  // 5
+///     head.method;              // "POST"
+///     head.contentLength;       // 5
+///     isFromThisMachine(head);  // true
 ///
 /// Any page in a browser can reach a loopback port. What it cannot do is leave out or choose the names that
 /// the browser sends along: its own origin, and the host that it was told to ask, even where a foreign name
@@ -18,6 +19,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarnwell {
 
@@ -30,8 +32,9 @@ struct HTTPRequestHead {
   std::uint64_t contentLength = 0;
   /// The header is there more than once, with different meanings (RFC 9112, section 6.3).
   bool hasConflictingLengths = false;
-  /// True when every Host and every Origin names this machine, also when there is none.
-  bool isFromThisMachine = true;
+  /// The values of every Host and of every Origin, as sent.
+  std::vector<std::string> hosts;
+  std::vector<std::string> origins;
   /// The client may wait for an invitation before it sends the body (RFC 9110, section 10.1.1).
   bool expectsContinue = false;
 
@@ -40,6 +43,9 @@ struct HTTPRequestHead {
 
   bool operator==(const HTTPRequestHead&) const = default;
 };
+
+/// True when every Host and every Origin names this machine, also when there is none.
+bool isFromThisMachine(const HTTPRequestHead& head);
 
 /// "localhost", an address of 127.0.0.0/8 in four decimal numbers, or "[::1]"; each with or without a port.
 bool isLoopbackAuthority(std::string_view authority);

@@ -47,7 +47,7 @@ std::string_view HTTPRequestReader::takeHead(std::string_view bytes) {
 
 /// Who may ask comes first: a page from elsewhere learns nothing from its other mistakes.
 HTTPRequestReader::State HTTPRequestReader::stateAfterHead() {
-  if (!head_.isFromThisMachine) {
+  if (!isFromThisMachine(head_)) {
     return refuse(403);
   }
   if (head_.hasConflictingLengths) {

@@ -6,7 +6,7 @@
 #include <openssl/params.h>
 #include <openssl/rand.h>
 
-#include <new>
+#include <stdexcept>
 #include <vector>
 
 namespace tarnwell {
@@ -26,7 +26,7 @@ unsigned char* data(std::string& bytes) { return reinterpret_cast<unsigned char*
 template <class Result>
 Result orThrow(Result result) {
   if (!result) {
-    throw std::bad_alloc();
+    throw std::runtime_error("OpenSSL cannot encrypt a secret for its way");
   }
   return result;
 }
