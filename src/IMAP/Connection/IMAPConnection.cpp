@@ -20,7 +20,7 @@ IMAPConnection::IMAPConnection(const std::string& host, std::int64_t port,
                                std::chrono::duration<double> timeout)
     : IMAPConnection(std::make_unique<TLSStream>(host, endpointPort(port), timeout)) {}
 
-/// Any failure of an operation is the end of the connection.
+/// Runs an operation. Any failure ends the connection.
 template <class Operation>
 auto IMAPConnection::orDie(Operation operation) {
   try {

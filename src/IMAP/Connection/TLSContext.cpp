@@ -29,7 +29,7 @@ std::optional<std::string> namedCertificates() {
   return name && !name->empty() ? std::move(name) : std::nullopt;
 }
 
-/// What tells that a file or directory is another one, or holds something else; zeros when it is not there.
+/// Shows whether a file or directory was replaced or changed. All zeros when it does not exist.
 struct Version {
   std::uint64_t inode = 0;
   std::int64_t size = 0;
@@ -50,7 +50,7 @@ Version versionOf(const std::string& path) {
           std::filesystem::last_write_time(path, failed)};
 }
 
-/// Where OpenSSL looks for trusted certificates, and what is there.
+/// Where OpenSSL looks for trusted certificates, and the versions of those places.
 struct TrustStore {
   std::optional<std::string> namedFile = namedCertificates();
   std::string file = namedFile.value_or(X509_get_default_cert_file());
@@ -60,12 +60,12 @@ struct TrustStore {
   Version directoryVersion = versionOf(directory);
 
   bool operator==(const TrustStore&) const = default;
-  /// False for a list of directories, whose versions are not looked at.
+  /// False for a list of directories. Their versions are not checked.
   bool isOneDirectory() const { return directory.find(':') == std::string::npos; }
 };
 
 bool holdsHashedCertificates(const std::string& directory) {
-  std::error_code failed;  // then the iterator is at its end
+  std::error_code failed;  // after a failure the iterator is at its end
   for (std::filesystem::directory_iterator entry(directory, failed), end; entry != end;
        entry.increment(failed)) {
     if (entry->path().extension() == ".0") {
@@ -75,9 +75,9 @@ bool holdsHashedCertificates(const std::string& directory) {
   return false;
 }
 
-/// Trusts what OpenSSL would trust by default, but reads the system's bundle (23 ms) only when there is no
-/// hashed directory, which is searched when a certificate is needed and costs nothing before. False when a
-/// file could not be read, which only means fewer trusted certificates.
+/// Trusts what OpenSSL trusts by default, but reads the system's bundle (23 ms) only when there is no hashed
+/// directory. OpenSSL searches a hashed directory only when it needs a certificate. False when a file could
+/// not be read; then fewer certificates are trusted.
 bool trust(SSL_CTX* context, const TrustStore& store) {
   SSL_CTX_set_default_verify_dir(context);
   const bool needsFile = store.namedFile || !holdsHashedCertificates(store.directory);
@@ -94,11 +94,11 @@ std::shared_ptr<ssl::context> sharedTLSContext() {
     std::shared_ptr<ssl::context> context;
     TrustStore store;
   };
-  static Shared& shared = *new Shared;  // never destroyed: OpenSSL cleans itself up before that
+  static Shared& shared = *new Shared;  // never destroyed, because OpenSSL cleans up earlier
 
   const std::lock_guard oneAtATime(shared.mutex);
   TrustStore store;
-  if (store.namedFile && !store.fileVersion.isRegularFile) {  // OpenSSL would wait for the writer of a pipe
+  if (store.namedFile && !store.fileVersion.isRegularFile) {  // on a pipe OpenSSL would wait for a writer
     throw TrustError("SSL_CERT_FILE names no regular file (" + store.file + ")");
   }
   if (shared.context && store == shared.store) {

@@ -1,9 +1,9 @@
 #pragma once
 
-/// What the TLS connections of the process have in common: the lowest version, the verification of the peer,
-/// and the certificates that are trusted.
+/// The settings that all TLS connections of the process share: the lowest version, the verification of the
+/// peer and the trusted certificates.
 ///
-/// Making a context and reading an authority's certificate takes about a millisecond, so one is kept.
+/// It takes about a millisecond to make a context and to read an authority's certificate, so one is kept.
 ///
 /// Threads: any.
 
@@ -13,16 +13,18 @@
 
 namespace tarnwell {
 
-/// SSL_CERT_FILE cannot be what is to be trusted. `what()` is a text for the user.
+/// SSL_CERT_FILE cannot be used as the trusted certificates. `what()` is a text for the user.
 struct TrustError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// A client's context: at least TLS 1.2, and a certificate chain that ends in what OpenSSL trusts by default,
-/// or in SSL_CERT_FILE and SSL_CERT_DIR. The next call makes another one when these name other places, when
-/// the file or the directory is not the one that it was, and when something could not be read. A file that is
-/// rewritten in its place inside of the directory is not noticed. Throws `TrustError` when SSL_CERT_FILE
-/// names something else than a regular file, or nothing that is there; an empty SSL_CERT_FILE is none.
+/// A context for clients. It requires TLS 1.2 or later and a certificate chain to a certificate that OpenSSL
+/// trusts by default, or to one in SSL_CERT_FILE or SSL_CERT_DIR.
+///
+/// A call makes a new context when these variables changed, when the file or the directory was replaced or
+/// changed, when something could not be read, or when SSL_CERT_DIR is a list of directories. It does not
+/// notice a file inside the directory that was rewritten in place. Throws `TrustError` when SSL_CERT_FILE
+/// does not name an existing regular file. An empty SSL_CERT_FILE counts as unset.
 std::shared_ptr<boost::asio::ssl::context> sharedTLSContext();
 
 }  // namespace tarnwell
