@@ -92,9 +92,9 @@ IMAPParser::Completion IMAPClient::executeArgs(const std::vector<IMAPArg>& argum
 }
 
 /// Announces a literal, sends the line so far and waits for the server's "+". The literal then begins the
-/// next piece to send. Deliberate: any other line ends the command, because a literal must not follow a
-/// possible refusal. This holds even for an untagged response, which a server may send at any time (RFC 3501,
-/// section 7).
+/// next piece to send.
+/// Deliberate: any other line ends the command, because a literal must not follow a possible refusal. This
+/// holds even for an untagged response, which a server may send at any time (RFC 3501, section 7).
 void IMAPClient::requestContinuation(Secret& line, std::size_t literalSize) {
   line.append('{');
   line.append(std::to_string(literalSize));

@@ -58,9 +58,10 @@ std::size_t endOfClosingTag(std::string_view text, std::size_t position, std::st
   return nowhere;
 }
 
-/// Replaces every "<name[^>]*>[\s\S]*?</name>" by one space. Deliberate: the name may be the beginning of a
-/// longer one. So "<header>" opens a head, and everything up to a later "</head>" goes. This only hides more
-/// of a broken message: a "</head>" without a "<head" is broken.
+/// Replaces every "<name[^>]*>[\s\S]*?</name>" by one space.
+/// Deliberate: the name may be the beginning of a longer one. So "<header>" opens a head, and everything up
+/// to a later "</head>" goes. This only hides more of a broken message: a "</head>" without a "<head" is
+/// broken.
 void removeElement(std::string& text, std::string_view lowerName) {
   const std::string_view html = text;
   TextReplacement replacement(text);

@@ -11,8 +11,8 @@
 ///     for (IMAPToken flag : tokens.elements()[2]->list()) ...
 ///
 /// Lifetime: `IMAPTokens` refers to the bytes of the response; tokens and lists refer to `IMAPTokens`. Keep
-/// what they refer to alive and in place. Tokens and lists are small handles, passed by value. Threads: any
-/// thread may read.
+/// what they refer to alive and in place. Tokens and lists are small handles, passed by value.
+/// Threads: any thread may read.
 
 #include <cstddef>
 #include <cstdint>
