@@ -1,4 +1,4 @@
-/// The levels' names, and the JSON forms of levels and entries.
+/// The names of the levels, and the JSON forms of levels and entries.
 
 #include <nlohmann/json.hpp>
 #include <stdexcept>
@@ -36,7 +36,7 @@ const std::string& textOf(const json& object, const char* key) {
   return found->get_ref<const std::string&>();
 }
 
-/// In groups of 8, 4, 4, 4 and 12 digits.
+/// The groups have 8, 4, 4, 4 and 12 digits.
 constexpr bool beginsGroup(std::size_t byte) { return byte == 4 || byte == 6 || byte == 8 || byte == 10; }
 
 std::string formatUUID(const Identifier& identifier) {

@@ -44,8 +44,8 @@ IMAPClient::BodyText bodyText(const IMAPTextPart& part, std::optional<std::strin
 
 }  // namespace
 
-/// RFC 3501, section 9: date-day "-" date-month "-" date-year, the year in four digits. There is no year 0:
-/// it and the years before it are counted backwards from the year 1.
+/// RFC 3501, section 9: date-day "-" date-month "-" date-year. The year has four digits and no sign. There is
+/// no year 0: the years before year 1 are counted backwards from it.
 std::string IMAPClient::imapDate(Instant instant) {
   static constexpr std::string_view months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
@@ -59,7 +59,7 @@ std::string IMAPClient::imapDate(Instant instant) {
          std::string(months[static_cast<unsigned>(day.month()) - 1]) + "-" + yearText;
 }
 
-/// The keys stand in a fixed order. Texts are always literals, never quoted.
+/// The keys have a fixed order. Texts are always literals, never quoted.
 std::vector<IMAPClient::IMAPArg> IMAPClient::buildSearchArgs(const IMAPSearchCriteria& criteria) {
   using enum IMAPArg::Kind;
   std::vector<IMAPArg> keys;
@@ -100,7 +100,7 @@ std::vector<std::uint32_t> IMAPClient::searchInbox(const IMAPSearchCriteria& cri
     }
   };
   ensureOK(executeArgs(buildSearchArgs(criteria), read), "UID SEARCH");
-  // A server may send millions; only those that are kept are brought into order.
+  // A server may send millions of UIDs. Only those that are kept are sorted.
   const auto kept = static_cast<std::ptrdiff_t>(std::min(uids.size(), limit));
   std::ranges::partial_sort(uids, uids.begin() + kept, std::greater<>());
   uids.resize(static_cast<std::size_t>(kept));
@@ -112,7 +112,7 @@ std::vector<IMAPMessage> IMAPClient::fetchMessages(const std::vector<std::uint32
   if (uids.empty()) {
     return {};
   }
-  // Only what was asked for has a place.
+  // Only messages that were asked for have a place.
   std::unordered_map<std::uint32_t, std::optional<IMAPMessage>> messages;
   for (const std::uint32_t uid : uids) {
     messages.emplace(uid, std::nullopt);
@@ -177,13 +177,13 @@ void IMAPClient::fetchBodyTexts(const std::vector<const IMAPMessage*>& messages,
   }
 }
 
-/// PEEK leaves the message unread; the whole part is fetched.
+/// PEEK leaves the message unread. The command asks for the whole part.
 std::string IMAPClient::requestBody(const IMAPMessage& message) {
   const std::string& section = message.bodyInfo.preferredText->section;
   return send("UID FETCH " + std::to_string(message.uid) + " (BODY.PEEK[" + section + "])");
 }
 
-/// A body may have tens of megabytes, so the response is cut down to it in place.
+/// A body may have tens of megabytes, so the response is cut down to the body in place.
 std::optional<std::string> IMAPClient::readBody(const std::string& tag) {
   std::optional<std::string> body;
   const auto read = [&body](std::string line) {
@@ -207,7 +207,7 @@ std::optional<std::string_view> IMAPClient::extractFirstLiteral(std::string_view
     return std::nullopt;
   }
   response.remove_prefix(brace + 1);
-  std::uint64_t size = 0;  // unsigned, so that no sign is read
+  std::uint64_t size = 0;  // unsigned: a sign is not accepted
   const auto [end, error] = std::from_chars(response.data(), response.data() + response.size(), size);
   if (error != std::errc() || !std::in_range<std::int64_t>(size)) {
     return std::nullopt;

@@ -1,4 +1,4 @@
-/// Folder names as no server should send them.
+/// Folder names that no server should send.
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@ namespace tarnwell::test {
 
 namespace {
 
-/// The only folder is this one.
+/// The server's only folder is this one.
 ServerAttack folder(std::string name, std::string attack, std::string outcome, const std::string& line,
                     const std::string& key, JSONValue expected) {
   ServerAttack row = attackDuring(listSession().answering("LIST", line + "\r\nTAG OK done\r\n"),
@@ -21,7 +21,7 @@ ServerAttack folder(std::string name, std::string attack, std::string outcome, c
   return row;
 }
 
-/// A move among these folders, or a trashing when there is no target.
+/// A move with these folders. Without a target, a move to the trash.
 Session moveAmong(const std::string& lines, const std::string& target) {
   const bool isTrash = target.empty();
   Session session = (isTrash ? trashSession() : moveSession()).answering("LIST", lines + "TAG OK done\r\n");
@@ -31,7 +31,7 @@ Session moveAmong(const std::string& lines, const std::string& target) {
   return session;
 }
 
-/// The message goes where the command says.
+/// The message goes to the folder in the command.
 ServerAttack moving(std::string name, std::string attack, std::string outcome, const std::string& lines,
                     const std::string& target, const std::string& quotedPath) {
   Session session = moveAmong(lines, target);
@@ -41,7 +41,7 @@ ServerAttack moving(std::string name, std::string attack, std::string outcome, c
   return row;
 }
 
-/// No MOVE is sent.
+/// The client sends no MOVE.
 ServerAttack notMoving(std::string name, std::string attack, std::string outcome, const std::string& lines,
                        const std::string& target, std::string error) {
   ServerAttack row = attackDuring(moveAmong(lines, target).leavingAfter("LIST"), std::move(name),

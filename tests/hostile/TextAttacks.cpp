@@ -1,5 +1,5 @@
-/// Texts of the user and of the client that try to be more than texts. No second command is ever sent: the
-/// server's dialogue holds every byte that may come.
+/// Texts from the user and the client that try to act as commands. A second command is never sent: the
+/// server's dialogue contains every byte that may come.
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@ constexpr std::size_t tenMegabytes = 10000000;
 const std::string secondCommand = "x\r\nA0002 LOGOUT\r\n";
 constexpr const char* refusedText = "Invalid argument: control character in IMAP argument";
 
-/// The folders are listed after a login with these two, as they stand in quotes.
+/// A list of folders after a login with these two, in the form that they have in quotes.
 ServerAttack loginAs(std::string name, std::string attack, std::string outcome, std::string email,
                      std::string password, const std::string& quotedPair) {
   Session session = listSession();
@@ -37,7 +37,7 @@ ServerAttack refusedLogin(std::string name, std::string attack, std::string emai
           .error = refusedText};
 }
 
-/// No connection is made.
+/// The program makes no connection.
 ServerAttack notEvenConnected(std::string name, std::string attack, std::string outcome, std::string email,
                               std::string password, std::string error) {
   return {.name = std::move(name),
@@ -49,7 +49,7 @@ ServerAttack notEvenConnected(std::string name, std::string attack, std::string 
           .connections = 0};
 }
 
-/// A search for this text, which arrives byte for byte as a literal.
+/// A search for this text, which arrives unchanged as a literal.
 ServerAttack searchFor(std::string name, std::string attack, const std::string& text,
                        const std::string& charset = "") {
   return {.name = std::move(name),

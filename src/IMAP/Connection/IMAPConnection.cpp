@@ -20,7 +20,7 @@ IMAPConnection::IMAPConnection(const std::string& host, std::int64_t port,
                                std::chrono::duration<double> timeout)
     : IMAPConnection(std::make_unique<TLSStream>(host, endpointPort(port), timeout)) {}
 
-/// The result of the operation. When it throws, the connection is dead and the exception goes on.
+/// Runs an operation. When it throws, the connection is dead and the exception goes on.
 template <class Operation>
 auto IMAPConnection::deadAfterFailure(Operation operation) {
   try {

@@ -12,7 +12,7 @@ constexpr std::string_view crlf = "\r\n";
 
 bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
 
-/// The value of decimal digits; absent when there are none or it does not fit 63 bits.
+/// The value of the decimal digits. Absent when there are none or the value needs more than 63 bits.
 std::optional<std::int64_t> decimalNumber(std::string_view digits) {
   std::int64_t number = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
@@ -42,7 +42,7 @@ std::size_t LineAssembler::appendLine(std::string_view bytes) {
   const std::size_t lineFeed = bytes.find('\n');
   const std::size_t taken = lineFeed == std::string_view::npos ? bytes.size() : lineFeed + 1;
   assembled_.append(bytes, 0, taken);
-  // The CR may have come with an earlier piece, but not with the literal before this line.
+  // The CR may belong to an earlier piece, but not to the literal before this line.
   if (std::string_view(assembled_).substr(physicalLineBegin_).ends_with(crlf)) {
     endPhysicalLine();
   }

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The character references of HTML: eleven named ones and the numeric ones.
+/// Decodes the character references of HTML: eleven named ones and the numeric ones.
 ///
 ///     std::string text = "caf&#xE9; &amp; bar";
 ///     decodeHTMLEntities(text);  // "café & bar"
@@ -12,10 +12,10 @@
 
 namespace tarnwell::TextDecoding {
 
-/// Decodes them where the text lies; any other reference stays as it stands. Linear in the text.
+/// Decodes them in place. Other references stay unchanged. Takes linear time.
 void decodeHTMLEntities(std::string& text);
 
-/// Decodes what a mail program decodes beyond that, as far as it can hide a word: references to blanks and to
+/// Decodes other references that a mail program also decodes and that can hide a word: those to blanks and to
 /// invisible characters, and numeric ones with a capital X or without a semicolon.
 void decodeRemainingHTMLEntities(std::string& text);
 

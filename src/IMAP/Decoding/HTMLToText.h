@@ -1,6 +1,6 @@
 #pragma once
 
-/// HTML reduced to text with a note of where a mail program would show no gap (see Readings.h).
+/// Reduces HTML to text and marks the places where a mail program shows no gap (see Readings.h).
 ///
 ///     std::string html = "<b>S</b>ecurity&#8203; <td>code";
 ///     reduceHTMLToMarkedText(html);
@@ -13,8 +13,8 @@
 
 namespace tarnwell::TextDecoding {
 
-/// As `reduceHTMLToText`, but a tag that takes no room on the screen becomes a mark and not a space. Code
-/// point for code point the two texts correspond.
+/// Like `reduceHTMLToText`, but replaces a tag that takes no room on the screen by a mark instead of a space.
+/// The two texts correspond code point by code point.
 void reduceHTMLToMarkedText(std::string& html);
 
 std::string withoutInlineMarks(std::string_view markedText);

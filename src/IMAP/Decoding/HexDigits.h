@@ -1,6 +1,6 @@
 #pragma once
 
-/// Hexadecimal digits, as escapes and character references write them.
+/// Hexadecimal digits in escapes and character references.
 /// Threads: all functions are pure.
 
 #include <array>
@@ -9,7 +9,7 @@
 
 namespace tarnwell::TextDecoding {
 
-/// For each byte its value as a hexadecimal digit in either case, or -1.
+/// The value of each byte as a hexadecimal digit in either case, or -1.
 inline constexpr std::array<signed char, 256> hexDigitValues = [] {
   std::array<signed char, 256> values{};
   values.fill(-1);

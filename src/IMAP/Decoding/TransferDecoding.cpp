@@ -16,7 +16,7 @@ namespace {
 constexpr std::string_view base64Alphabet =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-/// Marks a byte outside the alphabet; no sum of sextets of one group of four reaches it.
+/// Marks a byte outside the alphabet. The sextets of one group of four never add up to it.
 constexpr std::uint32_t notInAlphabet = 0x80000000U;
 
 /// For each byte its sextet, already shifted to its place in a group of four.
@@ -34,8 +34,8 @@ constexpr SextetTable sextetsShiftedBy(unsigned shift) {
 constexpr std::array<SextetTable, 4> sextets = {sextetsShiftedBy(18), sextetsShiftedBy(12),
                                                 sextetsShiftedBy(6), sextetsShiftedBy(0)};
 
-/// Writes the bytes of groups of sextets. Four sextets make at most three bytes, so that it may write over
-/// the text that is being read: it stays behind the reader.
+/// Writes the bytes of groups of sextets. Four sextets make at most three bytes, so the writer may overwrite
+/// the text that is being read: it never overtakes the reader.
 class Base64Writer {
  public:
   explicit Base64Writer(char* next) : next_(next) {}
@@ -52,7 +52,7 @@ class Base64Writer {
     }
   }
 
-  /// Two sextets make one byte, three make two; a single one makes none and is dropped.
+  /// Two sextets make one byte, three make two. A single one makes none and is dropped.
   void endGroup() {
     if (pending_ > 1) {
       writeBytes(group_ << (6 * (4 - pending_)), pending_ - 1);
@@ -79,7 +79,7 @@ bool holdsByte(std::uint64_t word, char byte) {
   return ((zeroWhereEqual - ones) & ~zeroWhereEqual & (0x80 * ones)) != 0;
 }
 
-/// Copies bytes as long as eight of them at once hold no "=". The output must have room for eight.
+/// Copies bytes while the next eight contain no "=". The output must have room for eight.
 void copyCleanWords(const char*& from, const char* end, char*& to) {
   std::uint64_t word;
   while (end - from >= static_cast<std::ptrdiff_t>(sizeof word)) {
@@ -93,7 +93,7 @@ void copyCleanWords(const char*& from, const char* end, char*& to) {
   }
 }
 
-/// Undoes the escape whose "=" `from` points to, or copies the "=".
+/// Decodes the escape whose "=" `from` points to, or copies the "=".
 void decodeEscape(const char*& from, const char* end, char*& to) {
   const auto left = end - from;
   const int high = left > 2 ? hexDigitValue(from[1]) : -1;
@@ -110,7 +110,7 @@ void decodeEscape(const char*& from, const char* end, char*& to) {
   }
 }
 
-/// Whether what follows padding is base64 again, by the rule in the header.
+/// True when the text after padding is base64 again, by the rule in the header.
 bool isBase64Again(const unsigned char* next, const unsigned char* end) {
   std::size_t letters = 0;  // since the last "="
   bool isAfterLetter = false;
@@ -137,7 +137,7 @@ bool isBase64Again(const unsigned char* next, const unsigned char* end) {
   return letters % 4 == 0;
 }
 
-/// Writes the bytes over the text. False when nothing came of its sextets; then it is as it was.
+/// Writes the bytes over the text. False when the sextets made no byte; then the text is unchanged.
 bool decodeBase64InPlace(std::string& text) {
   Base64Writer writer(text.data());
   bool sawSextet = false;
@@ -167,7 +167,7 @@ bool decodeBase64InPlace(std::string& text) {
       writer.endGroup();
       const bool endsBytes = writer.end() != text.data();
       if (endsBytes && !goesOnAfterPadding) {
-        // Asked once only: what follows the next padding is the end of what was looked at.
+        // This check is done once: it reads to the end of the text.
         goesOnAfterPadding = isBase64Again(next, end);
         if (!goesOnAfterPadding) {
           break;
@@ -221,7 +221,7 @@ DecodedPart decodePart(std::string body, std::string_view encoding, std::optiona
   if (name == "quoted-printable") {
     body = decodeQuotedPrintable(body, Underscore::isUnderscore);
   } else if (name == "base64") {
-    decodeBase64InPlace(body);  // which leaves what is not base64
+    decodeBase64InPlace(body);  // leaves the body unchanged if it is not base64
   }
   const Charset named = stringEncoding(charset);
   DecodedPart part;
@@ -230,7 +230,7 @@ DecodedPart decodePart(std::string body, std::string_view encoding, std::optiona
   part.source.used = named;
   if ((named == Charset::utf8 || named == Charset::ascii) && isValidUTF8(body)) {
     part.source.used = Charset::utf8;
-    part.text = std::move(body);  // not copied: it may have tens of megabytes
+    part.text = std::move(body);  // moved, not copied: it may have tens of megabytes
     return part;
   }
   DecodedText decoded = decodeWithFallback(body, named);

@@ -7,8 +7,8 @@
 namespace tarnwell {
 namespace {
 
-/// A quoted string's bytes without the backslashes that escape. The last byte is never dropped: a
-/// backslash there escapes nothing, because the input ended.
+/// The bytes of a quoted string without the backslashes that escape. Keeps a backslash at the very end: the
+/// input stopped there, so it escapes nothing.
 std::string withoutEscapes(std::string_view bytes) {
   std::string plain;
   plain.reserve(bytes.size());
@@ -21,7 +21,7 @@ std::string withoutEscapes(std::string_view bytes) {
   return plain;
 }
 
-/// Nearly every text is ASCII, and made where it stays.
+/// Nearly every text is ASCII and can be built in place.
 std::optional<std::string> validText(std::string_view bytes) {
   if (lengthOfASCIIRun(bytes, 0) == bytes.size()) {
     return std::optional<std::string>(std::in_place, bytes);

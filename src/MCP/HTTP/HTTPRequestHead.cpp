@@ -23,7 +23,7 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
-/// Takes what stands before the separator, and the separator, off the text.
+/// Removes the text before the separator, and the separator, and returns that text.
 std::string_view takeUntil(std::string_view& text, std::string_view separator) {
   const std::size_t position = text.find(separator);
   const std::string_view taken = text.substr(0, position);
@@ -31,7 +31,7 @@ std::string_view takeUntil(std::string_view& text, std::string_view separator) {
   return taken;
 }
 
-/// Digits and nothing else; the greatest number when they mean one that does not fit.
+/// Accepts digits only. A number that is too large becomes the greatest number.
 std::optional<std::uint64_t> decimalNumber(std::string_view text) {
   std::uint64_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -41,7 +41,7 @@ std::optional<std::uint64_t> decimalNumber(std::string_view text) {
   return error == std::errc() ? number : std::numeric_limits<std::uint64_t>::max();
 }
 
-/// Four numbers without leading zeros, which some programs read as octal (RFC 3986, section 3.2.2).
+/// Four numbers without leading zeros, because some programs read those as octal (RFC 3986, section 3.2.2).
 bool isLoopbackAddress(std::string_view text) {
   constexpr std::size_t partCount = 4;
   constexpr std::uint64_t greatestPart = 255;
@@ -58,7 +58,7 @@ bool isLoopbackAddress(std::string_view text) {
   return true;
 }
 
-/// A port may be left out behind its colon (RFC 3986, section 3.2.3).
+/// The port after the colon may be missing (RFC 3986, section 3.2.3).
 bool isPort(std::string_view text) {
   constexpr std::uint64_t greatest = std::numeric_limits<std::uint16_t>::max();
   return text.empty() || decimalNumber(text).value_or(greatest + 1) <= greatest;
@@ -84,15 +84,15 @@ bool isLoopbackOrigin(std::string_view origin) {
   return false;
 }
 
-/// Deliberate: a request without a Host header passes. Only programs leave it out (HTTP/1.0 knows none); a
-/// browser always sends it, and browsers are what the rule is for.
+/// Deliberate: a request without a Host header is accepted. The rule is against browsers, which always send
+/// it. Only other programs leave it out, and HTTP/1.0 has no such header.
 bool isFromThisMachine(const HTTPRequestHead& head) {
   return std::ranges::all_of(head.hosts, isLoopbackAuthority) &&
          std::ranges::all_of(head.origins, isLoopbackOrigin);
 }
 
-/// Deliberate: "Transfer-Encoding" is not read. A chunked body has no announced length, so it counts as
-/// empty, and since every connection carries one request its bytes are never taken for another one.
+/// Deliberate: "Transfer-Encoding" is not read. A chunked body has no announced length and counts as empty.
+/// Every connection carries one request, so its bytes are never taken for another request.
 HTTPRequestHead HTTPRequestHead::parse(std::string_view block) {
   HTTPRequestHead head;
   const std::string_view requestLine = takeUntil(block, lineEnd);
@@ -101,7 +101,7 @@ HTTPRequestHead HTTPRequestHead::parse(std::string_view block) {
   std::optional<std::uint64_t> length;
   while (!block.empty()) {
     std::string_view value = takeUntil(block, lineEnd);
-    // Blanks before the colon are no part of a valid line, but must not hide a header either.
+    // Blanks before the colon are invalid, but they must not hide a header.
     const std::string_view name = trimmed(takeUntil(value, ":"));
     value = trimmed(value);
     if (equalsIgnoringASCIICase(name, "content-length")) {
@@ -113,7 +113,7 @@ HTTPRequestHead HTTPRequestHead::parse(std::string_view block) {
     } else if (equalsIgnoringASCIICase(name, "origin")) {
       head.origins.emplace_back(value);
     } else if (equalsIgnoringASCIICase(name, "expect")) {
-      // HTTP/1.0 knows no interim answers.
+      // HTTP/1.0 has no interim answers.
       head.expectsContinue =
           requestLine.ends_with(" HTTP/1.1") && equalsIgnoringASCIICase(value, "100-continue");
     }
