@@ -1,4 +1,4 @@
-// A request in pieces has the outcome of the whole, and a body is the bytes behind the head.
+// A request in pieces has the same result as the whole request. The body is the bytes after the head.
 
 #include "Fuzzing.h"
 #include "MCP/HTTP/HTTPRequestReader.h"

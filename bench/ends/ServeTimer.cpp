@@ -1,5 +1,5 @@
-/// Drives a server on its standard input and output as an MCP client does, and measures what microseconds
-/// matter to. Prints one line of JSON with the nanoseconds of each measurement.
+/// Drives a server on its standard input and output as an MCP client does, and measures times of
+/// microseconds. Prints one line of JSON with the nanoseconds of each measurement.
 ///
 ///   ServeTimer start COUNT COMMAND...     from the start of the process to the answer of initialize
 ///   ServeTimer ping COUNT COMMAND...      each ping, from its writing to its answer
@@ -49,7 +49,7 @@ std::int64_t since(Clock::time_point begin) {
   return std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now() - begin).count();
 }
 
-/// The process of a server. Ends with its input.
+/// The process of a server. Ends when its input ends.
 class Server {
  public:
   explicit Server(char* const* command) {
@@ -83,7 +83,7 @@ class Server {
     }
   }
 
-  /// The number of line feeds among what is there; waits until something is.
+  /// The number of line feeds in the bytes that are there. Waits until there are some.
   std::size_t readLines() {
     const ssize_t count = read(output_, received_.data(), received_.size());
     require(count > 0, "reading from the server");
@@ -96,9 +96,9 @@ class Server {
     }
   }
 
-  /// Writes all of it and counts the answers, as both sides are ready, until there are so many. Looks at the
-  /// pipes now and then only: a client that never rests contends with the server for the locks of the pipes,
-  /// and is then a part of what is measured.
+  /// Writes everything and reads answers, as both sides are ready, until there are enough. Looks at the pipes
+  /// only now and then. A client that never rests would compete with the server for the locks of the pipes
+  /// and would change the result.
   void exchange(std::string_view requests, std::size_t answers) {
     fcntl(input_, F_SETFL, O_NONBLOCK);
     while (answers > 0) {
@@ -114,7 +114,7 @@ class Server {
         requests.remove_prefix(static_cast<std::size_t>(count));
       }
       if (answers > 0) {
-        usleep(100);  // with its delay less than half of what the fastest server takes for a full pipe
+        usleep(100);  // together with its delay less than half the time of the fastest server for a full pipe
       }
     }
   }

@@ -1,10 +1,10 @@
-"""Measures the program from outside, side by side with what one would otherwise reach for and with floors that
-nothing can go below, and prints the tables. Started by scripts/bench, which has started the services.
+"""Measures the program from outside and prints the tables. Compares it with other tools for the same work, and
+with floors that no program can beat. scripts/bench starts the services and then this script.
 
     python3 measure.py SETTINGS_DIRECTORY BUILD DIRECTORY DOVECOT_PORT RECORDER_PORT [MARKDOWN_FILE]
 
-BUILD is the build folder; DIRECTORY holds ca.pem, certificates/, wire, and in micro/ the tables of the parts. The
-contenders take turns within each measurement, so that a disturbance meets all of them.
+BUILD is the build folder. DIRECTORY holds ca.pem, certificates/, wire, and in micro/ the tables of the parts. The
+contenders take turns within each measurement, so a disturbance affects all of them.
 """
 import json
 import os
@@ -18,7 +18,7 @@ from processes import Answering, Comparator, MCPServer, run_timer
 from report import MICROSECONDS, MILLISECONDS, Targets, comparison, figure, ratio, replace_between_markers, table
 
 HITS = 20
-ROUND_TRIPS = 29  # TCP, TLS, greeting; LOGIN, CAPABILITY, EXAMINE, SEARCH, FETCH; a body each; LOGOUT
+ROUND_TRIPS = 29  # TCP, TLS, greeting; LOGIN, CAPABILITY, EXAMINE, SEARCH, FETCH; each body; LOGOUT
 USER, PASSWORD = "user@example.org", "app-pass-word"
 
 PEERS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "peers")
@@ -30,7 +30,7 @@ def median(samples):
 
 
 def in_any_order(rounds):
-    """The contenders of one round: none always comes behind the same other."""
+    """The contenders of one round in random order. None always follows the same other one."""
     return random.sample(list(rounds.items()), len(rounds))
 
 
@@ -52,7 +52,7 @@ class Bench:
     # The contenders of the mailbox measurements.
 
     def use_port(self, port):
-        """The program reads its settings anew for every call."""
+        """The program reads its settings again for every call."""
         with open(f"{self.settings}/config.json", "w") as file:
             json.dump({"email": USER, "imapHost": "localhost", "imapPort": port}, file)
 
@@ -153,7 +153,7 @@ class Bench:
                     result = take()
                     if result["result"].get("count", HITS) != HITS:
                         raise RuntimeError(f"{name} found {result['result']['count']} messages, not {HITS}")
-                    if number >= 2:  # before that, everything is cold
+                    if number >= 2:  # the first rounds are cold
                         wall[name].append(result["wall"])
                         processor[name].append(result["processor"])
                 secrets.append(own.call("get_status")["wall"])
@@ -180,7 +180,7 @@ class Bench:
                 for number in range(rounds + 1):
                     for name, take in takes.items():
                         taken, counted = take()["wall"], json.loads(far.read())["roundTrips"]
-                        if number >= 1:  # before that, the comparators load their libraries
+                        if number >= 1:  # in the first round the comparators load their libraries
                             wall.setdefault(name, []).append(taken)
                             trips.setdefault(name, []).append(counted)
         self.use_port(self.dovecot_port)
@@ -212,7 +212,7 @@ class Bench:
 
 
 def tables_of_parts(directory):
-    """What the programs that measure the parts have printed."""
+    """The output of the programs that measure the parts."""
     tables = []
     for name in sorted(os.listdir(directory)):
         with open(f"{directory}/{name}") as file:

@@ -16,7 +16,7 @@ struct Close {
   void operator()(UBreakIterator* iterator) const { ubrk_close(iterator); }
 };
 
-/// Opened once, as the program does.
+/// Opened once, as in the program.
 UBreakIterator* characterIterator() {
   static const std::unique_ptr<UBreakIterator, Close> iterator = [] {
     UErrorCode status = U_ZERO_ERROR;

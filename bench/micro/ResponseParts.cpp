@@ -42,7 +42,7 @@ std::string literalResponse() {
          base64Lines(randomBytes(literalSize)).substr(0, literalSize) + ")\r\n";
 }
 
-/// In pieces of 16 KiB, the most that one TLS record holds.
+/// Assembles pieces of 16 KiB, the most that one TLS record holds.
 std::size_t assemble(std::string_view stream) {
   constexpr std::size_t pieceSize = 16'384;
   LineAssembler assembler;
@@ -56,7 +56,7 @@ std::size_t assemble(std::string_view stream) {
   return assembled;
 }
 
-/// A fresh copy of each response: the least that handing out a line can cost.
+/// A fresh copy of each response: the least cost of returning a line.
 std::size_t copy(std::string_view response, std::size_t count) {
   std::size_t copied = 0;
   for (std::size_t number = 0; number < count; ++number) {

@@ -150,7 +150,7 @@ void addReadingShapes(std::vector<Shape>& shapes) {
               {" ", "A", "\u0301\u0316", "\u0301\u200D\u0316", "\u200B", "\u1100", "\uFDFA", "文\n", "\xFF"},
               fold);
 
-  // All of the text is to leave, in a charset that is not its own.
+  // The whole text leaves the program, in a charset that is not its own.
   const auto readings = [](bool isHTML) {
     return [isHTML](std::string_view bytes) {
       const BodySource source{

@@ -1,5 +1,5 @@
-/* The floor of a server on standard input and output: answers each line with a prepared one, into which it
- * copies the request's id. Knows initialize, tools/list and ping; reads no JSON. One write for each answer. */
+/* The floor of a server on standard input and output. It answers each line with a prepared line that has a copy of
+ * the request's id. It knows initialize, tools/list and ping, parses no JSON, and writes each answer with one write. */
 #include <string.h>
 #include <unistd.h>
 

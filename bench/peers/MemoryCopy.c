@@ -1,5 +1,5 @@
-/* The floor of anything that touches a body: copies so many bytes for each line on its standard input, and
- * answers with how many.
+/* The floor of all work on a body: copies so many bytes for each line on its standard input, and prints their
+ * number.
  *   MemoryCopy BYTES */
 #include <stdio.h>
 #include <stdlib.h>
@@ -17,7 +17,7 @@ int main(int count, char **arguments) {
   char line[16];
   while (fgets(line, sizeof line, stdin) != NULL) {
     memcpy(to, from, size);
-    /* The compiler must take the copy for used. */
+    /* The compiler must treat the copy as used. */
     __asm__ volatile("" : : "r"(to) : "memory");
     printf("{\"bytes\": %zu}\n", size);
     fflush(stdout);

@@ -75,7 +75,8 @@ class CodeQuestion {
         after, [](const FoundWord& word) { return word.is(done) && (word.term.front() & 0x80) == 0; });
   }
 
-  /// For the name of a one-time code when no group has the shape of a code: the code may be letters only.
+  /// True when the mail hands over the code of this name although no group looks like a code. Such a code may
+  /// have letters only.
   bool isCodeHandedOver(const FoundWord& name) const {
     const std::string_view after = mail_.text().substr(name.end);
     if (name.is(password) && isPasswordBehind(name)) {

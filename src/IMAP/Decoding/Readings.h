@@ -14,7 +14,9 @@
 /// encoding has the wrong label, and the bytes after the first megabyte of a part or after the first 64 KiB
 /// of a header field.
 ///
-/// Every operation takes linear time and never fails. Threads: all operations are pure.
+/// Every operation takes linear time and never fails.
+///
+/// Threads: all operations are pure.
 
 #include <cstddef>
 #include <string>

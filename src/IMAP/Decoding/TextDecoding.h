@@ -29,14 +29,15 @@ namespace tarnwell::TextDecoding {
 /// undone.
 std::string decodeText(std::string body, std::string_view encoding, std::optional<std::string_view> charset);
 
-/// The same, with the beginning of the bytes behind the text. The caller sets `source.isHTML`.
+/// The same, with the beginning of the bytes from which the text was made. The caller sets `source.isHTML`.
 struct DecodedPart {
   std::string text;
   BodySource source;
 };
 DecodedPart decodePart(std::string body, std::string_view encoding, std::optional<std::string_view> charset);
 
-/// The bytes in the named charset. If any byte is invalid there, in UTF-8, and then in ISO 8859-1.
+/// The bytes read in the named charset. If they are not valid in it, they are all read in UTF-8, and if they
+/// are not valid there either, in ISO 8859-1.
 std::string decodeCharset(std::string_view bytes, std::optional<std::string_view> charset);
 
 /// The same, with the charset that was used.
