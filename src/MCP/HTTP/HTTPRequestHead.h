@@ -32,8 +32,8 @@ struct HTTPRequestHead {
   /// The header occurs more than once, with different values (RFC 9112, section 6.3).
   bool hasConflictingLengths = false;
   /// The values of every Host and of every Origin, as sent.
-  std::vector<std::string> hosts;
-  std::vector<std::string> origins;
+  std::vector<std::string> hosts{};
+  std::vector<std::string> origins{};
   /// The client may wait for an interim answer before it sends the body (RFC 9110, section 10.1.1).
   bool expectsContinue = false;
 
