@@ -1,7 +1,7 @@
 #pragma once
 
 /// The table of attacks: what a hostile or broken surrounding may do to the program, one row for each, and
-/// what the program does about it. Each row is one test; the same rows make the table in `docs/safety.md`.
+/// what the program does about it. Each row is one test; the same rows make the table in `docs/attacks.md`.
 ///
 ///     hostile_tests                 plays every row
 ///     hostile_tests Peer            plays the rows of one group
