@@ -73,7 +73,7 @@ class Comparator(Answering):
 
 
 class MCPServer(Answering):
-    """A server for MCP clients, with the handshake behind it."""
+    """A server for MCP clients, after the handshake."""
 
     def __init__(self, command, environment=None, directory=None):
         super().__init__(command, environment, directory)
@@ -99,8 +99,7 @@ class MCPServer(Answering):
         return {**taken, "result": result["structuredContent"]}
 
 
-def run_timer(program, what, count, command, directory=None):
+def run_timer(program, count, command):
     """One run of ServeTimer."""
-    output = subprocess.run([program, what, str(count), *command], check=True, stdout=subprocess.PIPE,
-                            cwd=directory).stdout
+    output = subprocess.run([program, str(count), *command], check=True, stdout=subprocess.PIPE).stdout
     return json.loads(output)
