@@ -7,15 +7,13 @@ COLUMNS, COLUMN_WIDTH, PADDING = 2, 430, 16
 NAME_WIDTH, BAR_WIDTH = 184, 150
 TITLE_HEIGHT, BAR_HEIGHT, BAR_STEP, PANEL_GAP = 26, 14, 22, 18
 
-STYLE = """  text { font: 13px system-ui, sans-serif; fill: #424a53 }
+# The colours in the middle are for viewers that know of no scheme.
+STYLE = """  text { font: 13px system-ui, sans-serif; fill: #6e7781 }
   .title { font-weight: 600 }
-  .other { fill: #8c959f }
-  .own { fill: #1f7a4d }
-  @media (prefers-color-scheme: dark) {
-    text { fill: #c9d1d9 }
-    .other { fill: #6e7681 }
-    .own { fill: #3fb27f }
-  }"""
+  .other { fill: #848d97 }
+  .own { fill: #2a9d68 }
+  @media (prefers-color-scheme: light) { text { fill: #424a53 } }
+  @media (prefers-color-scheme: dark) { text { fill: #c9d1d9 } }"""
 
 
 def bars(rows, left, top, unit):
