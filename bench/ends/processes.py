@@ -99,8 +99,7 @@ class MCPServer(Answering):
         return {**taken, "result": result["structuredContent"]}
 
 
-def run_timer(program, what, count, command, directory=None):
+def run_timer(program, count, command):
     """One run of ServeTimer."""
-    output = subprocess.run([program, what, str(count), *command], check=True, stdout=subprocess.PIPE,
-                            cwd=directory).stdout
+    output = subprocess.run([program, str(count), *command], check=True, stdout=subprocess.PIPE).stdout
     return json.loads(output)

@@ -2,7 +2,6 @@
 import statistics
 
 MILLISECONDS = ("ms", 1e6)
-MICROSECONDS = ("µs", 1e3)
 
 
 def percentile(samples, share):
@@ -11,7 +10,7 @@ def percentile(samples, share):
 
 
 def figure(value):
-    """Three significant digits."""
+    """Three digits that count."""
     if value >= 1000:
         return f"{value:,.0f}".replace(",", " ")
     return f"{value:.0f}" if value >= 100 else f"{value:.1f}" if value >= 10 else f"{value:.2f}"
@@ -23,15 +22,15 @@ def table(header, rows):
 
 
 def ratio(some, others):
-    """How many times as large as the others. With equally many samples it is the median of the ratios of the pairs,
-    so a slow minute affects both sides. Otherwise it is the ratio of the medians."""
+    """How many times the others. When both were measured equally often, the median of what each pair of samples says,
+    so that a minute in which everything is slow counts for both; else the ratio of the medians."""
     if len(some) == len(others):
         return statistics.median(one / other for one, other in zip(some, others))
     return statistics.median(some) / statistics.median(others)
 
 
 def comparison(contenders, unit, own="tarnwell"):
-    """One row for each contender: {name: samples}. The ratio compares it with the program itself."""
+    """One row for each contender: {name: samples}. The ratio says how many times that of the program's own."""
     name, divisor = unit
     rows = []
     for contender, samples in contenders.items():
@@ -43,7 +42,7 @@ def comparison(contenders, unit, own="tarnwell"):
 
 
 class Targets:
-    """The targets and the measured values."""
+    """What was wished for, and what was measured."""
 
     def __init__(self):
         self._rows = []
@@ -63,18 +62,3 @@ class Targets:
 
     def table(self):
         return table(["target", "wanted", "measured", "holds"], self._rows)
-
-
-def replace_between_markers(path, text):
-    """Writes the text to the file. In a file with the two marker lines, replaces only the text between them."""
-    begin, end = "<!-- begin of the last run -->\n", "<!-- end of the last run -->\n"
-    try:
-        with open(path) as file:
-            before = file.read()
-    except FileNotFoundError:
-        before = ""
-    if begin in before and end in before:
-        head, rest = before.split(begin, 1)
-        text = head + begin + "\n" + text + "\n" + end + rest.split(end, 1)[1]
-    with open(path, "w") as file:
-        file.write(text)

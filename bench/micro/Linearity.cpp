@@ -1,16 +1,16 @@
-// linearity [LARGEST [READER]]: reads every shape of input at 1 MB, 2 MB and so on up to LARGEST MB (64 by
-// default; for a reader with bounded input, up to its bound). Prints for each reader the cost of the worst
-// doubling of an input. READER selects the readers whose names begin with it. The status is 1 when a doubling
+// linearity [LARGEST [READER]]: reads every shape of input at 1 MB, 2 MB and so on up to LARGEST MB (32
+// unless given; a reader whose input is bounded, up to its bound), and prints for each reader what the worst
+// doubling of an input cost. READER chooses those whose names begin so. The status is 1 when a doubling
 // cost 2.3 times as much or more.
 //
-// Two kinds of doublings are shown but not judged, because they measure the memory and not the reader. The
-// first are those up to 8 MB, where an input and its result outgrow one processor cache after the other. For
-// a reader with bounded input, all doublings are judged. The second are those of readings faster than 500
-// MB/s: quadratic work would be slower at such sizes.
+// Two kinds of doublings are shown but not judged, since they tell about the memory and not about the reader:
+// those up to 8 MB, where an input and what is made of it outgrow the caches of the processor one after the
+// other (of a reader whose input is bounded, all are judged), and those of readings faster than 500 MB/s,
+// which work that grows with the square could not be at such sizes.
 //
-// Noise only makes a run slower, so the fastest of several runs counts. A doubling that looks too expensive
-// is measured again in pairs: one size right after the other, so that a slow minute affects both. Then the
-// median of the pairs counts.
+// Noise only ever makes a run slower, so that the fastest of several runs counts. A doubling that looks too
+// dear is measured again, in pairs: the two sizes one right after the other, so that a slow minute meets
+// both. The median of the pairs counts then.
 
 #include <malloc.h>
 #include <time.h>
@@ -53,8 +53,8 @@ double processorSeconds() {
 
 volatile std::size_t sink;
 
-/// The fastest of several runs. An input larger than the caches is read only once, unless it is measured
-/// again. Short runs are repeated until the clock can measure them.
+/// The fastest of several runs; of an input beyond the caches one run, unless it is measured again. Short
+/// ones are repeated until the clock can tell them.
 double secondsToRead(const Shape& shape, std::string_view input) {
   constexpr double shortestBatch = 2e-3;
   constexpr double enough = 0.05;
@@ -85,13 +85,13 @@ struct Doubling {
 };
 
 struct Result {
-  Doubling worst;                 // of the judged doublings
-  Doubling worstOfOthers;         // of the other doublings
+  Doubling worst;                 // of those that are judged
+  Doubling worstOfOthers;         // of the others
   std::size_t largest = 0;        // bytes
   double megabytesPerSecond = 0;  // at the largest size
 };
 
-/// Reads the shape at a size. When that took too long compared with the size before, measures again in pairs.
+/// Reads the shape at a size, and once more in pairs when that took too long beside the size before it.
 Doubling measureDoubling(const Shape& shape, std::size_t size, double secondsBefore, double& seconds) {
   constexpr std::size_t pairs = 7;
   seconds = secondsToRead(shape, shape.input(size));
@@ -115,7 +115,7 @@ Result measure(const Shape& shape, std::size_t largestAllowed) {
   const bool isBounded = shape.longest != 0;
   std::size_t size = isBounded ? shape.longest >> doublings : megabyte;
   const std::size_t largest = isBounded ? shape.longest : largestAllowed;
-  // The first run is not measured, so that the kernel has handed out all pages.
+  // Once without the clock, so that the pages that the kernel hands out afresh are there.
   sink = shape.read(shape.input(largest));
   double seconds = secondsToRead(shape, shape.input(size));
   Result result;
@@ -139,7 +139,7 @@ std::string sizeText(std::size_t bytes) {
   return bytes >= megabyte ? std::to_string(bytes / megabyte) + " MB" : std::to_string(bytes / 1000) + " kB";
 }
 
-/// Empty for a doubling that was not measured.
+/// Nothing for a doubling that was not measured.
 std::string ratioText(double ratio) {
   char text[16] = "";
   if (ratio > 0) {
@@ -148,7 +148,7 @@ std::string ratioText(double ratio) {
   return text;
 }
 
-/// Makes a name fit into a table: one short line without the column sign.
+/// What a table can show of a shape: one short line without its column sign.
 std::string printable(std::string_view name) {
   constexpr std::size_t longest = 60;
   constexpr std::string_view ellipsis = "…";
@@ -215,7 +215,7 @@ std::vector<Shape> allShapes() {
   addTextShapes(shapes);
   addMessageShapes(shapes);
   addCoreShapes(shapes);
-  // One row for each reader, in the order in which the readers were added.
+  // One row for a reader, in the order in which the readers were added.
   std::vector<std::string> readers;
   for (const Shape& shape : shapes) {
     if (std::ranges::find(readers, shape.reader) == readers.end()) {
@@ -229,10 +229,10 @@ std::vector<Shape> allShapes() {
 }
 
 int run(std::size_t largest, std::string_view chosen) {
-  // Keeps freed memory, so that the kernel's handing out of fresh pages is not measured.
+  // The readers are to be measured, not the kernel's handing out of fresh pages: memory is kept.
   mallopt(M_MMAP_MAX, 0);
   mallopt(M_TRIM_THRESHOLD, -1);
-  // A broken settings file makes a log entry. Nobody listens at this address.
+  // A broken settings file is an entry of the log; nobody listens there.
   static const SystemLog nowhere("linearity", "/nowhere/tarnwell-linearity");
   AppLogger::replaceSystemLog(nowhere);
 
@@ -254,7 +254,7 @@ int run(std::size_t largest, std::string_view chosen) {
 }  // namespace tarnwell::bench
 
 int main(int argumentCount, char** arguments) {
-  constexpr std::size_t usualLargest = 64;
+  constexpr std::size_t usualLargest = 32;
   const std::size_t largest = argumentCount > 1 ? std::strtoul(arguments[1], nullptr, 10) : usualLargest;
   if (largest < 16) {
     std::fprintf(stderr, "usage: linearity [LARGEST [READER]], LARGEST in MB and at least 16\n");

@@ -124,7 +124,7 @@ void addPreviewShapes(std::vector<Shape>& shapes) {
   const Read count = [](std::string_view text) { return characterCount(text); };
   shapes.push_back(
       {.reader = "snippet",
-       .name = "200 characters behind blanks",
+       .name = "200 characters after blanks",
        .input = [](std::size_t size) { return std::string(size, ' ') + prose(Script::latin, 2000); },
        .read = preview});
   addRepeated(shapes, "snippet", {"\u0301", "\u200D", "\xFF"}, preview);

@@ -1,7 +1,7 @@
 #pragma once
 
 /// The table of attacks. Each row says what a hostile or broken environment may do to the program, and what
-/// the program does then. Each row is one test. The same rows make the table in `docs/safety.md`.
+/// the program does then. Each row is one test. The same rows make the table in `docs/attacks.md`.
 ///
 ///     hostile_tests                 plays every row
 ///     hostile_tests Peer            plays the rows of one group

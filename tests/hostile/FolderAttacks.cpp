@@ -99,7 +99,7 @@ std::vector<Attack> folderAttacks() {
              inbox + "* LIST (\\Trash) \"/\" First\r\n* LIST (\\Trash) \"/\" Second\r\n", "", "\"First\""),
       moving("falseTrash", "a folder called Trash before the one marked as trash", "takes the marked one",
              "* LIST () \"/\" Trash\r\n* LIST (\\Trash) \"/\" Marked\r\n", "", "\"Marked\""),
-      notMoving("commandInName", "a name with a line end and a command behind it",
+      notMoving("commandInName", "a name with a line end and a command after it",
                 "refuses the name; nothing of it is sent",
                 "* LIST () \"/\" {23}\r\nArchive\r\nA0005 LOGOUT\r\n\r\n", "Archive\r\nA0005 LOGOUT\r\n",
                 "Invalid argument: control character in IMAP argument"),

@@ -49,7 +49,7 @@ void printTable() {
   for (const AttackGroup& group : attackTable()) {
     const std::vector<Attack> attacks = group.attacks();
     count += attacks.size();
-    tables << "\n### " << group.title << "\n\nShown by `hostile." << group.name
+    tables << "\n## " << group.title << "\n\nShown by `hostile." << group.name
            << "`.\n\n| Attack | What the program does | Tests |\n|---|---|---|\n";
     for (const TableLine& line : tableLines(attacks)) {
       tables << line.text << ' ' << line.rows << " |\n";
