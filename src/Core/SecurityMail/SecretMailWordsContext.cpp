@@ -92,7 +92,7 @@ constexpr SecretMailWords rows[] = {
      "requested a new password|restore access|restore my access|restore your access|regain access|"
      "unlock it|this is my email|yes, this is my email|yes, this is me|this is my address|it's me|yes it's "
      "me|yes, it's me|that's me|yes, that was me|"
-     "that was me|finish setting up your account|finish signing in|complete your sign in|"
+     "that was me|set up your account|finish setting up your account|finish signing in|complete your sign in|"
      "complete your log in|sign me in|log me in"},
     {linkSubject,
      "forgot password|forgot your password|forgotten password|forgotten your password|lost password|"
