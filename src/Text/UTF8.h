@@ -40,7 +40,7 @@ constexpr bool isContinuationByte(char byte) { return U8_IS_TRAIL(byte); }
 /// alone otherwise.
 inline char32_t nextCodePoint(std::string_view text, std::size_t& position, bool* valid = nullptr) {
   UChar32 codePoint = 0;
-  U8_NEXT(text.data(), position, text.size(), codePoint);
+  U8_NEXT(reinterpret_cast<const std::uint8_t*>(text.data()), position, text.size(), codePoint);
   if (codePoint >= 0) {
     return static_cast<char32_t>(codePoint);
   }
@@ -63,11 +63,11 @@ inline char32_t previousCodePoint(std::string_view text, std::size_t& position) 
 
 /// Appends a Unicode scalar value; anything else (a surrogate, above U+10FFFF) as U+FFFD.
 inline void appendCodePoint(std::string& text, char32_t codePoint) {
-  char sequence[U8_MAX_LENGTH];
+  std::uint8_t sequence[U8_MAX_LENGTH];
   std::size_t size = 0;
   bool isError = false;
   U8_APPEND(sequence, size, sizeof sequence, codePoint, isError);
-  text += isError ? "\uFFFD" : std::string_view(sequence, size);
+  text += isError ? "\uFFFD" : std::string_view(reinterpret_cast<const char*>(sequence), size);
 }
 
 /// The first `size` bytes of a text, or a little less, so that no sequence is cut. One has at most three

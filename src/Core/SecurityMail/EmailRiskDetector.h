@@ -27,7 +27,7 @@ namespace tarnwell {
 struct Keyword {
   std::string_view term;
   std::string_view category;
-  /// The term must stand as a whole word, in the sense of `WordPattern`.
+  /// The term must stand as a whole word, in the sense of `hasWord`.
   bool wordBoundary;
 };
 
