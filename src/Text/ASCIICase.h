@@ -37,20 +37,4 @@ constexpr bool startsWithIgnoringASCIICase(std::string_view text, std::string_vi
   return equalsIgnoringASCIICase(text.substr(0, prefix.size()), prefix);
 }
 
-/// True when nothing but ASCII equals the term where the letter case of all scripts is ignored. Outside of
-/// ASCII, U+017F and U+212A fold to s and k, and some ligatures to pairs of s, t, f, i and l; nothing else
-/// folds to ASCII (Unicode 15, CaseFolding.txt).
-constexpr bool foldsFromASCIIOnly(std::string_view term) {
-  char before = '\0';
-  for (const char byte : term) {
-    const char lower = asciiLowercasedByte(byte);
-    const bool endsLigature = before == 'f' && (lower == 'f' || lower == 'i' || lower == 'l');
-    if ((byte & 0x80) != 0 || lower == 's' || lower == 'k' || endsLigature) {
-      return false;
-    }
-    before = lower;
-  }
-  return true;
-}
-
 }  // namespace tarnwell

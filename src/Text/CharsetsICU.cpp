@@ -85,21 +85,6 @@ std::optional<std::string> convertWith(const char* converterName, std::string_vi
   return text;
 }
 
-std::string widenLatin1(std::string_view bytes) {
-  std::string text;
-  const auto widened = std::ranges::count_if(bytes, [](char byte) { return (byte & 0x80) != 0; });
-  text.reserve(bytes.size() + static_cast<std::size_t>(widened));
-  for (std::size_t position = 0; position < bytes.size();) {
-    const std::size_t run = lengthOfASCIIRun(bytes, position);
-    text.append(bytes, position, run);
-    position += run;
-    if (position < bytes.size()) {
-      appendCodePoint(text, byteAt(bytes, position++));
-    }
-  }
-  return text;
-}
-
 /// IBM's tables for personal computers exchange three control characters on the way to Unicode: 1A
 /// becomes 1C, 1C becomes 7F and 7F becomes 1A. In mail these bytes mean what ASCII says. No other
 /// byte yields one of the three, so that the exchange can be taken back in the result.
@@ -193,11 +178,8 @@ std::optional<std::string> convertToUTF8(std::string_view bytes, const Charset& 
   if (charset == Charset::utf8) {
     return isValidUTF8(bytes) ? std::optional(std::string(bytes)) : std::nullopt;
   }
-  if (charset == Charset::latin1) {
-    return widenLatin1(bytes);
-  }
   if (charset == Charset::ascii) {
-    return lengthOfASCIIRun(bytes, 0) == bytes.size() ? std::optional(std::string(bytes)) : std::nullopt;
+    return isASCII(bytes) ? std::optional(std::string(bytes)) : std::nullopt;
   }
   const std::string converterName(charset.name());
   std::optional<std::string> text = convertWith(converterName.c_str(), bytes);

@@ -62,13 +62,9 @@ bool isWide(char32_t codePoint) {
 
 bool isLineEnd(char32_t codePoint) { return codePoint == '\n' || codePoint == '\r' || codePoint == 0x2028; }
 
-/// Of a valid text that is not empty.
 char32_t lastCodePoint(std::string_view text) {
-  std::size_t position = text.size() - 1;
-  while (isContinuationByte(text[position])) {
-    --position;
-  }
-  return nextCodePoint(text, position);
+  std::size_t end = text.size();
+  return previousCodePoint(text, end);
 }
 
 char32_t firstCodePoint(std::string_view text) {

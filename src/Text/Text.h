@@ -7,10 +7,10 @@
 ///
 ///     characterCount("e\u0301\u{1F468}\u200D\u{1F469}")  // 2: a combining sequence, one family emoji
 ///     characterPrefix("日本語", 2)                        // "日本"
-///     WordPattern("otp").isFoundIn("your otp: 4711")      // true
-///     WordPattern("otp").isFoundIn("hotpot")              // false
+///     hasWord("your otp: 4711", "otp")                    // true
+///     hasWord("hotpot", "otp")                            // false
 ///
-/// Threads: all functions are pure; a `WordPattern` may be used by many threads at once.
+/// Threads: all functions are pure.
 
 #include <cstddef>
 #include <string>
@@ -27,9 +27,6 @@ bool isValidUTF8(std::string_view bytes);
 /// Full Unicode case mapping, independent of the user's language (Unicode 15, section 3.13).
 std::string lowercased(std::string_view text);
 std::string uppercased(std::string_view text);
-
-/// Full Unicode case folding: what differs in letter case alone becomes equal.
-std::string caseFolded(std::string_view text);
 
 /// The form in which scanners look for words and numbers: compatibility characters as the ordinary ones (NFKC
 /// of Unicode Standard Annex #15: full-width and circled digits become digits), typographic dashes and
@@ -59,23 +56,9 @@ bool isFormatCharacter(char32_t codePoint);
 /// The text without the white space (line breaks included) at both of its ends.
 std::string_view trimmed(std::string_view text);
 
-/// Finds one term as a whole word: both of its ends lie on a word boundary, where the letters, marks
-/// and digits of all scripts and connector punctuation count as parts of words, and marks and format
-/// characters are passed over. Case is ignored.
-class WordPattern {
- public:
-  explicit WordPattern(std::string_view term);
-
-  /// False for an empty term, and for what was moved from; `isFoundIn` then is always false.
-  bool isUsable() const { return !term_.empty(); }
-
-  /// Looks for a word that begins in the first `end` bytes; what follows tells whether it ends there.
-  bool isFoundIn(std::string_view text, std::size_t end = std::string_view::npos) const;
-
- private:
-  /// Characters beyond ASCII may equal parts of the term, so that the text must be folded for the search.
-  bool isFoldedTo_;
-  std::string term_;
-};
+/// True when the word begins in the first `end` bytes of the text and stands there as a whole: both of its
+/// ends lie on a word boundary, where the letters, marks and digits of all scripts and connector punctuation
+/// count as parts of words, and marks and format characters are passed over. Letter case counts.
+bool hasWord(std::string_view text, std::string_view word, std::size_t end = std::string_view::npos);
 
 }  // namespace tarnwell

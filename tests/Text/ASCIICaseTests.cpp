@@ -13,14 +13,5 @@ TEST(ASCIICase, lettersAndDigitsAreThoseOfASCII) {
   EXPECT_EQ(found, "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
 }
 
-TEST(ASCIICase, onlySomeLettersFoldFromBeyondASCII) {
-  for (const char* term : {"otp", "OTP", "2FA", "", "if", "lf", "f i", "tf"}) {
-    EXPECT_TRUE(foldsFromASCIIOnly(term)) << term;
-  }
-  for (const char* term : {"k", "K", "s", "ST", "off", "oFF", "fi", "Fl", "otp\u00E9", "認証"}) {
-    EXPECT_FALSE(foldsFromASCIIOnly(term)) << term;
-  }
-}
-
 }  // namespace
 }  // namespace tarnwell

@@ -1,12 +1,6 @@
 #include "Core/SecurityMail/EmailRiskDetector.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
-#include <cstdint>
-#include <map>
-#include <memory>
-#include <mutex>
 
 #include "Text/ASCIICase.h"
 #include "Text/Text.h"
@@ -47,114 +41,9 @@ constexpr Keyword keywordTable[] = {
     {"セキュリティ警告", "security_alert", false},
 };
 
-/// A whole word is looked for only where the term is a substring of the lower-cased text. The one implies the
-/// other for terms to which nothing outside of ASCII folds.
-static_assert(std::ranges::all_of(keywordTable, [](const Keyword& keyword) {
-  return !keyword.wordBoundary || foldsFromASCIIOnly(keyword.term);
-}));
-
-/// How many bytes of each term the search looks up in its table; no term is shorter.
-constexpr std::size_t lookAhead = 3;
-static_assert(std::ranges::all_of(keywordTable,
-                                  [](const Keyword& keyword) { return keyword.term.size() >= lookAhead; }));
-
-/// A set of rows of the table, one bit for each.
-using Rows = std::uint32_t;
-static_assert(std::size(keywordTable) <= 32);
-
-constexpr Rows bitOf(std::size_t row) { return Rows{1} << row; }
-
-/// Finds all terms in one walk over a text. A table tells for each byte which rows have it in which of the
-/// first places of their terms; where the last bytes fit into the places of a row, the rest of its term is
-/// compared.
-class TermSearch {
- public:
-  TermSearch() {
-    for (std::size_t row = 0; row < std::size(keywordTable); ++row) {
-      lowerTerms_[row] = lowercased(keywordTable[row].term);
-      for (std::size_t place = 0; place < lookAhead; ++place) {
-        rowsWith_[static_cast<unsigned char>(lowerTerms_[row][place])][place] |= bitOf(row);
-      }
-    }
-  }
-
-  const std::string& lowerTerm(std::size_t row) const { return lowerTerms_[row]; }
-
-  /// The rows whose lower-cased terms occur in the text and begin before `end`.
-  Rows foundIn(std::string_view text, std::size_t end) const {
-    static_assert(lookAhead == 3);
-    Rows found = 0;
-    Rows withFirst = 0;  // whose first byte is the one before
-    Rows withFirstTwo = 0;
-    const std::size_t lastLookAt = end + std::min(text.size(), lookAhead - 1);
-    for (std::size_t next = 0; next < std::min(text.size(), lastLookAt); ++next) {
-      const RowsInPlaces& rows = rowsWith_[static_cast<unsigned char>(text[next])];
-      const Rows candidates = withFirstTwo & rows[2];
-      withFirstTwo = withFirst & rows[1];
-      withFirst = rows[0];
-      if (candidates != 0) {
-        found |= confirmed(candidates & ~found, text.substr(next + 1 - lookAhead));
-      }
-    }
-    return found;
-  }
-
- private:
-  using RowsInPlaces = std::array<Rows, lookAhead>;
-
-  Rows confirmed(Rows candidates, std::string_view text) const {
-    Rows found = 0;
-    for (; candidates != 0; candidates &= candidates - 1) {
-      const auto row = static_cast<std::size_t>(std::countr_zero(candidates));
-      if (text.starts_with(lowerTerms_[row])) {
-        found |= bitOf(row);
-      }
-    }
-    return found;
-  }
-
-  std::array<std::string, std::size(keywordTable)> lowerTerms_;
-  std::array<RowsInPlaces, 256> rowsWith_{};
-};
-
-const TermSearch& termSearch() {
-  static const TermSearch search;
-  return search;
-}
-
-/// Compiled word patterns, one for each lower-cased term, for the life of the process.
-class WordRegexCache {
- public:
-  static WordRegexCache& shared() {
-    static WordRegexCache cache;
-    return cache;
-  }
-
-  /// The pattern of the term, or null when there can be none. The lock covers looking up
-  /// and compiling; searching with the pattern needs none.
-  std::shared_ptr<const WordPattern> pattern(const std::string& lowerTerm) {
-    const std::lock_guard lock(mutex_);
-    const auto known = patterns_.find(lowerTerm);
-    if (known != patterns_.end()) {
-      return known->second;
-    }
-    auto compiled = std::make_shared<const WordPattern>(lowerTerm);
-    if (!compiled->isUsable()) {
-      return nullptr;
-    }
-    patterns_.emplace(lowerTerm, compiled);
-    return compiled;
-  }
-
- private:
-  std::mutex mutex_;
-  std::map<std::string, std::shared_ptr<const WordPattern>> patterns_;
-};
-
-/// For a term that is a substring of the text.
-bool isFoundAsWord(const std::string& lowerTerm, std::string_view lowerText, std::size_t end) {
-  const auto pattern = WordRegexCache::shared().pattern(lowerTerm);
-  return pattern == nullptr || pattern->isFoundIn(lowerText, end);
+bool isFound(const Keyword& keyword, std::string_view lowerTerm, std::string_view lowerText,
+             std::size_t end) {
+  return keyword.wordBoundary ? hasWord(lowerText, lowerTerm, end) : lowerText.find(lowerTerm) < end;
 }
 
 /// Appends the signals of one text whose terms begin in its first `end` bytes. No term stands in the table
@@ -166,14 +55,10 @@ void scan(std::string_view text, std::size_t end, std::string_view location,
   }
   const std::string lowerText = lowercased(text);
   const std::size_t lowerEnd = end < text.size() ? lowercased(text.substr(0, end)).size() : lowerText.size();
-  const Rows substrings = termSearch().foundIn(lowerText, lowerEnd);
-  for (std::size_t row = 0; row < std::size(keywordTable); ++row) {
-    if ((substrings & bitOf(row)) == 0) {
-      continue;
-    }
-    const std::string& lowerTerm = termSearch().lowerTerm(row);
-    if (!keywordTable[row].wordBoundary || isFoundAsWord(lowerTerm, lowerText, lowerEnd)) {
-      signals.push_back({std::string(keywordTable[row].category), lowerTerm, std::string(location)});
+  for (const Keyword& keyword : keywordTable) {
+    const std::string lowerTerm = asciiLowercased(std::string(keyword.term));
+    if (isFound(keyword, lowerTerm, lowerText, lowerEnd)) {
+      signals.push_back({std::string(keyword.category), lowerTerm, std::string(location)});
     }
   }
 }

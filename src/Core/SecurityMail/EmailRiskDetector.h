@@ -26,7 +26,7 @@ namespace tarnwell {
 struct Keyword {
   std::string_view term;
   std::string_view category;
-  /// True when the term must be a whole word, as `WordPattern` defines it.
+  /// True when the term must be a whole word, as `hasWord` defines it.
   bool wordBoundary;
 };
 

@@ -1,10 +1,11 @@
 #include "IMAP/Decoding/HTMLEntities.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <optional>
 #include <span>
 
-#include "IMAP/Decoding/HexDigits.h"
 #include "IMAP/Decoding/TextReplacement.h"
 #include "Text/UTF8.h"
 
@@ -79,36 +80,26 @@ std::optional<NumericReference> numericReferenceAt(std::string_view text, std::s
   if (!text.substr(start).starts_with("&#")) {
     return std::nullopt;
   }
-  std::size_t position = start + 2;
+  std::size_t begin = start + 2;
   // Deliberate: in the text that tools return, "&#X41;" with a capital X is not a reference.
-  const bool isHexadecimal = text.substr(position).starts_with('x') ||
-                             (grammar == Grammar::asInBrowsers && text.substr(position).starts_with('X'));
-  if (isHexadecimal) {
-    ++position;
-  }
-  const std::size_t digitsStart = position;
-  const int radix = isHexadecimal ? 16 : 10;
-  constexpr std::uint64_t tooLarge = 0x110000;
-  std::uint64_t value = 0;
-  bool isNumber = true;
-  for (; position < text.size() && hexDigitValue(text[position]) >= 0; ++position) {
-    const int digit = hexDigitValue(text[position]);
-    if (grammar == Grammar::asInBrowsers && digit >= radix) {
-      break;
-    }
-    isNumber = isNumber && digit < radix;
-    if (value < tooLarge) {
-      value = value * static_cast<unsigned>(radix) + static_cast<unsigned>(digit);
-    }
-  }
-  const bool isEnded = text.substr(position).starts_with(';');
-  if (position == digitsStart || (!isEnded && grammar == Grammar::exact)) {
+  const bool isHexadecimal = text.substr(begin).starts_with('x') ||
+                             (grammar == Grammar::asInBrowsers && text.substr(begin).starts_with('X'));
+  begin += isHexadecimal ? 1 : 0;
+  const std::string_view digits =
+      isHexadecimal || grammar == Grammar::exact ? "0123456789ABCDEFabcdef" : "0123456789";
+  const std::size_t end = std::min(text.find_first_not_of(digits, begin), text.size());
+  const bool isEnded = text.substr(end).starts_with(';');
+  if (end == begin || (!isEnded && grammar == Grammar::exact)) {
     return std::nullopt;
   }
-  NumericReference reference{.end = position + (isEnded ? 1 : 0), .value = std::nullopt};
+  NumericReference reference{.end = end + (isEnded ? 1 : 0), .value = std::nullopt};
+  std::uint32_t value = 0;
+  const auto [read, error] =
+      std::from_chars(text.data() + begin, text.data() + end, value, isHexadecimal ? 16 : 10);
+  const bool isNumber = error == std::errc() && read == text.data() + end;
   const bool isSurrogate = value >= 0xD800 && value <= 0xDFFF;
-  if (isNumber && value < tooLarge && !isSurrogate) {
-    reference.value = static_cast<char32_t>(value);
+  if (isNumber && value <= 0x10FFFF && !isSurrogate) {
+    reference.value = value;
   }
   return reference;
 }

@@ -21,8 +21,6 @@ constexpr std::size_t bytesAfterTheCut = 1024;
 /// The same for folded text, which has no such gaps.
 constexpr std::size_t foldedBytesAfterTheCut = 64;
 
-bool isASCII(std::string_view bytes) { return lengthOfASCIIRun(bytes, 0) == bytes.size(); }
-
 bool hasEscapeSequences(std::string_view bytes) {
   return bytes.find("\x1B$") != std::string_view::npos || bytes.find("\x1B(") != std::string_view::npos;
 }

@@ -1,11 +1,11 @@
 #include "IMAP/Decoding/TextDecoding.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstring>
+#include <initializer_list>
 #include <utility>
 
-#include "IMAP/Decoding/HexDigits.h"
 #include "Text/Text.h"
 #include "Text/UTF8.h"
 
@@ -13,91 +13,32 @@ namespace tarnwell::TextDecoding {
 
 namespace {
 
-constexpr std::string_view base64Alphabet =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+/// For each byte what it stands for, or -1.
+using ByteValues = std::array<signed char, 256>;
 
-/// Marks a byte outside the alphabet. The sextets of one group of four never add up to it.
-constexpr std::uint32_t notInAlphabet = 0x80000000U;
-
-/// For each byte its sextet, already shifted to its place in a group of four.
-using SextetTable = std::array<std::uint32_t, 256>;
-
-constexpr SextetTable sextetsShiftedBy(unsigned shift) {
-  SextetTable table{};
-  table.fill(notInAlphabet);
-  for (std::uint32_t value = 0; value < base64Alphabet.size(); ++value) {
-    table[static_cast<unsigned char>(base64Alphabet[value])] = value << shift;
+/// Each byte of a text stands for its place there.
+constexpr ByteValues placesIn(std::initializer_list<std::string_view> texts) {
+  ByteValues values{};
+  values.fill(-1);
+  for (const std::string_view text : texts) {
+    for (std::size_t place = 0; place < text.size(); ++place) {
+      values[static_cast<unsigned char>(text[place])] = static_cast<signed char>(place);
+    }
   }
-  return table;
+  return values;
 }
 
-constexpr std::array<SextetTable, 4> sextets = {sextetsShiftedBy(18), sextetsShiftedBy(12),
-                                                sextetsShiftedBy(6), sextetsShiftedBy(0)};
+constexpr ByteValues hexDigits = placesIn({"0123456789ABCDEF", "0123456789abcdef"});
+constexpr ByteValues base64Letters =
+    placesIn({"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/"});
 
-/// Writes the bytes of groups of sextets. Four sextets make at most three bytes, so the writer may overwrite
-/// the text that is being read: it never overtakes the reader.
-class Base64Writer {
- public:
-  explicit Base64Writer(char* next) : next_(next) {}
-
-  bool isBetweenGroups() const { return pending_ == 0; }
-  char* end() const { return next_; }
-
-  void writeGroup(std::uint32_t group) { writeBytes(group, 3); }
-
-  void addSextet(std::uint32_t sextet) {
-    group_ = (group_ << 6) | sextet;
-    if (++pending_ == 4) {
-      endGroup();
-    }
-  }
-
-  /// Two sextets make one byte, three make two. A single one makes none and is dropped.
-  void endGroup() {
-    if (pending_ > 1) {
-      writeBytes(group_ << (6 * (4 - pending_)), pending_ - 1);
-    }
-    group_ = 0;
-    pending_ = 0;
-  }
-
- private:
-  void writeBytes(std::uint32_t group, unsigned count) {
-    for (unsigned shift = 16; count > 0; shift -= 8, --count) {
-      *next_++ = static_cast<char>((group >> shift) & 0xFF);
-    }
-  }
-
-  char* next_;
-  std::uint32_t group_ = 0;
-  unsigned pending_ = 0;
-};
-
-bool holdsByte(std::uint64_t word, char byte) {
-  constexpr std::uint64_t ones = 0x0101010101010101U;
-  const std::uint64_t zeroWhereEqual = word ^ (static_cast<unsigned char>(byte) * ones);
-  return ((zeroWhereEqual - ones) & ~zeroWhereEqual & (0x80 * ones)) != 0;
-}
-
-/// Copies bytes while the next eight contain no "=". The output must have room for eight.
-void copyCleanWords(const char*& from, const char* end, char*& to) {
-  std::uint64_t word;
-  while (end - from >= static_cast<std::ptrdiff_t>(sizeof word)) {
-    std::memcpy(&word, from, sizeof word);
-    if (holdsByte(word, '=')) {
-      return;
-    }
-    std::memcpy(to, &word, sizeof word);
-    from += sizeof word;
-    to += sizeof word;
-  }
-}
+int valueOf(char byte, const ByteValues& values) { return values[static_cast<unsigned char>(byte)]; }
 
 /// Decodes the escape whose "=" `from` points to, or copies the "=".
 void decodeEscape(const char*& from, const char* end, char*& to) {
   const auto left = end - from;
-  const int high = left > 2 ? hexDigitValue(from[1]) : -1;
-  const int low = left > 2 ? hexDigitValue(from[2]) : -1;
+  const int high = left > 2 ? valueOf(from[1], hexDigits) : -1;
+  const int low = left > 2 ? valueOf(from[2], hexDigits) : -1;
   if (high >= 0 && low >= 0) {
     *to++ = static_cast<char>(high * 16 + low);
     from += 3;
@@ -111,13 +52,12 @@ void decodeEscape(const char*& from, const char* end, char*& to) {
 }
 
 /// True when the text after padding is base64 again, by the rule in the header.
-bool isBase64Again(const unsigned char* next, const unsigned char* end) {
+bool isBase64Again(std::string_view text) {
   std::size_t letters = 0;  // since the last "="
   bool isAfterLetter = false;
   bool isAfterLetterAndBlank = false;  // on one line
-  for (; next < end; ++next) {
-    const unsigned char character = *next;
-    if (sextets[3][character] != notInAlphabet) {
+  for (const char character : text) {
+    if (valueOf(character, base64Letters) >= 0) {
       if (isAfterLetterAndBlank) {
         return false;
       }
@@ -128,7 +68,7 @@ bool isBase64Again(const unsigned char* next, const unsigned char* end) {
     } else if (character == '\r' || character == '\n' || character == '=') {
       isAfterLetter = isAfterLetterAndBlank = false;
       if (character == '=' && std::exchange(letters, 0) % 4 == 1) {
-        return false;  // a single sextet makes no byte
+        return false;  // a single letter makes no byte
       }
     } else {
       return false;
@@ -137,50 +77,53 @@ bool isBase64Again(const unsigned char* next, const unsigned char* end) {
   return letters % 4 == 0;
 }
 
-/// Writes the bytes over the text. False when the sextets made no byte; then the text is unchanged.
+/// Writes the bytes over the text: four letters make three bytes. False when there are letters and they make
+/// no byte; then the text is unchanged.
 bool decodeBase64InPlace(std::string& text) {
-  Base64Writer writer(text.data());
-  bool sawSextet = false;
+  char* written = text.data();
+  bool sawLetter = false;
   bool goesOnAfterPadding = false;
-  const auto* next = reinterpret_cast<const unsigned char*>(text.data());
-  const auto* const end = next + text.size();
-  while (next < end) {
-    while (writer.isBetweenGroups() && end - next >= 4) {
-      const std::uint32_t group =
-          sextets[0][next[0]] | sextets[1][next[1]] | sextets[2][next[2]] | sextets[3][next[3]];
-      if ((group & notInAlphabet) != 0) {
-        break;
+  std::uint32_t bits = 0;
+  unsigned count = 0;  // of the low bits that are not written yet
+  const auto valueAt = [](const char* letter) { return valueOf(*letter, base64Letters); };
+  const char* const end = text.data() + text.size();
+  for (const char* next = text.data(); next < end;) {
+    if (count == 0 && end - next >= 4) {
+      const int group =
+          valueAt(next) << 18 | valueAt(next + 1) << 12 | valueAt(next + 2) << 6 | valueAt(next + 3);
+      if (group >= 0) {
+        sawLetter = true;
+        *written++ = static_cast<char>(group >> 16);
+        *written++ = static_cast<char>(group >> 8);
+        *written++ = static_cast<char>(group);
+        next += 4;
+        continue;
       }
-      writer.writeGroup(group);
-      sawSextet = true;
-      next += 4;
     }
-    if (next == end) {
-      break;
-    }
-    const unsigned char character = *next++;
-    const std::uint32_t sextet = sextets[3][character];
-    if (sextet != notInAlphabet) {
-      writer.addSextet(sextet);
-      sawSextet = true;
+    const char character = *next++;
+    if (const int value = valueOf(character, base64Letters); value >= 0) {
+      sawLetter = true;
+      bits = bits << 6 | static_cast<std::uint32_t>(value);
+      count += 6;
+      if (count >= 8) {
+        count -= 8;
+        *written++ = static_cast<char>(bits >> count & 0xFF);
+      }
     } else if (character == '=') {
-      writer.endGroup();
-      const bool endsBytes = writer.end() != text.data();
-      if (endsBytes && !goesOnAfterPadding) {
-        // This check is done once: it reads to the end of the text.
-        goesOnAfterPadding = isBase64Again(next, end);
+      count = 0;  // what is left of a byte is dropped
+      if (written != text.data() && !goesOnAfterPadding) {
+        // Asked once only: what follows the next padding is the end of what was looked at.
+        goesOnAfterPadding = isBase64Again({next, end});
         if (!goesOnAfterPadding) {
           break;
         }
       }
     }
   }
-  writer.endGroup();
-  const auto size = static_cast<std::size_t>(writer.end() - text.data());
-  if (size == 0 && sawSextet) {
+  if (written == text.data() && sawLetter) {
     return false;
   }
-  text.resize(size);
+  text.resize(static_cast<std::size_t>(written - text.data()));
   return true;
 }
 
@@ -201,12 +144,10 @@ std::string decodeQuotedPrintable(std::string_view bytes, Underscore underscore)
       decodeEscape(from, end, to);
       continue;
     }
-    if (underscore == Underscore::isUnderscore) {
-      copyCleanWords(from, end, to);
-    }
-    for (; from < end && *from != '='; ++from) {
-      *to++ = *from == '_' && underscore == Underscore::isSpace ? ' ' : *from;
-    }
+    const char* const escape = std::find(from, end, '=');
+    to = underscore == Underscore::isSpace ? std::replace_copy(from, escape, to, '_', ' ')
+                                           : std::copy(from, escape, to);
+    from = escape;
   }
   decoded.resize(static_cast<std::size_t>(to - decoded.data()));
   return decoded;

@@ -2,7 +2,6 @@
 
 #include "Text/ASCIICase.h"
 #include "Text/Text.h"
-#include "Text/UTF8.h"
 
 namespace tarnwell {
 namespace {
@@ -21,14 +20,6 @@ std::string withoutEscapes(std::string_view bytes) {
   return plain;
 }
 
-/// Nearly every text is ASCII and can be built in place.
-std::optional<std::string> validText(std::string_view bytes) {
-  if (lengthOfASCIIRun(bytes, 0) == bytes.size()) {
-    return std::optional<std::string>(std::in_place, bytes);
-  }
-  return repairedUTF8(bytes);
-}
-
 }  // namespace
 
 std::optional<std::string> IMAPToken::text() const {
@@ -36,9 +27,9 @@ std::optional<std::string> IMAPToken::text() const {
   switch (entry.form()) {
     case IMAPTokens::Form::atom:
     case IMAPTokens::Form::string:
-      return validText(tokens_->bytes(entry));
+      return repairedUTF8(tokens_->bytes(entry));
     case IMAPTokens::Form::escapedString:
-      return validText(withoutEscapes(tokens_->bytes(entry)));
+      return repairedUTF8(withoutEscapes(tokens_->bytes(entry)));
     case IMAPTokens::Form::list:
     case IMAPTokens::Form::nilToken:
       break;

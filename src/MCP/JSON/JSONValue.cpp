@@ -40,20 +40,6 @@ std::vector<JSONMember> moved(std::initializer_list<JSONObject::Given> given) {
   return members;
 }
 
-/// Members with the same key stay in their order. Most objects have few members, for which the general way
-/// would take longer to prepare itself than to sort.
-void sortByKey(std::vector<JSONMember>& members) {
-  constexpr std::size_t few = 16;
-  if (members.size() > few) {
-    std::ranges::stable_sort(members, {}, &JSONMember::first);
-    return;
-  }
-  for (auto next = members.begin(); next != members.end(); ++next) {
-    const auto place = std::ranges::upper_bound(members.begin(), next, next->first, {}, &JSONMember::first);
-    std::rotate(place, next, next + 1);
-  }
-}
-
 }  // namespace
 
 JSONObject::JSONObject(std::initializer_list<Given> members) : JSONObject(moved(members)) {}
@@ -64,7 +50,7 @@ void JSONObject::putInOrder() {
   if (std::ranges::is_sorted(members_, std::less_equal(), &JSONMember::first)) {
     return;
   }
-  sortByKey(members_);
+  std::ranges::stable_sort(members_, {}, &JSONMember::first);
   // Seen from behind, the first of those with the same key stays.
   const auto kept = std::unique(members_.rbegin(), members_.rend(),
                                 [](const JSONMember& a, const JSONMember& b) { return a.first == b.first; });
