@@ -3,17 +3,9 @@
 namespace tarnwell {
 
 JSONValue safetyJSON(const SafetySettings& settings) {
-  return JSONObject{
-      {"readOnly", settings.readOnly},
-      {"allowMove", settings.allowMove},
-      {"allowMarkRead", settings.allowMarkRead},
-      {"allowTrash", settings.allowTrash},
-      {"maxFetch", settings.maxFetch},
-      {"maxBodyChars", settings.maxBodyChars},
-      {"maxMessagesPerCall", settings.maxMessagesPerCall},
-      {"blockAuthCodeBodies", settings.blockAuthCodeBodies},
-      {"allowCopyMoveFallback", settings.allowCopyMoveFallback},
-  };
+  JSONObject object;
+  forEachSafetySetting(settings, [&object](const char* key, auto value) { object.emplace(key, value); });
+  return object;
 }
 
 JSONValue riskSignalsJSON(const std::vector<RiskSignal>& signals) {
