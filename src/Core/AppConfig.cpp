@@ -1,5 +1,6 @@
 #include "Core/AppConfig.h"
 
+#include <algorithm>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
@@ -124,7 +125,7 @@ constexpr LanguageRow languages[] = {
 };
 
 const LanguageRow& rowOf(AppLanguage language) {
-  return languages[language == AppLanguage::japanese ? 1 : 0];
+  return *std::ranges::find(languages, language, &LanguageRow::language);
 }
 
 }  // namespace
@@ -134,12 +135,8 @@ std::string_view rawValue(AppLanguage language) { return rowOf(language).rawValu
 std::string_view displayName(AppLanguage language) { return rowOf(language).displayName; }
 
 std::optional<AppLanguage> appLanguage(std::string_view rawValue) {
-  for (const LanguageRow& row : languages) {
-    if (row.rawValue == rawValue) {
-      return row.language;
-    }
-  }
-  return std::nullopt;
+  const auto* const row = std::ranges::find(languages, rawValue, &LanguageRow::rawValue);
+  return row == std::end(languages) ? std::nullopt : std::optional(row->language);
 }
 
 AppLanguage systemDefaultLanguage() {
