@@ -37,6 +37,17 @@ ScreenedSnippet screenedSnippet(IMAPClient& client, const MailScreen& screen, co
   return {std::move(body.assessment), Judgement::returned, TextDecoding::snippet(body.text, maxChars).text};
 }
 
+/// An object with name, email and display for each address.
+JSONValue addressesJSON(const std::vector<IMAPAddress>& addresses) {
+  JSONArray array;
+  for (const IMAPAddress& address : addresses) {
+    array.push_back(JSONObject{{"name", JSONValue::of(address.name)},
+                               {"email", JSONValue::of(address.email())},
+                               {"display", address.display()}});
+  }
+  return array;
+}
+
 ToolOutcome summaryOutcome(const IMAPMessage& message, const ScreenedSnippet& snippet) {
   const bool isWithheld = snippet.judgement == Judgement::withheld;
   JSONObject summary{

@@ -32,11 +32,21 @@ IMAPSearchCriteria searchCriteria(const JSONValue& arguments) {
   };
 }
 
-JSONValue searchHit(const IMAPMessage& message, const ScreenedBody& body) {
-  return messageHeaderJSON(
-      message,
-      body.isWithheld ? std::nullopt : std::optional(TextDecoding::snippet(body.text, snippetMaxChars).text),
-      body.assessment.signals);
+/// The short form of a message.
+JSONValue messageHeaderJSON(const IMAPMessage& message, const ScreenedBody& body) {
+  return JSONObject{
+      {"uid", message.uid},
+      {"messageId", JSONValue::of(message.envelope.messageID)},
+      {"subject", JSONValue::of(message.envelope.subject)},
+      {"from", JSONValue::of(senderText(message))},
+      {"date", JSONValue::of(message.envelope.date)},
+      {"flags", JSONValue::strings(message.flags)},
+      {"unread", message.isUnread()},
+      {"hasAttachments", message.hasAttachments()},
+      {"snippet",
+       body.isWithheld ? std::string(withheldText) : TextDecoding::snippet(body.text, snippetMaxChars).text},
+      {"detectedRiskSignals", riskSignalsJSON(body.assessment.signals)},
+  };
 }
 
 }  // namespace
@@ -70,7 +80,7 @@ ToolOutcome MCPTools::listMessages(const JSONValue& arguments, const IMAPSearchC
 
 ToolOutcome MCPTools::searchInbox(const JSONValue& arguments) const {
   return listMessages(arguments, searchCriteria(arguments), {Leaving::Form::asSnippet, snippetMaxChars},
-                      searchHit, [](JSONArray hits, std::int64_t limit) {
+                      messageHeaderJSON, [](JSONArray hits, std::int64_t limit) {
                         return JSONObject{{"limit", limit}, {"messages", std::move(hits)}};
                       });
 }

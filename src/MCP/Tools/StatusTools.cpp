@@ -5,7 +5,6 @@
 #include "IMAP/IMAPClient.h"
 #include "MCP/Tools/LogText.h"
 #include "MCP/Tools/MCPTools.h"
-#include "MCP/Tools/MessageJSON.h"
 #include "MCP/Tools/ToolName.h"
 
 namespace tarnwell {
@@ -20,6 +19,13 @@ bool hasUsablePassword(const KeychainStore& keychain, const std::string& email) 
   } catch (const KeychainError&) {
     return false;
   }
+}
+
+/// The nine safety settings under their own names.
+JSONValue safetyJSON(const SafetySettings& settings) {
+  JSONObject object;
+  forEachSafetySetting(settings, [&object](const char* key, auto value) { object.emplace(key, value); });
+  return object;
 }
 
 JSONValue folderJSON(const IMAPFolder& folder, bool includeSpecialUse) {

@@ -139,12 +139,9 @@ std::vector<ToolName> allToolNames() {
 std::string_view rawValue(ToolName name) { return ToolRow::of(name).definition.name; }
 
 std::optional<ToolName> toolName(std::string_view rawText) {
-  for (const ToolRow& row : ToolRow::all()) {
-    if (row.definition.name == rawText) {
-      return row.tool;
-    }
-  }
-  return std::nullopt;
+  const auto hasName = [&](const ToolRow& row) { return row.definition.name == rawText; };
+  const auto row = std::ranges::find_if(ToolRow::all(), hasName);
+  return row == ToolRow::all().end() ? std::nullopt : std::optional(row->tool);
 }
 
 }  // namespace tarnwell
