@@ -1,7 +1,6 @@
 #include "Core/SafetyPolicy.h"
 
 #include <algorithm>
-#include <array>
 
 namespace tarnwell {
 namespace {
@@ -14,18 +13,16 @@ struct OperationRow {
   std::string_view disabledText;
 };
 
-constexpr std::array operations{
-    OperationRow{WriteOperation::move, "move", &SafetySettings::allowMove,
-                 "Folder moves are disabled in Safety settings."},
-    OperationRow{WriteOperation::markRead, "markRead", &SafetySettings::allowMarkRead,
-                 "Mark-as-read is disabled in Safety settings."},
-    OperationRow{WriteOperation::trash, "trash", &SafetySettings::allowTrash,
-                 "Trash is disabled in Safety settings."},
+constexpr OperationRow operations[] = {
+    {WriteOperation::move, "move", &SafetySettings::allowMove,
+     "Folder moves are disabled in Safety settings."},
+    {WriteOperation::markRead, "markRead", &SafetySettings::allowMarkRead,
+     "Mark-as-read is disabled in Safety settings."},
+    {WriteOperation::trash, "trash", &SafetySettings::allowTrash, "Trash is disabled in Safety settings."},
 };
 
 const OperationRow& rowOf(WriteOperation operation) {
-  return *std::find_if(operations.begin(), operations.end(),
-                       [&](const OperationRow& row) { return row.operation == operation; });
+  return *std::ranges::find(operations, operation, &OperationRow::operation);
 }
 
 }  // namespace
@@ -37,12 +34,8 @@ std::string_view rawValue(SafetyMode mode) {
 std::string_view rawValue(WriteOperation operation) { return rowOf(operation).rawValue; }
 
 std::optional<WriteOperation> writeOperation(std::string_view rawValue) {
-  for (const OperationRow& row : operations) {
-    if (row.rawValue == rawValue) {
-      return row.operation;
-    }
-  }
-  return std::nullopt;
+  const auto* const row = std::ranges::find(operations, rawValue, &OperationRow::rawValue);
+  return row == std::end(operations) ? std::nullopt : std::optional(row->operation);
 }
 
 SafetyMode SafetyPolicy::mode() const {

@@ -1,7 +1,6 @@
 /// Searching the inbox and fetching from it (RFC 3501, sections 6.4.4, 6.4.5 and 6.4.8).
 
 #include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <functional>
 #include <unordered_map>
@@ -10,6 +9,7 @@
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/Decoding/TextDecoding.h"
 #include "IMAP/IMAPClient.h"
+#include "Text/DecimalNumber.h"
 
 namespace tarnwell {
 
@@ -207,12 +207,13 @@ std::optional<std::string_view> IMAPClient::extractFirstLiteral(std::string_view
     return std::nullopt;
   }
   response.remove_prefix(brace + 1);
-  std::uint64_t size = 0;  // unsigned: a sign is not accepted
-  const auto [end, error] = std::from_chars(response.data(), response.data() + response.size(), size);
-  if (error != std::errc() || !std::in_range<std::int64_t>(size)) {
+  const auto digitsEnd = std::ranges::find_if_not(response, isASCIIDigit);
+  const std::string_view digits(response.begin(), digitsEnd);
+  const std::optional<std::int64_t> size = decimalNumber<std::int64_t>(digits);
+  if (!size) {
     return std::nullopt;
   }
-  response.remove_prefix(static_cast<std::size_t>(end - response.data()));
+  response.remove_prefix(digits.size());
   if (response.starts_with('+')) {
     response.remove_prefix(1);
   }
@@ -221,7 +222,7 @@ std::optional<std::string_view> IMAPClient::extractFirstLiteral(std::string_view
     return std::nullopt;
   }
   response.remove_prefix(announcementEnd.size());
-  return response.substr(0, size);
+  return response.substr(0, static_cast<std::size_t>(*size));
 }
 
 }  // namespace tarnwell

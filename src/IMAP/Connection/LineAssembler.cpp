@@ -1,23 +1,14 @@
 #include "IMAP/Connection/LineAssembler.h"
 
 #include <algorithm>
-#include <charconv>
-#include <system_error>
 #include <utility>
+
+#include "Text/DecimalNumber.h"
 
 namespace tarnwell {
 namespace {
 
 constexpr std::string_view crlf = "\r\n";
-
-bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
-
-/// The value of the decimal digits. Absent when there are none or the value needs more than 63 bits.
-std::optional<std::int64_t> decimalNumber(std::string_view digits) {
-  std::int64_t number = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  return error == std::errc() ? std::optional(number) : std::nullopt;
-}
 
 }  // namespace
 
@@ -80,13 +71,13 @@ std::optional<std::int64_t> LineAssembler::trailingLiteralLength(std::string_vie
   if (line.ends_with('+')) {
     line.remove_suffix(1);
   }
-  const auto digitsBegin = std::find_if_not(line.rbegin(), line.rend(), isDigit).base();
+  const auto digitsBegin = std::find_if_not(line.rbegin(), line.rend(), isASCIIDigit).base();
   const std::string_view digits(digitsBegin, line.end());
   line.remove_suffix(digits.size());
   if (!line.ends_with('{')) {
     return std::nullopt;
   }
-  return decimalNumber(digits);
+  return decimalNumber<std::int64_t>(digits);
 }
 
 }  // namespace tarnwell

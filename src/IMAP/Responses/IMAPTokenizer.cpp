@@ -5,6 +5,7 @@
 
 #include "IMAP/Responses/IMAPParser.h"
 #include "Text/ASCIICase.h"
+#include "Text/DecimalNumber.h"
 
 namespace tarnwell {
 namespace {
@@ -172,7 +173,7 @@ class IMAPTokenizer {
     std::uint64_t number = 0;
     bool fits = true;
     for (; position_ < response_.size() && response_[position_] != '}'; ++position_) {
-      if (response_[position_] < '0' || response_[position_] > '9') {
+      if (!isASCIIDigit(response_[position_])) {
         continue;
       }
       const auto digit = static_cast<std::uint64_t>(response_[position_] - '0');

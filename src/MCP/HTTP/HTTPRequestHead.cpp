@@ -1,12 +1,11 @@
 #include "MCP/HTTP/HTTPRequestHead.h"
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 #include <optional>
-#include <system_error>
 
 #include "Text/ASCIICase.h"
+#include "Text/DecimalNumber.h"
 
 namespace tarnwell {
 
@@ -32,25 +31,23 @@ std::string_view takeUntil(std::string_view& text, std::string_view separator) {
 }
 
 /// Accepts digits only. A number that is too large becomes the greatest number.
-std::optional<std::uint64_t> decimalNumber(std::string_view text) {
-  std::uint64_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (text.empty() || end != text.data() + text.size()) {
+std::optional<std::uint64_t> boundedNumber(std::string_view text) {
+  if (text.empty() || !std::ranges::all_of(text, isASCIIDigit)) {
     return std::nullopt;
   }
-  return error == std::errc() ? number : std::numeric_limits<std::uint64_t>::max();
+  constexpr std::uint64_t greatest = std::numeric_limits<std::uint64_t>::max();
+  return decimalNumber<std::uint64_t>(text).value_or(greatest);
 }
 
 /// Four numbers without leading zeros, because some programs read those as octal (RFC 3986, section 3.2.2).
 bool isLoopbackAddress(std::string_view text) {
   constexpr std::size_t partCount = 4;
-  constexpr std::uint64_t greatestPart = 255;
   for (std::size_t index = 0; index < partCount; ++index) {
     const bool isLast = index + 1 == partCount;
     const bool hasMore = text.find('.') != std::string_view::npos;
     const std::string_view part = takeUntil(text, ".");
-    const std::uint64_t number = decimalNumber(part).value_or(greatestPart + 1);
-    if (isLast == hasMore || number > greatestPart || (part.size() > 1 && part.front() == '0') ||
+    const std::optional<std::uint8_t> number = decimalNumber<std::uint8_t>(part);
+    if (isLast == hasMore || !number || (part.size() > 1 && part.front() == '0') ||
         (index == 0 && number != 127)) {
       return false;
     }
@@ -59,10 +56,7 @@ bool isLoopbackAddress(std::string_view text) {
 }
 
 /// The port after the colon may be missing (RFC 3986, section 3.2.3).
-bool isPort(std::string_view text) {
-  constexpr std::uint64_t greatest = std::numeric_limits<std::uint16_t>::max();
-  return text.empty() || decimalNumber(text).value_or(greatest + 1) <= greatest;
-}
+bool isPort(std::string_view text) { return text.empty() || decimalNumber<std::uint16_t>(text).has_value(); }
 
 }  // namespace
 
@@ -105,7 +99,7 @@ HTTPRequestHead HTTPRequestHead::parse(std::string_view block) {
     const std::string_view name = trimmed(takeUntil(value, ":"));
     value = trimmed(value);
     if (equalsIgnoringASCIICase(name, "content-length")) {
-      const std::uint64_t meant = decimalNumber(value).value_or(0);
+      const std::uint64_t meant = boundedNumber(value).value_or(0);
       head.hasConflictingLengths = head.hasConflictingLengths || length.value_or(meant) != meant;
       length = meant;
     } else if (equalsIgnoringASCIICase(name, "host")) {
