@@ -40,14 +40,13 @@ std::string_view label(WriteDecision::Kind decision) {
 /// and not as a failure.
 class WritePlan {
  public:
-  WritePlan(ToolName tool, WriteOperation operation, const AppConfig& config, const JSONValue& arguments)
-      : tool_(rawValue(tool)),
-        mode_(SafetyPolicy(config.safety).mode()),
-        fallback_(config.safety.allowCopyMoveFallback ? IMAPClient::CopyFallback::allowed
-                                                      : IMAPClient::CopyFallback::forbidden),
-        decision_(SafetyPolicy(config.safety).decide(operation, requestedDryRun(arguments))) {
+  /// Decides, and logs the decision.
+  static WritePlan decideAndLog(ToolName tool, WriteOperation operation, const AppConfig& config,
+                                const JSONValue& arguments) {
+    WritePlan plan(tool, operation, config, arguments);
     AppLogger::notice(AppLogger::Category::tool,
-                      "write " + std::string(tool_) + ": " + std::string(label(decision_.kind)));
+                      "write " + std::string(plan.tool_) + ": " + std::string(label(plan.decision_.kind)));
+    return plan;
   }
 
   /// A preview never selects the inbox for writing.
@@ -94,6 +93,13 @@ class WritePlan {
   }
 
  private:
+  WritePlan(ToolName tool, WriteOperation operation, const AppConfig& config, const JSONValue& arguments)
+      : tool_(rawValue(tool)),
+        mode_(SafetyPolicy(config.safety).mode()),
+        fallback_(config.safety.allowCopyMoveFallback ? IMAPClient::CopyFallback::allowed
+                                                      : IMAPClient::CopyFallback::forbidden),
+        decision_(SafetyPolicy(config.safety).decide(operation, requestedDryRun(arguments))) {}
+
   ToolOutcome preview(JSONObject detail) const {
     return outcome(previewed, "Dry-run: no change was made to the mailbox.", std::move(detail));
   }
@@ -131,7 +137,8 @@ ToolOutcome MCPTools::moveMessage(const JSONValue& arguments) const {
     return {ToolCallResult::error("Missing 'targetFolder'.")};
   }
   const AppConfig config = configStore_.load();
-  const WritePlan plan(ToolName::moveMessage, WriteOperation::move, config, arguments);
+  const WritePlan plan =
+      WritePlan::decideAndLog(ToolName::moveMessage, WriteOperation::move, config, arguments);
   if (std::optional<ToolOutcome> refusal = plan.refusal("Read-only mode is on; no message was moved.")) {
     return *refusal;
   }
@@ -157,7 +164,8 @@ ToolOutcome MCPTools::trashMessage(const JSONValue& arguments) const {
     return {ToolCallResult::error(invalidUIDText)};
   }
   const AppConfig config = configStore_.load();
-  const WritePlan plan(ToolName::trashMessage, WriteOperation::trash, config, arguments);
+  const WritePlan plan =
+      WritePlan::decideAndLog(ToolName::trashMessage, WriteOperation::trash, config, arguments);
   if (std::optional<ToolOutcome> refusal =
           plan.refusal("Read-only mode is on; the message was not moved to Trash.")) {
     return *refusal;
@@ -177,7 +185,8 @@ ToolOutcome MCPTools::markAsRead(const JSONValue& arguments) const {
     return {ToolCallResult::error(invalidUIDText)};
   }
   const AppConfig config = configStore_.load();
-  const WritePlan plan(ToolName::markAsRead, WriteOperation::markRead, config, arguments);
+  const WritePlan plan =
+      WritePlan::decideAndLog(ToolName::markAsRead, WriteOperation::markRead, config, arguments);
   if (std::optional<ToolOutcome> refusal =
           plan.refusal("Read-only mode is on; the message was not marked as read.")) {
     return *refusal;
