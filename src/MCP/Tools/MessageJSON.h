@@ -1,6 +1,6 @@
 #pragma once
 
-/// The parts that several tools' results are made of.
+/// What several tools make of a message.
 
 #include <optional>
 #include <string>
