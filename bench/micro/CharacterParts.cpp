@@ -58,17 +58,19 @@ void addCharacterParts(std::vector<Part>& parts) {
     std::string name;
     Script script;
     double megabytesPerSecond;
+    bool isFasterThanICU = true;
   };
   for (const Row& row :
-       {Row{"ASCII", Script::latin, 1000}, Row{"Japanese", Script::japanese, 50},
-        Row{"emoji only", Script::emoji, 50}, Row{"Latin with emoji", Script::latinWithEmoji, 50}}) {
+       {Row{"ASCII", Script::latin, 500}, Row{"Japanese", Script::japanese, 250},
+        Row{"emoji only", Script::emoji, 25, false}, Row{"Latin with emoji", Script::latinWithEmoji, 100}}) {
     const std::string name = "character count, " + row.name;
     const std::string inUTF8 = name + ", ICU over UTF-8";
     const std::string inUTF16 = name + ", ICU over UTF-16, with the conversion";
+    const auto rivals = row.isFasterThanICU ? std::vector{inUTF8, inUTF16} : std::vector<std::string>();
     const std::string text = prose(row.script, size);
     parts.push_back({.name = name,
                      .bytes = text.size(),
-                     .goal = {.megabytesPerSecond = row.megabytesPerSecond, .fasterThan = {inUTF8, inUTF16}},
+                     .goal = {.megabytesPerSecond = row.megabytesPerSecond, .fasterThan = rivals},
                      .work = [text] { return characterCount(text); }});
     parts.push_back({.name = inUTF8, .bytes = text.size(), .work = [text] { return countInUTF8(text); }});
     parts.push_back({.name = inUTF16, .bytes = text.size(), .work = [text] { return countInUTF16(text); }});

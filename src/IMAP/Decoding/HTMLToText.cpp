@@ -5,7 +5,6 @@
 
 #include <algorithm>
 
-#include "IMAP/Decoding/HTMLEntities.h"
 #include "IMAP/Decoding/TextDecoding.h"
 #include "IMAP/Decoding/TextReplacement.h"
 #include "Text/ASCIICase.h"
@@ -47,7 +46,7 @@ std::size_t endOfName(std::string_view text, std::size_t position, std::string_v
   return position;
 }
 
-/// The closing tag "</name>" at or behind `position`: its end, or nowhere.
+/// The closing tag "</name>" at or after `position`: its end, or nowhere.
 std::size_t endOfClosingTag(std::string_view text, std::size_t position, std::string_view lowerName) {
   for (std::size_t start = text.find("</", position); start != nowhere; start = text.find("</", start + 1)) {
     const std::size_t end = endOfName(text, start + 2, lowerName);
