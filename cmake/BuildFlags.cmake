@@ -1,4 +1,4 @@
-# One interface target with the flags that every target of the project is compiled with.
+# One interface target with the compiler flags of every target of the project.
 add_library(tarnwell_flags INTERFACE)
 target_compile_options(tarnwell_flags INTERFACE
   -Wall -Wextra -Wconversion -Wshadow -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual)
@@ -12,28 +12,28 @@ if(TARNWELL_SANITIZE)
   target_compile_options(tarnwell_flags INTERFACE
     -fsanitize=${TARNWELL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -D_GLIBCXX_ASSERTIONS)
   target_link_options(tarnwell_flags INTERFACE -fsanitize=${TARNWELL_SANITIZE})
-  # With the sanitizers' own code in place GCC 12 sees members of a std::variant read before they are written, and
-  # short texts copied beyond their end; the sanitizers themselves would tell if they were.
+  # With the sanitizers' code, GCC 12 warns that members of a std::variant are read before they are written,
+  # and that short texts are copied beyond their end. The sanitizers themselves would report such mistakes.
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(tarnwell_flags INTERFACE
       -Wno-maybe-uninitialized -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread -Wno-restrict)
   endif()
 endif()
 
-# GCC's thread sanitizer does not model the fences in Asio's handlers, and GCC warns of it. What they order
-# is ordered by the locks of Asio's queue as well.
+# GCC's thread sanitizer does not model the fences in Asio's handlers, and GCC warns about that. The locks of
+# Asio's queue give the same order as the fences.
 if(TARNWELL_SANITIZE STREQUAL "thread" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(tarnwell_flags INTERFACE -Wno-tsan)
 endif()
 
-# The same source gives the same bytes wherever it lies: no path of the build machine enters a release.
+# The same source gives the same bytes everywhere: a release contains no path of the build machine.
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
   target_compile_options(tarnwell_flags INTERFACE
     -ffile-prefix-map=${PROJECT_BINARY_DIR}=build -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
 endif()
 
-# The release build is hardened: checked libc calls, guarded stack and control flow, read-only
-# relocations, position-independent executable.
+# The release build is hardened: checked libc calls, guarded stack and control flow, read-only relocations,
+# position-independent executable.
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
   include(CheckPIESupported)
   check_pie_supported()

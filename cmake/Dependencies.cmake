@@ -1,4 +1,4 @@
-# Every library the program is built from; docs/architecture.md gives the reason for each.
+# Every library of the program. docs/architecture.md gives the reason for each.
 if(APPLE)
   include(Homebrew)
 endif()
@@ -6,7 +6,7 @@ endif()
 set(THREADS_PREFER_PTHREAD_FLAG ON)
 find_package(Threads REQUIRED)
 if(POLICY CMP0167)
-  cmake_policy(SET CMP0167 NEW)  # newer CMake leaves it to Boost how Boost is found
+  cmake_policy(SET CMP0167 NEW)  # newer CMake lets Boost say how Boost is found
 endif()
 find_package(Boost 1.81 REQUIRED)  # Asio, headers only
 find_package(OpenSSL 3.0 REQUIRED)

@@ -1,5 +1,5 @@
-# Homebrew keeps some libraries out of the places where CMake looks, because macOS has its own of the same name.
-# Their places are put before CMake's. Without Homebrew, name yours in CMAKE_PREFIX_PATH.
+# Homebrew keeps some libraries out of CMake's search path, because macOS has its own of the same name. This
+# puts their folders before CMake's. Without Homebrew, name the folders in CMAKE_PREFIX_PATH.
 find_program(BREW brew)
 if(BREW)
   foreach(FORMULA openssl@3 icu4c)

@@ -1,5 +1,5 @@
-// A mail as subject, sender and body, one line each and the rest: the signals are those of a plain search
-// for every keyword, and ASCII letter case hides nothing.
+// The input is a mail: a line for the subject, a line for the sender, and the body. The signals are those of
+// a plain search for every keyword, and ASCII letter case does not matter.
 
 #include "Core/SecurityMail/EmailRiskDetector.h"
 
@@ -21,7 +21,7 @@ std::string asciiUppercased(std::string_view text) {
   return upper;
 }
 
-/// Keyword by keyword; the words by ICU's regular expressions.
+/// Searches for each keyword. Finds whole words with ICU's regular expressions.
 void appendSignals(std::string_view text, const char* location, std::vector<RiskSignal>& signals) {
   const std::string lower = lowercased(text);
   for (const Keyword& keyword : EmailRiskDetector::shared().keywords()) {

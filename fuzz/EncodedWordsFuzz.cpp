@@ -1,4 +1,4 @@
-// A header field has the meaning of the regular expression and stays valid UTF-8.
+// A header field is decoded as the regular expression says, and the result is valid UTF-8.
 
 #include "Fuzzing.h"
 #include "Text/Text.h"

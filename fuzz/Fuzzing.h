@@ -1,12 +1,12 @@
 #pragma once
 
-/// What the fuzz targets share. A target is one function that libFuzzer calls with one input after the
-/// other; it reports a mistake by ending the process, which makes libFuzzer keep the input.
+/// Shared by the fuzz targets. A target is one function that libFuzzer calls with one input after the other.
+/// It reports a mistake by ending the process; libFuzzer then keeps the input.
 ///
 ///     FUZZ_TARGET(std::string_view input) { require(isValidUTF8(repairedUTF8(input)), "repaired"); }
 ///
-/// Deliberate: the input is never copied as a whole before it is read, so that AddressSanitizer sees a read
-/// beyond its end.
+/// Deliberate: nothing copies the whole input before it is read. AddressSanitizer then detects a read beyond
+/// its end.
 
 #include <cstddef>
 #include <cstdint>
@@ -18,7 +18,7 @@ namespace tarnwell::fuzz {
 
 void run(std::string_view input);
 
-/// Ends the process with the claim when it does not hold.
+/// Ends the process with the claim when it is false.
 inline void require(bool holds, const char* claim) {
   if (!holds) {
     std::fprintf(stderr, "does not hold: %s\n", claim);
@@ -26,8 +26,8 @@ inline void require(bool holds, const char* claim) {
   }
 }
 
-/// Takes one byte off the front as a choice, counted from the digit "0" so that inputs can be written by
-/// hand; 0 at the end of the input.
+/// Takes one byte from the front as a number, counted from the digit "0", so that inputs can be written by
+/// hand. 0 at the end of the input.
 inline unsigned takeChoice(std::string_view& input) {
   if (input.empty()) {
     return 0;
@@ -37,7 +37,7 @@ inline unsigned takeChoice(std::string_view& input) {
   return byte;
 }
 
-/// Takes a line without its LF off the front; all of the input when there is no LF.
+/// Takes a line from the front, without its LF. Takes the whole input when there is no LF.
 inline std::string_view takeLine(std::string_view& input) {
   const std::size_t end = input.find('\n');
   const std::string_view line = input.substr(0, end);
@@ -45,7 +45,7 @@ inline std::string_view takeLine(std::string_view& input) {
   return line;
 }
 
-/// How a stream is cut into pieces: four choices off the front of the input are their lengths in turn.
+/// Cuts a stream into pieces. Four numbers at the front of the input give the lengths in turn.
 class Cuts {
  public:
   explicit Cuts(std::string_view& input) {
@@ -75,7 +75,7 @@ class Cuts {
 
 }  // namespace tarnwell::fuzz
 
-/// The function that libFuzzer looks for, and the head of the target's own.
+/// The function that libFuzzer calls, and the beginning of the target's own function.
 #define FUZZ_TARGET(parameter)                                                        \
   extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) { \
     tarnwell::fuzz::run(std::string_view(reinterpret_cast<const char*>(data), size)); \

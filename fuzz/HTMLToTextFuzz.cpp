@@ -1,4 +1,4 @@
-// HTML has the meaning of the regular expressions, and bytes that are no UTF-8 change nothing around them.
+// HTML is reduced as the regular expressions say. Invalid UTF-8 changes nothing around it.
 
 #include "Fuzzing.h"
 #include "Text/Text.h"

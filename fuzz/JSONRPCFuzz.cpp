@@ -1,6 +1,6 @@
-// A client's lines, cut at any place, through the framer, the JSON reader and the dispatcher to tools whose
-// every connection fails: each request has one answer of one line, with its own id. What is JSON and what it
-// says, the library must say as well.
+// Lines of a client, cut at any place, go through the framer, the JSON reader and the dispatcher to tools
+// whose connections all fail. Each request gets one answer of one line, with its own id. The JSON library
+// must accept the same texts and read the same values.
 
 #include "Fuzzing.h"
 #include "IMAP/Connection/ByteStream.h"
@@ -23,7 +23,7 @@ class UnreachableServer : public ByteStream {
   void close() noexcept override {}
 };
 
-/// Everything is allowed and set up, so that a call gets as far as its connection.
+/// Allows everything and has an account, so a call reaches its connection.
 class Bridge {
  public:
   Bridge() {

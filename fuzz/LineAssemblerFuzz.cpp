@@ -1,4 +1,4 @@
-// Bytes of a server, cut at any place, make the same lines; and the lines are the stream.
+// A server's bytes, cut at any place, give the same lines, and the lines together are the stream.
 
 #include "IMAP/Connection/LineAssembler.h"
 

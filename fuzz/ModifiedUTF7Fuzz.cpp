@@ -1,4 +1,4 @@
-// A mailbox's name as the server sends it, and the same bytes as a text that is encoded.
+// Reads the input as a mailbox name from the server, and also encodes it as a text.
 
 #include "IMAP/Decoding/ModifiedUTF7.h"
 

@@ -1,5 +1,5 @@
-// The readings of any body and any header field are valid, and no reading counts more than there is. The
-// first bytes choose charset, form and the place of the cut.
+// The readings of any body and any header field are valid UTF-8, and no `end` lies far beyond its text. The
+// first bytes choose the charset, the form and the place of the cut.
 
 #include "IMAP/Decoding/Readings.h"
 

@@ -1,5 +1,5 @@
-// A server's response: the tokens are those of the plain tokenizer, every reader ends, and what the readers
-// hand on is valid UTF-8 that survives its JSON form.
+// A server's response gives the tokens of the reference tokenizer. Every reader ends and returns valid UTF-8
+// that survives its JSON form.
 
 #include <nlohmann/json.hpp>
 
@@ -17,7 +17,7 @@ void requireJSONForm(const Value& value) {
   fuzz::require(nlohmann::json::parse(written).get<Value>() == value, "the JSON form gives the value back");
 }
 
-/// The section goes into a command.
+/// The section is used in a command.
 void requireSection(const IMAPBodyInfo& body) {
   if (body.preferredText) {
     const std::string& section = body.preferredText->section;
@@ -30,7 +30,7 @@ void requireSection(const IMAPBodyInfo& body) {
 }  // namespace tarnwell
 
 FUZZ_TARGET(std::string_view response) {
-  // The plain tokenizer calls itself for nesting and prints whole lists again for each list around them.
+  // The reference tokenizer is recursive, and copies each nested list once for every list around it.
   constexpr std::size_t longestForReference = 2048;
 
   const IMAPTokens tokens = IMAPParser::tokenize(response);

@@ -1,5 +1,5 @@
-// A mail as subject, sender and text, one line each and the rest: the words, the groups and the signals are
-// those of a slow reading, and masking hides the groups and nothing else.
+// The input is a mail: a line for the subject, a line for the sender, and the text. The words, the groups and
+// the signals are those of the slow reference, and masking hides only the groups.
 
 #include "Core/SecurityMail/SecretMailRule.h"
 
@@ -12,7 +12,7 @@
 namespace tarnwell {
 namespace {
 
-/// Without what masking writes.
+/// Removes the characters that masking writes.
 std::string withoutBullets(std::string text) {
   constexpr std::string_view bullet = "•";
   for (std::size_t at = 0; (at = text.find(bullet, at)) != std::string::npos;) {
@@ -21,7 +21,7 @@ std::string withoutBullets(std::string text) {
   return text;
 }
 
-/// True when the text is the other one with some of its bytes left out.
+/// True when `other` becomes the text by leaving out some of its bytes.
 bool isMadeByLeavingOut(std::string_view text, std::string_view other) {
   for (const char byte : other) {
     if (!text.empty() && text.front() == byte) {
@@ -35,7 +35,7 @@ bool isMadeByLeavingOut(std::string_view text, std::string_view other) {
 }  // namespace tarnwell
 
 FUZZ_TARGET(std::string_view input) {
-  constexpr std::size_t longest = 2'000;  // the reading is slow
+  constexpr std::size_t longest = 2'000;  // the reference is slow
   input = input.substr(0, longest);
   const std::string_view subject = takeLine(input);
   const std::string_view from = takeLine(input);

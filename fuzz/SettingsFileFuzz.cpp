@@ -1,4 +1,4 @@
-// Any settings file loads, and what was loaded survives being written and read again.
+// Any settings file loads. Loaded settings survive being written and read again.
 
 #include <fstream>
 #include <nlohmann/json.hpp>

@@ -4,7 +4,7 @@
 
 namespace tarnwell::fuzz {
 
-/// Keeps the entries of a run out of the system's log: nobody listens at the address.
+/// Keeps log entries of the run out of the system's log: nobody listens at this address.
 class SilentLog {
  public:
   SilentLog() : before_(AppLogger::replaceSystemLog(nowhere_)) {}

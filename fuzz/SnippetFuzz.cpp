@@ -1,4 +1,4 @@
-// A preview equals the one made step by step; the first byte chooses the limit, also below 0.
+// A preview equals the one of the step-by-step reference. The first byte chooses the limit, also below 0.
 
 #include "Fuzzing.h"
 #include "Text/Text.h"

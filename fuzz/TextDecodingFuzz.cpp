@@ -1,4 +1,4 @@
-// A body in each transfer encoding and charset: the first two bytes of the input choose the pair.
+// A body in each transfer encoding and charset. The first two bytes of the input choose them.
 
 #include "IMAP/Decoding/TextDecoding.h"
 

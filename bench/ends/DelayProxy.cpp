@@ -1,12 +1,12 @@
-/// A network far away, on the loopback interface: hands every piece of every connection on after a fixed
-/// time, in both directions, and limits nothing else.
+/// A slow network on the loopback interface. Passes on every piece of every connection after a fixed time, in
+/// both directions, and limits nothing else.
 ///
 ///   DelayProxy ONE_WAY_MILLISECONDS UPSTREAM_PORT
 ///
-/// Prints its port on the first line, and for each connection that has ended one line of JSON with its round
-/// trips: how often the client's bytes were answered, and one for the handshake of TCP. That one the kernel
-/// completes at once on loopback, so the first bytes of a client are held back for one round trip more. Ends
-/// with its standard input.
+/// Prints its port on the first line. For each connection that ended it prints one line of JSON with its
+/// round trips: how often the server answered the client's bytes, and one for the TCP handshake. On loopback
+/// the kernel completes that handshake at once. So the client's first bytes wait for one more round trip.
+/// Ends with its standard input.
 
 #include <arpa/inet.h>
 #include <fcntl.h>
@@ -32,7 +32,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// One direction. An empty piece is the end of the stream.
+/// One direction of a connection. An empty piece is the end of the stream.
 struct Direction {
   struct Piece {
     Clock::time_point due;
@@ -42,13 +42,13 @@ struct Direction {
   int from;
   int to;
   std::deque<Piece> underway;
-  bool hasEnded = false;     // nothing more is read
-  bool isDelivered = false;  // the end, too, was handed on
+  bool hasEnded = false;     // nothing more is read from the source
+  bool isDelivered = false;  // the end was passed on too
 
   bool waitsForDue(Clock::time_point now) const { return !underway.empty() && underway.front().due > now; }
   bool wantsToWrite(Clock::time_point now) const { return !underway.empty() && underway.front().due <= now; }
 
-  /// What has arrived, or nothing. A reset counts as an end.
+  /// The bytes that arrived, or nothing. A reset counts as the end.
   std::optional<std::string> receive() {
     static std::array<char, 1 << 18> buffer;
     const ssize_t count = read(from, buffer.data(), buffer.size());
@@ -70,7 +70,7 @@ struct Direction {
         if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
           return;
         }
-        if (count < 0) {  // nobody listens any more
+        if (count < 0) {  // the receiver is gone
           hasEnded = isDelivered = true;
           underway.clear();
           return;

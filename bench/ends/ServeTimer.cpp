@@ -1,18 +1,14 @@
-/// Drives a server on its standard input and output as an MCP client does, and measures what microseconds
-/// matter to. Prints one line of JSON with the nanoseconds of each measurement.
+/// Starts a server again and again as an MCP client does. Prints one line of JSON with the nanoseconds from
+/// each start of the process to its answer of initialize.
 ///
-///   ServeTimer start COUNT COMMAND...     from the start of the process to the answer of initialize
-///   ServeTimer ping COUNT COMMAND...      each ping, from its writing to its answer
-///   ServeTimer pipeline COUNT COMMAND...  COUNT pings written without waiting, until the last answer
+///   ServeTimer COUNT COMMAND...
 
 #include <fcntl.h>
-#include <poll.h>
 #include <spawn.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <csignal>
@@ -32,12 +28,6 @@ constexpr std::string_view initialize =
     R"({"jsonrpc":"2.0","id":0,"method":"initialize","params":{"protocolVersion":"2025-11-25",)"
     R"("capabilities":{},"clientInfo":{"name":"bench","version":"1"}}})"
     "\n";
-constexpr std::string_view initialized = R"({"jsonrpc":"2.0","method":"notifications/initialized"})"
-                                         "\n";
-
-std::string ping(std::size_t id) {
-  return R"({"jsonrpc":"2.0","id":)" + std::to_string(id) + R"(,"method":"ping"})" + "\n";
-}
 
 void require(bool holds, const char* what) {
   if (!holds) {
@@ -83,39 +73,13 @@ class Server {
     }
   }
 
-  /// The number of line feeds among what is there; waits until something is.
-  std::size_t readLines() {
-    const ssize_t count = read(output_, received_.data(), received_.size());
-    require(count > 0, "reading from the server");
-    return static_cast<std::size_t>(std::count(received_.data(), received_.data() + count, '\n'));
-  }
-
   void ask(std::string_view request) {
     write(request);
-    while (readLines() == 0) {
-    }
-  }
-
-  /// Writes all of it and counts the answers, as both sides are ready, until there are so many. Looks at the
-  /// pipes now and then only: a client that never rests contends with the server for the locks of the pipes,
-  /// and is then a part of what is measured.
-  void exchange(std::string_view requests, std::size_t answers) {
-    fcntl(input_, F_SETFL, O_NONBLOCK);
-    while (answers > 0) {
-      std::array<pollfd, 2> ready{pollfd{output_, POLLIN, 0},
-                                  pollfd{requests.empty() ? -1 : input_, POLLOUT, 0}};
-      require(poll(ready.data(), ready.size(), -1) > 0, "poll");
-      if (ready[0].revents != 0) {
-        answers -= std::min(answers, readLines());
-      }
-      if (ready[1].revents != 0) {
-        const ssize_t count = ::write(input_, requests.data(), requests.size());
-        require(count > 0, "writing to the server");
-        requests.remove_prefix(static_cast<std::size_t>(count));
-      }
-      if (answers > 0) {
-        usleep(100);  // with its delay less than half of what the fastest server takes for a full pipe
-      }
+    std::string_view piece;
+    while (!piece.ends_with('\n')) {
+      const ssize_t count = read(output_, received_.data(), received_.size());
+      require(count > 0, "reading from the server");
+      piece = {received_.data(), static_cast<std::size_t>(count)};
     }
   }
 
@@ -137,33 +101,6 @@ std::vector<std::int64_t> measureStarts(std::size_t count, char* const* command)
   return samples;
 }
 
-std::vector<std::int64_t> measurePings(std::size_t count, char* const* command) {
-  Server server(command);
-  server.ask(initialize);
-  server.write(initialized);
-  std::vector<std::int64_t> samples;
-  for (std::size_t i = 1; i <= count; ++i) {
-    const std::string request = ping(i);
-    const Clock::time_point begin = Clock::now();
-    server.ask(request);
-    samples.push_back(since(begin));
-  }
-  return samples;
-}
-
-std::vector<std::int64_t> measurePipeline(std::size_t count, char* const* command) {
-  Server server(command);
-  server.ask(initialize);
-  server.write(initialized);
-  std::string requests;
-  for (std::size_t i = 1; i <= count; ++i) {
-    requests += ping(i);
-  }
-  const Clock::time_point begin = Clock::now();
-  server.exchange(requests, count);
-  return {since(begin)};
-}
-
 /// The processor time of the servers that have ended.
 std::int64_t processorTime() {
   rusage usage{};
@@ -175,18 +112,13 @@ std::int64_t processorTime() {
 }  // namespace
 
 int main(int argumentCount, char* arguments[]) {
-  const std::string_view what = argumentCount > 3 ? arguments[1] : "";
-  const auto measure = what == "start"      ? measureStarts
-                       : what == "ping"     ? measurePings
-                       : what == "pipeline" ? measurePipeline
-                                            : nullptr;
-  if (measure == nullptr) {
-    std::cerr << "usage: ServeTimer start|ping|pipeline COUNT COMMAND...\n";
+  if (argumentCount < 3) {
+    std::cerr << "usage: ServeTimer COUNT COMMAND...\n";
     return 2;
   }
   std::signal(SIGPIPE, SIG_IGN);
   try {
-    const auto samples = measure(std::strtoull(arguments[2], nullptr, 10), arguments + 3);
+    const auto samples = measureStarts(std::strtoull(arguments[1], nullptr, 10), arguments + 2);
     std::cout << "{\"wall\": [";
     for (std::size_t i = 0; i < samples.size(); ++i) {
       std::cout << (i == 0 ? "" : ", ") << samples[i];

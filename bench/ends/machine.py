@@ -1,4 +1,4 @@
-"""What the numbers were taken on."""
+"""Describes the machine of a measurement."""
 import datetime
 import os
 import platform

@@ -6,7 +6,7 @@ import time
 
 
 class Answering:
-    """A process that is asked by lines on its standard input. Ends with its input."""
+    """A process that gets requests as lines on its standard input. It ends with its input."""
 
     def __init__(self, command, environment=None, directory=None):
         self._process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, bufsize=0,
@@ -47,13 +47,13 @@ class Answering:
         return self.read()
 
     def measure(self, text):
-        """The answer, and the nanoseconds that it took: of time, and of the process."""
+        """The answer, and the nanoseconds that it took: wall time and processor time."""
         processor, wall = self.processor_time(), time.perf_counter_ns()
         answer = self.ask(text)
         return answer, {"wall": time.perf_counter_ns() - wall, "processor": self.processor_time() - processor}
 
     def processor_time(self):
-        """Nanoseconds of the whole process, threads that have ended included (clock_getcpuclockid(3))."""
+        """Nanoseconds of the whole process, with the threads that have ended (clock_getcpuclockid(3))."""
         return time.clock_gettime_ns((~self._process.pid << 3) | 2)
 
     def memory(self):
@@ -73,7 +73,7 @@ class Comparator(Answering):
 
 
 class MCPServer(Answering):
-    """A server for MCP clients, with the handshake behind it."""
+    """A server for MCP clients, after the handshake."""
 
     def __init__(self, command, environment=None, directory=None):
         super().__init__(command, environment, directory)
@@ -88,7 +88,7 @@ class MCPServer(Answering):
         return json.loads(self.ask(json.dumps(message)))
 
     def call(self, tool, **arguments):
-        """What a call took, in nanoseconds, and its result."""
+        """The nanoseconds of a call, and its result."""
         self._id += 1
         message = json.dumps({"jsonrpc": "2.0", "id": self._id, "method": "tools/call",
                               "params": {"name": tool, "arguments": arguments}})
@@ -99,8 +99,7 @@ class MCPServer(Answering):
         return {**taken, "result": result["structuredContent"]}
 
 
-def run_timer(program, what, count, command, directory=None):
+def run_timer(program, count, command):
     """One run of ServeTimer."""
-    output = subprocess.run([program, what, str(count), *command], check=True, stdout=subprocess.PIPE,
-                            cwd=directory).stdout
+    output = subprocess.run([program, str(count), *command], check=True, stdout=subprocess.PIPE).stdout
     return json.loads(output)

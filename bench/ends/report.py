@@ -2,7 +2,6 @@
 import statistics
 
 MILLISECONDS = ("ms", 1e6)
-MICROSECONDS = ("µs", 1e3)
 
 
 def percentile(samples, share):
@@ -63,18 +62,3 @@ class Targets:
 
     def table(self):
         return table(["target", "wanted", "measured", "holds"], self._rows)
-
-
-def replace_between_markers(path, text):
-    """Writes the text to the file; one that has the two marker lines keeps what is around them."""
-    begin, end = "<!-- begin of the last run -->\n", "<!-- end of the last run -->\n"
-    try:
-        with open(path) as file:
-            before = file.read()
-    except FileNotFoundError:
-        before = ""
-    if begin in before and end in before:
-        head, rest = before.split(begin, 1)
-        text = head + begin + "\n" + text + "\n" + end + rest.split(end, 1)[1]
-    with open(path, "w") as file:
-        file.write(text)

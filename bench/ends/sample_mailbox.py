@@ -1,5 +1,5 @@
-"""A mailbox to measure with, the same in every run: ordinary mail of several kinds, none of which looks like
-security mail, and two messages with a very large text that come before all others."""
+"""A mailbox for measurements, the same in every run. It has two messages with a very large text, and then ordinary
+mail of several kinds. No message looks like security mail."""
 import base64
 import os
 import quopri
@@ -13,7 +13,7 @@ JAPANESE = "来週の会議の資料をお送りします。ご確認のうえ�
 
 
 def prose(number, length):
-    """Sentences of so many characters, in lines of at most 72 columns."""
+    """Sentences with at least so many characters, in lines of at most 72 columns."""
     text, line, step = [], "", number
     while sum(map(len, text)) + len(line) < length:
         step = (step * 31 + 7) % 10007
@@ -41,7 +41,7 @@ def newsletter(number):
 
 
 def parts(number):
-    """The header of the body and the body of the message with this number."""
+    """The body's header fields and the body of the message with this number."""
     kind = number % 5
     if kind == 0:
         return "Content-Type: text/plain; charset=us-ascii\n", prose(number, 1500)
@@ -86,7 +86,7 @@ def large(is_base64):
             + b"\n\n" + body)
 
 
-# The messages in the order of their UIDs, which begin with 1.
+# The messages in the order of their UIDs, which begin at 1.
 LARGE_8BIT, LARGE_BASE64 = 1, 2
 
 

@@ -17,7 +17,7 @@ namespace {
 
 using Read = std::function<std::size_t(std::string_view)>;
 
-/// The files are written while the input is made, so that only reading and parsing them is measured.
+/// Making the input writes the files, so only reading and parsing are measured.
 void addSettingsShapes(std::vector<Shape>& shapes) {
   constexpr std::size_t longestFile = std::size_t{1024} * 1024;
   const auto directory = std::make_shared<test::TemporaryDirectory>();
@@ -76,8 +76,8 @@ void addDetectorShapes(std::vector<Shape>& shapes) {
 }
 
 void addSecretMailShapes(std::vector<Shape>& shapes) {
-  // What the rule does with every byte, without its bound of 64 KiB: a text that small is too soon known by
-  // heart to the processor to show how the time grows.
+  // The work of the rule on every byte, without its limit of 64 KiB. A text of that size fits into the
+  // processor's caches and does not show how the time grows.
   const Read signals = [](std::string_view text) { return wordsIn(text).size() + codeGroupsIn(text).size(); };
   const Read masked = [](std::string_view text) { return SecretMailRule::maskedCodes(text).size(); };
   for (const auto& [name, script] :

@@ -1,4 +1,4 @@
-// linearity [LARGEST [READER]]: reads every shape of input at 1 MB, 2 MB and so on up to LARGEST MB (64
+// linearity [LARGEST [READER]]: reads every shape of input at 1 MB, 2 MB and so on up to LARGEST MB (32
 // unless given; a reader whose input is bounded, up to its bound), and prints for each reader what the worst
 // doubling of an input cost. READER chooses those whose names begin so. The status is 1 when a doubling
 // cost 2.3 times as much or more.
@@ -254,7 +254,7 @@ int run(std::size_t largest, std::string_view chosen) {
 }  // namespace tarnwell::bench
 
 int main(int argumentCount, char** arguments) {
-  constexpr std::size_t usualLargest = 64;
+  constexpr std::size_t usualLargest = 32;
   const std::size_t largest = argumentCount > 1 ? std::strtoul(arguments[1], nullptr, 10) : usualLargest;
   if (largest < 16) {
     std::fprintf(stderr, "usage: linearity [LARGEST [READER]], LARGEST in MB and at least 16\n");

@@ -33,7 +33,8 @@ constexpr std::string_view emojiWords[] = {
     "\U0001F680",           "\U0001F1E9\U0001F1EA", "\U0001F469\u200D\U0001F4BB",
     "\u2600\uFE0F",         "\U0001F64F\U0001F3FB", "\U0001F431"};
 
-/// The same sequence in every run and with every library: a distribution of the standard library is not.
+/// Gives the same sequence in every run and with every library, unlike a distribution of the standard
+/// library.
 class Choice {
  public:
   explicit Choice(std::uint32_t start) : random_(start) {}
@@ -179,7 +180,7 @@ std::string bodyStructure(Choice& choice, std::string_view number) {
   }
 }
 
-/// One block of a newsletter, laid out with tables as they are.
+/// One block of a newsletter, laid out with tables as real ones are.
 std::string newsletterBlock(Choice& choice) {
   const std::string link =
       joined({"https://news.example.com/c/", encodedInBase64(latinSentence(choice)), "?u=20240305"});
@@ -257,7 +258,7 @@ std::string base64Lines(std::string_view bytes) {
 }
 
 std::string quotedPrintableLines(std::string_view text) {
-  constexpr std::size_t longestLine = 75;  // and the "=" of a soft line break
+  constexpr std::size_t longestLine = 75;  // without the "=" of a soft line break
   std::string encoded;
   std::size_t lineStart = 0;
   for (const char byte : text) {

@@ -13,7 +13,7 @@ struct Frame {
   std::string_view before, fragment, behind;
 };
 
-/// Fragments up to the size, framed so that the whole is well formed.
+/// Fragments up to the size, in a frame that makes the whole well formed.
 void addFramed(std::vector<Shape>& shapes, const std::string& reader, const std::vector<Frame>& frames,
                const Read& read) {
   for (const Frame& frame : frames) {

@@ -1,6 +1,6 @@
-// Measures the pure parts one by one and prints a Markdown table: for each the median and the best of the
-// repetitions, in processor time, and whether it reached its goal. Takes the options of Google Benchmark;
-// --benchmark_filter chooses parts. The status is 1 when a goal was missed.
+// Measures the pure parts one by one and prints a Markdown table: for each the median and the best
+// repetition, in processor time, and whether it reached its goal. Takes the options of Google Benchmark;
+// --benchmark_filter selects parts. The status is 1 when a goal was missed.
 
 #include <benchmark/benchmark.h>
 
@@ -31,7 +31,7 @@ class Collector : public benchmark::BenchmarkReporter {
     }
   }
 
-  /// Sorted; empty for a part that was not measured.
+  /// Sorted. Empty for a part that was not measured.
   std::vector<double> secondsOf(const std::string& name) const {
     const auto found = seconds_.find(name);
     std::vector<double> seconds = found == seconds_.end() ? std::vector<double>() : found->second;
@@ -83,7 +83,7 @@ bool isMet(const Part& part, double seconds, const Collector& measured) {
          seconds * 1e6 <= goal.microseconds.value_or(seconds * 1e6);
 }
 
-/// Returns how many goals were missed.
+/// Returns the number of missed goals.
 int printTable(const std::vector<Part>& parts, const Collector& measured) {
   int missed = 0;
   std::printf("| Part | Median | Best | Goal | Reached |\n|---|---:|---:|---|---|\n");

@@ -1,11 +1,11 @@
 #pragma once
 
-/// The parts that are measured, and what is asked of each.
+/// The parts to measure, and their goals.
 ///
 ///     add({.name = "base64", .bytes = text.size(), .goal = atLeast(1000), .work = [text] { ... }});
 ///
-/// A work does one round over its whole input and returns a number that depends on the result, so that no
-/// compiler can leave it out. Its input is made before, outside of the measurement.
+/// `work` does one round over its whole input. It returns a number that depends on the result, so no compiler
+/// can remove the work. The input is made before the measurement.
 
 #include <cstddef>
 #include <functional>
@@ -15,11 +15,11 @@
 
 namespace tarnwell::bench {
 
-/// What a part must reach. Any combination; none for a comparator.
+/// The goals of a part, in any combination. A comparator has none.
 struct Goal {
   std::optional<double> megabytesPerSecond = std::nullopt;  // at least
   std::optional<double> microseconds = std::nullopt;        // at most, for one round
-  /// The names of parts over the same input that must take longer.
+  /// The names of parts with the same input that must take longer.
   std::vector<std::string> fasterThan = {};
 };
 
@@ -30,7 +30,7 @@ struct Part {
   std::function<std::size_t()> work;
 };
 
-/// Each adds the parts of one subject.
+/// Each function adds the parts of one subject.
 void addResponseParts(std::vector<Part>& parts);
 void addTransferParts(std::vector<Part>& parts);
 void addTextParts(std::vector<Part>& parts);

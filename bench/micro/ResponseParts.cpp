@@ -1,5 +1,3 @@
-#include <cstring>
-
 #include "IMAP/Connection/LineAssembler.h"
 #include "IMAP/Responses/IMAPParser.h"
 #include "MailInputs.h"
@@ -26,15 +24,6 @@ std::size_t readMessages(const std::vector<std::string>& lines) {
   return sum;
 }
 
-std::size_t tokenizeAll(const std::vector<std::string>& lines) {
-  std::size_t sum = 0;
-  for (const std::string& line : lines) {
-    const IMAPTokens tokens = IMAPParser::tokenize(line);
-    sum += tokens.elements().empty() ? 0U : 1U;
-  }
-  return sum;
-}
-
 /// A body section of 64 KiB, as it comes from the network.
 std::string literalResponse() {
   constexpr std::size_t literalSize = 65'536;
@@ -56,17 +45,6 @@ std::size_t assemble(std::string_view stream) {
   return assembled;
 }
 
-/// A fresh copy of each response: the least that handing out a line can cost.
-std::size_t copy(std::string_view response, std::size_t count) {
-  std::size_t copied = 0;
-  for (std::size_t number = 0; number < count; ++number) {
-    const auto line = std::make_unique_for_overwrite<char[]>(response.size());
-    std::memcpy(line.get(), response.data(), response.size());
-    copied += static_cast<unsigned char>(line[response.size() - 1]);
-  }
-  return copied;
-}
-
 }  // namespace
 
 void addResponseParts(std::vector<Part>& parts) {
@@ -75,20 +53,12 @@ void addResponseParts(std::vector<Part>& parts) {
                    .bytes = sizeOf(messages),
                    .goal = {.megabytesPerSecond = 300},
                    .work = [messages] { return readMessages(messages); }});
-  parts.push_back({.name = "tokenizer alone, 1,000 messages", .bytes = sizeOf(messages), .work = [messages] {
-                     return tokenizeAll(messages);
-                   }});
-
-  constexpr std::size_t count = 16;
   const std::string response = literalResponse();
-  const std::string stream = repeated(response, count * response.size());
+  const std::string stream = repeated(response, 16 * response.size());
   parts.push_back({.name = "line assembler, literals of 64 KiB",
                    .bytes = stream.size(),
                    .goal = {.megabytesPerSecond = 2000},
                    .work = [stream] { return assemble(stream); }});
-  parts.push_back({.name = "memcpy into fresh memory, the same bytes",
-                   .bytes = stream.size(),
-                   .work = [response] { return copy(response, count); }});
 }
 
 }  // namespace tarnwell::bench

@@ -1,6 +1,5 @@
 #include <gmime/gmime.h>
 
-#include <limits>
 #include <memory>
 
 #include "IMAP/Decoding/TextDecoding.h"
@@ -40,17 +39,6 @@ std::size_t decodeFieldsByGMime(const std::vector<std::string>& fields) {
   return size;
 }
 
-void addPreview(std::vector<Part>& parts, const std::string& name, const std::string& text) {
-  constexpr std::int64_t previewLength = 200;
-  parts.push_back({.name = "preview of 200 characters, 1 MB of " + name,
-                   .bytes = text.size(),
-                   .work = [text] { return TextDecoding::snippet(text, previewLength).text.size(); }});
-  parts.push_back(
-      {.name = "all of the text collapsed, 1 MB of " + name, .bytes = text.size(), .work = [text] {
-         return TextDecoding::snippet(text, std::numeric_limits<std::int64_t>::max()).text.size();
-       }});
-}
-
 }  // namespace
 
 void addTextParts(std::vector<Part>& parts) {
@@ -77,11 +65,6 @@ void addTextParts(std::vector<Part>& parts) {
   parts.push_back({.name = "htmlToText, a table of short cells", .bytes = dense.size(), .work = [dense] {
                      return TextDecoding::htmlToText(dense).size();
                    }});
-
-  const std::string html = newsletter(size);
-  addPreview(parts, "newsletter text", TextDecoding::htmlToText(html));
-  addPreview(parts, "Latin text", prose(Script::latin, size));
-  addPreview(parts, "Japanese text", prose(Script::japanese, size));
 }
 
 }  // namespace tarnwell::bench

@@ -124,7 +124,7 @@ void addPreviewShapes(std::vector<Shape>& shapes) {
   const Read count = [](std::string_view text) { return characterCount(text); };
   shapes.push_back(
       {.reader = "snippet",
-       .name = "200 characters behind blanks",
+       .name = "200 characters after blanks",
        .input = [](std::size_t size) { return std::string(size, ' ') + prose(Script::latin, 2000); },
        .read = preview});
   addRepeated(shapes, "snippet", {"\u0301", "\u200D", "\xFF"}, preview);
@@ -150,7 +150,7 @@ void addReadingShapes(std::vector<Shape>& shapes) {
               {" ", "A", "\u0301\u0316", "\u0301\u200D\u0316", "\u200B", "\u1100", "\uFDFA", "文\n", "\xFF"},
               fold);
 
-  // All of the text is to leave, in a charset that is not its own.
+  // The whole text leaves the program, in a charset that is not its own.
   const auto readings = [](bool isHTML) {
     return [isHTML](std::string_view bytes) {
       const BodySource source{

@@ -13,7 +13,7 @@ namespace {
 
 using TextDecoding::Underscore;
 
-/// One round of GMime's decoder into memory that is not cleared first.
+/// One round of GMime's decoder, with output memory that is not cleared first.
 std::size_t decodeByGMime(GMimeContentEncoding encoding, std::string_view text) {
   GMimeEncoding decoder;
   g_mime_encoding_init_decode(&decoder, encoding);

@@ -1,53 +1,26 @@
-/* The floor of a server on standard input and output: answers each line with a prepared one, into which it
- * copies the request's id. Knows initialize, tools/list and ping; reads no JSON. One write for each answer. */
+/* The floor of a server on standard input and output: answers each request with a prepared result and the
+ * request's id. Knows initialize and tools/list; reads no JSON. */
+#include <stdio.h>
 #include <string.h>
-#include <unistd.h>
-
-static char input[1 << 20];
-static char output[1 << 16];
 
 static const char *resultOf(const char *line) {
   if (strstr(line, "\"initialize\"") != NULL) {
     return "{\"capabilities\":{\"tools\":{\"listChanged\":false}},\"protocolVersion\":\"2025-11-25\","
            "\"serverInfo\":{\"name\":\"floor\",\"version\":\"1\"}}";
   }
-  return strstr(line, "\"tools/list\"") != NULL ? "{\"tools\":[]}" : "{}";
-}
-
-static int answer(const char *line) {
-  const char *id = strstr(line, "\"id\":");
-  if (id == NULL) {
-    return 1; /* a notification */
-  }
-  id += strlen("\"id\":");
-  const size_t idLength = strcspn(id, ",}");
-  char *end = output;
-  end = stpcpy(end, "{\"id\":");
-  memcpy(end, id, idLength);
-  end = stpcpy(end + idLength, ",\"jsonrpc\":\"2.0\",\"result\":");
-  end = stpcpy(end, resultOf(line));
-  end = stpcpy(end, "}\n");
-  return write(1, output, (size_t)(end - output)) == end - output;
+  return "{\"tools\":[]}";
 }
 
 int main(void) {
-  size_t kept = 0;
-  for (;;) {
-    const ssize_t count = read(0, input + kept, sizeof input - 1 - kept);
-    if (count <= 0) {
-      return 0;
+  static char line[1 << 16];
+  while (fgets(line, sizeof line, stdin) != NULL) {
+    const char *id = strstr(line, "\"id\":");
+    if (id == NULL) {
+      continue; /* a notification */
     }
-    kept += (size_t)count;
-    char *line = input;
-    char *end;
-    while ((end = memchr(line, '\n', kept - (size_t)(line - input))) != NULL) {
-      *end = '\0';
-      if (!answer(line)) {
-        return 1;
-      }
-      line = end + 1;
-    }
-    kept -= (size_t)(line - input);
-    memmove(input, line, kept);
+    id += strlen("\"id\":");
+    printf("{\"id\":%.*s,\"jsonrpc\":\"2.0\",\"result\":%s}\n", (int)strcspn(id, ",}"), id, resultOf(line));
+    fflush(stdout);
   }
+  return 0;
 }

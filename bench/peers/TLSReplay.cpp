@@ -1,10 +1,10 @@
-/// The floor of an IMAP session: sends recorded commands over TLS and reads the answers without looking into
-/// them. For each line on its standard input it looks the host up, opens a connection, replays the whole
-/// session and answers with how many bytes came.
+/// The floor of an IMAP session: sends recorded commands over TLS and reads the answers without parsing them.
+/// For each line on its standard input it looks up the host, opens a connection, replays the whole session
+/// and prints the number of bytes that arrived.
 ///
 ///   TLSReplay PORT CERTIFICATE_DIRECTORY COMMANDS
 ///
-/// COMMANDS holds one command on each line, in the order in which they are sent; none has a literal.
+/// COMMANDS has one command on each line, in the order of sending. No command has a literal.
 
 #include <netdb.h>
 #include <netinet/in.h>
@@ -37,7 +37,7 @@ struct Free {
 
 using Context = std::unique_ptr<SSL_CTX, Free>;
 
-/// What all sessions share, and with it the authority's certificate once it is read.
+/// The context that all sessions share. It keeps the authority's certificate after the first use.
 Context makeContext(const char* certificates) {
   Context context(SSL_CTX_new(TLS_client_method()));
   require(SSL_CTX_set_min_proto_version(context.get(), TLS1_2_VERSION) == 1, "the version");
@@ -72,8 +72,8 @@ class Session {
     require(SSL_write(stream_.get(), line.data(), static_cast<int>(line.size())) > 0, "send");
   }
 
-  /// Reads until the last line received begins with the tag (or, for the greeting, with "* "). Keeps the end
-  /// of what came only, so that large answers cost nothing but their transfer.
+  /// Reads until the last line begins with the tag (or, for the greeting, with "* "). Keeps only the end of
+  /// the answer, so a large answer costs only its transfer.
   std::size_t readUntil(const std::string& beginning) {
     std::string tail;
     std::size_t total = 0;

@@ -1,5 +1,5 @@
-"""The search as a script of Python's own library does it: imaplib, and email for the messages. For each line
-"go" it opens a session, fetches the newest messages one after the other, and prints them on one line.
+"""The search as a script with Python's own libraries: imaplib, and email for the messages. For each line "go" it
+opens a session, fetches the newest messages one after the other, and prints them on one line.
 
     python3 imap_loop.py PORT CA_FILE USER PASSWORD LIMIT
 """

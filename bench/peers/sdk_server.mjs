@@ -1,6 +1,7 @@
-// A mail server for MCP clients as one would write it in an afternoon: the official TypeScript SDK, imapflow
+// A mail server for MCP clients that one could write in an afternoon: the official TypeScript SDK, imapflow
 // for the mailbox and mailparser for the messages. Offers search_inbox with the result shape of the program,
-// so far as the libraries give it: newest first, header fields and a snippet of the text. Nothing is withheld.
+// as far as the libraries provide it: newest first, header fields and a snippet of the text. Withholds
+// nothing.
 //   MAIL_PORT=... MAIL_USER=... MAIL_PASSWORD=... MAIL_CA=ca.pem node sdk_server.mjs
 import fs from 'node:fs';
 import { McpServer } from '@modelcontextprotocol/sdk/server/mcp.js';
@@ -9,7 +10,7 @@ import { z } from 'zod';
 
 const snippetLength = 200;
 
-// The mail libraries are loaded when they are first needed, so that they do not weigh on the start.
+// The mail libraries are loaded on first use, so they do not slow the start down.
 async function searchInbox(limit) {
   const { ImapFlow } = await import('imapflow');
   const { simpleParser } = await import('mailparser');

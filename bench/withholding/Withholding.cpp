@@ -1,10 +1,10 @@
-/// withholding [--missed] FILE...: reads mails, one JSON object a line, and prints for each class and
-/// language how many `get_message_body` would withhold, by the keywords alone and with `strictWithholding`.
+/// withholding [--missed] FILE...: reads mails, one JSON object a line. For each class and language it prints
+/// how many `get_message_body` would withhold, by the keywords alone and with `strictWithholding`.
 ///
 ///     {"id": "a1", "class": "code", "lang": "en", "carries_secret": true, "is_html": false,
 ///      "subject": "Welcome", "from": "Acme <hello@example.org>", "body": "493021 lets you in."}
 ///
-/// With --missed it also names the mails that were judged wrongly, and the words that told.
+/// With --missed it also prints the mails that were judged wrongly, and the words that were found.
 
 #include <cstdio>
 #include <fstream>

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Everything a script of this project may need. Sets `root`, the top folder of the project.
+# Loads everything that a script of this project may need. Sets `root`, the top folder of the project.
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 # shellcheck source=scripts/lib/messages.sh
 . "$root/scripts/lib/messages.sh"

@@ -1,8 +1,8 @@
 # shellcheck shell=bash
 # Uses messages.sh, progress.sh, packages.sh; needs `root`.
 
-# build_preset NAME [TARGET]: configures and builds one preset of CMakePresets.json, warnings being errors, or
-# one target of it; stops with what went wrong.
+# build_preset NAME [TARGET]: configures and builds one preset of CMakePresets.json, or one target of it, with
+# warnings as errors. After a failure shows the errors and stops.
 build_preset() { configure_and_build "$1" "${2:-all}" -D TARNWELL_WERROR=ON; }
 
 # configure_and_build PRESET TARGET CMAKE_ARGUMENTS...
@@ -14,7 +14,7 @@ configure_and_build() {
     fail "build/$preset belongs to another user: remove it, or work in a checkout of your own"
   fi
   if [ "$preset" = fuzz ]; then set -- -D CMAKE_CXX_COMPILER="$(tool clang++)" "$@"; fi
-  # A ninja that is told to end takes its compilers with it; cmake --build would leave both.
+  # A ninja that is told to end also ends its compilers. cmake --build would leave both running.
   run_quietly "build-$preset" "Building the preset $preset" sh -euc '
     cd "$1"
     preset=$2 target=$3 jobs=$4
@@ -24,7 +24,7 @@ configure_and_build() {
     fail "the preset $preset could not be built (see above)"
 }
 
-# use_changelog_date: sets SOURCE_DATE_EPOCH, unless it is set, to the time of the Debian change log
+# use_changelog_date: sets SOURCE_DATE_EPOCH, unless it is set, to the time of the Debian changelog
 # (https://reproducible-builds.org/docs/source-date-epoch/).
 use_changelog_date() {
   local date

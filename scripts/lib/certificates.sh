@@ -1,8 +1,8 @@
 # shellcheck shell=bash
 # A throw-away certificate authority and a server certificate for localhost.
 
-# make_certificates DIRECTORY [NAME]: leaves ca.pem, server.pem and server.key there. The server may go by that
-# name too.
+# make_certificates DIRECTORY [NAME]: writes ca.pem, server.pem and server.key there. NAME is one more name of
+# the server.
 make_certificates() {
   local directory=$1 names="DNS:localhost,IP:127.0.0.1${2:+,DNS:$2}"
   local key=(-newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes)

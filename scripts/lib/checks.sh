@@ -1,7 +1,7 @@
 # shellcheck shell=bash
-# What is looked at without running the program. Uses messages.sh; needs `root`.
+# The checks that do not run the program. Uses messages.sh; needs `root`.
 
-# sources: every C++ file of the project's own, separated by zero bytes.
+# sources: every C++ file of the project, separated by zero bytes.
 sources() {
   (cd "$root" && git ls-files -z --cached --others --exclude-standard -- '*.h' '*.cpp')
 }
@@ -14,7 +14,7 @@ check_format() {
     fail "run $formatter -i on the files named above"
 }
 
-# check_shell: every script; what they share is looked at through them.
+# check_shell: checks every script, and through them the files that they share.
 check_shell() {
   say "Checking the shell scripts"
   (cd "$root" && git grep -lzE '^#!/usr/bin/env bash' | xargs -0 shellcheck --external-sources --severity=warning) ||
@@ -26,7 +26,7 @@ check_spelling() {
   (cd "$root" && codespell ./*.md docs) || fail "see the words above"
 }
 
-# check_tidy FILE...: sources below src/, with the flags of the release build, which has to be configured.
+# check_tidy FILE...: checks files below src/ with the flags of the release build, which must be configured.
 check_tidy() {
   [ $# -gt 0 ] || return 0
   say "Looking for mistakes with clang-tidy"

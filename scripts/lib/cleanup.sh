@@ -1,22 +1,22 @@
 # shellcheck shell=bash
-# Whatever a script starts or makes is noted here and taken away when the script ends, however it ends.
-# Processes are ended by their id, newest first; then what was mounted is taken off, before files and folders are removed.
+# Notes everything that a script starts or makes, and removes it when the script ends, however it ends. Ends
+# processes by their id, the newest first. Then it unmounts file systems, and then removes files and folders.
 
 cleanup_processes=()
 cleanup_mounts=()
 cleanup_paths=()
 
-# start_process COMMAND...: runs the command in the background, sets started_process.
-# The kernel ends it should this script be killed outright (setpriv --pdeathsig). Not to be called in a
-# command substitution, whose subshell would be that parent. (<&0: else the shell gives /dev/null.)
+# start_process COMMAND...: runs the command in the background and sets started_process. If the script itself
+# is killed, the kernel ends the command (setpriv --pdeathsig). Do not call this in a command substitution:
+# its subshell would be the parent. (<&0: otherwise the shell gives /dev/null.)
 start_process() {
   setpriv --pdeathsig KILL -- "$@" <&0 &
   started_process=$!
   cleanup_processes+=("$started_process")
 }
 
-# run_process COMMAND...: runs the command and waits for its end; its status is the result. A signal to the
-# script is acted upon at once, not when the command has ended by itself.
+# run_process COMMAND...: runs the command, waits for it and returns its status. A signal to the script takes
+# effect at once, not only when the command has ended.
 run_process() {
   local status=0
   start_process "$@"
@@ -25,8 +25,9 @@ run_process() {
   return "$status"
 }
 
-# new_directory VARIABLE: a fresh temporary directory, its name in VARIABLE. The names are kept short: a
-# socket path has room for 107 bytes. Others may pass through, for servers that run as another user.
+# new_directory VARIABLE: makes a new temporary directory and stores its name in VARIABLE. The name is short,
+# because a socket path has room for 107 bytes. Other users may enter it, for servers that run as another
+# user.
 new_directory() {
   local made
   made=$(mktemp -d /tmp/tw.XXXXXX)
@@ -35,14 +36,14 @@ new_directory() {
   printf -v "$1" %s "$made"
 }
 
-# process_is_running ID: of this shell's own processes alone. The id of one that has ended may be another's.
+# process_is_running ID: only for this shell's own processes. The id of an ended process may be used again.
 process_is_running() {
   local running
   running=$(jobs -rp)
   [[ $'\n'$running$'\n' == *$'\n'$1$'\n'* ]]
 }
 
-# end_process ID: asks politely, insists after three seconds. Nothing happens when it is not running.
+# end_process ID: sends SIGTERM, and SIGKILL after three seconds. Does nothing when it is not running.
 end_process() {
   local process=$1 tries
   process_is_running "$process" || return 0
@@ -57,8 +58,8 @@ end_process() {
 
 cleanup() {
   local status=$? index path
-  # A second signal must not end the cleaning up half-way (timeout sends one to the script and one to its
-  # whole group).
+  # A second signal must not interrupt the cleanup. (timeout sends one signal to the script and one to its
+  # whole group.)
   trap - EXIT
   trap '' INT TERM HUP
   for ((index = ${#cleanup_processes[@]} - 1; index >= 0; index--)); do

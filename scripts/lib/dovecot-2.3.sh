@@ -1,7 +1,7 @@
 # shellcheck shell=bash
-# What dovecot.sh and dovecot-without-move.sh leave to the version: here 2.3.
+# The parts of dovecot.sh and dovecot-without-move.sh that depend on the version: here 2.3.
 
-# dovecot_account MAIL USER GROUP: where the certificate, the account and its mail are.
+# dovecot_account MAIL USER GROUP: the places of the certificate, the account and its mail.
 dovecot_account() {
   local mail=$1 user=$2 group=$3
   cat <<CONFIGURATION
@@ -19,7 +19,7 @@ userdb {
 CONFIGURATION
 }
 
-# dovecot_rights FILE: the rights in FILE are in force, and no others.
+# dovecot_rights FILE: applies the rights in FILE and no others.
 dovecot_rights() {
   cat <<CONFIGURATION
 mail_plugins = acl

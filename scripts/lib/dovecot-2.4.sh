@@ -1,8 +1,8 @@
 # shellcheck shell=bash
-# What dovecot.sh and dovecot-without-move.sh leave to the version: here 2.4, which refuses a configuration that
-# does not begin with the version that it is written for.
+# The parts of dovecot.sh and dovecot-without-move.sh that depend on the version: here 2.4. It accepts only a
+# configuration that begins with the version that it is written for.
 
-# dovecot_account MAIL USER GROUP: where the certificate, the account and its mail are.
+# dovecot_account MAIL USER GROUP: the places of the certificate, the account and its mail.
 dovecot_account() {
   local mail=$1 user=$2 group=$3
   cat <<CONFIGURATION
@@ -25,7 +25,7 @@ userdb static {
 CONFIGURATION
 }
 
-# dovecot_rights FILE: the rights in FILE are in force, and no others.
+# dovecot_rights FILE: applies the rights in FILE and no others.
 dovecot_rights() {
   cat <<CONFIGURATION
 mail_plugins = acl

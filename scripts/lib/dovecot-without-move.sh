@@ -1,12 +1,13 @@
 # shellcheck shell=bash
-# Two ways to a Dovecot that does not move messages (RFC 6851): each writes extra configuration for
-# start_dovecot. Leaving the word out of imap_capability alone hides MOVE but still performs it.
+# Two ways to make Dovecot reject MOVE (RFC 6851). Each writes extra configuration for start_dovecot. Without
+# the word MOVE in imap_capability alone, Dovecot would hide MOVE but still do it.
 
 capabilities_without_move="IMAP4rev1 SASL-IR LOGIN-REFERRALS ID ENABLE IDLE LITERAL+ UIDPLUS NAMESPACE \
 SPECIAL-USE UNSELECT CHILDREN"
 
-# refuse_move_by_acl DIRECTORY FILE: UID MOVE is answered "NO [NOPERM] Permission denied", while UID COPY
-# and the \Deleted flag remain allowed. For INBOX the rule must name the user; "owner" is not looked at.
+# refuse_move_by_acl DIRECTORY FILE: Dovecot answers UID MOVE with "NO [NOPERM] Permission denied", but still
+# allows UID COPY and the \Deleted flag. For INBOX the rule must name the user, because "owner" has no effect
+# there.
 refuse_move_by_acl() {
   local directory=$1 file=$2
   use_dovecot_version
@@ -18,8 +19,8 @@ refuse_move_by_acl() {
   } >"$file"
 }
 
-# remove_move_command DIRECTORY FILE: UID MOVE is answered "BAD ... Unknown command", as by a server that
-# has never heard of it. Needs dovecot-dev and a C compiler.
+# remove_move_command DIRECTORY FILE: Dovecot answers UID MOVE with "BAD ... Unknown command", like a server
+# without MOVE. Needs dovecot-dev and a C compiler.
 remove_move_command() {
   local directory=$1 file=$2
   [ -f /usr/include/dovecot/config.h ] || fail "the Dovecot headers are missing: install dovecot-dev"

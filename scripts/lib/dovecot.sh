@@ -1,13 +1,13 @@
 # shellcheck shell=bash
-# A throw-away Dovecot 2.3 or 2.4 with TLS on a loopback port, as root (its mail then belongs to nobody) or as an
-# ordinary user. What differs between the versions stands in dovecot-VERSION.sh.
-# Uses messages.sh, needs.sh, cleanup.sh, ports.sh; certificates from certificates.sh; needs `root`.
+# A throw-away Dovecot 2.3 or 2.4 with TLS on a loopback port, for root (its mail then belongs to nobody) or
+# an ordinary user. dovecot-VERSION.sh has the differences between the versions. Uses messages.sh, needs.sh,
+# cleanup.sh, ports.sh; certificates from certificates.sh; needs `root`.
 
 mail_address=user@example.org
 mail_password=app-pass-word
 
-# start_dovecot DIRECTORY [EXTRA_CONFIGURATION_FILE]: DIRECTORY holds server.pem and server.key, and the
-# mail in mail/home/Maildir. Sets dovecot_port and dovecot_process once the server has greeted.
+# start_dovecot DIRECTORY [EXTRA_CONFIGURATION_FILE]: DIRECTORY has server.pem and server.key, and the mail in
+# mail/home/Maildir. Sets dovecot_port and dovecot_process once the server has greeted.
 start_dovecot() {
   local directory=$1 extra=${2:-} attempt
   use_dovecot_version
@@ -15,13 +15,13 @@ start_dovecot() {
   user=$(id -un) group=$(id -gn)
   if [ "$(id -u)" = 0 ]; then
     user=nobody group=nogroup
-    # A change of user forgets the signal of start_process: it is asked for again.
+    # A change of user clears the signal of start_process, so it is set again.
     as_user=(setpriv --reuid=nobody --regid=nogroup --clear-groups --pdeathsig KILL --)
   fi
   mkdir -p "$directory/mail/home/Maildir"
   cp "$directory/server.pem" "$directory/server.key" "$directory/mail/"
   printf '%s:{PLAIN}%s::::::\n' "$mail_address" "$mail_password" >"$directory/mail/users"
-  # Between the choice of a port and its use another program may take it: then another is tried.
+  # Another program may take the port between its choice and its use. Then try another port.
   for attempt in 1 2 3; do
     dovecot_port=$(free_port)
     write_dovecot_configuration "$directory/mail" "$user" "$group" >"$directory/mail/dovecot.conf"
@@ -36,7 +36,8 @@ start_dovecot() {
   fail "Dovecot did not greet on a loopback port (attempt $attempt)"
 }
 
-# use_dovecot_version: sets dovecot_program, defines dovecot_account and dovecot_rights as the installed version wants them.
+# use_dovecot_version: sets dovecot_program, and defines dovecot_account and dovecot_rights for the installed
+# version.
 use_dovecot_version() {
   local version
   dovecot_program=$(PATH=$search_path command -v dovecot) ||
@@ -48,8 +49,8 @@ use_dovecot_version() {
   . "$root/scripts/lib/dovecot-$version.sh"
 }
 
-# await_greeting CA PORT PROCESS: until the server answers "* OK ... ready." over TLS. A server that is
-# asked too early says first that it waits for its own parts.
+# await_greeting CA PORT PROCESS: waits until the server answers "* OK ... ready." over TLS. Before that, the
+# server first says that it waits for its own parts.
 await_greeting() {
   local ca=$1 port=$2 process=$3 tries greeting
   for ((tries = 0; tries < 100; tries++)); do
@@ -62,7 +63,7 @@ await_greeting() {
   return 1
 }
 
-# The answers to failed logins are not delayed (auth_failure_delay, anvil-auth-penalty).
+# Failed logins are answered without delay (auth_failure_delay, anvil-auth-penalty).
 write_dovecot_configuration() {
   local mail=$1 user=$2 group=$3
   dovecot_account "$mail" "$user" "$group"

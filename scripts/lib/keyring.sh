@@ -1,11 +1,11 @@
 # shellcheck shell=bash
-# A private session bus with an unlocked gnome-keyring on it, for one temporary home directory. The
-# person's own bus, keyring and files are not touched: every variable is set for each command alone.
+# A private session bus with an unlocked gnome-keyring, for one temporary home directory. Every variable is
+# set for a single command, so the user's own bus, keyring and files are not touched.
 
 password_service=app.tarnwell.Tarnwell
 
-# start_keyring DIRECTORY [BUS_SOCKET]: makes DIRECTORY/home and DIRECTORY/runtime, sets
-# keyring_environment (words for env) once the Secret Service answers.
+# start_keyring DIRECTORY [BUS_SOCKET]: makes DIRECTORY/home and DIRECTORY/runtime. Sets keyring_environment
+# (words for env) once the Secret Service answers.
 start_keyring() {
   local directory=$1 bus=${2:-$1/bus} tool tries
   for tool in dbus-daemon gnome-keyring-daemon secret-tool; do
@@ -13,7 +13,7 @@ start_keyring() {
   done
   mkdir -p "$directory/home" "$directory/runtime"
   chmod 700 "$directory/runtime"
-  # No service directory: the bus must not start a second, locked keyring by itself.
+  # No service directory: otherwise the bus would start a second, locked keyring by itself.
   cat >"$directory/bus.conf" <<CONFIGURATION
 <busconfig>
   <type>session</type>
@@ -36,7 +36,7 @@ CONFIGURATION
     sleep 0.02
   done
   [ -S "$bus" ] || fail "the private session bus did not start: $(head -n 5 "$directory/bus.log")"
-  # The unlock password comes on standard input and makes the login collection; it must not be empty.
+  # The unlock password on standard input creates the login collection. It must not be empty.
   printf 'unlock\n' >"$directory/unlock"
   start_process env "${keyring_environment[@]}" \
     gnome-keyring-daemon --foreground --unlock --components=secrets \
@@ -50,7 +50,7 @@ CONFIGURATION
   clear_password "probe@example.org"
 }
 
-# store_password ADDRESS PASSWORD: as the README tells a person to do it.
+# store_password ADDRESS PASSWORD: stores the password in the way that README.md describes.
 store_password() {
   printf %s "$2" | timeout 10 env "${keyring_environment[@]}" \
     secret-tool store --label=Tarnwell service "$password_service" account "$1"

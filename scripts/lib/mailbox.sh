@@ -1,9 +1,9 @@
 # shellcheck shell=bash
-# The sample mailbox as a Maildir tree: tests/fixtures/mailbox/*.eml in INBOX, UIDs in the order of the
-# file names, received at the time of their Date header, those named in seen.txt already read.
+# The sample mailbox as a Maildir tree. INBOX has tests/fixtures/mailbox/*.eml, with UIDs in the order of the
+# file names and received at the time of their Date header. The mails named in seen.txt are already read.
 
-# The folders beside INBOX, in the spelling of the disk: Maildir++ joins levels with a full stop, and
-# names are in modified UTF-7 (RFC 3501 section 5.1.3). The last one reads プロジェクト.
+# The other folders, as they are spelled on the disk: Maildir++ joins levels with a full stop, and names are
+# in modified UTF-7 (RFC 3501 section 5.1.3). The last one reads プロジェクト.
 mailbox_folders=(Trash Archive Archive.2023 "Sent Messages" Junk Drafts 'Quotes "and" spaces'
   '&MNcw7TC4MKcwrzDI-')
 
@@ -23,7 +23,7 @@ make_mailbox() {
   done
 }
 
-# add_notes MAILDIR COUNT: plain mails, older than the samples, whose UIDs come before theirs.
+# add_notes MAILDIR COUNT: adds plain mails that are older than the samples and have lower UIDs.
 add_notes() {
   local maildir=$1 count=$2 number
   mkdir -p "$maildir/cur"
@@ -40,7 +40,7 @@ NOTE
   done
 }
 
-# place_mail MAILDIR NAME FLAGS DATE: one mail from standard input.
+# place_mail MAILDIR NAME FLAGS DATE: adds one mail from standard input.
 place_mail() {
   local path="$1/cur/$2.sample:2,$3"
   cat >"$path"

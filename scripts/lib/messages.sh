@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# What a script says to the person who runs it. Everything but results goes to standard error.
+# Messages of a script for the person who runs it. Only results go to standard output.
 
 say() { printf '== %s\n' "$*" >&2; }
 

@@ -1,11 +1,12 @@
 # shellcheck shell=bash
-# Where there is no apt-get: whether the programs and libraries of packages.table are there, in the versions that
-# it asks for. Uses messages.sh; table_column comes from packages.sh.
+# For systems without apt-get: checks that the programs and libraries of packages.table are there, in the
+# versions that it asks for. Uses messages.sh; table_column comes from packages.sh.
 
-# The servers' programs are not in everybody's PATH.
+# Not everybody's PATH has the folders of server programs.
 search_path="$PATH:/usr/local/sbin:/usr/sbin:/sbin"
 
-# require_needs PURPOSE...: goes on when everything is there, else names what is not, and what was found instead.
+# require_needs PURPOSE...: succeeds when everything is there. Else names what is missing, and what was found
+# instead.
 require_needs() {
   local need missing=()
   while read -r need; do
@@ -26,7 +27,8 @@ need_is_met() {
   [ -z "$asked" ] || [ "$(printf '%s\n' "$asked" "$found" | sort --version-sort | head -n 1)" = "$asked" ]
 }
 
-# version_found KIND:NAME: fails where there is none; prints nothing where none is told.
+# version_found KIND:NAME: prints the version, or nothing when it is unknown. Fails when there is no such
+# thing.
 version_found() {
   local name=${1#*:} header macro
   case $1 in
@@ -44,7 +46,7 @@ version_found() {
   esac
 }
 
-# describe_need NEED: for a person.
+# describe_need NEED: describes the need for a person.
 describe_need() {
   local what=${1%%>=*} asked='' found
   case $1 in *">="*) asked=", ${1##*>=} or newer" ;; esac

@@ -1,9 +1,9 @@
 # shellcheck shell=bash
-# NodeJS 18 or newer with npm (Debian's, or one that is on PATH already), and what is taken from npm, in the
-# versions that a package-lock.json pins: the official MCP client, the tool for MCP bundles, the comparators of
-# the measurements. Uses messages.sh, progress.sh, packages.sh.
+# NodeJS 18 or newer with npm (Debian's, or one on PATH), and packages from npm in the versions of a
+# package-lock.json: the official MCP client, the tool for MCP bundles, the comparators of the measurements.
+# Uses messages.sh, progress.sh, packages.sh.
 
-# needed_node: the purpose "node" of packages.table, unless NodeJS is there already.
+# needed_node: prints the purpose "node" of packages.table, unless NodeJS is already there.
 needed_node() { node_is_usable || echo node; }
 
 node_is_usable() {
@@ -15,7 +15,7 @@ check_node() {
   node_is_usable || fail "NodeJS 18 or newer with npm is needed; this is $(node --version 2>&1)"
 }
 
-# install_node_packages DIRECTORY WHAT: once for each state of the lock file.
+# install_node_packages DIRECTORY WHAT: installs once for each state of the lock file.
 install_node_packages() {
   local directory=$1 what=$2 stamp
   stamp="$directory/node_modules/.installed-from"

@@ -1,25 +1,25 @@
 # shellcheck shell=bash
-# What the build, the demonstration and the tests need, by scripts/lib/packages.table: as root it is installed, to an
-# ordinary user it is named. Without apt-get it is looked for. Uses messages.sh, progress.sh, needs.sh, cleanup.sh;
-# needs `root`.
+# The packages for the build, the demonstration and the tests, listed in scripts/lib/packages.table. For root
+# it installs them, for an ordinary user it names them. Without apt-get it looks for the programs. Uses
+# messages.sh, progress.sh, needs.sh, cleanup.sh; needs `root`.
 
 packages_table="$root/scripts/lib/packages.table"
 
-# has_apt: what a system without it has is another's business.
+# has_apt: false on systems that manage packages in another way.
 has_apt() { command -v apt-get >/dev/null && command -v dpkg-query >/dev/null; }
 
 # system_value KEY: of this system's os-release(5).
 system_value() { sed -n "s/^$1=//p" /etc/os-release 2>/dev/null | tr -d '"'; }
 
-# packages_column: the number of this release's column in the table; of the last one, the newest release's, when
-# there is none.
+# packages_column: the number of this release's column in the table. For an unknown release, the last column,
+# which is that of the newest release.
 packages_column() {
   awk -v codename="$(system_value VERSION_CODENAME)" \
     '$2 == "purpose" { found = NF - 1; for (i = 4; i <= NF; i++) if ($i == codename) found = i - 1; print found }' \
     "$packages_table"
 }
 
-# warn_of_unknown_release: says whose names are taken on a release that has no column.
+# warn_of_unknown_release: for a release without a column, says which release's names are used.
 warn_of_unknown_release() {
   local columns
   read -r -a columns < <(sed -n 's/^# purpose *need *//p' "$packages_table")
@@ -27,7 +27,7 @@ warn_of_unknown_release() {
   say "Not tried on $(system_value PRETTY_NAME): the packages are taken by their names in Debian's ${columns[-1]}"
 }
 
-# table_column COLUMN PURPOSE...: that column of the purposes' rows, each entry once.
+# table_column COLUMN PURPOSE...: that column of the rows for the purposes, each entry once.
 table_column() {
   local column=$1
   shift
@@ -36,10 +36,11 @@ table_column() {
     "$packages_table"
 }
 
-# packages_for PURPOSE...: the packages' names in this release, one on each line.
+# packages_for PURPOSE...: the names of the packages in this release, one on each line.
 packages_for() { table_column "$(packages_column)" "$@"; }
 
-# tool NAME [PURPOSE]: how a program of Clang's is called here: with the release's version at its end, or without.
+# tool NAME [PURPOSE]: the command of a program of Clang here: with the release's version at its end, or
+# without.
 tool() {
   local name=$1 purpose=${2:-test} package=
   if has_apt; then
@@ -53,7 +54,7 @@ tool() {
   esac
 }
 
-# require PURPOSE...: all that the table names for the purposes.
+# require PURPOSE...: everything that the table lists for the purposes must be there.
 require() {
   local missing=() name
   if ! has_apt; then
@@ -78,8 +79,8 @@ package_is_installed() {
   [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
 }
 
-# Debian starts a server the moment it is installed. Here its programs are wanted, not a mail server that
-# listens on this machine: the policy hook (invoke-rc.d) says no while the packages go in.
+# Debian starts a server as soon as it is installed. Here only its programs are needed, not a mail server that
+# listens on this machine. So the policy hook (invoke-rc.d) refuses starts during the installation.
 install_packages() {
   local policy=/usr/sbin/policy-rc.d own_policy=
   if [ ! -e "$policy" ]; then

@@ -1,9 +1,10 @@
 # shellcheck shell=bash
-# Long commands that a person need not read: what they print goes to build/logs/NAME.log. On a terminal one line
-# shows how far they are, elsewhere one line says what is being done. Uses messages.sh, cleanup.sh; needs `root`.
+# Long commands whose output a person need not read. The output goes to build/logs/NAME.log. On a terminal one
+# line shows the progress; elsewhere one line says what is being done. Uses messages.sh, cleanup.sh; needs
+# `root`.
 
-# run_quietly NAME WHAT COMMAND...: the status is that of the command. When it fails, the end of the log is shown
-# and its place named.
+# run_quietly NAME WHAT COMMAND...: returns the status of the command. After a failure shows the end of the
+# log and names its place.
 run_quietly() {
   local name=$1 what=$2 log status=0 started=$SECONDS
   shift 2
@@ -29,7 +30,7 @@ run_quietly() {
   return "$status"
 }
 
-# progress_in LOG: how far ninja or apt-get has come, by what it has printed.
+# progress_in LOG: the progress of ninja or apt-get, from its output.
 progress_in() {
   awk '
     /^\[[0-9]+\/[0-9]+\]/ { split(substr($1, 2), at, /[\/\]]/); step = "step"; done = at[1]; all = at[2] }

@@ -1,8 +1,8 @@
 # shellcheck shell=bash
-# The recorder stands between the program and the mail server and writes down every line the program
-# sends (tests/integration/wire-recorder.mjs). Uses messages.sh, cleanup.sh.
+# The recorder stands between the program and the mail server and records every line that the program sends
+# (tests/integration/wire-recorder.mjs). Uses messages.sh, cleanup.sh.
 
-# start_recorder DIRECTORY INTEGRATION UPSTREAM_PORT: sets recorder_port; the record is DIRECTORY/wire.
+# start_recorder DIRECTORY INTEGRATION UPSTREAM_PORT: sets recorder_port. The record is DIRECTORY/wire.
 start_recorder() {
   local directory=$1 integration=$2 upstream=$3 tries
   : >"$directory/wire"

@@ -1,11 +1,11 @@
 # shellcheck shell=bash
-# Bare Debian systems in folders, for the runs that start from nothing. Needs root. Uses messages.sh, progress.sh,
-# cleanup.sh, packages.sh; needs `root`.
+# Bare Debian systems in folders, for tests that begin with an empty system. Needs root. Uses messages.sh,
+# progress.sh, cleanup.sh, packages.sh; needs `root`.
 
-# The releases that the program is tried on: the columns of packages.table.
+# The releases on which the program is tested: the columns of packages.table.
 mapfile -t releases < <(sed -n 's/^# purpose *need *//p' "$root/scripts/lib/packages.table" | tr -s ' ' '\n')
 
-# check_release NAME: stops at a name that is none of theirs.
+# check_release NAME: stops when the name is not one of these releases.
 check_release() {
   case " ${releases[*]} " in
     *" $1 "*) ;;
@@ -13,15 +13,15 @@ check_release() {
   esac
 }
 
-# copy_checkout DIRECTORY: the files that git knows, as they are in the working tree.
+# copy_checkout DIRECTORY: copies the files that git knows, as they are in the working tree.
 copy_checkout() {
   mkdir -p "$1"
   (cd "$root" && git ls-files -z | xargs -0 cp --parents --no-dereference --target-directory "$1") ||
     fail "the checkout could not be copied"
 }
 
-# make_bare_system DIRECTORY RELEASE: unpacks the smallest Debian there (debootstrap makes it once, and build/ keeps
-# it). To be called in a world of its own, for it mounts /proc, /dev and /sys.
+# make_bare_system DIRECTORY RELEASE: unpacks the smallest Debian there. debootstrap makes it once, and build/
+# keeps it. Call it in separate namespaces (in_a_world_of_its_own), because it mounts /proc, /dev and /sys.
 make_bare_system() {
   local directory=$1 release=$2 kept="$root/build/$2.tar" made
   [ "$(id -u)" = 0 ] || fail "a system of its own needs root"
@@ -41,21 +41,21 @@ make_bare_system() {
   mount -t proc proc "$directory/proc"
   cleanup_mounts+=("$directory/proc")
   local place
-  for place in dev sys; do # terminals, and for the journal control groups
+  for place in dev sys; do # terminals, and control groups for the journal
     mount --rbind "/$place" "$directory/$place"
     cleanup_mounts+=("$directory/$place")
   done
   cp /etc/resolv.conf "$directory/etc/resolv.conf"
   echo "127.0.0.1 localhost $(hostname)" >"$directory/etc/hosts"
-  echo force-unsafe-io >"$directory/etc/dpkg/dpkg.cfg.d/unsafe-io" # it is thrown away: no waiting for the disk
-  # The authorities that this machine trusts beside Debian's: its network may need them.
+  echo force-unsafe-io >"$directory/etc/dpkg/dpkg.cfg.d/unsafe-io" # thrown away: no need to wait for the disk
+  # This machine's own authorities, besides Debian's. The machine's network may need them.
   mkdir -p "$directory/usr/local/share/ca-certificates"
   find /usr/local/share/ca-certificates -name '*.crt' \
     -exec cp --target-directory "$directory/usr/local/share/ca-certificates" {} +
 }
 
-# in_a_world_of_its_own SCRIPT ARGUMENTS...: starts the script once more where nobody else sees its mounts and
-# processes; none of them outlives it.
+# in_a_world_of_its_own SCRIPT ARGUMENTS...: starts the script again where nobody else sees its mounts and
+# processes. No process outlives it.
 in_a_world_of_its_own() {
   if [ -z "${TARNWELL_OWN_WORLD:-}" ]; then
     [ "$(id -u)" = 0 ] || fail "a system of its own needs root"
@@ -63,9 +63,9 @@ in_a_world_of_its_own() {
   fi
 }
 
-# inside DIRECTORY USER COMMAND...: runs the command in that system as that user, in the user's home, with an
-# environment of its own (and what `inside_environment` holds). The system's root becomes that of the mounts too:
-# in a mere chroot an ordinary user gets no namespace.
+# inside DIRECTORY USER COMMAND...: runs the command in that system as that user, in the user's home, with its
+# own environment (and the content of `inside_environment`). The system's root also becomes the root of the
+# mounts, because in a plain chroot an ordinary user gets no namespace.
 inside_environment=()
 inside() {
   local directory=$1 user=$2 home

@@ -1,5 +1,6 @@
 # shellcheck shell=bash
-# write_settings HOME JSON: the settings file of that home directory, with the modes the program uses.
+# write_settings HOME JSON: writes the settings file in that home directory, with the modes that the program
+# uses.
 write_settings() {
   local directory="$1/.local/share/app.tarnwell.Tarnwell"
   mkdir -p "$directory"

@@ -104,7 +104,7 @@ std::filesystem::path CLIRunner::ownExecutablePath() {
     return *path;
   }
   const std::filesystem::path name = invocationName().empty() ? "tarnwell" : invocationName();
-  std::error_code error;  // of a working directory that was removed, or a folder that may not be read
+  std::error_code error;  // when the working directory was removed, or a folder may not be read
   const std::filesystem::path path = std::filesystem::absolute(name, error);
   std::filesystem::path resolved = error ? name : std::filesystem::weakly_canonical(path, error);
   return error ? name : resolved;

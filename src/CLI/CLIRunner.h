@@ -2,9 +2,10 @@
 
 /// The command words: `serve`, `test-connection`, `status`, `print-config`, help.
 ///
-/// Reports go to standard output, diagnostics to standard error; nothing is thrown. Exit statuses: 0 done
-/// (or help); 1 `test-connection` without account, password or connection, and `status` with an error;
-/// 2 no command or an unknown one.
+/// Reports go to standard output, diagnostics to standard error. Nothing is thrown. Exit statuses:
+/// - 0: done, or help;
+/// - 1: `test-connection` without account, password or connection, or `status` with an error;
+/// - 2: no command or an unknown one.
 
 #include <filesystem>
 #include <string>
@@ -12,25 +13,25 @@
 
 namespace tarnwell::CLIRunner {
 
-/// Runs the command that the first word names (exact, case-sensitive) and gives the exit status. Further
-/// words are ignored.
+/// Runs the command of the first word (exact, case-sensitive) and returns the exit status. Ignores further
+/// words.
 int run(const std::vector<std::string>& arguments);
 
-/// The stdio MCP server, until standard input ends.
+/// Runs the stdio MCP server until standard input ends.
 int serve();
 
-/// Logs in with the saved settings, and saves how it went.
+/// Logs in with the saved settings, and saves whether that worked.
 int testConnection();
 
-/// Prints what `get_status` tells.
+/// Prints the result of `get_status`.
 int status();
 
-/// Prints the configuration object for an MCP client. Reads neither settings nor secrets. When the path of
-/// the program is not UTF-8 the object is empty, and a line on standard error says why.
+/// Prints the configuration object for an MCP client. Reads neither settings nor secrets. When the program's
+/// path is not UTF-8, the object is empty and a line on standard error says why.
 int printConfig();
 
-/// The absolute path of the running program, symbolic links resolved, when the system tells it; else what the
-/// name by which it was called means in the working directory.
+/// The absolute path of the running program without symbolic links, if the system tells it. Else the name by
+/// which it was called, resolved in the working directory; if that fails, the name itself.
 std::filesystem::path ownExecutablePath();
 
 }  // namespace tarnwell::CLIRunner

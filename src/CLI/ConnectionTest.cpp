@@ -15,7 +15,7 @@ namespace tarnwell {
 
 namespace {
 
-/// The saved password; absent when there is none, it is empty, or the store cannot be read.
+/// The saved password. Absent when there is none, it is empty, or the store cannot be read.
 std::optional<Secret> savedPassword(const std::string& email) {
   try {
     std::optional<Secret> password = KeychainStore::shared().read(email);
@@ -27,9 +27,9 @@ std::optional<Secret> savedPassword(const std::string& email) {
   }
 }
 
-/// Keeps the outcome for the companion app, which may have changed the settings during the test: they are
-/// read again, and are left alone when they are about another account by now.
-/// Deliberate: when the outcome cannot be saved, the test still counts.
+/// Saves the outcome for the companion app. The app may have changed the settings during the test, so they
+/// are read again. If they are now for another account, they stay unchanged.
+/// Deliberate: the test still counts when the outcome cannot be saved.
 void saveOutcome(const ConfigStore& store, const std::string& email, bool succeeded) {
   AppConfig config = store.load();
   if (config.email != email) {
@@ -53,14 +53,14 @@ std::string joined(const std::vector<std::string>& words) {
   return text;
 }
 
-/// The report about a session that worked.
+/// The report about a successful session.
 std::string report(const AppConfig& config, const IMAPClient& client) {
   return "✅ Connected to " + config.imapHost + ":" + std::to_string(config.imapPort) + " as " +
          config.email + "\n   INBOX selected OK · MOVE supported: " + (client.supportsMove() ? "yes" : "no") +
          "\n   Capabilities: " + joined(client.serverCapabilities());
 }
 
-/// Logs in and selects the inbox. Gives the report, or throws after the session has ended.
+/// Logs in and selects the inbox. Returns the report. Throws only after the session has ended.
 std::string tryConnection(const AppConfig& config, Secret password) {
   IMAPClient client(config.imapHost, config.imapPort, config.email, std::move(password),
                     BridgeConstants::networkTimeoutSeconds);

@@ -1,15 +1,15 @@
 #pragma once
 
-/// What the commands write for a person or a script. A stream that is closed or full is nobody's business.
+/// The output of the commands, for people and scripts. Write errors are ignored.
 
 #include <string_view>
 
 namespace tarnwell {
 
-/// The text and one line feed on standard output.
+/// Writes the text and one line feed to standard output.
 void print(std::string_view text);
 
-/// The text exactly as it is on standard error.
+/// Writes the text unchanged to standard error.
 void printError(std::string_view text);
 
 }  // namespace tarnwell

@@ -1,5 +1,6 @@
 #include "Core/AppConfig.h"
 
+#include <algorithm>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
@@ -82,6 +83,36 @@ void readIfPresent(const json& object, const char* key, Field& field) {
   }
 }
 
+template <class Value>
+void write(json& object, const char* key, const Value& value) {
+  object[key] = value;
+}
+
+void write(json& object, const char* key, Instant instant) { object[key] = formatISO8601(instant); }
+
+void write(json& object, const char* key, AppLanguage language) { object[key] = rawValue(language); }
+
+template <class Value>
+void write(json& object, const char* key, const std::optional<Value>& value) {
+  if (value) {
+    write(object, key, *value);
+  }
+}
+
+/// Calls `use(key, field)` for each key of the file.
+template <class Config, class Use>
+void forEachField(Config& config, const Use& use) {
+  use("email", config.email);
+  use("imapHost", config.imapHost);
+  use("imapPort", config.imapPort);
+  use("safety", config.safety);
+  use("strictWithholding", config.strictWithholding);
+  use("httpPort", config.httpPort);
+  use("lastConnectionTestDate", config.lastConnectionTestDate);
+  use("lastConnectionTestSuccess", config.lastConnectionTestSuccess);
+  use("language", config.language);
+}
+
 struct LanguageRow {
   AppLanguage language;
   std::string_view rawValue;
@@ -94,7 +125,7 @@ constexpr LanguageRow languages[] = {
 };
 
 const LanguageRow& rowOf(AppLanguage language) {
-  return languages[language == AppLanguage::japanese ? 1 : 0];
+  return *std::ranges::find(languages, language, &LanguageRow::language);
 }
 
 }  // namespace
@@ -104,12 +135,8 @@ std::string_view rawValue(AppLanguage language) { return rowOf(language).rawValu
 std::string_view displayName(AppLanguage language) { return rowOf(language).displayName; }
 
 std::optional<AppLanguage> appLanguage(std::string_view rawValue) {
-  for (const LanguageRow& row : languages) {
-    if (row.rawValue == rawValue) {
-      return row.language;
-    }
-  }
-  return std::nullopt;
+  const auto* const row = std::ranges::find(languages, rawValue, &LanguageRow::rawValue);
+  return row == std::end(languages) ? std::nullopt : std::optional(row->language);
 }
 
 AppLanguage systemDefaultLanguage() {
@@ -119,67 +146,31 @@ AppLanguage systemDefaultLanguage() {
   return startsWithIgnoringASCIICase(first, "ja") ? AppLanguage::japanese : AppLanguage::english;
 }
 
-void to_json(json& json, const SafetySettings& settings) {
-  json = {
-      {"readOnly", settings.readOnly},
-      {"maxFetch", settings.maxFetch},
-      {"allowTrash", settings.allowTrash},
-      {"allowMove", settings.allowMove},
-      {"allowMarkRead", settings.allowMarkRead},
-      {"maxBodyChars", settings.maxBodyChars},
-      {"maxMessagesPerCall", settings.maxMessagesPerCall},
-      {"blockAuthCodeBodies", settings.blockAuthCodeBodies},
-      {"allowCopyMoveFallback", settings.allowCopyMoveFallback},
-  };
+void to_json(json& object, const SafetySettings& settings) {
+  object = json::object();
+  forEachSafetySetting(settings, [&](const char* key, const auto& field) { write(object, key, field); });
 }
 
-void from_json(const json& json, SafetySettings& settings) {
-  requireObject(json, "safety");
-  SafetySettings read;
-  readIfPresent(json, "readOnly", read.readOnly);
-  readIfPresent(json, "maxFetch", read.maxFetch);
-  readIfPresent(json, "allowTrash", read.allowTrash);
-  readIfPresent(json, "allowMove", read.allowMove);
-  readIfPresent(json, "allowMarkRead", read.allowMarkRead);
-  readIfPresent(json, "maxBodyChars", read.maxBodyChars);
-  readIfPresent(json, "maxMessagesPerCall", read.maxMessagesPerCall);
-  readIfPresent(json, "blockAuthCodeBodies", read.blockAuthCodeBodies);
-  readIfPresent(json, "allowCopyMoveFallback", read.allowCopyMoveFallback);
-  settings = read;
+void from_json(const json& object, SafetySettings& settings) {
+  requireObject(object, "safety");
+  SafetySettings fresh;
+  forEachSafetySetting(fresh, [&](const char* key, auto& field) { readIfPresent(object, key, field); });
+  settings = fresh;
 }
 
-void to_json(json& json, const AppConfig& config) {
-  json = {
-      {"email", config.email},   {"imapHost", config.imapHost}, {"imapPort", config.imapPort},
-      {"safety", config.safety}, {"httpPort", config.httpPort},
-  };
-  if (config.strictWithholding) {
-    json["strictWithholding"] = true;
-  }
-  if (config.lastConnectionTestDate) {
-    json["lastConnectionTestDate"] = formatISO8601(*config.lastConnectionTestDate);
-  }
-  if (config.lastConnectionTestSuccess) {
-    json["lastConnectionTestSuccess"] = *config.lastConnectionTestSuccess;
-  }
-  if (config.language) {
-    json["language"] = rawValue(*config.language);
+void to_json(json& object, const AppConfig& config) {
+  object = json::object();
+  forEachField(config, [&](const char* key, const auto& field) { write(object, key, field); });
+  if (!config.strictWithholding) {
+    object.erase("strictWithholding");
   }
 }
 
-void from_json(const json& json, AppConfig& config) {
-  requireObject(json, "settings");
-  AppConfig read;
-  readIfPresent(json, "email", read.email);
-  readIfPresent(json, "imapHost", read.imapHost);
-  readIfPresent(json, "imapPort", read.imapPort);
-  readIfPresent(json, "safety", read.safety);
-  readIfPresent(json, "strictWithholding", read.strictWithholding);
-  readIfPresent(json, "httpPort", read.httpPort);
-  readIfPresent(json, "lastConnectionTestDate", read.lastConnectionTestDate);
-  readIfPresent(json, "lastConnectionTestSuccess", read.lastConnectionTestSuccess);
-  readIfPresent(json, "language", read.language);
-  config = std::move(read);
+void from_json(const json& object, AppConfig& config) {
+  requireObject(object, "settings");
+  AppConfig fresh;
+  forEachField(fresh, [&](const char* key, auto& field) { readIfPresent(object, key, field); });
+  config = std::move(fresh);
 }
 
 }  // namespace tarnwell

@@ -45,6 +45,21 @@ struct SafetySettings {
   bool operator==(const SafetySettings&) const = default;
 };
 
+/// Calls `use(key, setting)` for each of the nine. The keys of the settings file, of `get_status` and of
+/// docs/settings.md are these.
+template <class Settings, class Use>
+void forEachSafetySetting(Settings& settings, const Use& use) {
+  use("readOnly", settings.readOnly);
+  use("maxFetch", settings.maxFetch);
+  use("allowTrash", settings.allowTrash);
+  use("allowMove", settings.allowMove);
+  use("allowMarkRead", settings.allowMarkRead);
+  use("maxBodyChars", settings.maxBodyChars);
+  use("maxMessagesPerCall", settings.maxMessagesPerCall);
+  use("blockAuthCodeBodies", settings.blockAuthCodeBodies);
+  use("allowCopyMoveFallback", settings.allowCopyMoveFallback);
+}
+
 /// The language of the companion app's user interface.
 enum class AppLanguage { english, japanese };
 

@@ -15,8 +15,7 @@
 namespace tarnwell::AppLogger {
 namespace {
 
-/// The log in use. The first one is never destroyed: a thread that is still running when the process
-/// ends may log.
+/// The log in use. The first one is never destroyed, because a thread may still log while the process ends.
 std::atomic<const SystemLog*>& systemLog() {
   static std::atomic<const SystemLog*> log = new SystemLog(std::string(BridgeConstants::bundleIdentifier));
   return log;
@@ -36,7 +35,7 @@ SystemLogType systemLogType(LogLevel level) {
   return SystemLogType::standard;
 }
 
-/// A random identifier of version 4 (RFC 9562, section 5.4).
+/// A random identifier, version 4 (RFC 9562, section 5.4).
 std::array<std::uint8_t, 16> freshIdentifier() {
   thread_local std::random_device random;
   std::array<std::uint8_t, 16> identifier;
@@ -68,8 +67,8 @@ bool isASCIIPunctuation(char32_t codePoint) {
          !((codePoint | 0x20) >= 'a' && (codePoint | 0x20) <= 'z');
 }
 
-/// What stands in no address: white space, control characters, the special characters of mail (RFC 5322,
-/// section 3.2.3) but for the full stop, and the punctuation of other scripts, in full width too.
+/// True for characters that end an address: white space, control characters, the special characters of mail
+/// (RFC 5322, section 3.2.3) except the full stop, and the punctuation of other scripts, also in full width.
 bool isDelimiter(char32_t codePoint) {
   if (codePoint < 0x80) {
     return codePoint <= ' ' || codePoint == 0x7F ||
@@ -97,19 +96,19 @@ bool beginsDomain(std::string_view text) {
   return !text.empty() && (text[0] == '[' || !isDelimiter(nextCodePoint(text, position)));
 }
 
-/// Where the local part of an address would begin, were there an at sign now.
+/// Finds where the local part of an address would begin if the next character were an at sign.
 class LocalPart {
  public:
   explicit LocalPart(std::size_t position = 0) : word_(position), narrow_(position) {}
 
-  /// The next code point and where it begins and ends.
+  /// Takes the next code point, with its first byte and the byte after it.
   void pass(char32_t codePoint, std::size_t begin, std::size_t end) {
     quoted_.reset();
     if (codePoint == U'"') {
       quoted_ = std::exchange(quote_, begin);
     }
     isEastAsian_ = isEastAsian(codePoint);
-    // A quotation mark or an equals sign before an address is none of it.
+    // A quotation mark or an equals sign before an address does not belong to it.
     if (isDelimiter(codePoint) || (word_ == begin && isASCIIPunctuation(codePoint))) {
       word_ = end;
     }
@@ -122,10 +121,11 @@ class LocalPart {
 
  private:
   std::size_t word_;
-  /// Behind the last East Asian character of the word.
+  /// The end of the last East Asian character of the word.
   std::size_t narrow_;
   bool isEastAsian_ = false;
-  /// The last quotation mark; and the one before it, while that was the last character.
+  /// `quote_` is the last quotation mark. `quoted_` is the one before it, set only while `quote_` is also the
+  /// last character.
   std::optional<std::size_t> quote_;
   std::optional<std::size_t> quoted_;
 };

@@ -2,12 +2,11 @@
 
 /// The one way to log.
 ///
-/// A call hands its message to the system's log, as public text under the application identifier and
-/// the category, and appends it to `LogBuffer::shared()`. Nothing goes to a standard stream. What must
-/// stay private never enters a message: passwords, mail text, subjects and search texts not at all, an
-/// e-mail address only through `redact`, a server's text only through the client's safe summary. The calls
-/// change nothing of a message: whoever logs a text that came from elsewhere passes it through
-/// `redactAddresses` first.
+/// A call passes its message to the system's log, as public text under the application identifier and the
+/// category, and appends it to `LogBuffer::shared()`. It writes nothing to a standard stream. Private data
+/// must not be in a message: no password, mail text, subject or search text. An e-mail address goes in only
+/// through `redact`, and a server's text only through the client's safe summary. The calls do not change a
+/// message. Pass a text from elsewhere through `redactAddresses` first.
 ///
 ///     AppLogger::info(AppLogger::Category::imap, "Authenticated to IMAP for " + AppLogger::redact(email));
 ///
@@ -30,18 +29,19 @@ void info(Category category, std::string_view message);
 void notice(Category category, std::string_view message);
 void error(Category category, std::string_view message);
 
-/// Makes the calls write to another system log, which must outlive them, and returns the one in use until
-/// then. For tests, which listen at an address of their own.
+/// For tests: sends the messages of all calls to another system log and returns the log used before. The new
+/// log must outlive its use.
 const SystemLog& replaceSystemLog(const SystemLog& log);
 
-/// Masks an address: at most the first two user-perceived characters before the first at sign, "***",
-/// and everything from the at sign on. A text without an at sign becomes "***".
+/// Masks an address. Keeps at most the first two user-perceived characters before the first at sign, then
+/// writes "***", then everything from the at sign on. A text without an at sign becomes "***".
 std::string redact(std::string_view email);
 
-/// The text with whatever looks like an address in it masked as by `redact`: an at sign with a local part
-/// before it and anything but a delimiter after it. The local part reaches back to white space, a bracket, a
-/// comma or the like, or is a text in double quotes; one that does not end in Chinese, Japanese or Korean
-/// characters begins behind the last of them, since these languages put no blank before an address.
+/// Masks everything in the text that looks like an address, as `redact` does. An address is an at sign with a
+/// local part before it and anything but a delimiter after it. The local part reaches back to white space, a
+/// bracket, a comma or another delimiter, or it is a text in double quotes. Chinese, Japanese and Korean put
+/// no blank before an address: unless the local part ends in one of their characters, it begins after the
+/// last one.
 std::string redactAddresses(std::string_view text);
 
 }  // namespace tarnwell::AppLogger

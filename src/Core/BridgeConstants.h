@@ -1,6 +1,6 @@
 #pragma once
 
-/// The fixed values of the program, in one place.
+/// The fixed values of the program.
 
 #include <chrono>
 #include <string_view>
@@ -8,14 +8,14 @@
 namespace tarnwell::BridgeConstants {
 
 inline constexpr std::string_view productName = "Tarnwell";
-/// The number that stands in CMakeLists.txt, from which the packages have it too.
+/// CMakeLists.txt sets the version, also for the packages.
 inline constexpr std::string_view version = TARNWELL_VERSION;
 
-/// The application identifier. It names the settings folder, the log subsystem and the password item,
-/// and is shared with the companion app.
+/// The application identifier. It names the settings folder, the log subsystem and the password item. The
+/// companion app uses the same one.
 inline constexpr std::string_view bundleIdentifier = "app.tarnwell.Tarnwell";
 inline constexpr std::string_view keychainService = bundleIdentifier;
-/// The maker's team identifier, a full stop, the application identifier.
+/// The maker's team identifier, a full stop, and the application identifier.
 inline constexpr std::string_view keychainAccessGroup = "TARNWELL01.app.tarnwell.Tarnwell";
 
 inline constexpr std::string_view defaultIMAPHost = "imap.mail.me.com";
@@ -30,7 +30,7 @@ inline constexpr int summarySnippetMaxChars = 1000;
 inline constexpr int bodyDefaultMaxChars = 4000;
 inline constexpr int bodyHardMaxChars = 10000;
 
-/// The bound on every single wait for the network, in seconds.
+/// The time limit for each single wait for the network, in seconds.
 inline constexpr std::chrono::duration<double> networkTimeoutSeconds{30.0};
 
 inline constexpr int defaultHTTPPort = 8765;

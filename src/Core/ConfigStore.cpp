@@ -12,13 +12,13 @@
 namespace tarnwell {
 namespace {
 
-/// The file is read afresh for each request, so its size must not decide how long that takes. A settings
-/// file has about a kilobyte; one of more than a megabyte is some other file, or a broken one.
+/// The program reads the file again for each request, so the time must not depend on the file's size. A
+/// settings file has about a kilobyte. A file over one megabyte is another file, or broken.
 constexpr std::size_t maxFileBytes = std::size_t{1024} * 1024;
 
-/// Absent for what is not a JSON object with values of the right types.
+/// Absent when the text is not a JSON object with values of the right types.
 std::optional<AppConfig> decode(const std::string& text) {
-  // The parser takes a zero byte for the end of the text, whatever follows.
+  // The parser ends the text at a zero byte and would ignore the rest.
   if (text.size() > maxFileBytes || text.find('\0') != std::string::npos) {
     return std::nullopt;
   }
@@ -29,7 +29,7 @@ std::optional<AppConfig> decode(const std::string& text) {
   }
 }
 
-/// Why somebody else may have written the file; empty when nobody may.
+/// How somebody else may have written the file. Empty when nobody may have.
 std::string_view objection(OtherWriter otherWriter) {
   switch (otherWriter) {
     case OtherWriter::none:
@@ -49,17 +49,17 @@ std::string_view objection(OtherWriter otherWriter) {
 ConfigStore ConfigStore::shared() {
   auto support = applicationSupportDirectory();
   if (!support) {
-    // Deliberate: the same on every system, so that the file has a place even without an environment.
+    // Deliberate: this place is the same on every system. The file has a place even without an environment.
     support = homeDirectory() / "Library" / "Application Support";
   }
   return ConfigStore(*support / BridgeConstants::bundleIdentifier);
 }
 
 AppConfig ConfigStore::load() const {
-  // One byte more than allowed shows that a file is too large.
+  // One byte over the limit shows that the file is too large.
   const std::optional<FilePrefix> file = readFilePrefix(configURL(), maxFileBytes + 1);
   if (!file) {
-    // Deliberate: no log line. Before the first set-up there is no file, and that is no error.
+    // Deliberate: no log line. Before the first set-up it is normal that there is no file.
     return {};
   }
   if (const std::string_view why = objection(file->otherWriter); !why.empty()) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "Text/DecimalNumber.h"
+
 namespace tarnwell {
 namespace {
 
@@ -16,18 +18,12 @@ class FixedFields {
   explicit FixedFields(std::string_view text) : rest_(text) {}
 
   int number(std::size_t digits) {
-    if (rest_.size() < digits) {
+    const std::optional<int> value = decimalNumber<int>(rest_.substr(0, digits));
+    if (rest_.size() < digits || !value) {
       return fail();
     }
-    int value = 0;
-    for (char digit : rest_.substr(0, digits)) {
-      if (digit < '0' || digit > '9') {
-        return fail();
-      }
-      value = value * 10 + (digit - '0');
-    }
     rest_.remove_prefix(digits);
-    return value;
+    return *value;
   }
 
   void expect(char wanted) {

@@ -9,7 +9,7 @@
 namespace tarnwell {
 namespace {
 
-/// The answers of a place that this program may not use. They lead on to the next place.
+/// True for the statuses of a place that this program may not use. The next place is then tried.
 bool isPlaceClosed(std::int32_t status) {
   return status == SecretStatus::missingEntitlement || status == SecretStatus::badParameter;
 }
@@ -76,8 +76,8 @@ std::optional<Secret> KeychainStore::read(std::string_view account) const {
       throw failure(status, *items_);
     }
   }
-  // Deliberate: only the last place counts. Not found there means that there is no password, even when
-  // the place before it was closed.
+  // Deliberate: only the last place counts. If it has no item, there is no password, even when the place
+  // before it was closed.
   if (status != SecretStatus::itemNotFound) {
     throw failure(status, *items_);
   }
@@ -88,7 +88,7 @@ void KeychainStore::save(const Secret& password, std::string_view account) const
   try {
     remove(account);
   } catch (const KeychainError&) {
-    // Deliberate: what matters is whether the new item can be added, and the calls below tell that.
+    // Deliberate: only the new item matters, and the calls below report whether it can be added.
   }
   std::int32_t status = SecretStatus::success;
   for (const SecretItemQuery& query : attempts(account)) {
@@ -103,7 +103,7 @@ void KeychainStore::save(const Secret& password, std::string_view account) const
 }
 
 void KeychainStore::remove(std::string_view account) const {
-  // Deliberate: no end after the first success, since each place may hold a copy.
+  // Deliberate: does not stop after the first success, because each place may hold a copy.
   for (const SecretItemQuery& query : attempts(account)) {
     std::int32_t status = items_->remove(query);
     bool isRemoved = status == SecretStatus::success || status == SecretStatus::itemNotFound;

@@ -2,13 +2,13 @@
 
 /// The account's app password in the system's secret store.
 ///
-/// An item is identified by service and account. It may lie in the place shared by the programs of one
-/// maker (an access group) or in the plain one; every operation asks the shared place first. A program
-/// that may not use the shared place falls back to the plain one without an error.
+/// Service and account identify an item. It may lie in the place that the programs of one maker share (an
+/// access group), or in the plain place. Every operation tries the shared place first. A program that may not
+/// use the shared place uses only the plain one, without an error.
 ///
 ///     std::optional<Secret> password = KeychainStore::shared().read("user@example.org");
 ///
-/// Threads: an immutable value; the calls of one `SecretItems` come one at a time.
+/// Threads: an immutable value. For the store's items, the thread rule of `SecretItems` applies.
 
 #include <cstdint>
 #include <exception>
@@ -22,12 +22,12 @@
 
 namespace tarnwell {
 
-/// Why the secret store did not do what was asked.
+/// Why an operation of the secret store failed.
 class KeychainError : public std::exception {
  public:
   enum class Kind { unexpectedStatus, decodingFailed };
 
-  /// `message` is the system's sentence for the status; "unknown" stands for an absent one.
+  /// `message` is the system's sentence for the status. Without one the description says "unknown".
   static KeychainError unexpectedStatus(std::int32_t status, const std::optional<std::string>& message);
   static KeychainError decodingFailed();
 
@@ -51,23 +51,23 @@ class KeychainStore {
   /// `items` must outlive the store.
   KeychainStore(std::string service, std::optional<std::string> accessGroup, SecretItems& items);
 
-  /// The store with this program's service and access group, on the system's items.
+  /// The store with this program's service and access group in the system's secret store.
   static KeychainStore shared();
 
-  /// The password, or absent when no item exists in either place. Throws `KeychainError`.
+  /// The password. Absent when neither place has an item, or the item has no data. Throws `KeychainError`.
   std::optional<Secret> read(std::string_view account) const;
 
   /// Replaces any existing item. Throws `KeychainError`.
   void save(const Secret& password, std::string_view account) const;
 
-  /// Removes the item from both places; one that does not exist is no error. Throws `KeychainError`.
+  /// Removes the item from both places. A missing item is no error. Throws `KeychainError`.
   void remove(std::string_view account) const;
 
-  /// True exactly when `read` returns a password without an error.
+  /// True if `read` returns a password, false if it returns none or throws.
   bool hasPassword(std::string_view account) const;
 
  private:
-  /// One query for each place, in the order in which they are tried.
+  /// One query for each place, in the order of the tries.
   std::vector<SecretItemQuery> attempts(std::string_view account) const;
 
   std::string service_;

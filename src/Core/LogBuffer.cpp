@@ -3,7 +3,7 @@
 namespace tarnwell {
 
 LogBuffer& LogBuffer::shared() {
-  // Never destroyed: a thread that is still running when the process ends may log.
+  // Never destroyed, because a thread may still log while the process ends.
   static LogBuffer& buffer = *new LogBuffer;
   return buffer;
 }
@@ -34,7 +34,7 @@ void LogBuffer::clear() {
 }
 
 void LogBuffer::onAppend(Callback callback) {
-  // The exchange leaves the former callback to die outside the lock: its captures may log.
+  // The swap keeps the old callback alive until the lock is released: its destructor may log.
   std::lock_guard guard(lock_);
   onAppend_.swap(callback);
 }

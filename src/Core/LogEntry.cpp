@@ -1,5 +1,7 @@
-/// The levels' names, and the JSON forms of levels and entries.
+/// The names of the levels, and the JSON forms of levels and entries.
 
+#include <algorithm>
+#include <charconv>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
@@ -36,7 +38,7 @@ const std::string& textOf(const json& object, const char* key) {
   return found->get_ref<const std::string&>();
 }
 
-/// In groups of 8, 4, 4, 4 and 12 digits.
+/// The groups have 8, 4, 4, 4 and 12 digits.
 constexpr bool beginsGroup(std::size_t byte) { return byte == 4 || byte == 6 || byte == 8 || byte == 10; }
 
 std::string formatUUID(const Identifier& identifier) {
@@ -52,13 +54,6 @@ std::string formatUUID(const Identifier& identifier) {
   return text;
 }
 
-std::optional<unsigned> hexDigit(char digit) {
-  const std::size_t value = std::string_view("0123456789abcdefABCDEF").find(digit);
-  return value == std::string_view::npos
-             ? std::nullopt
-             : std::optional(static_cast<unsigned>(value < 16 ? value : value - 6));
-}
-
 std::optional<Identifier> parseUUID(std::string_view text) {
   constexpr std::size_t length = 36;
   if (text.size() != length) {
@@ -72,12 +67,10 @@ std::optional<Identifier> parseUUID(std::string_view text) {
       }
       text.remove_prefix(1);
     }
-    const std::optional<unsigned> high = hexDigit(text[0]);
-    const std::optional<unsigned> low = hexDigit(text[1]);
-    if (!high || !low) {
+    const char* const pairEnd = text.data() + 2;
+    if (std::from_chars(text.data(), pairEnd, identifier[byte], 16).ptr != pairEnd) {
       return std::nullopt;
     }
-    identifier[byte] = static_cast<std::uint8_t>((*high << 4) | *low);
     text.remove_prefix(2);
   }
   return identifier;
@@ -86,21 +79,12 @@ std::optional<Identifier> parseUUID(std::string_view text) {
 }  // namespace
 
 std::string_view rawValue(LogLevel level) {
-  for (const LevelRow& row : levels) {
-    if (row.level == level) {
-      return row.rawValue;
-    }
-  }
-  return "";
+  return std::ranges::find(levels, level, &LevelRow::level)->rawValue;
 }
 
 std::optional<LogLevel> logLevel(std::string_view rawValue) {
-  for (const LevelRow& row : levels) {
-    if (row.rawValue == rawValue) {
-      return row.level;
-    }
-  }
-  return std::nullopt;
+  const auto* const row = std::ranges::find(levels, rawValue, &LevelRow::rawValue);
+  return row == std::end(levels) ? std::nullopt : std::optional(row->level);
 }
 
 void to_json(json& json, LogLevel level) { json = rawValue(level); }

@@ -1,12 +1,11 @@
 #include "Core/SafetyPolicy.h"
 
 #include <algorithm>
-#include <array>
 
 namespace tarnwell {
 namespace {
 
-/// All that the policy knows about an operation, in one row.
+/// All that the policy knows about one operation.
 struct OperationRow {
   WriteOperation operation;
   std::string_view rawValue;
@@ -14,18 +13,16 @@ struct OperationRow {
   std::string_view disabledText;
 };
 
-constexpr std::array operations{
-    OperationRow{WriteOperation::move, "move", &SafetySettings::allowMove,
-                 "Folder moves are disabled in Safety settings."},
-    OperationRow{WriteOperation::markRead, "markRead", &SafetySettings::allowMarkRead,
-                 "Mark-as-read is disabled in Safety settings."},
-    OperationRow{WriteOperation::trash, "trash", &SafetySettings::allowTrash,
-                 "Trash is disabled in Safety settings."},
+constexpr OperationRow operations[] = {
+    {WriteOperation::move, "move", &SafetySettings::allowMove,
+     "Folder moves are disabled in Safety settings."},
+    {WriteOperation::markRead, "markRead", &SafetySettings::allowMarkRead,
+     "Mark-as-read is disabled in Safety settings."},
+    {WriteOperation::trash, "trash", &SafetySettings::allowTrash, "Trash is disabled in Safety settings."},
 };
 
 const OperationRow& rowOf(WriteOperation operation) {
-  return *std::find_if(operations.begin(), operations.end(),
-                       [&](const OperationRow& row) { return row.operation == operation; });
+  return *std::ranges::find(operations, operation, &OperationRow::operation);
 }
 
 }  // namespace
@@ -37,12 +34,8 @@ std::string_view rawValue(SafetyMode mode) {
 std::string_view rawValue(WriteOperation operation) { return rowOf(operation).rawValue; }
 
 std::optional<WriteOperation> writeOperation(std::string_view rawValue) {
-  for (const OperationRow& row : operations) {
-    if (row.rawValue == rawValue) {
-      return row.operation;
-    }
-  }
-  return std::nullopt;
+  const auto* const row = std::ranges::find(operations, rawValue, &OperationRow::rawValue);
+  return row == std::end(operations) ? std::nullopt : std::optional(row->operation);
 }
 
 SafetyMode SafetyPolicy::mode() const {
@@ -50,11 +43,12 @@ SafetyMode SafetyPolicy::mode() const {
 }
 
 WriteDecision SafetyPolicy::decide(WriteOperation operation, std::optional<bool> requestedDryRun) const {
-  // Deliberate: read-only refuses even a preview, so that it means the same for every request.
+  // Deliberate: read-only also refuses previews. It means the same for every request.
   if (settings_.readOnly) {
     return {WriteDecision::Kind::blockedReadOnly, ""};
   }
-  // Deliberate: a preview of a disabled operation is refused too; it would promise what cannot follow.
+  // Deliberate: a disabled operation gets no preview, because the preview would promise a write that is
+  // refused.
   const OperationRow& row = rowOf(operation);
   if (!(settings_.*row.allowed)) {
     return {WriteDecision::Kind::blockedDisabled, std::string(row.disabledText)};
@@ -67,8 +61,8 @@ WriteDecision SafetyPolicy::decide(WriteOperation operation, std::optional<bool>
 
 std::int64_t SafetyPolicy::clampBodyChars(std::optional<std::int64_t> requested) const {
   std::int64_t cap = std::min<std::int64_t>(settings_.maxBodyChars, BridgeConstants::bodyHardMaxChars);
-  // Deliberate: without a request the setting stands as it is, 0 and less included: a user who sets it
-  // so wants no text unless it is asked for. Only a request is raised to 1.
+  // Deliberate: without a request the cap is returned unchanged, even when it is 0 or less. Such a setting
+  // means no text unless a request asks for it. Only a request is raised to 1.
   if (!requested) {
     return cap;
   }
@@ -76,7 +70,7 @@ std::int64_t SafetyPolicy::clampBodyChars(std::optional<std::int64_t> requested)
 }
 
 std::int64_t SafetyPolicy::clampLimit(std::optional<std::int64_t> requested, std::int64_t hardMax) const {
-  // Deliberate: the default is applied before the caps, so that a cap below it wins.
+  // Deliberate: the default is applied before the caps. A lower cap therefore wins.
   std::int64_t wanted = requested.value_or(BridgeConstants::searchLimitDefault);
   std::int64_t perCallCap = std::min(settings_.maxFetch, settings_.maxMessagesPerCall);
   return std::max<std::int64_t>(1, std::min({hardMax, perCallCap, wanted}));

@@ -1,11 +1,11 @@
 #pragma once
 
-/// Decides every write and clamps every count. Pure: no input, no output, no state of its own.
+/// Decides every write and limits every count. It only computes: no input or output.
 ///
 ///     SafetyPolicy policy(config.safety);
 ///     WriteDecision decision = policy.decide(WriteOperation::move, requestedDryRun);
 ///
-/// Threads: an immutable value.
+/// Threads: an immutable value, any thread.
 
 #include <cstdint>
 #include <optional>
@@ -28,17 +28,17 @@ std::string_view rawValue(WriteOperation operation);
 /// Absent for any other text.
 std::optional<WriteOperation> writeOperation(std::string_view rawValue);
 
-/// What becomes of one write.
+/// The decision on one write.
 struct WriteDecision {
   enum class Kind {
-    blockedDisabled,  // the operation is switched off; `text` says which
+    blockedDisabled,  // the operation is disabled; `text` says so
     blockedReadOnly,  // the whole program is read-only
-    dryRun,           // permitted, but only a preview was asked for
-    execute,          // permitted and to be performed
+    dryRun,           // allowed, but only as a preview
+    execute,          // allowed, to be performed
   };
 
   Kind kind;
-  std::string text;  // empty but for `blockedDisabled`
+  std::string text;  // only for `blockedDisabled`, else empty
 
   bool executes() const { return kind == Kind::execute; }
   bool isBlocked() const { return kind == Kind::blockedDisabled || kind == Kind::blockedReadOnly; }
@@ -52,17 +52,17 @@ class SafetyPolicy {
 
   SafetyMode mode() const;
 
-  /// Read-only beats the switches of the operations, which beat the request for a preview. An absent
-  /// request means to execute.
+  /// Checks read-only first, then the switch of the operation, then the request for a preview. Without a
+  /// request the write is performed.
   WriteDecision decide(WriteOperation operation, std::optional<bool> requestedDryRun) const;
 
-  /// The user-perceived characters that a body may have. The cap is the smaller of the setting and
-  /// `bodyHardMaxChars`; a request is brought between 1 and the cap. Without a request it is the cap as it
-  /// is, which a setting of 0 or less makes 0 or less: no text then.
+  /// The number of user-perceived characters that a body may have. The cap is the smaller of the setting and
+  /// `bodyHardMaxChars`. A request is limited to the range from 1 to the cap. Without a request the result is
+  /// the cap. A setting of 0 or less makes the cap 0 or less, which means no text.
   std::int64_t clampBodyChars(std::optional<std::int64_t> requested) const;
 
-  /// The messages that one call may handle: at least 1, at most the smallest of `hardMax`, `maxFetch`
-  /// and `maxMessagesPerCall`; `searchLimitDefault` stands for an absent request.
+  /// The number of messages that one call may handle: at least 1, at most the smallest of `hardMax`,
+  /// `maxFetch` and `maxMessagesPerCall`. An absent request counts as `searchLimitDefault`.
   std::int64_t clampLimit(std::optional<std::int64_t> requested, std::int64_t hardMax) const;
 
  private:

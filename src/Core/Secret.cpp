@@ -10,8 +10,8 @@ void wipe(void* memory, std::size_t size) noexcept {
     return;
   }
   std::memset(memory, 0, size);
-  // The empty statement claims to read the memory, so that the compiler cannot drop the writes above as
-  // useless. GCC and Clang both understand it, on every system.
+  // The empty statement tells the compiler that the memory is read, so the compiler keeps the writes above.
+  // GCC and Clang both support it.
   asm volatile("" : : "r"(memory) : "memory");
 }
 

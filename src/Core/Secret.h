@@ -2,10 +2,10 @@
 
 /// A password, or bytes that contain one.
 ///
-/// It cannot be printed, put into a log or converted to a text by accident, and its memory is
-/// overwritten when it dies, grows or is cleared. Look at it with `view()` at the one place that sends it.
+/// It cannot be printed, logged or converted to a text by accident. Its memory is overwritten when it is
+/// destroyed, grows or is cleared. Call `view()` only where the secret is sent.
 ///
-/// Threads: a plain value; one thread at a time.
+/// Threads: a plain value, one thread at a time.
 
 #include <cstddef>
 #include <initializer_list>
@@ -16,10 +16,10 @@
 
 namespace tarnwell {
 
-/// Overwrites memory in a way that the compiler may not leave out.
+/// Overwrites memory in a way that the compiler may not optimize away.
 void wipe(void* memory, std::size_t size) noexcept;
 
-/// Overwrites every block of memory before giving it back.
+/// Overwrites every block of memory before it frees it.
 template <class T>
 struct WipingAllocator {
   using value_type = T;
@@ -40,7 +40,7 @@ struct WipingAllocator {
   }
 };
 
-/// The vector keeps no short values inside itself, so every byte lies in memory that gets wiped.
+/// A vector stores no short values inside itself, so every byte lies in memory that is wiped.
 class Secret {
  public:
   Secret() = default;
@@ -61,8 +61,8 @@ class Secret {
   std::vector<char, WipingAllocator<char>> bytes_;
 };
 
-/// The text with "***" in place of every stretch that is covered by one of the secrets, or by several that
-/// overlap or touch. An empty secret covers nothing.
+/// The text with each secret replaced by "***". Secrets that overlap or touch become one "***". An empty
+/// secret is ignored.
 std::string masked(std::string_view text, std::initializer_list<std::string_view> secrets);
 
 }  // namespace tarnwell

@@ -35,7 +35,7 @@ void IMAPClient::connect() {
   AppLogger::info(AppLogger::Category::imap, "Authenticated to IMAP for " + AppLogger::redact(email_));
 }
 
-/// Deliberate: any untagged greeting passes, BYE and PREAUTH included; what follows tells soon enough.
+/// Deliberate: accepts any untagged greeting, also BYE and PREAUTH. The next commands show what is wrong.
 void IMAPClient::readGreeting() {
   const std::string greeting = connection().readLogicalLine();
   if (!greeting.starts_with('*')) {
@@ -54,7 +54,7 @@ void IMAPClient::logIn() {
 }
 
 void IMAPClient::loadCapabilities() {
-  ensureOK(execute("CAPABILITY", [this](std::string& line) { readCapabilities(line); }), "CAPABILITY");
+  ensureOK(execute("CAPABILITY", [this](const std::string& line) { readCapabilities(line); }), "CAPABILITY");
 }
 
 void IMAPClient::readCapabilities(std::string_view response) {
@@ -62,7 +62,7 @@ void IMAPClient::readCapabilities(std::string_view response) {
   if (!equalsIgnoringASCIICase(takeWord(response), "CAPABILITY")) {
     return;
   }
-  // test-connection prints the names, and none may steer the terminal.
+  // test-connection prints the names, so they must not hold terminal controls.
   for (std::string_view name; !(name = takeWord(response)).empty();) {
     capabilities_.insert(uppercased(serverText(name)));
   }
@@ -76,7 +76,7 @@ bool IMAPClient::supportsMove() const { return capabilities_.contains("MOVE"); }
 
 std::vector<IMAPFolder> IMAPClient::listFolders() {
   std::vector<IMAPFolder> folders;
-  const auto read = [&folders](std::string& line) {
+  const auto read = [&folders](const std::string& line) {
     const IMAPTokens tokens = IMAPParser::tokenize(line);
     if (std::optional<IMAPFolder> folder = IMAPParser::parseList(tokens.elements())) {
       folders.push_back(std::move(*folder));

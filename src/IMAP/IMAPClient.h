@@ -8,15 +8,15 @@
 ///     for (const IMAPMessage& message : client.fetchMessages(client.searchInbox(criteria, 20))) ...
 ///     client.disconnect();
 ///
-/// Only the inbox is ever selected. Commands are made here and nowhere else, from a closed set; user texts
-/// go out as literals or escaped in quotes, so no text can become a second command. There is no command
-/// that expunges, and none that creates, renames or deletes a mailbox.
+/// The client selects only the inbox. It alone writes commands, from a closed set. It sends texts of the user
+/// as literals or escaped in quotes, so no text can become a second command. There is no command that
+/// expunges, and none that creates, renames or deletes a mailbox.
 ///
-/// Every operation but `disconnect` throws `IMAPError`. The session is not repaired after a failure; the
-/// caller disconnects. Texts of the server enter an error only through `safeSummary`, with the password
+/// Every operation but `disconnect` throws `IMAPError`. The client does not repair a session after a failure;
+/// the caller disconnects. Texts of the server enter an error only through `safeSummary`, with the password
 /// masked.
 ///
-/// Threads: one at a time; several clients may exist at once.
+/// Threads: one at a time. Several clients may exist at once.
 
 #include <chrono>
 #include <cstdint>
@@ -43,24 +43,24 @@ class IMAPClient {
  public:
   using ConnectionFactory = std::function<std::unique_ptr<IMAPConnection>()>;
 
-  /// Touches no network. `timeout` bounds every single wait. The port is checked by `connect`.
+  /// Does not use the network. `timeout` bounds each single wait. `connect` checks the port.
   IMAPClient(std::string host, std::int64_t port, std::string email, Secret password,
              std::chrono::duration<double> timeout);
 
-  /// Over any connection.
+  /// Uses the connections that the factory makes.
   IMAPClient(ConnectionFactory makeConnection, std::string email, Secret password);
 
-  /// Connects, checks the greeting, logs in, asks for the capabilities. Throws `invalidArgument` for a port
-  /// outside 0 to 65535 before anything is connected, `authenticationFailed` when the login is refused.
-  /// Called again it begins a new session, which knows nothing of the one before.
+  /// Connects, checks the greeting, logs in and asks for the capabilities. Throws `invalidArgument` before
+  /// any connection for a port outside 0 to 65535, and `authenticationFailed` when the server refuses the
+  /// login. A second call begins a new session that knows nothing of the first.
   void connect();
 
-  /// The capability names, upper-cased and sorted; empty before `connect`.
+  /// The capability names in upper case, sorted. Empty before `connect`.
   std::vector<std::string> serverCapabilities() const;
-  /// The server names MOVE (RFC 6851).
+  /// True when the server's capabilities contain MOVE (RFC 6851).
   bool supportsMove() const;
 
-  /// In the server's order; what is no readable LIST response is left out.
+  /// The folders in the server's order. Skips responses that are not readable LIST responses.
   std::vector<IMAPFolder> listFolders();
 
   enum class Access { readOnly, readWrite };
@@ -68,69 +68,71 @@ class IMAPClient {
   /// EXAMINE for `readOnly`, SELECT for `readWrite`.
   void selectInbox(Access access);
 
-  /// The UIDs of the matching messages, newest first, at most `limit` (not negative) of them.
+  /// The UIDs of the matching messages, newest first, at most `limit` of them. `limit` is not negative.
   std::vector<std::uint32_t> searchInbox(const IMAPSearchCriteria& criteria, std::size_t limit);
 
-  /// The summaries of these messages in the order of `uids`, without those the server does not know.
+  /// The summaries of these messages, in the order of `uids`. Leaves out messages that the server does not
+  /// know.
   std::vector<IMAPMessage> fetchMessages(const std::vector<std::uint32_t>& uids);
   std::optional<IMAPMessage> fetchMessage(std::uint32_t uid);
 
   struct BodyText {
-    /// Decoded, HTML reduced to text; empty without a body.
+    /// Decoded, with HTML reduced to text. Empty without a body.
     std::string text;
-    /// The message has a text part, and it is not empty.
+    /// True when the message has a text part that is not empty.
     bool hadBody = false;
-    /// What the text was made of.
+    /// The bytes and charsets from which the text was made.
     TextDecoding::BodySource source{};
   };
 
-  /// The readable text of a message, left unread. Throws `unexpectedResponse` for an unknown UID.
+  /// The readable text of a message. Does not mark it read. Throws `unexpectedResponse` for an unknown UID.
   BodyText fetchBodyText(std::uint32_t uid);
-  /// The same for a message whose summary is at hand.
+  /// The same for a message whose summary is already there.
   BodyText fetchBodyText(const IMAPMessage& message);
 
   using BodyReader = std::function<void(const IMAPMessage&, BodyText)>;
-  /// The same for several, one after the other: `read` is called for each, first for those without a text.
-  /// Each body is asked for when the one before it has come and before that is decoded and read, so that the
-  /// server works meanwhile; `read` must not use the client. Two commands are never under way.
+  /// The same for several messages. Calls `read` once for each: first for those without a text, then for the
+  /// others in order. While the client decodes and reads one body, the server already prepares the next one.
+  /// So `read` must not use the client. Only one command is open at a time.
   void fetchBodyTexts(const std::vector<const IMAPMessage*>& messages, const BodyReader& read);
 
-  /// Whether COPY and the \Deleted flag may stand in for a MOVE that the server rejects.
+  /// Whether COPY and the \Deleted flag may replace a MOVE that the server rejects.
   enum class CopyFallback { forbidden, allowed };
 
-  /// Moves one message out of the inbox into an existing mailbox, named as the server spells it. Throws
-  /// `moveRejected` when the server says no and the fallback is forbidden.
+  /// Moves one message from the inbox to an existing mailbox, named as the server spells it. Throws
+  /// `moveRejected` when the server refuses and the fallback is forbidden.
   MoveOutcome move(std::uint32_t uid, std::string_view toFolderPath, CopyFallback fallback);
 
   /// Sets the \Seen flag of one message.
   void markRead(std::uint32_t uid);
 
-  /// Says LOGOUT if the session still lives, then closes. Never fails.
+  /// Sends LOGOUT if the connection is still open, then closes it. Never fails.
   void disconnect() noexcept;
 
-  /// A text in double quotes, backslashes and quotes escaped. Throws `invalidArgument` when it holds a
-  /// control character.
+  /// The text in double quotes, with backslashes and quotes escaped. Throws `invalidArgument` for a text with
+  /// a control character.
   static std::string quoted(std::string_view text);
 
-  /// A day as in "5-Mar-2024" (UTC).
+  /// The UTC day of the instant, as in "5-Mar-2024".
   static std::string imapDate(Instant instant);
 
-  /// A server's text, fit for an error: control and format characters as blanks, trimmed, "***" in place of
-  /// the password as it is and as it stands on the wire, and then at most 200 user-perceived characters.
+  /// Makes a server's text fit for an error. Replaces control and format characters by blanks, trims,
+  /// replaces the password by "***", also in its escaped form, and keeps at most 200 user-perceived
+  /// characters.
   static std::string safeSummary(std::string_view text, const Secret& password = Secret());
 
  private:
-  /// One piece of a command line: copied as it is, or sent as a synchronising literal.
+  /// One piece of a command line: copied unchanged, or sent as a synchronising literal.
   struct IMAPArg {
     enum class Kind { raw, literal };
     Kind kind;
     std::string text;
   };
 
-  /// Takes what it wants of an untagged response, literals in place. Each is handed over when it arrives and
-  /// gone afterwards, so that a flood of them takes no memory.
-  using ResponseReader = std::function<void(std::string&)>;
-  static void passOver(std::string&) {}
+  /// Reads an untagged response with its literals in place, and takes from it what it needs. Each response is
+  /// passed on when it arrives and dropped afterwards. A flood of responses therefore takes no memory.
+  using ResponseReader = std::function<void(std::string line)>;
+  static void passOver(const std::string& /*line*/) {}
 
   static std::vector<IMAPArg> buildSearchArgs(const IMAPSearchCriteria& criteria);
   std::string serverText(std::string_view text) const { return safeSummary(text, password_); }

@@ -1,4 +1,4 @@
-/// How the client writes commands and collects their answers (RFC 3501, sections 2.2 and 7.5).
+/// How the client writes commands and collects the answers (RFC 3501, sections 2.2 and 7.5).
 
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/IMAPClient.h"
@@ -20,7 +20,7 @@ bool holdsControlCharacter(std::string_view text) {
   return false;
 }
 
-/// Inside of a quoted string (RFC 3501, section 9).
+/// Escapes a text for a quoted string (RFC 3501, section 9).
 void appendEscaped(Secret& line, std::string_view text) {
   for (const char byte : text) {
     if (byte == '\\' || byte == '"') {
@@ -30,7 +30,8 @@ void appendEscaped(Secret& line, std::string_view text) {
   }
 }
 
-/// Control and format characters as blanks, what is no UTF-8 as U+FFFD. `Text` is a string or a secret.
+/// Replaces control and format characters by blanks, and invalid UTF-8 by U+FFFD. `Text` is a string or a
+/// secret.
 template <class Text>
 void appendBlanked(Text& result, std::string_view text) {
   for (std::size_t position = 0; position < text.size();) {
@@ -63,9 +64,9 @@ IMAPParser::Completion IMAPClient::execute(std::string_view command, const Respo
   return readUntilTagged(send(command), read);
 }
 
-/// The tag of the command, whose answer is still to be read.
+/// Returns the tag of the command. The answer is still to be read.
 std::string IMAPClient::send(std::string_view command) {
-  connection();  // refuses before a tag is used up
+  connection();  // throws before a tag is used
   std::string tag = nextTag();
   Secret line(tag + " ");
   line.append(command);
@@ -76,7 +77,7 @@ std::string IMAPClient::send(std::string_view command) {
 
 IMAPParser::Completion IMAPClient::executeArgs(const std::vector<IMAPArg>& arguments,
                                                const ResponseReader& read) {
-  connection();  // refuses before a tag is used up
+  connection();  // throws before a tag is used
   const std::string tag = nextTag();
   Secret line(tag + " ");
   for (const IMAPArg& argument : arguments) {
@@ -90,9 +91,10 @@ IMAPParser::Completion IMAPClient::executeArgs(const std::vector<IMAPArg>& argum
   return readUntilTagged(tag, read);
 }
 
-/// Announces a literal, sends the line so far and waits for the server's "+"; the literal starts the next
-/// stretch to send. Deliberate: any other line ends the command, also an untagged response, which a server
-/// may send at any time (RFC 3501, section 7): a literal must not follow what may have been a refusal.
+/// Announces a literal, sends the line so far and waits for the server's "+". The literal then begins the
+/// next piece to send.
+/// Deliberate: any other line ends the command, because a literal must not follow a possible refusal. This
+/// holds even for an untagged response, which a server may send at any time (RFC 3501, section 7).
 void IMAPClient::requestContinuation(Secret& line, std::size_t literalSize) {
   line.append('{');
   line.append(std::to_string(literalSize));
@@ -118,12 +120,12 @@ IMAPParser::Completion IMAPClient::readUntilTagged(const std::string& tag, const
       return *std::move(completion);
     }
     if (!line.starts_with('+')) {
-      read(line);
+      read(std::move(line));
     }
   }
 }
 
-/// Deliberate: the error names the first word of the command only, so a failed "UID SEARCH" is a failed UID.
+/// Deliberate: the error names only the first word of the command. A failed "UID SEARCH" is a failed UID.
 void IMAPClient::ensureOK(const IMAPParser::Completion& completion, std::string_view command) const {
   if (completion.status != IMAPParser::Completion::Status::ok) {
     throw IMAPError::commandFailed(std::string(command.substr(0, command.find(' '))),
@@ -146,8 +148,8 @@ std::string IMAPClient::quoted(std::string_view text) {
   return std::string(line.view());
 }
 
-/// The password is looked for when both texts are blanked and trimmed, since a server may have sent a tab for
-/// its blank; and before the cut, which may leave a part of it.
+/// Searches for the password after both texts were blanked and trimmed, because a server may send a tab for a
+/// blank. Searches before the cut, because the cut may leave a part of the password.
 std::string IMAPClient::safeSummary(std::string_view text, const Secret& password) {
   constexpr std::size_t maximumLength = 200;
   std::string blanked;

@@ -1,7 +1,6 @@
 /// Searching the inbox and fetching from it (RFC 3501, sections 6.4.4, 6.4.5 and 6.4.8).
 
 #include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <functional>
 #include <unordered_map>
@@ -10,6 +9,7 @@
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/Decoding/TextDecoding.h"
 #include "IMAP/IMAPClient.h"
+#include "Text/DecimalNumber.h"
 
 namespace tarnwell {
 
@@ -44,8 +44,8 @@ IMAPClient::BodyText bodyText(const IMAPTextPart& part, std::optional<std::strin
 
 }  // namespace
 
-/// RFC 3501, section 9: date-day "-" date-month "-" date-year, the year in four digits. There is no year 0:
-/// it and the years before it are counted backwards from the year 1.
+/// RFC 3501, section 9: date-day "-" date-month "-" date-year. The year has four digits and no sign. There is
+/// no year 0: the years before year 1 are counted backwards from it.
 std::string IMAPClient::imapDate(Instant instant) {
   static constexpr std::string_view months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
@@ -59,7 +59,7 @@ std::string IMAPClient::imapDate(Instant instant) {
          std::string(months[static_cast<unsigned>(day.month()) - 1]) + "-" + yearText;
 }
 
-/// The keys stand in a fixed order. Texts are always literals, never quoted.
+/// The keys have a fixed order. Texts are always literals, never quoted.
 std::vector<IMAPClient::IMAPArg> IMAPClient::buildSearchArgs(const IMAPSearchCriteria& criteria) {
   using enum IMAPArg::Kind;
   std::vector<IMAPArg> keys;
@@ -94,13 +94,13 @@ std::vector<IMAPClient::IMAPArg> IMAPClient::buildSearchArgs(const IMAPSearchCri
 std::vector<std::uint32_t> IMAPClient::searchInbox(const IMAPSearchCriteria& criteria, std::size_t limit) {
   requireInbox();
   std::vector<std::uint32_t> uids;
-  const auto read = [&uids](std::string& line) {
+  const auto read = [&uids](const std::string& line) {
     if (const auto found = IMAPParser::parseSearch(line)) {
       uids.insert(uids.end(), found->begin(), found->end());
     }
   };
   ensureOK(executeArgs(buildSearchArgs(criteria), read), "UID SEARCH");
-  // A server may send millions; only those that are kept are brought into order.
+  // A server may send millions of UIDs. Only those that are kept are sorted.
   const auto kept = static_cast<std::ptrdiff_t>(std::min(uids.size(), limit));
   std::ranges::partial_sort(uids, uids.begin() + kept, std::greater<>());
   uids.resize(static_cast<std::size_t>(kept));
@@ -112,12 +112,12 @@ std::vector<IMAPMessage> IMAPClient::fetchMessages(const std::vector<std::uint32
   if (uids.empty()) {
     return {};
   }
-  // Only what was asked for has a place.
+  // Only messages that were asked for have a place.
   std::unordered_map<std::uint32_t, std::optional<IMAPMessage>> messages;
   for (const std::uint32_t uid : uids) {
     messages.emplace(uid, std::nullopt);
   }
-  const auto read = [&messages](std::string& line) {
+  const auto read = [&messages](const std::string& line) {
     const IMAPTokens tokens = IMAPParser::tokenize(line);
     if (std::optional<IMAPMessage> message = IMAPParser::parseFetchMessage(tokens.elements())) {
       if (const auto place = messages.find(message->uid); place != messages.end()) {
@@ -177,16 +177,16 @@ void IMAPClient::fetchBodyTexts(const std::vector<const IMAPMessage*>& messages,
   }
 }
 
-/// PEEK leaves the message unread; the whole part is fetched.
+/// PEEK leaves the message unread. The command asks for the whole part.
 std::string IMAPClient::requestBody(const IMAPMessage& message) {
   const std::string& section = message.bodyInfo.preferredText->section;
   return send("UID FETCH " + std::to_string(message.uid) + " (BODY.PEEK[" + section + "])");
 }
 
-/// A body may have tens of megabytes, so the response is cut down to it in place.
+/// A body may have tens of megabytes, so the response is cut down to the body in place.
 std::optional<std::string> IMAPClient::readBody(const std::string& tag) {
   std::optional<std::string> body;
-  const auto read = [&body](std::string& line) {
+  const auto read = [&body](std::string line) {
     if (body) {
       return;
     }
@@ -207,12 +207,13 @@ std::optional<std::string_view> IMAPClient::extractFirstLiteral(std::string_view
     return std::nullopt;
   }
   response.remove_prefix(brace + 1);
-  std::uint64_t size = 0;  // unsigned, so that no sign is read
-  const auto [end, error] = std::from_chars(response.data(), response.data() + response.size(), size);
-  if (error != std::errc() || !std::in_range<std::int64_t>(size)) {
+  const auto digitsEnd = std::ranges::find_if_not(response, isASCIIDigit);
+  const std::string_view digits(response.begin(), digitsEnd);
+  const std::optional<std::int64_t> size = decimalNumber<std::int64_t>(digits);
+  if (!size) {
     return std::nullopt;
   }
-  response.remove_prefix(static_cast<std::size_t>(end - response.data()));
+  response.remove_prefix(digits.size());
   if (response.starts_with('+')) {
     response.remove_prefix(1);
   }
@@ -221,7 +222,7 @@ std::optional<std::string_view> IMAPClient::extractFirstLiteral(std::string_view
     return std::nullopt;
   }
   response.remove_prefix(announcementEnd.size());
-  return response.substr(0, size);
+  return response.substr(0, static_cast<std::size_t>(*size));
 }
 
 }  // namespace tarnwell

@@ -1,13 +1,13 @@
-/// The three changes to the mailbox: move, copy with a flag in its place, mark as read (RFC 3501,
-/// section 6.4, and RFC 6851). Nothing here, or anywhere, expunges.
+/// The three changes to the mailbox: move, copy and flag, mark as read (RFC 3501, section 6.4, and RFC 6851).
+/// No command here or elsewhere expunges.
 
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/IMAPClient.h"
 
 namespace tarnwell {
 
-/// Deliberate: MOVE is sent whatever the capabilities say; the server's answer decides. An OK is believed,
-/// also for a UID that is no longer there, which servers pass over in silence (RFC 3501, section 6.4.8).
+/// Deliberate: sends MOVE whatever the capabilities say; the server's answer decides. Trusts an OK even for a
+/// UID that no longer exists, because servers ignore such a UID silently (RFC 3501, section 6.4.8).
 MoveOutcome IMAPClient::move(std::uint32_t uid, std::string_view toFolderPath, CopyFallback fallback) {
   requireInbox();
   const std::string target = std::to_string(uid) + " " + quoted(toFolderPath);
@@ -22,7 +22,7 @@ MoveOutcome IMAPClient::move(std::uint32_t uid, std::string_view toFolderPath, C
   return MoveOutcome::copiedAndFlaggedDeleted;
 }
 
-/// A copy that succeeded is not undone when the flag cannot be set: the message then stands in both places.
+/// If the flag cannot be set, the copy stays: the message is then in both places.
 void IMAPClient::copyThenFlagDeleted(std::uint32_t uid, const std::string& target) {
   ensureOK(execute("UID COPY " + target), "UID COPY");
   ensureOK(execute("UID STORE " + std::to_string(uid) + " +FLAGS (\\Deleted)"), "UID STORE");

@@ -1,6 +1,6 @@
 #pragma once
 
-/// What a search of the inbox asks for. An absent field, and an empty text, asks for nothing.
+/// The criteria of a search of the inbox. A field that is absent or an empty text sets no condition.
 /// Threads: plain values.
 
 #include <optional>
@@ -11,7 +11,7 @@
 namespace tarnwell {
 
 struct IMAPSearchCriteria {
-  /// Anywhere in the message, header and body.
+  /// Anywhere in the message, in header or body.
   std::optional<std::string> freeText{};
   bool unreadOnly = false;
   /// On or after the UTC day of this instant.

@@ -1,6 +1,6 @@
 #pragma once
 
-/// One session on the inbox from its beginning to its end.
+/// One session on the inbox, from its beginning to its end.
 ///
 ///     std::string report = withInbox(client, IMAPClient::Access::readOnly,
 ///                                    [](IMAPClient& session) { return describe(session); });
@@ -16,8 +16,8 @@
 
 namespace tarnwell {
 
-/// Connects, selects the inbox and runs `body`, whose result is given back. The session is ended before the
-/// result or a failure leaves; what was thrown is thrown on.
+/// Connects, selects the inbox, runs `body` and returns its result. Ends the session before it returns or
+/// throws. Rethrows what was thrown.
 template <class Body>
 auto withInbox(IMAPClient& client, IMAPClient::Access access, Body&& body) {
   std::optional<std::invoke_result_t<Body, IMAPClient&>> result;

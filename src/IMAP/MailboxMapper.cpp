@@ -16,7 +16,7 @@ bool isUsualTrashName(const std::string& text) {
   return std::ranges::find(usualTrashNames, lowercased(text)) != usualTrashNames.end();
 }
 
-/// One of the texts that stand for a folder.
+/// Returns one of the texts that name a folder.
 using Spelling = std::string (*)(const IMAPFolder&);
 
 std::string pathAsSent(const IMAPFolder& folder) { return folder.path; }

@@ -1,8 +1,8 @@
 #pragma once
 
-/// Finds the server's mailbox for what a person or an assistant calls a folder.
+/// Finds the server's mailbox for the name that a person or an assistant uses.
 ///
-/// Pure: both operations look at a list of folders already at hand, in its order.
+/// Both operations search a list of folders that the caller already has, in its order.
 ///
 /// Threads: any.
 
@@ -14,14 +14,13 @@
 
 namespace tarnwell::MailboxMapper {
 
-/// The folder whose whole path is `name`, else the folder whose last component is; then the same for the path
-/// and the name that people read (`readablePath`, `readableName`), so that "ゴミ箱" finds "&MLQw33ux-".
-/// Letter case is ignored. There is no partial match. Of several, the one listed first; absent when there is
-/// none.
+/// Finds a folder by `name`, in this order: by the whole path, by the last component, by the readable path,
+/// by the readable name (`readablePath`, `readableName`). So "ゴミ箱" finds "&MLQw33ux-". Ignores letter
+/// case. Does not match parts of a name. Returns the first match in the list. Absent when nothing matches.
 std::optional<IMAPFolder> resolve(std::string_view name, const std::vector<IMAPFolder>& folders);
 
-/// The folder marked \Trash (RFC 6154), else the first one with one of the usual names of a trash folder as
-/// the server spells it, else the first one that people read so; absent when there is none.
+/// The folder marked \Trash (RFC 6154). Else the first folder whose name or path, as the server spells it, is
+/// a usual name for trash. Else the first whose readable name or path is one. Absent when there is none.
 std::optional<IMAPFolder> trashFolder(const std::vector<IMAPFolder>& folders);
 
 }  // namespace tarnwell::MailboxMapper

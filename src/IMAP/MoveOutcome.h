@@ -6,9 +6,9 @@
 namespace tarnwell {
 
 enum class MoveOutcome {
-  /// The server's MOVE did it (RFC 6851).
+  /// The server moved the message with MOVE (RFC 6851).
   moved,
-  /// The message was copied and the original flagged \Deleted; it is still in its folder.
+  /// The message was copied and the original flagged \Deleted. The original is still in its folder.
   copiedAndFlaggedDeleted,
 };
 

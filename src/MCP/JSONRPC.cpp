@@ -13,7 +13,7 @@ JSONValue response(std::optional<JSONValue>&& id, const char* outcomeKey, JSONVa
   return JSONObject(std::move(members));
 }
 
-/// The member, moved out of the object; absent when there is none.
+/// Moves the member out of the object. Absent when there is none.
 std::optional<JSONValue> taken(JSONObject& members, std::string_view key) {
   JSONValue* value = members.find(key);
   return value ? std::optional(std::move(*value)) : std::nullopt;

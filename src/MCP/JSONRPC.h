@@ -2,9 +2,9 @@
 
 /// JSON-RPC 2.0 messages, and their framing as one object a line.
 ///
-/// Nothing here knows a method or a stream. A message that carries an id, null included, is a request; one
-/// without an id is a notification. Forgiving on purpose: "jsonrpc" is not compared, unknown members are
-/// ignored. Batches are not accepted.
+/// Nothing here knows methods or streams. A message with an id, even null, is a request; one without an id is
+/// a notification. Reading is tolerant: "jsonrpc" is not checked, and unknown members are ignored. Batches
+/// are not accepted.
 ///
 /// Threads: plain values.
 
@@ -21,7 +21,7 @@
 namespace tarnwell {
 
 struct JSONRPCRequest {
-  /// As sent, of any type; absent for a notification.
+  /// As sent, of any type. Absent for a notification.
   std::optional<JSONValue> id;
   std::string method;
   /// As sent, of any type.
@@ -36,8 +36,8 @@ struct JSONRPCRequest {
 };
 
 /// Error codes of JSON-RPC 2.0, section 5.1.
-/// Deliberate: `invalidRequest` and `internalError` are never sent. A malformed request is a parse error,
-/// a failing tool a result with an error flag.
+/// Deliberate: `invalidRequest` and `internalError` are never sent. A malformed request is a parse error. A
+/// failing tool gives a result with an error flag.
 namespace JSONRPCErrorCode {
 inline constexpr std::int64_t parseError = -32700;
 inline constexpr std::int64_t invalidRequest = -32600;
@@ -55,11 +55,11 @@ JSONValue failure(std::optional<JSONValue> id, std::int64_t code, std::string me
 
 }  // namespace JSONRPC
 
-/// Cuts a stream of bytes into lines: a line ends in LF, one CR before it is dropped, empty lines vanish.
-/// Works on bytes of any kind and any length; every byte is looked at once.
+/// Cuts a stream of bytes into lines. A line ends in LF. One CR before the LF is dropped, and so are empty
+/// lines. Accepts bytes of any kind and length, and reads each byte once.
 class NDJSONFramer {
  public:
-  /// Calls `use` with each line that this piece completes, in order. A line is valid during its call; one
+  /// Calls `use` with each line that this piece completes, in order. A line is valid during its call. A line
   /// that lies within the piece is not copied.
   template <std::invocable<std::string_view> Use>
   void push(std::string_view chunk, const Use& use);
@@ -67,7 +67,7 @@ class NDJSONFramer {
   /// The lines that this piece completes, in order.
   std::vector<std::string> push(std::string_view chunk);
 
-  /// At the end of the stream: the last line although no LF ended it; absent when there is none.
+  /// At the end of the stream: the last line without an LF. Absent when there is none.
   std::optional<std::string> finish();
 
  private:
@@ -75,7 +75,7 @@ class NDJSONFramer {
     return line.ends_with('\r') ? line.substr(0, line.size() - 1) : line;
   }
 
-  std::string buffer_;  // received after the last LF; holds no LF
+  std::string buffer_;  // received after the last LF; contains no LF
 };
 
 template <std::invocable<std::string_view> Use>
@@ -94,7 +94,7 @@ void NDJSONFramer::push(std::string_view chunk, const Use& use) {
   buffer_.append(chunk);
 }
 
-/// The compact value and one LF.
+/// The compact value, and one LF.
 std::string ndjsonFrame(const JSONValue& value);
 
 }  // namespace tarnwell

@@ -9,7 +9,7 @@ namespace tarnwell {
 
 namespace {
 
-/// Client messages that some clients send with an id although they ask for nothing.
+/// Messages that some clients send with an id although they need no answer.
 bool needsNoAnswer(std::string_view method) {
   return method == "notifications/initialized" || method == "notifications/cancelled" ||
          method == "initialized";
@@ -48,8 +48,8 @@ std::optional<JSONValue> MCPServer::handle(JSONRPCRequest&& request) {
                           "Method not found: " + request.method);
 }
 
-/// Deliberate: whatever version the client names is accepted and echoed. What is offered here is the same
-/// in every version of the protocol.
+/// Deliberate: accepts and returns whatever version the client names. What this server offers is the same in
+/// every version of the protocol.
 JSONValue MCPServer::initializeResult(const std::optional<JSONValue>& params) const {
   std::string version{defaultProtocolVersion};
   if (params) {

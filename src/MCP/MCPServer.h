@@ -2,10 +2,10 @@
 
 /// The MCP dispatcher: one incoming JSON-RPC message in, at most one response out.
 ///
-/// It knows the methods `initialize`, `ping`, `tools/list` and `tools/call` and swallows notifications. It
-/// knows no stream, so every transport can use it, and keeps no state for a client.
+/// It answers `initialize`, `ping`, `tools/list` and `tools/call`, and ignores notifications. It knows no
+/// stream, so every transport can use it. It keeps no state of a client.
 ///
-/// Threads: any; requests are handled one at a time, each completely, its tool call included.
+/// Threads: any. Requests are handled one at a time, each with its tool call to the end.
 
 #include <mutex>
 #include <optional>
@@ -21,14 +21,14 @@ class MCPServer {
  public:
   explicit MCPServer(MCPTools tools) : tools_(std::move(tools)) {}
 
-  /// One framed message, without its line end, as bytes; the compact response, or absent when nothing is
-  /// to be sent.
+  /// Takes one framed message as bytes, without its line end. Returns the compact response, or absent when
+  /// there is nothing to send.
   std::optional<std::string> handleRaw(std::string_view data);
 
   std::optional<JSONValue> handle(JSONRPCRequest&& request);
 
  private:
-  /// Answers `initialize` when the client names no version.
+  /// The answer to `initialize` when the client names no version.
   static constexpr std::string_view defaultProtocolVersion = "2024-11-05";
 
   JSONValue initializeResult(const std::optional<JSONValue>& params) const;

@@ -14,13 +14,13 @@ namespace tarnwell {
 
 namespace {
 
-/// A descriptor that a parent left non-blocking answers EAGAIN: wait until it is ready.
+/// A descriptor that a parent left non-blocking answers EAGAIN. Then wait until it is ready.
 bool waitsUntilReady(int descriptor, short event) {
   pollfd ready{.fd = descriptor, .events = event, .revents = 0};
   return poll(&ready, 1, -1) >= 0 || errno == EINTR;
 }
 
-/// The number of bytes read; 0 at the end of the input and when it cannot be read.
+/// The number of bytes read. 0 at the end of the input, and when it cannot be read.
 std::size_t readSome(int descriptor, std::span<char> into) {
   for (;;) {
     const ssize_t count = read(descriptor, into.data(), into.size());
@@ -35,8 +35,8 @@ std::size_t readSome(int descriptor, std::span<char> into) {
   }
 }
 
-/// One write, and further ones only for what the system did not take. A failure is nobody's business:
-/// the reader has gone, and the end of the input will tell.
+/// Writes the frame with one write, and writes again only what the system did not take. Write errors are
+/// ignored: the reader has gone, and the input will end too.
 void writeFrame(int descriptor, std::string_view frame) {
   while (!frame.empty()) {
     const ssize_t count = write(descriptor, frame.data(), frame.size());
@@ -61,8 +61,8 @@ void MCPTransportStdio::run() {
   while (const std::size_t count = readSome(input_, chunk)) {
     framer.push({chunk.data(), count}, [this](std::string_view line) { dispatch(line); });
   }
-  // Deliberate: the end of the input is the only way out, and it is logged as an error so that it can be
-  // told from a client that still waits.
+  // Deliberate: only the end of the input ends the loop. It is logged as an error, to distinguish it from a
+  // client that still waits.
   AppLogger::error(AppLogger::Category::mcp, "stdio input stream ended");
   if (const std::optional<std::string> line = framer.finish()) {
     dispatch(*line);

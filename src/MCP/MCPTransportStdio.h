@@ -1,14 +1,13 @@
 #pragma once
 
-/// Connects an `MCPServer` to a pair of descriptors, by default standard input and output: one JSON-RPC
-/// message a line in, one compact response a line out.
+/// Connects an `MCPServer` to a pair of descriptors, by default standard input and output. Each line in is
+/// one JSON-RPC message; each line out is one compact response.
 ///
-/// Strictly one request at a time: the next line is handled after the answer to the one before was
-/// written. Both ends are used with plain blocking calls, and no flag of a descriptor is ever changed,
-/// because it may be shared with a terminal or a parent. (An asynchronous reader was tried: it makes the
-/// shared terminal non-blocking and leaves it so.)
+/// It handles one request at a time: the next line only after the answer to the one before was written. It
+/// reads and writes with plain blocking calls and changes no flag of a descriptor, because a terminal or a
+/// parent may share it. An asynchronous reader would make a shared terminal non-blocking and leave it so.
 ///
-/// Threads: one runs it; the descriptors belong to the caller.
+/// Threads: one thread runs it. The descriptors belong to the caller.
 
 #include <string_view>
 
@@ -21,8 +20,8 @@ class MCPTransportStdio {
   explicit MCPTransportStdio(MCPServer& server, int input = 0, int output = 1)
       : server_(server), input_(input), output_(output) {}
 
-  /// Returns when the input has ended (or cannot be read any more). A last line without a line feed is
-  /// answered too. When the output is closed, requests are still read to the end and their answers lost.
+  /// Returns when the input has ended or cannot be read any more. Also answers a last line without a line
+  /// feed. When the output is closed, still reads all requests; their answers are lost.
   void run();
 
  private:

@@ -44,7 +44,7 @@ void writeAll(int descriptor, std::string_view text, const std::filesystem::path
   }
 }
 
-/// A new file beside its target, removed again unless it took the target's place.
+/// A new file in the folder of its target. The destructor removes it unless it has replaced the target.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::filesystem::path& target)
@@ -62,7 +62,7 @@ class TemporaryFile {
   }
 
   void fill(std::string_view text) {
-    // mkstemp asked for this mode already; a file system that knows no modes is no reason to fail.
+    // mkstemp already asked for this mode. A failure is ignored, because some file systems have no modes.
     (void)::fchmod(descriptor_.number(), S_IRUSR | S_IWUSR);
     writeAll(descriptor_.number(), text, target_);
     if (::fsync(descriptor_.number()) < 0 || descriptor_.close() < 0) {
@@ -83,8 +83,8 @@ class TemporaryFile {
   Descriptor descriptor_;
 };
 
-/// Makes the new name last. The file is in place by now: a file system that cannot do this for a
-/// directory does not turn a finished replacement into a failed one.
+/// Makes the new name durable. Errors are ignored: the file is already in place, and some file systems cannot
+/// sync a directory.
 void syncDirectory(const std::filesystem::path& directory) {
   Descriptor descriptor(
       ::open(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -93,8 +93,8 @@ void syncDirectory(const std::filesystem::path& directory) {
   }
 }
 
-/// To look at a folder and open files in it, which asks for no right to list them where the system knows of
-/// that difference.
+/// The flag to open a folder only to inspect it and to open files in it. Where O_PATH exists, this needs no
+/// permission to list the folder.
 #ifdef O_PATH
 constexpr int toSearch = O_PATH;
 #else
@@ -144,8 +144,8 @@ std::optional<std::string> readPrefix(int file, std::size_t limit) {
 
 }  // namespace
 
-/// The path is resolved first and the last step then follows no link, so that the file that is read lies in
-/// the folder that is judged, whatever anybody changes meanwhile.
+/// Resolves the path first, and then opens the file without following a link. The file that is read therefore
+/// lies in the folder that is checked, even if somebody changes the links in between.
 std::optional<FilePrefix> readFilePrefix(const std::filesystem::path& path, std::size_t limit) {
   std::error_code failed;
   const std::filesystem::path real = std::filesystem::canonical(path, failed);
@@ -154,7 +154,7 @@ std::optional<FilePrefix> readFilePrefix(const std::filesystem::path& path, std:
   }
   const Descriptor folder = folderOf(real);
   const Descriptor folderOfPath = folderOf(path);
-  // Without O_NONBLOCK the opening of a pipe would wait for its writer.
+  // Without O_NONBLOCK, opening a pipe would wait for a writer.
   const Descriptor file(
       ::openat(folder.number(), real.filename().c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
   struct stat fileStatus{};

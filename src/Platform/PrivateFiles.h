@@ -1,8 +1,9 @@
 #pragma once
 
-/// Files that belong to one user alone, read with a bound and replaced as a whole.
+/// Reads and replaces files that belong to one user. A read has a size limit; a write replaces the whole
+/// file.
 ///
-/// Threads: any. Two writers of one file leave the whole text of one of them.
+/// Threads: any. When two writers replace one file at the same time, it ends up with the whole text of one.
 
 #include <cstddef>
 #include <filesystem>
@@ -12,8 +13,11 @@
 
 namespace tarnwell {
 
-/// Who besides the user and root may have put a file where it is: another user, who owns it; everybody, who
-/// may write it; everybody, who may replace it, because its folder may be written by all and is not sticky.
+/// Who, apart from the user and root, may have put a file where it is:
+/// - `owner`: another user owns the file;
+/// - `everybody`: every user may write the file;
+/// - `everybodyInFolder`: every user may replace the file, because all may write its folder, which is not
+///   sticky.
 enum class OtherWriter { none, owner, everybody, everybodyInFolder };
 
 struct FilePrefix {
@@ -24,18 +28,18 @@ struct FilePrefix {
   bool operator==(const FilePrefix&) const = default;
 };
 
-/// The beginning of a regular file, `limit` bytes at most; absent when there is no such file or it cannot
-/// be read. Never waits: a pipe or a device in the file's place counts as unreadable. Links are followed.
-/// What is judged is the file that is read, the folder in which it lies, and the folder of the path.
+/// The first `limit` bytes of a regular file. Absent when there is no such file or it cannot be read. Never
+/// waits: a pipe or a device counts as unreadable. Follows links. Checks for other writers: the file that is
+/// read, the folder that holds it, and the folder in `path`.
 std::optional<FilePrefix> readFilePrefix(const std::filesystem::path& path, std::size_t limit);
 
-/// Creates the directory and those it lies in, each with mode 0700; what exists stays as it is. Throws
-/// `std::filesystem::filesystem_error` naming the path that could not be made.
+/// Creates the directory and its missing parents, each with mode 0700. Leaves existing directories as they
+/// are. Throws `std::filesystem::filesystem_error` naming the path that could not be made.
 void createPrivateDirectories(const std::filesystem::path& directory);
 
-/// Puts a file of mode 0600 with this text at `path`, in one step, and returns once it is on the disk. On
-/// failure throws `std::filesystem::filesystem_error` naming the path; whatever was there is then
-/// untouched, and nothing is left beside it.
+/// Puts a file of mode 0600 with this text at `path` in one step. Returns when the file is on the disk. On
+/// failure throws `std::filesystem::filesystem_error` naming the path. Then the old file is unchanged and no
+/// temporary file remains.
 void replacePrivateFile(const std::filesystem::path& path, std::string_view text);
 
 }  // namespace tarnwell

@@ -1,12 +1,12 @@
 #pragma once
 
-/// The memory of the process, in which the password stands for the time of a call.
+/// Protects the memory of the process, which holds the password during a call.
 
 namespace tarnwell {
 
-/// Keeps other programs of the same user out of this one: none may attach to it, and no core file is made
-/// when it dies. The administrator may still look, and so may a program that traces this one since before it
-/// began, as a debugger that starts it. Call it before there is a secret.
+/// Stops other programs of the same user from attaching to this process, and prevents core files. Root can
+/// still read the memory. So can a tracer that was there before the call, such as a debugger that started the
+/// program. Call it before the process holds a secret.
 void keepMemoryPrivate();
 
 }  // namespace tarnwell

@@ -1,4 +1,4 @@
-// The former brings what the latter needs.
+// sys/ptrace.h needs the types of sys/types.h.
 #include <sys/types.h>
 
 #include <sys/ptrace.h>
@@ -8,7 +8,7 @@
 
 namespace tarnwell {
 
-/// Deliberate: a debugger that has started the program sees it end here.
+/// Deliberate: the program ends here when a debugger has started it.
 void keepMemoryPrivate() {
   (void)::ptrace(PT_DENY_ATTACH, 0, nullptr, 0);
   const rlimit none{0, 0};

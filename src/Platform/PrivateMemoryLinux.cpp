@@ -5,9 +5,9 @@
 
 namespace tarnwell {
 
-/// Neither call can fail: zero is a lower limit than any.
+/// Neither call can fail: every process may lower its limit to zero.
 void keepMemoryPrivate() {
-  // Also gives the files of /proc/PID to root (proc(5)).
+  // This also makes root the owner of the files in /proc/PID (proc(5)).
   (void)::prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
   const rlimit none{0, 0};
   (void)::setrlimit(RLIMIT_CORE, &none);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The running process: what must be put right before anything else runs, and where its file lies.
+/// The running process: its first preparations, its file and its name.
 
 #include <filesystem>
 #include <optional>
@@ -9,21 +9,21 @@
 namespace tarnwell {
 
 /// Call first thing in `main`, before any thread exists.
-/// - Opens /dev/null on each of the descriptors 0 to 2 that is closed, so that no socket or file ever
-///   takes the number of a standard stream.
-/// - Ignores SIGPIPE and SIGXFSZ: a closed pipe and a file at its limit (setrlimit(2), RLIMIT_FSIZE) are
-///   errors of the write, never the end of the process.
-/// - On Linux, when neither DBUS_SESSION_BUS_ADDRESS nor XDG_RUNTIME_DIR is set, which is how many MCP
-///   clients start a server, points the former at the user's bus, /run/user/UID/bus, if that is a socket.
-/// - With glibc, has blocks of a megabyte and more given back to the system as soon as they are free. A body
-///   of mail may need dozens of them for a moment, and the process lives for days after.
+/// - Opens /dev/null on each closed descriptor from 0 to 2. Otherwise a socket or a file could take the
+///   number of a standard stream.
+/// - Ignores SIGPIPE and SIGXFSZ. A write to a closed pipe, or to a file at its size limit (setrlimit(2),
+///   RLIMIT_FSIZE), then fails with an error and does not end the process.
+/// - On Linux, sets DBUS_SESSION_BUS_ADDRESS to the user's bus, /run/user/UID/bus, if that is a socket and
+///   neither DBUS_SESSION_BUS_ADDRESS nor XDG_RUNTIME_DIR is set. Many MCP clients start a server without
+///   them.
+/// - With glibc, returns freed blocks of a megabyte or more to the system at once. A message body may need
+///   dozens of such blocks for a moment, and the process then lives for days.
 void prepareProcess();
 
-/// The absolute path of the program's own file, symbolic links resolved; absent when the system does
-/// not tell.
+/// The absolute path of the program's file, without symbolic links. Absent when the system does not tell it.
 std::optional<std::filesystem::path> executablePath();
 
-/// The program as its caller named it, by a path or a bare name; empty when there is no name.
+/// The program's name as its caller gave it: a path or a bare name. Empty when there is none.
 std::string_view invocationName();
 
 }  // namespace tarnwell

@@ -14,7 +14,7 @@ namespace tarnwell {
 void prepareProcess() { secureStandardStreams(); }
 
 std::optional<std::filesystem::path> executablePath() {
-  // A program without a bundle has one all the same, which knows its file.
+  // A program outside a bundle also has a main bundle, and that knows the program's file.
   CFBundleRef bundle = CFBundleGetMainBundle();
   CFPointer<CFURLRef> url(bundle != nullptr ? CFBundleCopyExecutableURL(bundle) : nullptr);
   char path[PATH_MAX];

@@ -29,8 +29,8 @@ void findSessionBus() {
   }
 }
 
-/// Left alone, glibc raises this bound to the largest block that was ever freed, up to 32 MiB. Deliberate: a
-/// condition on the C library, not on the system; musl has no such setting.
+/// Without this call, glibc raises the threshold to the size of the largest block ever freed, up to 32 MiB.
+/// Deliberate: the condition is on the C library, not on the system, because musl has no such setting.
 void returnLargeBlocks() {
 #ifdef M_MMAP_THRESHOLD
   ::mallopt(M_MMAP_THRESHOLD, 1 << 20);
@@ -46,7 +46,7 @@ void prepareProcess() {
 }
 
 std::optional<std::filesystem::path> executablePath() {
-  // The link of a program whose file was removed names no file, and this fails.
+  // Fails when the program's file was removed: the link then names no file.
   std::error_code error;
   auto path = std::filesystem::canonical("/proc/self/exe", error);
   if (error) {

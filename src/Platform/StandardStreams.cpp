@@ -10,7 +10,7 @@ namespace tarnwell {
 void secureStandardStreams() {
   for (int descriptor = 0; descriptor <= 2; ++descriptor) {
     if (::fcntl(descriptor, F_GETFD) < 0 && errno == EBADF) {
-      // The lowest free number is given out, which is this one.
+      // open(2) returns the lowest free number, which is this one.
       (void)::open("/dev/null", O_RDWR);
     }
   }

@@ -1,11 +1,11 @@
 #pragma once
 
-/// The standard streams and closed pipes of a process, the same on every system with POSIX.
+/// Prepares the standard streams and the signals of writing, the same way on every POSIX system.
 
 namespace tarnwell {
 
-/// The part of `prepareProcess` (Platform/Process.h) that all systems share: opens /dev/null on each of the
-/// descriptors 0 to 2 that is closed, and ignores SIGPIPE and SIGXFSZ.
+/// The part of `prepareProcess` (Platform/Process.h) that all systems share. Opens /dev/null on each closed
+/// descriptor from 0 to 2, and ignores SIGPIPE and SIGXFSZ.
 void secureStandardStreams();
 
 }  // namespace tarnwell

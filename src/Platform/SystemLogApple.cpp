@@ -20,7 +20,7 @@ os_log_type_t logType(SystemLogType type) {
 }
 
 /// The system makes one object for each pair of names and keeps it as long as the process lives
-/// (os_log_create(3)), so that nothing is kept or released here.
+/// (os_log_create(3)). So nothing is cached or released here.
 os_log_t logObject(const std::string& subsystem, std::string_view category) {
   return os_log_create(subsystem.c_str(), std::string(category).c_str());
 }

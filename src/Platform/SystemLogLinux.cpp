@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t maxMessageBytes = std::size_t{32} * 1024;
 
-/// The priorities of syslog (RFC 5424, section 6.2.1), which are the journal's too.
+/// The priorities of syslog (RFC 5424, section 6.2.1), which the journal also uses.
 std::string_view priority(SystemLogType type) {
   switch (type) {
     case SystemLogType::debug:
@@ -29,8 +29,8 @@ std::string_view priority(SystemLogType type) {
   return "5";
 }
 
-/// A value with a line feed is preceded by its length, 64 bits little-endian, so that no text can end its
-/// own field and begin another.
+/// Writes the length before a value that contains a line feed, as 64 bits little-endian. A text then cannot
+/// end its own field and begin another.
 void appendField(std::string& datagram, std::string_view name, std::string_view value) {
   datagram.append(name);
   if (value.find('\n') == std::string_view::npos) {
@@ -66,7 +66,7 @@ SystemLog::SystemLog(std::string subsystem, std::string address)
 
 SystemLog::~SystemLog() = default;
 
-// The journal drops by its own settings, which it tells nobody.
+// The journal drops entries by its own settings, and does not tell them to the programs.
 bool SystemLog::isEnabled(SystemLogType /*type*/, std::string_view /*category*/) const {
   return state_->socket >= 0;
 }
@@ -85,8 +85,8 @@ void SystemLog::write(SystemLogType type, std::string_view category, std::string
   appendField(datagram, "SYSLOG_IDENTIFIER", "tarnwell");
   appendField(datagram, "SUBSYSTEM", state_->subsystem);
   appendField(datagram, "CATEGORY", category);
-  // The address goes with each datagram, so that a journal that was restarted is found again. The outcome
-  // does not matter: an entry that the journal does not take is lost, and nothing else.
+  // Each datagram carries the address, so a restarted journal is found again. The result is ignored: an entry
+  // that the journal does not take is lost, without other harm.
   (void)::sendto(state_->socket, datagram.data(), datagram.size(), MSG_NOSIGNAL,
                  reinterpret_cast<const sockaddr*>(&journal), sizeof journal);
 }

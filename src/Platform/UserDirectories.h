@@ -1,8 +1,8 @@
 #pragma once
 
-/// Where the user's data lies and which languages the user reads.
+/// The directories of the user and the languages the user reads.
 ///
-/// Threads: the environment is read on each call; call before other threads change it.
+/// Threads: each call reads the environment, so no other thread may change it at the same time.
 
 #include <filesystem>
 #include <optional>
@@ -11,16 +11,17 @@
 
 namespace tarnwell {
 
-/// The directory for the data that programs keep for the user: Application Support on macOS; on Linux
-/// `$XDG_DATA_HOME` when it is an absolute path, else `$HOME/.local/share` when HOME is one (XDG Base
-/// Directory Specification). Absent when neither is known.
+/// The directory where programs keep data of the user. On macOS it is Application Support. On Linux it is
+/// `$XDG_DATA_HOME` if that is an absolute path, else `$HOME/.local/share` if HOME is an absolute path (XDG
+/// Base Directory Specification). Absent when neither is.
 std::optional<std::filesystem::path> applicationSupportDirectory();
 
-/// The home directory in the system's user database; the root directory when the user is not in it.
+/// The home directory from the system's user database. The root directory when the database does not tell
+/// one.
 std::filesystem::path homeDirectory();
 
-/// BCP 47 tags such as "ja-JP", most wanted first; possibly empty. On Linux from LANGUAGE, LC_ALL,
-/// LC_MESSAGES and LANG, in the order in which gettext asks them.
+/// BCP 47 tags such as "ja-JP", the most wanted first. May be empty. On Linux they come from LANGUAGE,
+/// LC_ALL, LC_MESSAGES and LANG, in the order of gettext.
 std::vector<std::string> preferredLanguages();
 
 }  // namespace tarnwell

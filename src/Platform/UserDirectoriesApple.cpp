@@ -10,7 +10,7 @@
 namespace tarnwell {
 namespace {
 
-/// The system writes the user's directory as a tilde (sysdir(3)).
+/// sysdir(3) writes the user's home directory as a tilde.
 std::filesystem::path expanded(std::string_view path) {
   if (!path.starts_with("~/")) {
     return path;

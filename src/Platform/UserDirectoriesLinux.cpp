@@ -13,7 +13,7 @@ std::string_view environment(const char* name) {
   return value != nullptr ? value : "";
 }
 
-/// The rules for the XDG base directories have relative paths ignored.
+/// The XDG Base Directory Specification says to ignore relative paths.
 std::optional<std::filesystem::path> absolutePath(std::string_view text) {
   std::filesystem::path path(text);
   if (!path.is_absolute()) {
@@ -22,7 +22,8 @@ std::optional<std::filesystem::path> absolutePath(std::string_view text) {
   return path;
 }
 
-/// A locale's name (language[_TERRITORY][.codeset][@modifier]) as a language tag; empty for what is none.
+/// Turns a locale's name (language[_TERRITORY][.codeset][@modifier]) into a language tag. Empty for other
+/// text.
 std::string languageTag(std::string_view locale) {
   std::string tag(locale.substr(0, locale.find_first_of(".@")));
   for (char& character : tag) {
@@ -35,7 +36,7 @@ std::string languageTag(std::string_view locale) {
   return tag;
 }
 
-/// The programs' own texts, in no particular language.
+/// True for the locales that use the programs' own texts.
 bool isUntranslated(std::string_view tag) { return tag == "C" || tag == "POSIX"; }
 
 /// The locale for messages, as setlocale(3) chooses it.
@@ -62,7 +63,7 @@ std::optional<std::filesystem::path> applicationSupportDirectory() {
 
 std::vector<std::string> preferredLanguages() {
   std::string_view locale = messageLocale();
-  // gettext looks at LANGUAGE only when the locale asks for translations at all.
+  // gettext uses LANGUAGE only when the locale asks for translations.
   if (isUntranslated(languageTag(locale))) {
     return {};
   }

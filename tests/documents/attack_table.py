@@ -1,21 +1,25 @@
 #!/usr/bin/env python3
 """attack_table.py [--write] CTEST BUILD_DIRECTORY HOSTILE_TESTS DOCUMENT
 
-The section "The table of attacks" of a document is what the test program prints, and each group of the table is a
-test of ctest. With --write the section is brought up to date instead.
+The document is the introduction below and what the test program prints, and each group of the table is a test of
+ctest. With --write the document is brought up to date instead.
 """
 import json
 import re
 import subprocess
 import sys
 
-HEADING = "## The table of attacks\n"
-INTRODUCTION = """
-What a server, a text or a system may do to the program, and what the program does about it. Each row is played against
-the built executable. Unless the row kills it, the program must afterwards answer the next requests, a call to an honest
-server among them, end with status 0 at the end of its input, and have written nothing to its standard error; and the
-server must have seen exactly the commands that the row expects. The table is printed by the tests themselves
-(`tests/documents/attack_table.py --write`), and a test fails when it is out of date.
+INTRODUCTION = """# The table of attacks
+
+What a server, a text or a system may do to the program, and what the program does about it. Each row is played
+against the built executable, and the server must have seen exactly the commands that the row expects. Afterwards the
+program, unless the row kills it, must
+
+- answer the next requests, a call to an honest server among them;
+- end with status 0 at the end of its input;
+- have written nothing to its standard error.
+
+The tests print this table (`tests/documents/attack_table.py --write`). A test fails when it is out of date.
 
 """
 
@@ -29,33 +33,22 @@ def existing_tests(ctest, directory):
     return {test["name"] for test in json.loads(listing)["tests"]}
 
 
-def split_at_section(text):
-    """What stands before the section, the section, and what stands behind it."""
-    begin = text.find(HEADING)
-    if begin < 0:
-        return text.rstrip("\n") + "\n\n", "", ""
-    end = text.find("\n## ", begin + len(HEADING))
-    return (text[:begin], text[begin:], "") if end < 0 else (text[:begin], text[begin:end + 1], text[end + 1:])
-
-
 def main():
-    arguments = [argument for argument in sys.argv[1:] if argument != "--write"]
-    ctest, directory, program, document = arguments
+    ctest, directory, program, document = (argument for argument in sys.argv[1:] if argument != "--write")
     table = output(program, "--table")
-    with open(document, encoding="utf-8") as file:
-        before, present, behind = split_at_section(file.read())
-    section = HEADING + INTRODUCTION + table + ("\n" if behind else "")
     if "--write" in sys.argv:
         with open(document, "w", encoding="utf-8") as file:
-            file.write(before + section + behind)
+            file.write(INTRODUCTION + table)
         return
+    with open(document, encoding="utf-8") as file:
+        is_current = file.read() == INTRODUCTION + table
     groups = re.findall(r"^Shown by `([\w.]+)`", table, re.MULTILINE)
-    missing = [group for group in groups if group not in existing_tests(ctest, directory)]
-    for group in missing:
+    missing = set(groups) - existing_tests(ctest, directory)
+    for group in sorted(missing):
         print(f"the group {group} is no test of ctest")
-    if present != section:
-        print(f"the table in {document} is not that of the tests; bring it up to date with --write")
-    sys.exit(1 if missing or present != section or not groups else 0)
+    if not is_current:
+        print(f"{document} is not the table of the tests; bring it up to date with --write")
+    sys.exit(1 if missing or not is_current or not groups else 0)
 
 
 main()

@@ -1,5 +1,6 @@
-"""folders.py SRC: every file of src/ includes only what its folder links, as src/CMakeLists.txt names it: headers of
-its own folder and of folders below, and headers of libraries that the folder itself names or gets publicly."""
+"""folders.py SRC MAP: every file of src/ includes only what its folder links, as src/CMakeLists.txt names it: headers
+of its own folder and of folders below, and headers of libraries that the folder itself names or gets publicly. And the
+document MAP has a row for each folder, from the top down."""
 
 import pathlib
 import re
@@ -55,7 +56,12 @@ def target_of_header(header, folders):
     return target_of(folder) if folder in folders else None
 
 
-def main(source):
+def rows_of_map(text, folders):
+    """The folders that the rows of the document's tables begin with, in their order."""
+    return [name for name in re.findall(r"^\| `([\w/]+)` \|", text, re.MULTILINE) if name in folders]
+
+
+def main(source, document):
     folders = links_of_folders((source / "CMakeLists.txt").read_text(encoding="utf-8"))
     reach = reach_of_folders(folders)
     wrong = []
@@ -69,10 +75,15 @@ def main(source):
             target = target_of_header(header, folders)
             if target and target not in reach[folder]:
                 wrong.append(f"{name} includes {header}, and {folder} does not link {target}")
+    shown = rows_of_map(document.read_text(encoding="utf-8"), folders)
+    if sorted(shown) != sorted(folders):
+        wrong.append(f"{document.name} shows {shown}, and src/CMakeLists.txt has {sorted(folders)}")
+    wrong += [f"{document.name} shows {folder} above {above}, which links it" for place, folder in enumerate(shown)
+              for above in shown[place + 1:] if target_of(folder) in reach[above]]
     for line in wrong:
         print(line)
-    print(f"{len(folders)} folders, {len(wrong)} includes that do not fit")
+    print(f"{len(folders)} folders, {len(wrong)} faults")
     return bool(wrong) or not folders
 
 
-sys.exit(main(pathlib.Path(sys.argv[1])))
+sys.exit(main(*map(pathlib.Path, sys.argv[1:])))

@@ -1,14 +1,14 @@
 #pragma once
 
-/// The table of attacks: what a hostile or broken surrounding may do to the program, one row for each, and
-/// what the program does about it. Each row is one test; the same rows make the table in `docs/safety.md`.
+/// The table of attacks. Each row says what a hostile or broken environment may do to the program, and what
+/// the program does then. Each row is one test. The same rows make the table in `docs/attacks.md`.
 ///
 ///     hostile_tests                 plays every row
 ///     hostile_tests Peer            plays the rows of one group
 ///     hostile_tests --table         prints the table
 ///
-/// A new group: a function that gives its rows, declared below, and a line in `attackTable`; its name in
-/// `tests/hostile/CMakeLists.txt`.
+/// To add a group: write a function that returns its rows, declare it below, add it to `attackTable`, and add
+/// its name to `tests/hostile/CMakeLists.txt`.
 
 #include <functional>
 #include <string>
@@ -17,12 +17,12 @@
 namespace tarnwell::test {
 
 struct Attack {
-  /// As ctest and a failure print it: letters and digits.
+  /// The name in ctest and in failures: letters and digits.
   std::string name;
-  /// The two columns of the table, as short as can be and without a full stop.
+  /// The two columns of the table: short, and without a full stop.
   std::string attack;
   std::string outcome;
-  /// Plays the row with GoogleTest's assertions.
+  /// Plays the row, with GoogleTest's assertions.
   std::function<void()> play;
 };
 
@@ -31,7 +31,7 @@ struct AttackGroup {
   std::string name;
   /// The heading in the table.
   std::string title;
-  /// Makes the rows; some hold texts of many megabytes.
+  /// Makes the rows. Some contain texts of many megabytes.
   std::vector<Attack> (*attacks)();
 };
 

@@ -1,4 +1,4 @@
-/// What the MCP client does to its two streams: lines of any size and sense, and going away.
+/// Attacks by the MCP client: lines of any size and content, and a client that goes away.
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,8 @@ namespace tarnwell::test {
 
 namespace {
 
-/// One line of input, made while it is sent: `head`, `filling` so many times, `tail` and a line feed.
+/// One line of input: `head`, `filling` repeated `times` times, `tail` and a line feed. Made while it is
+/// sent.
 struct StrangeLine {
   std::string name;
   std::string attack;
@@ -103,7 +104,7 @@ std::vector<Attack> strangeLines() {
   };
 }
 
-/// A session that lists no folder; the server waits before its last answer but one.
+/// A session that lists no folder. The server waits before its last answer but one.
 Dialogue slowListing() {
   return loginDialogue() + Dialogue{
                                expect("A0004 LIST \"\" \"*\"\r\n"), pauseHere(),
@@ -116,7 +117,7 @@ constexpr const char* noFolders =
     R"({"id":1,"jsonrpc":"2.0","result":{"content":[{"text":"{\n  \"count\": 0,\n  \"folders\": []\n}",)"
     R"("type":"text"}],"isError":false,"structuredContent":{"count":0,"folders":[]}}})";
 
-/// The input ends while the call is under way, and the server answers only afterwards.
+/// The input ends during the call. The server answers only afterwards.
 void endInputDuringACall() {
   FakeIMAPServer server(slowListing());
   Home home;
@@ -140,7 +141,7 @@ void endInputWithinALine() {
   expectQuietEnd(program);
 }
 
-/// Nobody reads the answers any more: the session under way still ends as it should, and so does another.
+/// Nobody reads the answers any more. The running session still ends normally, and so does another one.
 void closeOutputDuringACall() {
   FakeIMAPServer server(slowListing());
   Home home;

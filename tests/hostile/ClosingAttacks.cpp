@@ -1,4 +1,4 @@
-/// The connection ends, in each of the ways in which one can, at each exchange of each tool's session.
+/// The connection ends, in every possible way, at each exchange of each tool's session.
 
 #include "hostile/ServerAttack.h"
 #include "hostile/Sessions.h"
@@ -27,7 +27,7 @@ const std::vector<Way>& ways() {
   return all;
 }
 
-/// What the table says of a step: where it is, and what comes of a fault there.
+/// The words of the table for a step: where it is, and the result of a fault there.
 struct Place {
   const char* where;
   const char* outcome;
@@ -56,7 +56,7 @@ ServerAttack breaking(const SessionStep& step, const Way& way) {
   return row;
 }
 
-/// Within the twelve bytes of the body.
+/// The connection ends within the twelve bytes of the body.
 ServerAttack breakingWithinLiteral(const Session& session, const Way& way) {
   ServerAttack row = attackDuring(
       session, brokenAt(session, session.position("BODY"), way.step, "* 1 FETCH (UID 7 BODY[1] {12}\r\nSee"),
@@ -66,7 +66,7 @@ ServerAttack breakingWithinLiteral(const Session& session, const Way& way) {
   return row;
 }
 
-/// Without a word of TLS.
+/// The connection ends without the closing message of TLS.
 ServerAttack closedBeforeTheHandshake() {
   return {.name = "closedBeforeTheHandshake",
           .attack = "the server accepts and closes before the handshake of TLS",

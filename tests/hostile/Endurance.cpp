@@ -1,4 +1,4 @@
-/// The memory that a message of any size may take, and what stays after very many calls.
+/// The memory that a message of any size may take, and the memory that stays after very many calls.
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ constexpr const char* fetchOfSeven = "UID FETCH 7 (UID FLAGS INTERNALDATE ENVELO
 /// One text part; `type` is as in "\"PLAIN\" (\"CHARSET\" \"UTF-8\") NIL NIL \"7BIT\"".
 std::string structure(const std::string& type) { return "BODYSTRUCTURE (\"TEXT\" " + type + " 1 1)"; }
 
-/// Bytes that are made while they are sent.
+/// Bytes that are repeated while they are sent.
 struct Bulk {
   std::string block;
   std::size_t times;
@@ -26,7 +26,7 @@ struct Bulk {
   Dialogue literal() const { return {answer("{" + std::to_string(size()) + "}\r\n"), answer(block, times)}; }
 };
 
-/// So many mebibytes of these bytes; their number divides a mebibyte.
+/// So many mebibytes of these bytes. Their number must divide a mebibyte.
 Bulk mebibytes(std::size_t count, std::string bytes) {
   const std::size_t inOne = mebibyte / bytes.size();
   return {std::move(bytes), count * inOne};
@@ -44,7 +44,7 @@ Dialogue bodyOf(const std::string& type, const Bulk& bulk) {
       Dialogue{answer("* 1 FETCH (UID 7 BODY[1] ")} + bulk.literal() + Dialogue{answer(")\r\n")});
 }
 
-/// The session of `search_inbox` without arguments: one message, whose summary is answered with these steps.
+/// The session of `search_inbox` without arguments. These steps send the summary of its one message.
 Dialogue searching(const Dialogue& summary) {
   return loginDialogue() +
          Dialogue{expect("A0004 UID SEARCH ALL\r\n"), answer("* SEARCH 7\r\nA0004 OK done\r\n"),
@@ -66,12 +66,12 @@ Dialogue envelopeOf(const std::string& before, const Bulk& bulk, const std::stri
   return readingOf(summaryWith(before, bulk, behind), {answer("* 1 FETCH (UID 7 BODY[1] {2}\r\nok)\r\n")});
 }
 
-/// How much memory the program may ever have taken.
+/// The most memory that the program may ever have held.
 constexpr const char* boundInWords = "takes at most four times its size and 16 MiB";
 std::size_t boundFor(const Bulk& bulk) { return 4 * bulk.size() + 16 * mebibyte; }
 
-/// The result of a call that succeeds. A sanitizer's shadow and quarantine belie the figure; under one the
-/// call is only made.
+/// The result of a call that succeeds. Under a sanitizer the peak memory is not checked, because its shadow
+/// and quarantine distort the figure.
 JSONValue callWithinBound(const Bulk& bulk, const Dialogue& dialogue, std::string_view tool,
                           const JSONObject& arguments) {
   FakeIMAPServer server(dialogue);
@@ -92,14 +92,14 @@ JSONValue callWithinBound(const Bulk& bulk, const Dialogue& dialogue, std::strin
   return answer.result;
 }
 
-/// The text begins so.
+/// The text begins with these words.
 void readBigMessage(const Dialogue& dialogue, const Bulk& bulk, std::string_view beginning = "") {
   const JSONValue message = callWithinBound(bulk, dialogue, "get_message_body", {{"uid", 7}});
   EXPECT_EQ(message["returned"], JSONValue(true)) << message.serialized().substr(0, 1000);
   EXPECT_TRUE(message["body"].stringValue().value_or("").starts_with(beginning));
 }
 
-/// The result holds the subject twice, as a text for people and as a value.
+/// The result contains the subject twice: as text for people and as a value.
 void listBigSubject(const Bulk& bulk) {
   const Dialogue dialogue = searching(summaryWith("NIL ", bulk, " NIL NIL NIL NIL NIL NIL NIL NIL"));
   const JSONValue result = callWithinBound(bulk, dialogue, "search_inbox", {});
@@ -161,7 +161,7 @@ std::vector<Attack> bigMessages() {
   };
 }
 
-/// What a process holds on to.
+/// The resources that a process holds.
 struct Holdings {
   long kilobytes;
   long descriptors;
@@ -174,8 +174,8 @@ Holdings holdingsOf(const ServeProgram& program) {
           processFigure(process, "Threads")};
 }
 
-/// Every hundred calls hold ten sessions over TLS, thirty questions to the secret service, and sixty calls
-/// that are refused.
+/// A hundred calls make ten sessions over TLS and thirty requests to the secret service, and sixty of the
+/// calls are refused.
 void playHundredCalls(ServeProgram& program) {
   for (int number = 0; number < 100; ++number) {
     if (number % 10 == 0) {
@@ -188,8 +188,8 @@ void playHundredCalls(ServeProgram& program) {
   }
 }
 
-/// The log keeps its newest 500 entries in memory, and what is loaded on demand is loaded early: both is
-/// over after the first hundred calls, which hold more entries than that.
+/// The first hundred calls fill the log's 500 entries in memory and load everything that is loaded on demand.
+/// So the resources are compared only after them.
 void callTenThousandTimes() {
   FakeIMAPServer server(searching(
       {answer("* 1 FETCH (UID 7 FLAGS () ENVELOPE (NIL \"Lunch\" NIL NIL NIL NIL NIL NIL NIL NIL) " +

@@ -1,4 +1,4 @@
-/// Folder names as no server should send them.
+/// Folder names that no server should send.
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@ namespace tarnwell::test {
 
 namespace {
 
-/// The only folder is this one.
+/// The server's only folder is this one.
 ServerAttack folder(std::string name, std::string attack, std::string outcome, const std::string& line,
                     const std::string& key, JSONValue expected) {
   ServerAttack row = attackDuring(listSession().answering("LIST", line + "\r\nTAG OK done\r\n"),
@@ -21,7 +21,7 @@ ServerAttack folder(std::string name, std::string attack, std::string outcome, c
   return row;
 }
 
-/// A move among these folders, or a trashing when there is no target.
+/// A move with these folders. Without a target, a move to the trash.
 Session moveAmong(const std::string& lines, const std::string& target) {
   const bool isTrash = target.empty();
   Session session = (isTrash ? trashSession() : moveSession()).answering("LIST", lines + "TAG OK done\r\n");
@@ -31,7 +31,7 @@ Session moveAmong(const std::string& lines, const std::string& target) {
   return session;
 }
 
-/// The message goes where the command says.
+/// The message goes to the folder in the command.
 ServerAttack moving(std::string name, std::string attack, std::string outcome, const std::string& lines,
                     const std::string& target, const std::string& quotedPath) {
   Session session = moveAmong(lines, target);
@@ -41,7 +41,7 @@ ServerAttack moving(std::string name, std::string attack, std::string outcome, c
   return row;
 }
 
-/// No MOVE is sent.
+/// The client sends no MOVE.
 ServerAttack notMoving(std::string name, std::string attack, std::string outcome, const std::string& lines,
                        const std::string& target, std::string error) {
   ServerAttack row = attackDuring(moveAmong(lines, target).leavingAfter("LIST"), std::move(name),
@@ -99,7 +99,7 @@ std::vector<Attack> folderAttacks() {
              inbox + "* LIST (\\Trash) \"/\" First\r\n* LIST (\\Trash) \"/\" Second\r\n", "", "\"First\""),
       moving("falseTrash", "a folder called Trash before the one marked as trash", "takes the marked one",
              "* LIST () \"/\" Trash\r\n* LIST (\\Trash) \"/\" Marked\r\n", "", "\"Marked\""),
-      notMoving("commandInName", "a name with a line end and a command behind it",
+      notMoving("commandInName", "a name with a line end and a command after it",
                 "refuses the name; nothing of it is sent",
                 "* LIST () \"/\" {23}\r\nArchive\r\nA0005 LOGOUT\r\n\r\n", "Archive\r\nA0005 LOGOUT\r\n",
                 "Invalid argument: control character in IMAP argument"),

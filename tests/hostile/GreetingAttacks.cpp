@@ -1,4 +1,4 @@
-/// What the server says first.
+/// Attacks with the first line of the server.
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@ namespace tarnwell::test {
 
 namespace {
 
-/// After this greeting everything is as it should be.
+/// After this greeting everything goes on normally.
 ServerAttack unusual(std::string name, std::string attack, const Step& greeting) {
   const Session session = listSession();
   ServerAttack row = attackDuring(session, answeredBy(session, "greeting", {greeting}), std::move(name),
@@ -18,7 +18,7 @@ ServerAttack unusual(std::string name, std::string attack, const Step& greeting)
   return row;
 }
 
-/// The login after this greeting is refused.
+/// After this greeting the login is refused.
 ServerAttack noLogin(std::string name, std::string attack, const std::string& greeting,
                      const std::string& refusal) {
   const Session session =
@@ -37,7 +37,7 @@ ServerAttack byeAndClose() {
   return row;
 }
 
-/// A greeting that is none. The program says LOGOUT, since it leaves a server that still talks.
+/// A line that is not a greeting. The program sends LOGOUT, because it leaves a server that still answers.
 ServerAttack strange(std::string name, std::string attack, const std::string& line,
                      const std::string& shown) {
   return {.name = std::move(name),

@@ -1,7 +1,7 @@
 #pragma once
 
-/// Words to put before the command of a program, which change what surrounds it. Each launcher becomes the
-/// program in the end, so that the process stays the same.
+/// Words before the command of a program, which change its environment. Each launcher finally becomes the
+/// program (exec), so the process stays the same.
 ///
 /// Programs needed: setpriv, unshare and prlimit of util-linux, a POSIX shell.
 
@@ -14,9 +14,8 @@ namespace tarnwell::test {
 
 using Launcher = std::vector<std::string>;
 
-/// The program may do no more to files than their modes say. For root that means to give up two
-/// capabilities, for good: they leave the bounding set, so that no program started later has them. Anybody
-/// else has none to give up.
+/// The program can do with files only what their modes allow. For this, root gives up two capabilities: they
+/// leave the bounding set, so no program that starts later has them. Other users have none to give up.
 inline Launcher withoutRightsOverFiles() {
   if (::geteuid() != 0) {
     return {};
@@ -25,8 +24,8 @@ inline Launcher withoutRightsOverFiles() {
   return {"setpriv", "--bounding-set", capabilities, "--inh-caps", capabilities};
 }
 
-/// Runs a script in a mount namespace of its own, where it may mount what it likes; then comes the program.
-/// The user stays the same, so that the bus knows whom it talks to.
+/// Runs a script in a new mount namespace, where it may mount anything, and then the program. The user stays
+/// the same, so the bus still recognises it.
 inline Launcher inMountNamespace(const std::string& script) {
   Launcher launcher{"unshare", "--mount"};
   if (::geteuid() != 0) {

@@ -9,7 +9,7 @@ namespace tarnwell::test {
 
 namespace {
 
-/// The answer to LIST: these steps, one folder, OK.
+/// The answer to LIST: these steps, one folder, and OK.
 ServerAttack beforeTheFolder(std::string name, std::string attack, std::string outcome,
                              const Dialogue& before) {
   const Session session = listSession();

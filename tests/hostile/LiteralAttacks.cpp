@@ -1,4 +1,4 @@
-/// Announcements of literals, and what follows them.
+/// Attacks with the announcement of a literal and the bytes after it.
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ std::function<void(const JSONValue&)> lists(std::string expected) {
   return [expected = std::move(expected)](const JSONValue& result) { EXPECT_EQ(paths(result), expected); };
 }
 
-/// One LIST response, between two honest ones.
+/// One LIST response between two normal ones.
 ServerAttack amongFolders(std::string name, std::string attack, std::string outcome, const std::string& line,
                           std::string expected) {
   const Session session = listSession().answering(
@@ -32,7 +32,7 @@ ServerAttack amongFolders(std::string name, std::string attack, std::string outc
   return row;
 }
 
-/// A literal that is never filled, in an answer of which a few bytes come.
+/// A literal that is never filled: only a few of its bytes arrive.
 ServerAttack neverFilled(std::string name, const std::string& announced) {
   const Session session = bodySession();
   ServerAttack row = attackDuring(
@@ -47,7 +47,7 @@ ServerAttack neverFilled(std::string name, const std::string& announced) {
   return row;
 }
 
-/// What the body is announced as, when that is no announcement.
+/// The body comes with this text in place of a correct announcement.
 ServerAttack bodyAs(std::string name, std::string attack, std::string outcome, const std::string& value,
                     std::function<void(const JSONValue&)> check) {
   const Session session =
@@ -65,7 +65,7 @@ void hasNoBody(const JSONValue& result) {
 
 void hasBody(const JSONValue& result, const std::string& body) { EXPECT_EQ(result["body"], JSONValue(body)); }
 
-/// 200,000 flags of one byte, each a literal.
+/// 200,000 flags of one byte. Each is a literal.
 ServerAttack manyLiterals() {
   constexpr std::size_t count = 200000;
   const Session session = markReadSession();

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Looks through the writable memory of another process.
+/// Searches the writable memory of another process.
 
 #include <cstdint>
 #include <set>
@@ -14,8 +14,8 @@
 
 namespace tarnwell::test {
 
-/// Where one of the texts stands, as the mapping, the text and its distance from the beginning; empty when
-/// there is none. Throws when the process does not let itself be read.
+/// The places of the texts: the mapping, the text and its distance from the beginning. Empty when there is
+/// none. Throws when the process cannot be read.
 inline std::vector<std::string> findInMemory(const ProcessView& process, const std::set<std::string>& texts) {
   std::vector<std::string> places;
   std::istringstream mappings(process.mappings());
@@ -26,7 +26,7 @@ inline std::vector<std::string> findInMemory(const ProcessView& process, const s
     char dash = 0;
     std::string rights;
     fields >> std::hex >> begin >> dash >> end >> rights;
-    // A sanitizer's shadow of terabytes holds marks and no texts.
+    // A sanitizer's shadow of terabytes has marks but no texts.
     constexpr std::uintptr_t gigabyte = 1000 * 1000 * 1000;
     if (rights.find('w') == std::string::npos || (isSanitized && end - begin > gigabyte)) {
       continue;

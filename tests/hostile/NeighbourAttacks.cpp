@@ -1,4 +1,4 @@
-/// Other programs of the same user, which want to read what this one has in memory.
+/// Other programs of the same user that try to read this program's memory.
 
 #include <gtest/gtest.h>
 
@@ -29,7 +29,7 @@ namespace fs = std::filesystem;
 constexpr const char* ping = R"({"jsonrpc":"2.0","id":1,"method":"ping"})";
 constexpr const char* pong = R"({"id":1,"jsonrpc":"2.0","result":{}})";
 
-/// A copy of the program, and a pipe for its input, where any user can use them.
+/// A copy of the program, and a pipe for its input, in a place that any user may use.
 class PublicPlace {
  public:
   PublicPlace() {
@@ -48,8 +48,8 @@ class PublicPlace {
   TemporaryDirectory directory_;
 };
 
-/// The command with the pipe as its input, which never ends, and with core files of any size. The shell
-/// becomes the command.
+/// The command with a pipe as its input, which never ends, and with core files of any size. The shell becomes
+/// the command (exec).
 class Started {
  public:
   Started(const PublicPlace& place, const std::string& command)
@@ -76,7 +76,7 @@ void becomeAnOrdinaryUser() {
   }
 }
 
-/// For the errors of missing rights, and no others.
+/// Accepts only the errors of missing rights.
 std::string verdict(const std::string& what, bool isAllowed) {
   const bool isRefused = !isAllowed && (errno == EPERM || errno == EACCES);
   return what + (isRefused ? " refused" : " allowed") + ", ";
@@ -92,7 +92,7 @@ std::string opening(pid_t process, const std::string& name) {
 std::string reading(pid_t process) {
   char byte = 0;
   iovec here{&byte, 1};
-  iovec there{nullptr, 1};  // no address: another error, when reading is allowed
+  iovec there{nullptr, 1};  // no address: the error differs when reading is allowed
   return verdict("reading", ::process_vm_readv(process, &here, 1, &there, 1, 0) >= 0);
 }
 
@@ -106,8 +106,8 @@ std::string attaching(pid_t process) {
   return result;
 }
 
-/// What a program of the same ordinary user may do to the command, which is its own child, so that a system
-/// that protects all other programs does not make the answer.
+/// What a program of the same ordinary user may do to the command. The command is its own child, because some
+/// systems protect all programs that are not.
 std::string whatANeighbourMayDo(const PublicPlace& place, const std::string& command) {
   return inForkedProcess([&] {
     becomeAnOrdinaryUser();

@@ -1,5 +1,5 @@
-/// Looks for the password wherever it must not be: logs, results, standard streams, and the memory of the
-/// program once a call is over.
+/// Searches for the password where it must not be: in logs, results and standard streams, and in the memory
+/// of the program after a call.
 
 #include <gtest/gtest.h>
 
@@ -17,11 +17,11 @@ namespace tarnwell::test {
 
 namespace {
 
-/// With a quote and a backslash, so that it is another text on the wire; it occurs nowhere by chance.
+/// It has a quote and a backslash, so it is another text on the wire. It occurs nowhere else by chance.
 constexpr const char* password = "Zq7#vK\"9x\\Wm2pLr8t-Yb4";
 constexpr const char* passwordOnTheWire = "Zq7#vK\\\"9x\\\\Wm2pLr8t-Yb4";
 
-/// Each piece of eight bytes.
+/// All pieces of eight bytes.
 std::set<std::string> pieces(std::string_view whole) {
   constexpr std::size_t pieceLength = 8;
   std::set<std::string> result;
@@ -31,7 +31,7 @@ std::set<std::string> pieces(std::string_view whole) {
   return result;
 }
 
-/// What only the LOGIN line has.
+/// The texts that only the LOGIN line has.
 std::set<std::string> wireTraces() {
   std::set<std::string> result = pieces(passwordOnTheWire);
   for (const std::string& piece : pieces(password)) {
@@ -40,7 +40,7 @@ std::set<std::string> wireTraces() {
   return result;
 }
 
-/// The password as it is and as it is sent.
+/// The password itself, and in the form that is sent.
 std::set<std::string> traces() {
   std::set<std::string> result = pieces(passwordOnTheWire);
   result.merge(pieces(password));
@@ -53,7 +53,7 @@ Dialogue loginWith(const std::string& answerToLogin) {
           pauseHere(), answer(answerToLogin)};
 }
 
-/// A session on the inbox up to its selection; then the server says nothing that anybody could want.
+/// A session on the inbox up to its selection. After that the server sends nothing secret.
 Dialogue openInbox(const std::string& selection) {
   return loginWith("A0001 OK logged in\r\n") +
          Dialogue{expect("A0002 CAPABILITY\r\n"), answer("* CAPABILITY IMAP4rev1\r\nA0002 OK done\r\n"),
@@ -106,13 +106,13 @@ std::vector<Session> sessions() {
   };
 }
 
-/// A refused login whose text repeats the password.
+/// A refused login. The refusal repeats the password.
 Session indiscreetServer() {
   const std::string refusal = "A0001 NO [ALERT] no such user or password: ";
   return {"list_folders", {}, loginWith(refusal + password + "\r\n") + farewell("A0002")};
 }
 
-/// A refused command whose text repeats the login.
+/// A refused command. The refusal repeats the login.
 Session gossipingServer() {
   const std::string refusal =
       std::string("A0003 NO for ") + testEmail + " " + password + ", as in \"" + passwordOnTheWire + "\"\r\n";
@@ -124,7 +124,7 @@ Session gossipingServer() {
               farewell("A0004")};
 }
 
-/// A program with the password in a keyring.
+/// A program whose password is in a keyring.
 class PasswordTest {
  public:
   explicit PasswordTest(const std::string& busAddress, const Launcher& launcher = {}) {
@@ -136,7 +136,7 @@ class PasswordTest {
   Home& home() { return home_; }
   ServeProgram& program() { return *program_; }
 
-  /// Plays a session; `during` is called while the server has not answered the login yet. Gives the result.
+  /// Plays a session and returns the result. Calls `during` before the server has answered the login.
   JSONValue play(const Session& session, const std::function<void()>& during = [] {}) {
     FakeIMAPServer server(session.dialogue);
     home_.useServer(server.port());
@@ -154,8 +154,8 @@ class PasswordTest {
   std::optional<ServeProgram> program_;
 };
 
-/// Looked for during the login, where it must be, so that the search is known to find it; and after the
-/// call, when nothing of it may be left.
+/// Searches twice. During the login the password must be found, which shows that the search works. After the
+/// call nothing of it may be found.
 void lookIntoMemory(const std::string& busAddress) {
   PasswordTest test(busAddress);
   const ProcessView& process = test.program().view();
@@ -181,14 +181,14 @@ void lookIntoMemoryOverAKeyring() {
   lookIntoMemory(keyring.bus().address());
 }
 
-/// Here the message from the bus holds the password as it is.
+/// Here the message from the bus contains the password unencrypted.
 void lookIntoMemoryOverAPlainService() {
   PrivateBus bus;
   FakeSecretService service(bus, passwordAnswers(password));
   lookIntoMemory(bus.address());
 }
 
-/// Everything that has arrived at the journal.
+/// All entries that reached the journal.
 std::string entriesOf(const DatagramSocket& journal) {
   std::string all;
   while (const std::optional<std::string> datagram = journal.receive()) {

@@ -1,5 +1,5 @@
-/// Who answers on the port: certificates, versions of TLS, no TLS at all. Nothing of the user's may be sent
-/// to any of them.
+/// Attacks by the peer on the port: certificates, versions of TLS, no TLS. None of them may receive data of
+/// the user.
 
 #include <openssl/ssl.h>
 

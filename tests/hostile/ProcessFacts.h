@@ -1,6 +1,6 @@
 #pragma once
 
-/// What the system tells about a running program.
+/// Facts that the system tells about a running program.
 
 #include <sys/types.h>
 
@@ -11,7 +11,7 @@
 
 namespace tarnwell::test {
 
-/// Whether the programs are built with a sanitizer, whose shadow memory and allocator belie every figure.
+/// True for a build with a sanitizer. Its shadow memory and allocator distort every figure.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr bool isSanitized = true;
 #else
@@ -22,7 +22,7 @@ inline std::filesystem::path processDirectory(pid_t process) {
   return std::filesystem::path("/proc") / std::to_string(process);
 }
 
-/// A number of /proc/PID/status, such as VmHWM and VmRSS (in kB) or Threads.
+/// A number from /proc/PID/status, such as VmHWM and VmRSS (in kB) or Threads.
 inline long processFigure(pid_t process, const std::string& name) {
   std::ifstream status(processDirectory(process) / "status");
   for (std::string line; std::getline(status, line);) {

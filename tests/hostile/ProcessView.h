@@ -1,10 +1,10 @@
 #pragma once
 
-/// The memory and the descriptors of a program that keeps other programs of the user out.
+/// Reads the memory and the descriptors of a program that protects itself from other programs of the user.
 ///
-/// A program is open to the one that traces it when it begins, before its own first instruction. What is
-/// opened then stays open, also when the tracer has let go and the program has closed itself (proc(5)). So
-/// this works for any user, and needs no help from the program.
+/// A program is open to its tracer when it begins, before its first instruction. The files in /proc that are
+/// opened then stay open, even after the tracer lets go and the program protects itself (proc(5)). This works
+/// for any user and needs no help from the program.
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -22,7 +22,7 @@ namespace tarnwell::test {
 
 class ProcessView {
  public:
-  /// Of a process that has just executed its program and stands still, traced by this one.
+  /// The process must just have executed its program, and must be stopped and traced by this one.
   explicit ProcessView(pid_t process)
       : memory_(opened(process, "mem", O_RDONLY)),
         mappings_(opened(process, "maps", O_RDONLY)),
@@ -34,7 +34,7 @@ class ProcessView {
     ::closedir(descriptors_);
   }
 
-  /// The lines of /proc/PID/maps. Throws when the process does not let itself be read.
+  /// The lines of /proc/PID/maps. Throws when the process cannot be read.
   std::string mappings() const {
     ::lseek(mappings_, 0, SEEK_SET);
     std::string text;
@@ -48,13 +48,13 @@ class ProcessView {
     return text;
   }
 
-  /// False when not all of these bytes can be read.
+  /// False when it cannot read all of these bytes.
   bool read(std::uintptr_t begin, std::string& bytes) const {
     const ssize_t count = ::pread(memory_, bytes.data(), bytes.size(), static_cast<off_t>(begin));
     return count >= 0 && static_cast<std::size_t>(count) == bytes.size();
   }
 
-  /// How many descriptors are open.
+  /// The number of open descriptors.
   long descriptorCount() const {
     ::rewinddir(descriptors_);
     long count = 0;

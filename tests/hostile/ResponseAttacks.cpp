@@ -12,7 +12,7 @@ namespace {
 
 using Check = std::function<void(const JSONValue&)>;
 
-/// `get_message_summary` of the message 7 without its body, answered with these steps and OK.
+/// `get_message_summary` of message 7 without its body. The server answers with these steps and OK.
 ServerAttack summary(std::string name, std::string attack, std::string outcome, const Dialogue& responses,
                      Check check) {
   Dialogue dialogue =
@@ -40,12 +40,12 @@ Check subjectIs(JSONValue subject) {
   return [subject = std::move(subject)](const JSONValue& result) { EXPECT_EQ(result["subject"], subject); };
 }
 
-/// The message 7 with this envelope.
+/// Message 7 with this envelope.
 Dialogue envelope(const std::string& fields) {
   return {answer("* 1 FETCH (UID 7 ENVELOPE (" + fields + "))\r\n")};
 }
 
-/// Parentheses within parentheses in the place of the structure, and then an envelope.
+/// Nested parentheses in place of the structure, and then an envelope.
 ServerAttack nested(std::size_t depth, const std::string& depthText) {
   return summary("nested" + std::to_string(depth), depthText + " parentheses within each other",
                  "reads past them without a stack of calls",
@@ -83,7 +83,7 @@ ServerAttack manyAddresses() {
                  [](const JSONValue& result) { EXPECT_EQ(result["to"].arrayValue()->size(), 100000U); });
 }
 
-/// `get_message_body`, the body being answered with this text in the place of a literal.
+/// `get_message_body`. The server answers for the body with this text in place of a literal.
 ServerAttack bodyAs(std::string name, std::string attack, const std::string& value) {
   const Session session =
       bodySession().answering("BODY", "* 1 FETCH (UID 7 BODY[1] " + value + ")\r\nTAG OK done\r\n");
@@ -96,7 +96,7 @@ ServerAttack bodyAs(std::string name, std::string attack, const std::string& val
   return row;
 }
 
-/// A structure whose text lies 100,000 parts deep; the section's number is as long.
+/// A structure whose text is 100,000 parts deep. The section number is just as long.
 ServerAttack deepText() {
   constexpr std::size_t depth = 100000;
   const std::string section = repeated("1.", depth - 1) + "1";
@@ -117,7 +117,7 @@ ServerAttack deepText() {
       .error = "IMAP UID failed: too deep"};
 }
 
-/// `search_inbox` for everything, at most one message, answered with these steps; then that message.
+/// `search_inbox` for everything, at most one message. The server answers with these steps, then the message.
 ServerAttack search(std::string name, std::string attack, std::string outcome, const Dialogue& responses,
                     const std::string& fetchedUID) {
   Dialogue dialogue = loginDialogue() + Dialogue{expect("A0004 UID SEARCH ALL\r\n")} + responses +

@@ -1,5 +1,5 @@
-/// Saving the settings where they cannot be saved, or where the saving is broken off. `test-connection` is
-/// the one command that saves: it keeps the date and the outcome of the test.
+/// Saving the settings where that is impossible or interrupted. Only the command `test-connection` saves: it
+/// stores the date and the outcome of the test.
 
 #include <gtest/gtest.h>
 
@@ -40,7 +40,7 @@ std::vector<std::string> listed(const std::map<std::string, std::string>& variab
   return list;
 }
 
-/// What a command printed on both streams, and its exit status.
+/// The output of a command on both streams, and its exit status.
 struct Report {
   int status = 0;
   std::string text;
@@ -68,7 +68,7 @@ Report goodReport(const FakeIMAPServer& server) {
                  "\n   INBOX selected OK · MOVE supported: yes\n   Capabilities: IMAP4REV1 MOVE UIDPLUS\n"};
 }
 
-/// The test of the connection succeeds and says so, the file is as it was, and nothing lies beside it.
+/// The connection test succeeds and says so. The file is unchanged, and there is no other file beside it.
 void expectOldFile(const Launcher& launcher, const std::function<void(const fs::path&)>& prepare) {
   FakeIMAPServer server(testDialogue());
   Home home;
@@ -86,8 +86,8 @@ void expectOldFile(const Launcher& launcher, const std::function<void(const fs::
   expectQuietEnd(program);
 }
 
-/// A file system of two pages in the place of the folder; the settings take one and a filler the other. It
-/// vanishes with its last process, so the shell looks at it before.
+/// A file system of two pages in place of the folder. The settings take one page and a filler the other. It
+/// vanishes with its last process, so the shell reads it before that.
 void fillTheDisk() {
   FakeIMAPServer server(testDialogue());
   Home home;
@@ -111,7 +111,7 @@ void fillTheDisk() {
   EXPECT_EQ(bytesOf(saved), old);
 }
 
-/// The text with the date of the test, which differs from run to run, taken out.
+/// The text without the date of the test, which differs from run to run.
 JSONValue withoutDate(const std::string& text) {
   std::optional<JSONValue> settings = JSONValue::decode(text);
   if (!settings) {
@@ -124,7 +124,7 @@ JSONValue withoutDate(const std::string& text) {
   return *settings;
 }
 
-/// The settings that a save leaves when nothing comes between.
+/// The settings that an undisturbed save leaves.
 JSONValue savedSettings(const Home& home) {
   run(home, "test-connection");
   return withoutDate(bytesOf(home.settingsFile()));
@@ -133,7 +133,7 @@ JSONValue savedSettings(const Home& home) {
 void killAtEverySystemCall() {
   FakeIMAPServer server(testDialogue());
   Home home;
-  // Leak detection and this test both want to be the one tracer of the process.
+  // Leak detection must be off: it would trace the process, and a process has only one tracer.
   home.environment["ASAN_OPTIONS"] += ":detect_leaks=0";
   home.useServer(server.port());
   const std::string old = bytesOf(home.settingsFile());
@@ -160,7 +160,7 @@ void killAtEverySystemCall() {
     EXPECT_EQ(status.status, 0);
     EXPECT_EQ(JSONValue::decode(status.text).value_or(nullptr)["configured"], JSONValue(true)) << status.text;
   }
-  // Before the file takes its place there are at least its making, filling, syncing and closing.
+  // Before the file is in place there are at least the calls that make, fill, sync and close it.
   EXPECT_GE(oldFiles, 5);
   EXPECT_GE(newFiles, 2);
   EXPECT_LT(oldFiles + newFiles, tooMany - 1) << "the program never ended by itself";

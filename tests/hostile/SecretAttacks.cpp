@@ -1,4 +1,4 @@
-/// Secret stores that are not there, locked, ambiguous or broken. Nothing is connected without a password.
+/// Secret stores that are missing, locked, ambiguous or broken. Without a password there is no connection.
 
 #include <gtest/gtest.h>
 #include <pwd.h>
@@ -17,7 +17,7 @@ namespace {
 
 using Answers = FakeSecretService::Answers;
 
-/// Answers to every question like the right ones, but for these.
+/// The right answers to every question, except these.
 Answers answersBut(const Answers& changed) {
   Answers answers = passwordAnswers(testPassword);
   for (const auto& [method, answer] : changed) {
@@ -31,8 +31,8 @@ constexpr const char* locked = "Keychain error -25308: The keyring is locked. Un
 constexpr const char* noAccount =
     "No iCloud account is configured. Open the app and save your email + app password.";
 
-/// Not how long it should take but how long it may on a machine with other work: several times the two
-/// seconds that the program gives a secret service.
+/// The longest time that a call may take on a busy machine. It is several times the two seconds that the
+/// program waits for a secret service.
 constexpr std::chrono::seconds longestWait{10};
 
 ToolAnswer callInTime(ServeProgram& program, std::string_view tool) {
@@ -42,7 +42,7 @@ ToolAnswer callInTime(ServeProgram& program, std::string_view tool) {
   return answer;
 }
 
-/// A call that needs the password gives `error`, no connection is made, and the next requests are answered.
+/// A call that needs the password fails with `error` and makes no connection. Later requests are answered.
 void expectNoPassword(Home& home, const std::string& error) {
   FakeIMAPServer server({});
   home.useServer(server.port());
@@ -85,7 +85,7 @@ void busWithoutService() {
   expectNoPassword(home, noAnswer);
 }
 
-/// The real keyring, with the right item in it, under a daemon that does not know its password.
+/// The real keyring with the right item, but its daemon does not know the keyring's password.
 void lockedKeyring() {
   PrivateKeyring keyring;
   keyring.storeByTool({"service", std::string(BridgeConstants::keychainService), "account", testEmail},
@@ -115,7 +115,7 @@ void twoMatchingItems() {
   expectQuietEnd(program);
 }
 
-/// The account's own folder and bus are hidden, so that the row says the same on every machine.
+/// Hides the user's own folder and bus, so the row has the same result on every machine.
 void emptyEnvironment() {
   const std::string own = std::string(::getpwuid(::getuid())->pw_dir) + "/.local/share/" +
                           std::string(BridgeConstants::bundleIdentifier);

@@ -27,7 +27,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Waits until the descriptor is ready; throws when that takes too long.
+/// Waits until the descriptor is ready. Throws when that takes too long.
 void awaitReady(int descriptor, short event, Clock::time_point deadline, const char* what) {
   for (;;) {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
@@ -54,7 +54,7 @@ Home::Home() : email(testEmail) {
                  {"PATH", "/usr/local/bin:/usr/bin:/bin"},
                  {"LC_ALL", "C.UTF-8"},
                  {"DBUS_SESSION_BUS_ADDRESS", busWithPassword()}};
-  TestCertificates::shared();  // names the authority's file in this program's environment
+  TestCertificates::shared();  // puts the authority's file into this program's environment
   for (const char* name :
        {"SSL_CERT_FILE", "SSL_CERT_DIR", "ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS"}) {
     if (const char* value = std::getenv(name)) {
@@ -107,7 +107,7 @@ ServeProgram::ServeProgram(const Home& home) : errorFile_(home.path() / "standar
     ::dup2(outputPipe[1], STDOUT_FILENO);
     ::dup2(::open(errorPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, S_IRUSR | S_IWUSR),
            STDERR_FILENO);
-    // This test program ignores SIGPIPE; the program under test decides for itself.
+    // This test program ignores SIGPIPE. The program under test must decide for itself.
     ::signal(SIGPIPE, SIG_DFL);
     ::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
     ::execvpe(words[0], words.data(), variables.data());
@@ -241,7 +241,7 @@ Ending ServeProgram::end() {
   return ending;
 }
 
-/// The output has ended, so the program is about to; still, it is not waited for without a bound.
+/// The output has ended, so the program ends soon. The wait still has a bound.
 int ServeProgram::waitForExit() {
   const Clock::time_point deadline = Clock::now() + patience;
   int status = 0;

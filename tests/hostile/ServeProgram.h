@@ -1,6 +1,6 @@
 #pragma once
 
-/// The built executable as `tarnwell serve`, in a temporary home of its own, spoken to line by line.
+/// Runs the built executable as `tarnwell serve` in a temporary home, and talks to it line by line.
 ///
 ///     Home home;
 ///     home.useServer(server.port());
@@ -8,12 +8,12 @@
 ///     ToolAnswer answer = program.call("search_inbox", {{"limit", 1}});
 ///     Ending ending = program.end();
 ///
-/// The home has settings that allow every write, and the environment of the program names nothing but this
-/// home, the test's certificate authority and the bus of the test's own secret service, which knows the
-/// password of `testEmail`. Each of these can be changed before the program is started.
+/// The home has settings that allow every write. The program's environment names only this home, the test's
+/// certificate authority and the bus of the test's own secret service, which has the password of `testEmail`.
+/// A test may change all of these before it starts the program.
 ///
-/// Nothing here waits without a bound: a program that does not answer throws `std::runtime_error`, which
-/// fails the row. Programs needed: dbus-daemon.
+/// Every wait has a bound. If the program does not answer, `std::runtime_error` fails the row. Programs
+/// needed: dbus-daemon.
 ///
 /// Threads: one at a time for each object.
 
@@ -35,53 +35,54 @@
 
 namespace tarnwell::test {
 
-/// Longer than any single wait of the program, also under a sanitizer on a busy machine.
+/// Longer than any single wait of the program, even with a sanitizer on a busy machine.
 inline constexpr std::chrono::seconds patience{90};
 
-/// Where one program lives: files and environment.
+/// The files and the environment of one program.
 class Home {
  public:
-  /// Without a server: the settings name a port at which nobody listens.
+  /// The settings name a port where nobody listens.
   Home();
 
-  /// Settings that allow every write, for the server at this port of the host. Read by the next tool call.
+  /// Writes settings that allow every write, for the server at this port of the host. Valid from the next
+  /// call.
   void useServer(std::uint16_t port, std::string_view host = "localhost");
-  /// Any bytes as the settings file.
+  /// Writes any bytes as the settings file.
   void writeSettings(std::string_view bytes) const;
   void removeSettings() const;
 
   std::filesystem::path path() const { return directory_.path(); }
   std::filesystem::path settingsFile() const;
 
-  /// What `useServer` writes: the account, and whether COPY and a flag may stand in for a rejected MOVE.
+  /// For `useServer`: the account, and whether COPY and a flag may replace a rejected MOVE.
   std::string email;
   bool isFallbackAllowed = false;
 
-  /// The environment of the programs that are started here, by name. Change it at will.
+  /// The environment of programs that start from now on, by name. May be changed.
   std::map<std::string, std::string> environment;
-  /// Words put before the program's own, as in {"prlimit", "--nofile=16"}. The launcher must become the
-  /// program (exec), so that `processID` is the program's.
+  /// Words before the program's own, as in {"prlimit", "--nofile=16"}. The launcher must become the program
+  /// (exec), so that `processID` is the program's.
   std::vector<std::string> launcher;
 
  private:
   TemporaryDirectory directory_;
 };
 
-/// What a tool call gave.
+/// The result of a tool call.
 struct ToolAnswer {
   bool isError = false;
   JSONValue result;
 
-  /// The text of a failure; empty for a result that is none.
+  /// The text of a failure. Empty for a success.
   std::string error() const { return isError ? result["error"].stringValue().value_or("") : ""; }
 };
 
 /// How a program ended.
 struct Ending {
-  /// The exit status, or minus the number of the signal.
+  /// The exit status, or the negative number of the signal.
   int status = 0;
   std::string standardError;
-  /// What it still wrote after the last answer that was read.
+  /// The output after the last answer that was read.
   std::string restOfOutput;
 
   bool operator==(const Ending&) const = default;
@@ -98,19 +99,19 @@ class ServeProgram {
   explicit ServeProgram(const Home& home);
   ServeProgram(const ServeProgram&) = delete;
   ServeProgram& operator=(const ServeProgram&) = delete;
-  /// Kills the program, when it still runs, by its process id.
+  /// Kills a program that still runs, by its process id.
   ~ServeProgram();
 
   pid_t processID() const { return process_; }
-  /// Its memory and its descriptors. Of no use when the home has a launcher, whose memory this would be.
+  /// Its memory and descriptors. Useless when the home has a launcher: it would be the launcher's memory.
   const ProcessView& view() const { return *view_; }
 
-  /// Bytes as they are, of any number.
+  /// Sends any bytes unchanged.
   void send(std::string_view bytes);
   /// The next line of the output, without its line feed.
   std::string readLine();
 
-  /// One request, and its answer as it came; throws when the answer is to something else.
+  /// Sends one request and returns its answer unchanged. Throws when the answer belongs to another request.
   JSONValue request(std::string_view method, const JSONValue& parameters);
 
   ToolAnswer call(std::string_view tool, const JSONObject& arguments = {});
@@ -120,11 +121,11 @@ class ServeProgram {
 
   bool answersPing();
 
-  /// Goes away as the reader of the standard output. Nothing can be read afterwards.
+  /// Closes the reading end of the standard output. Nothing can be read afterwards.
   void closeOutput();
 
   void endInput();
-  /// Ends the standard input, if it is still open, and waits for the program's end.
+  /// Closes the standard input if it is still open, and waits for the program's end.
   Ending end();
 
  private:

@@ -19,7 +19,7 @@ std::string withPort(std::string text, std::uint16_t port) {
   return text;
 }
 
-/// A login, one folder, a farewell.
+/// A login, one folder and a logout.
 Dialogue honestDialogue() {
   return loginDialogue() + Dialogue{
                                expect("A0004 LIST \"\" \"*\"\r\n"),
@@ -29,7 +29,7 @@ Dialogue honestDialogue() {
                            };
 }
 
-/// All that the client may have said by the end of the dialogue.
+/// Everything that the client may have sent by the end of the dialogue.
 std::string expectedBytes(const Dialogue& dialogue) {
   std::string bytes;
   for (const Step& step : dialogue) {
@@ -38,7 +38,7 @@ std::string expectedBytes(const Dialogue& dialogue) {
   return bytes;
 }
 
-/// The client said what the dialogue expects, as far as it went, and nothing else.
+/// The client sent only what the dialogue expects, up to its end or the fault.
 void expectOnlyExpectedBytes(const ServerAttack& row, FakeIMAPServer& server) {
   const std::string problem = server.mismatch();
   const std::string received = server.received();
@@ -47,13 +47,13 @@ void expectOnlyExpectedBytes(const ServerAttack& row, FakeIMAPServer& server) {
     EXPECT_EQ(problem, "");
   }
   if (row.options.plainText || row.options.mute) {
-    // What came is the beginning of a TLS handshake.
+    // The bytes are the beginning of a TLS handshake.
     EXPECT_EQ(received.find("LOGIN"), std::string::npos);
     EXPECT_EQ(received.find(testPassword), std::string::npos);
   } else if (row.isBrokenOff) {
     EXPECT_TRUE(expected.starts_with(received)) << received.substr(0, 1000);
   } else {
-    // Also what came while the server had fallen silent.
+    // Includes bytes that came after the server fell silent.
     EXPECT_TRUE(received == expected) << received.substr(0, 1000);
   }
 }
@@ -66,10 +66,10 @@ void expectPeakBelow(std::size_t megabytes, const ServeProgram& program) {
   }
 }
 
-/// A row that is being played. The row must outlive it.
+/// A row during its play. The row must outlive it.
 class Play {
  public:
-  /// Starts the server and the program, and makes the call.
+  /// Starts the server and the program, and sends the call.
   explicit Play(const ServerAttack& row) : row_(row), server_(row.dialogue, row.options) {
     home_.email = row.email;
     home_.isFallbackAllowed = row.isFallbackAllowed;
@@ -79,7 +79,7 @@ class Play {
     program_->sendCall(row.tool, row.arguments);
   }
 
-  /// Waits for the answer, and checks all there is to check.
+  /// Waits for the answer and checks everything.
   void finish() {
     expectAnswer(program_->readAnswer());
     EXPECT_EQ(server_.acceptCount(), row_.connections);
@@ -110,7 +110,7 @@ class Play {
   std::optional<ServeProgram> program_;
 };
 
-/// Rows whose calls are made together.
+/// Rows whose calls run at the same time.
 class PlaysAtOnce {
  public:
   explicit PlaysAtOnce(std::vector<ServerAttack> rows) : rows_(std::move(rows)) {}
@@ -134,7 +134,7 @@ class PlaysAtOnce {
 
 Attack byServer(ServerAttack row) {
   Attack attack{row.name, row.attack, row.outcome, {}};
-  // Shared, since functions are copied and rows may be large.
+  // Shared, because functions are copied and rows may be large.
   attack.play = [row = std::make_shared<const ServerAttack>(std::move(row))] { Play(*row).finish(); };
   return attack;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-/// An attack by the mail server: one tool call while a fake server plays a dialogue, and then the proof
-/// that the program is none the worse for it.
+/// An attack by the mail server: one tool call while a fake server plays a dialogue. Then the test checks
+/// that the program still works.
 ///
 ///     byServer({.name = "byeGreeting",
 ///               .attack = "the greeting is BYE, then the connection closes",
@@ -9,10 +9,9 @@
 ///               .dialogue = {answer("* BYE\r\n"), closeHere()},
 ///               .error = "The IMAP connection was closed unexpectedly."})
 ///
-/// Whatever the attack was, the program must afterwards answer `ping` and `get_status`, list the folders of
-/// an honest server, end with status 0 at the end of its input, and have written nothing to its standard
-/// error. The client's bytes must be exactly those of the dialogue; so a login that the dialogue does not
-/// expect fails the row.
+/// After any attack the program must answer `ping` and `get_status`, list the folders of an honest server,
+/// end with status 0 at the end of its input, and leave its standard error empty. The client's bytes must be
+/// exactly those of the dialogue. A login that the dialogue does not expect therefore fails the row.
 
 #include <functional>
 #include <ostream>
@@ -45,31 +44,31 @@ struct ServerAttack {
   std::string host = "localhost";
   std::string email = testEmail;
   std::string password = testPassword;
-  /// The settings let COPY and a flag stand in for a rejected MOVE.
+  /// The settings allow COPY and a flag to replace a rejected MOVE.
   bool isFallbackAllowed = false;
 
-  /// The exact text of the failure, PORT standing for the server's port. Empty: the call succeeds.
+  /// The exact text of the failure, with PORT for the server's port. Empty when the call succeeds.
   std::string error{};
-  /// Looks at the result of a call that succeeds.
+  /// Checks the result of a call that succeeds.
   std::function<void(const JSONValue&)> check{};
-  /// The client is expected to break off before the end of the dialogue.
+  /// True when the client breaks off before the end of the dialogue.
   bool isBrokenOff = false;
-  /// How often the program connects.
+  /// The number of connections that the program makes.
   int connections = 1;
-  /// The most memory that the program may ever have held; 0 for any. Not looked at under a sanitizer, which
-  /// keeps memory of its own.
+  /// The most memory that the program may ever hold. 0 means any. Not checked under a sanitizer, which uses
+  /// memory of its own.
   std::size_t peakMegabytes = 0;
 };
 
 Attack byServer(ServerAttack row);
 std::vector<Attack> byServer(std::vector<ServerAttack> rows);
-/// The same for rows that mostly wait: the first that is played makes the calls of all, each to a program and
-/// a server of its own, and each row looks at its own answer. They all have the password of every other test.
+/// The same for rows that mostly wait. The first row that is played makes the calls of all rows, each with
+/// its own program and server. Each row checks its own answer. All use the password of the other tests.
 std::vector<Attack> byServersAtOnce(std::vector<ServerAttack> rows);
 
-/// What every row ends with: the program answers `ping`, `get_status` and a call to an honest server.
+/// The end of every row: the program answers `ping`, `get_status` and a call to an honest server.
 void expectSound(Home& home, ServeProgram& program);
-/// The program ends with status 0 at the end of its input, and said nothing more.
+/// The program ends with status 0 at the end of its input and writes nothing more.
 void expectQuietEnd(ServeProgram& program);
 
 }  // namespace tarnwell::test

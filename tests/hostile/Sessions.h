@@ -1,7 +1,7 @@
 #pragma once
 
-/// The whole sessions of all tools with an honest server, cut into exchanges, so that a row can break one at
-/// any of them.
+/// The complete sessions of all tools with an honest server, divided into exchanges. A row can disturb a
+/// session at any exchange.
 ///
 ///     const Session session = searchSession();
 ///     brokenAt(session, session.position("LOGIN"), closeHere())    // reads the LOGIN, then closes
@@ -17,7 +17,7 @@
 
 namespace tarnwell::test {
 
-/// What the client says, nothing before the greeting, and what the server answers.
+/// One command of the client and the server's answer. The greeting has no command.
 struct Exchange {
   std::string name;
   std::string command;
@@ -31,25 +31,26 @@ class Session {
   /// Greeting, login, capabilities and the inbox, opened by EXAMINE or SELECT.
   Session(std::string tool, JSONObject arguments, const std::string& select = "EXAMINE");
 
-  /// A command and its answer: untagged lines with their line ends, and OK. The name is the command's word.
+  /// A command and its answer: untagged lines with their line ends, and OK. `name` is the word for the
+  /// command.
   Session& then(const std::string& name, const std::string& command, const std::string& untagged = "");
-  /// A piece of a command that ends in a literal's announcement, and the server's "+".
+  /// A part of a command that ends with the announcement of a literal, and the server's "+".
   Session& thenLiteral(const std::string& name, const std::string& piece);
-  /// The end of a command whose beginning was sent by `thenLiteral`.
+  /// The rest of a command that `thenLiteral` began.
   Session& thenRest(const std::string& name, const std::string& rest, const std::string& untagged = "");
-  /// The same exchange with another answer of the server's; TAG stands for the command's tag.
+  /// The same session with another answer to one exchange. TAG stands for the command's tag.
   Session answering(const std::string& name, const std::string& answer) const;
-  /// The session up to the exchange of that name, and then LOGOUT.
+  /// The session up to this exchange, and then LOGOUT.
   Session leavingAfter(std::string_view name) const;
 
-  /// The tool's name, with a word more for the move by COPY and STORE.
+  /// The tool's name, with one more word for the move by COPY and STORE.
   std::string name() const { return isFallbackAllowed ? tool + "ByCopy" : tool; }
   std::size_t position(std::string_view name) const;
   std::string tag(std::size_t number) const;
 
   std::string tool;
   JSONObject arguments;
-  /// The session needs settings that let COPY and a flag stand in for a rejected MOVE.
+  /// True when the session needs settings that allow COPY and a flag to replace a rejected MOVE.
   bool isFallbackAllowed = false;
   std::vector<Exchange> exchanges;
 
@@ -57,22 +58,22 @@ class Session {
   unsigned commands_ = 0;
 };
 
-/// The session as it should be.
+/// The undisturbed session.
 Dialogue honest(const Session& session);
-/// The same with these steps in the place of one answer.
+/// The session with these steps in place of one answer.
 Dialogue answeredBy(const Session& session, std::string_view name, const Dialogue& steps);
-/// The session up to the exchange at `position`, whose command is still read; then `answerBegin`, and
-/// `fault`.
+/// The session up to the exchange at `position`. The server still reads that command, sends `answerBegin`,
+/// and then does `fault`.
 Dialogue brokenAt(const Session& session, std::size_t position, const Step& fault,
                   const std::string& answerBegin = "");
 
-/// A row that calls the session's tool while the server plays the session as it should be, or another
-/// dialogue. The call is expected to succeed, until the row says otherwise.
+/// A row that calls the session's tool while the server plays the session undisturbed, or another dialogue.
+/// The call must succeed unless the row says otherwise.
 ServerAttack attackDuring(const Session& session, std::string name, std::string attack, std::string outcome);
 ServerAttack attackDuring(const Session& session, Dialogue dialogue, std::string name, std::string attack,
                           std::string outcome);
 
-/// The FETCH response with the summary of the message 7, subject "Lunch".
+/// The FETCH response with the summary of message 7, subject "Lunch".
 std::string summaryLine();
 
 Session listSession();
@@ -81,7 +82,7 @@ Session summarySession();
 Session bodySession();
 Session cleanupSession();
 Session moveSession();
-/// A move that the server rejects and the program makes by COPY and STORE.
+/// A move that the server rejects and the program makes with COPY and STORE.
 Session fallbackSession();
 Session markReadSession();
 Session trashSession();
@@ -93,7 +94,7 @@ struct SessionStep {
   const Exchange& exchange() const { return session.exchanges[position]; }
 };
 
-/// Every exchange of every tool that opens a session; of the move by COPY and STORE those from the MOVE on.
+/// Every exchange of every tool that opens a session. Of the move by COPY and STORE only from MOVE on.
 std::vector<SessionStep> everyStep();
 
 }  // namespace tarnwell::test

@@ -1,4 +1,4 @@
-/// What lies where the settings file should lie, and a file that changes while it is read.
+/// Things in the place of the settings file, and a file that changes while it is read.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -25,7 +25,7 @@ struct SettingsRow {
   std::string name;
   std::string attack;
   std::string outcome = "acts as without settings: says that no account is configured";
-  /// Puts something in the place of the file that `home` has.
+  /// Replaces the settings file of `home` by something else.
   std::function<void(const fs::path& file)> spoil;
   Launcher launcher{};
 };
@@ -59,15 +59,15 @@ Attack bySettings(SettingsRow row) {
   return attack;
 }
 
-/// Settings whose first and last member tell the same number, with so much between them that they are not
-/// read at once.
+/// Settings whose first and last members contain the same number. The text between them is too long to be
+/// read with one read.
 std::string longSettings(int number) {
   const std::string digits = std::to_string(number);
   return R"({"email":"user)" + digits + R"(@example.org","filling":")" + std::string(200 * 1000, '.') +
          R"(","imapHost":"localhost","imapPort":)" + digits + "}";
 }
 
-/// As an editor and the companion app do it.
+/// Replaces the file as an editor and the companion app do.
 void replaceWhole(const fs::path& file, const std::string& text) {
   const fs::path next = file.string() + ".next";
   std::ofstream(next, std::ios::binary) << text;

@@ -1,5 +1,5 @@
-/// The server falls silent at each step of each tool's session. Each program waits half a minute, so they all
-/// wait at the same time.
+/// The server falls silent at each step of each tool's session. Each program waits half a minute, so all wait
+/// at the same time.
 
 #include "hostile/ServerAttack.h"
 #include "hostile/Sessions.h"
@@ -11,7 +11,7 @@ namespace {
 constexpr const char* timeoutText = "The IMAP server did not respond in time.";
 constexpr const char* saysSo = "says that no answer came in time";
 
-/// What the table says of a step.
+/// The words of the table for a step.
 struct Place {
   const char* attack;
   const char* outcome;

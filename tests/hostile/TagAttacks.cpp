@@ -23,7 +23,7 @@ ServerAttack listing(std::string name, std::string attack, std::string outcome, 
   return row;
 }
 
-/// The answer to LIST is none, and then the connection closes.
+/// The answer to LIST is invalid, and then the connection closes.
 ServerAttack noCompletion(std::string name, std::string attack, const std::string& line) {
   const Session session = listSession();
   ServerAttack row = attackDuring(
@@ -33,7 +33,7 @@ ServerAttack noCompletion(std::string name, std::string attack, const std::strin
   return row;
 }
 
-/// A command is refused; the program leaves with LOGOUT.
+/// The server refuses a command, and the program leaves with LOGOUT.
 ServerAttack refused(std::string name, std::string attack, std::string outcome, const Session& session,
                      const std::string& step, const std::string& answer, std::string error) {
   ServerAttack row = attackDuring(session.answering(step, answer).leavingAfter(step), std::move(name),
@@ -42,7 +42,7 @@ ServerAttack refused(std::string name, std::string attack, std::string outcome, 
   return row;
 }
 
-/// What stands in the place of the first "+" of a search. The literal's byte is never sent.
+/// A line in place of the first "+" of a search. The program never sends the literal's byte.
 ServerAttack insteadOfPlus(std::string name, std::string attack, const std::string& line) {
   return {
       .name = std::move(name),
@@ -55,7 +55,7 @@ ServerAttack insteadOfPlus(std::string name, std::string attack, const std::stri
       .error = "Unexpected IMAP response: " + line};
 }
 
-/// The answer to CAPABILITY comes together with that to LOGIN.
+/// The answer to CAPABILITY comes together with the answer to LOGIN.
 ServerAttack answerBeforeItsCommand() {
   const Session session = listSession()
                               .answering("LOGIN", "TAG OK in\r\n* CAPABILITY IMAP4rev1\r\nA0002 OK early\r\n")
@@ -98,12 +98,12 @@ std::vector<Attack> tagAttacks() {
       listing("tagTooNew", "an answer with a tag not yet used", "waits for its own",
               "A9999 NO new\r\nTAG OK done\r\n"),
       listing("statusInLowerCase", "the status word in lower case", "accepts it", "TAG ok done\r\n"),
-      listing("noTextBehindStatus", "a status word with nothing behind it", "accepts it", "TAG OK\r\n"),
+      listing("noTextBehindStatus", "a status word with nothing after it", "accepts it", "TAG OK\r\n"),
       listing("strayContinuation", "a \"+\" where nothing was announced", "passes over it",
               "+ go on\r\n+\r\nTAG OK done\r\n"),
       listing("byeAmidAnAnswer", "BYE before the tagged answer", "waits for the answer",
               "* BYE soon\r\nTAG OK done\r\n"),
-      noCompletion("tagWithoutSpace", "an answer with no blank behind its tag", "A0004OK done\r\n"),
+      noCompletion("tagWithoutSpace", "an answer with no blank after its tag", "A0004OK done\r\n"),
       noCompletion("tagInLowerCase", "an answer with its tag in lower case", "a0004 OK done\r\n"),
       noCompletion("starInsteadOfTag", "an untagged OK in the place of the answer", "* OK done\r\n"),
       answerBeforeItsCommand(),

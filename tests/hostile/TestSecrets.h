@@ -12,11 +12,11 @@ FakeSecretService::Answers passwordAnswers(std::string_view password);
 /// Bytes as GVariant writes them, as in "[byte 112, 119]".
 std::string byteList(std::string_view text);
 
-/// The address of a bus of this test program's own, where a secret service holds the password of
-/// `testEmail`. Started with the first call.
+/// The address of this test program's own bus, where a secret service has the password of `testEmail`. The
+/// first call starts the bus.
 std::string busWithPassword();
 
-/// Any bytes as that password, from now on.
+/// Replaces that password by any bytes.
 void storePassword(std::string_view password);
 
 }  // namespace tarnwell::test

@@ -1,5 +1,5 @@
-/// Texts of the user and of the client that try to be more than texts. No second command is ever sent: the
-/// server's dialogue holds every byte that may come.
+/// Texts from the user and the client that try to act as commands. A second command is never sent: the
+/// server's dialogue contains every byte that may come.
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@ constexpr std::size_t tenMegabytes = 10000000;
 const std::string secondCommand = "x\r\nA0002 LOGOUT\r\n";
 constexpr const char* refusedText = "Invalid argument: control character in IMAP argument";
 
-/// The folders are listed after a login with these two, as they stand in quotes.
+/// A list of folders after a login with these two, in the form that they have in quotes.
 ServerAttack loginAs(std::string name, std::string attack, std::string outcome, std::string email,
                      std::string password, const std::string& quotedPair) {
   Session session = listSession();
@@ -37,7 +37,7 @@ ServerAttack refusedLogin(std::string name, std::string attack, std::string emai
           .error = refusedText};
 }
 
-/// No connection is made.
+/// The program makes no connection.
 ServerAttack notEvenConnected(std::string name, std::string attack, std::string outcome, std::string email,
                               std::string password, std::string error) {
   return {.name = std::move(name),
@@ -49,7 +49,7 @@ ServerAttack notEvenConnected(std::string name, std::string attack, std::string 
           .connections = 0};
 }
 
-/// A search for this text, which arrives byte for byte as a literal.
+/// A search for this text, which arrives unchanged as a literal.
 ServerAttack searchFor(std::string name, std::string attack, const std::string& text,
                        const std::string& charset = "") {
   return {.name = std::move(name),
@@ -81,7 +81,7 @@ std::vector<ServerAttack> logins() {
               testPassword, "\"a\\\"b\\\\c@d\" \"app-pass-word\""),
       loginAs("emailWithMarker", "an e-mail address `{0}`", "quotes it", "{0}", testPassword,
               "\"{0}\" \"app-pass-word\""),
-      refusedLogin("emailWithCommand", "an e-mail address with a line end and a command behind it",
+      refusedLogin("emailWithCommand", "an e-mail address with a line end and a command after it",
                    secondCommand, testPassword),
       refusedLogin("emailWithControl", "an e-mail address with a control character of Unicode", "a\xC2\x85@b",
                    testPassword),
@@ -96,7 +96,7 @@ std::vector<ServerAttack> logins() {
               "a\"b\\c", "\"user@example.org\" \"a\\\"b\\\\c\""),
       loginAs("passwordWithMarker", "a password `{0}`", "quotes it", testEmail, "{0}",
               "\"user@example.org\" \"{0}\""),
-      refusedLogin("passwordWithCommand", "a password with a line end and a command behind it", testEmail,
+      refusedLogin("passwordWithCommand", "a password with a line end and a command after it", testEmail,
                    secondCommand),
       refusedLogin("passwordWithZeroByte", "a password with a zero byte", testEmail, std::string("a\0b", 3)),
       loginAs("passwordOf10Megabytes", "a password of ten megabytes", "sends it, once", testEmail, large,
@@ -120,7 +120,7 @@ std::vector<Attack> textAttacks() {
       searchFor("searchWithMarker", "a search text `{0}`", "{0}"),
       searchFor("searchWithMarkerAndLine", "a search text that announces a literal of its own",
                 "a {3}\r\nbcd"),
-      searchFor("searchWithCommand", "a search text with a line end and a command behind it", secondCommand),
+      searchFor("searchWithCommand", "a search text with a line end and a command after it", secondCommand),
       searchFor("searchBeyondASCII", "a search text in another script", "日本語\xE2\x80\xAE",
                 " CHARSET UTF-8"),
       searchFor("searchOf10Megabytes", "a search text of ten megabytes", std::string(tenMegabytes, 'x')),
@@ -128,7 +128,7 @@ std::vector<Attack> textAttacks() {
              std::string("a\0\x01\x1B[2J", 7)),
       moveTo("folderWithQuotes", "a target folder with quotes and backslashes", "Archive\" \"\\"),
       moveTo("folderWithMarker", "a target folder `{0}`", "{0}"),
-      moveTo("folderWithCommand", "a target folder with a line end and a command behind it",
+      moveTo("folderWithCommand", "a target folder with a line end and a command after it",
              "Archive\r\nA0002 LOGOUT\r\n"),
       moveTo("folderOf10Megabytes", "a target folder of ten megabytes", std::string(tenMegabytes, 'x')),
   };

@@ -1,12 +1,12 @@
 #pragma once
 
-/// Runs a program step by step under ptrace(2), to kill it in the middle of something.
+/// Runs a program step by step under ptrace(2), and kills it in the middle of an operation.
 ///
 ///     TracedEnd end = runKilledAt(command, environment, 3);
 ///
-/// Counted are the system calls of the first thread, from the first one that makes a directory. When the
-/// wanted one is about to begin, the program is killed as by `kill -9`: between two system calls nothing of
-/// a program can be seen from outside, so these are all the states that a crash can leave.
+/// It counts the system calls of the first thread, from the first one that makes a directory, and kills the
+/// program as `kill -9` does when the wanted one is about to begin. Between two system calls nothing changes
+/// outside of the program. So these are all states that a crash can leave.
 
 #include <sys/ptrace.h>
 #include <sys/syscall.h>
@@ -27,14 +27,14 @@ namespace tarnwell::test {
 
 struct TracedEnd {
   bool isKilled = false;
-  /// The exit status of a program that was not killed; minus the signal that ended it.
+  /// The exit status of a program that was not killed, or the negative number of the signal that ended it.
   int status = 0;
 };
 
 class TracedProgram {
  public:
   TracedProgram(std::vector<std::string> command, std::vector<std::string> environment) {
-    // Made before the fork: after it only a few calls are allowed.
+    // Made before the fork, because only a few calls are allowed after it.
     std::vector<char*> words = argumentVector(command);
     std::vector<char*> variables = argumentVector(environment);
     process_ = ::fork();
@@ -85,7 +85,7 @@ class TracedProgram {
     return status;
   }
 
-  /// At the beginning of a system call, not at its end.
+  /// Counts a system call at its beginning, not at its end.
   bool isCounted(bool hasBegun) const {
     __ptrace_syscall_info call{};
     ::ptrace(PTRACE_GET_SYSCALL_INFO, process_, sizeof call, &call);

@@ -1,4 +1,5 @@
-/// Answers to the commands that change the mailbox. Whatever is said of a change is what the server said.
+/// Answers to the commands that change the mailbox. The program reports a change only as the server reported
+/// it.
 
 #include <gtest/gtest.h>
 
@@ -24,7 +25,7 @@ ServerAttack writing(std::string name, std::string attack, std::string outcome, 
   return row;
 }
 
-/// The write is sent, its answer begins, and the connection closes.
+/// The client sends the write, its answer begins, and the connection closes.
 ServerAttack lost(const Session& session, const std::string& step, const std::string& begin) {
   ServerAttack row = attackDuring(
       session, brokenAt(session, session.position(step), closeHere(), begin),
@@ -35,7 +36,7 @@ ServerAttack lost(const Session& session, const std::string& step, const std::st
   return row;
 }
 
-/// The fallback session, refused at a step; the session then ends.
+/// The session of the fallback. The server refuses one step, and the session ends.
 ServerAttack fallbackRefused(const std::string& step, std::string outcome) {
   return writing(
       "fallback" + step + "Refused", "MOVE is refused, and then " + step + " too", std::move(outcome),

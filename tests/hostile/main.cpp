@@ -15,7 +15,7 @@ namespace {
 
 class AttackTest : public testing::Test {
  public:
-  /// The row outlives the test.
+  /// The row must outlive the test.
   explicit AttackTest(const Attack& attack) : attack_(attack) {}
   void TestBody() override { attack_.play(); }
 
@@ -23,7 +23,7 @@ class AttackTest : public testing::Test {
   const Attack& attack_;
 };
 
-/// A line of the table, which may stand for several rows that say the same.
+/// A line of the table. It may stand for several rows with the same text.
 struct TableLine {
   std::string text;
   std::size_t rows = 1;
@@ -49,7 +49,7 @@ void printTable() {
   for (const AttackGroup& group : attackTable()) {
     const std::vector<Attack> attacks = group.attacks();
     count += attacks.size();
-    tables << "\n### " << group.title << "\n\nShown by `hostile." << group.name
+    tables << "\n## " << group.title << "\n\nShown by `hostile." << group.name
            << "`.\n\n| Attack | What the program does | Tests |\n|---|---|---|\n";
     for (const TableLine& line : tableLines(attacks)) {
       tables << line.text << ' ' << line.rows << " |\n";
@@ -58,7 +58,7 @@ void printTable() {
   std::cout << count << " tests in " << attackTable().size() << " groups.\n" << tables.str();
 }
 
-/// The rows of one group, or of all; the tests own them. False when there are none.
+/// The rows of one group or of all groups, owned by the tests. False when there are none.
 bool registerTests(const std::string& wantedGroup) {
   bool hasRows = false;
   for (const AttackGroup& group : attackTable()) {

@@ -1,7 +1,7 @@
 #pragma once
 
-/// A Secret Service that behaves as a test wants: mute, prompting, failing. It answers on GLib's own
-/// thread for the connection, from a filter, so that the test needs no event loop.
+/// A Secret Service that a test controls: mute, prompting or failing. It answers from a filter on GLib's
+/// thread for the connection, so the test needs no event loop.
 
 #include <gio/gio.h>
 
@@ -19,11 +19,11 @@ namespace tarnwell::test {
 
 class FakeSecretService {
  public:
-  /// The answer to one method: the reply's arguments in GVariant's text form; "!" and an error name; or
-  /// "..." for no answer at all. A method that is not named here gives the error UnknownMethod.
+  /// The answer to each method. It is the reply's arguments in GVariant's text form; or "!" and an error
+  /// name; or "..." for no answer. A method without an entry gives the error UnknownMethod.
   using Answers = std::map<std::string, std::string>;
 
-  /// Answers of a service with one unlocked collection, which holds one unlocked item.
+  /// The answers of a service with one unlocked collection that has one unlocked item.
   static Answers oneItem() {
     return {
         {"OpenSession", "(<''>, objectpath '/session')"},
@@ -60,14 +60,14 @@ class FakeSecretService {
     g_dbus_connection_remove_filter(connection_.get(), filter_);
   }
 
-  /// From now on GetSecret gives these bytes, whatever the answers say: bytes of any number and kind, for
-  /// which GVariant's text form is too slow.
+  /// From now on GetSecret returns these bytes, whatever the answers say. Any bytes are allowed, also many,
+  /// for which GVariant's text form is too slow.
   void holdSecret(std::string secret) {
     std::lock_guard guard(lock_);
     secret_ = std::move(secret);
   }
 
-  /// The methods that were called, each as often as it was.
+  /// The methods that were called, each as often as it was called.
   std::multiset<std::string> called() const {
     std::lock_guard guard(lock_);
     return called_;

@@ -1,7 +1,7 @@
 /// Serves the tools over HTTP on a free loopback port, for tests that drive it with real clients.
 ///
-/// Prints the endpoint's URL on a line of its own, and stops when its standard input ends: exit status 0, and
-/// 1 when it could not listen.
+/// Prints the endpoint's URL on one line, and stops when its standard input ends. The exit status is 0, or 1
+/// when it could not listen.
 
 #include <iostream>
 #include <limits>

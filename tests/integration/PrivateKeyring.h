@@ -1,10 +1,10 @@
 #pragma once
 
-/// A session bus and a gnome-keyring of their own for one test, in a temporary directory that is also
-/// their HOME and runtime directory. The user's own bus and keyrings are never touched.
+/// A session bus and a gnome-keyring for one test, in a temporary directory that is also their HOME and
+/// runtime directory. They never touch the user's own bus and keyrings.
 ///
-/// Programs needed: dbus-daemon, gnome-keyring-daemon, secret-tool, dbus-send. A test without one of them
-/// fails with its name.
+/// Programs needed: dbus-daemon, gnome-keyring-daemon, secret-tool, dbus-send. Without one of them the test
+/// fails and names it.
 
 #include <gio/gio.h>
 
@@ -22,7 +22,7 @@
 
 namespace tarnwell::test {
 
-/// A bus that starts no services by itself.
+/// A bus that starts no service by itself.
 class PrivateBus {
  public:
   PrivateBus() {
@@ -51,7 +51,7 @@ class PrivateBus {
             "DBUS_SESSION_BUS_ADDRESS=" + address_, "PATH=/usr/local/bin:/usr/bin:/bin", "LC_ALL=C.UTF-8"};
   }
 
-  /// Runs a program with this bus to its end and gives its output; throws when it reports a failure.
+  /// Runs a program with this bus and returns its output. Throws when the program reports a failure.
   std::string run(const std::vector<std::string>& command, const std::string& input = "") const {
     ChildProgram program(command, environment(), input);
     std::string output = program.readAll();
@@ -61,7 +61,7 @@ class PrivateBus {
     return output;
   }
 
-  /// A connection of the test itself.
+  /// A connection for the test itself.
   std::unique_ptr<GDBusConnection, decltype(&g_object_unref)> connect() const {
     constexpr auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
@@ -93,14 +93,14 @@ class PrivateBus {
   std::string address_;
 };
 
-/// A bus with a keyring whose collection "login" is the default one and unlocked.
+/// A bus with a keyring whose default collection is "login" and unlocked.
 class PrivateKeyring {
  public:
   PrivateKeyring() { start("right"); }
 
   const PrivateBus& bus() const { return bus_; }
 
-  /// As the user or another program would store it. No attributes but the given pairs.
+  /// Stores an item as the user or another program would, with only the given attributes.
   void storeByTool(const std::vector<std::string>& attributes, const std::string& secret,
                    const std::string& collection = "") {
     std::vector<std::string> command{"secret-tool", "store", "--label=Tarnwell"};
@@ -111,9 +111,9 @@ class PrivateKeyring {
     bus_.run(command, secret);
   }
 
-  /// What secret-tool prints about every item with these attributes.
+  /// The output of secret-tool for every item with these attributes.
   std::string searchByTool(const std::vector<std::string>& attributes) {
-    // secret-tool prints attributes to the standard error; both are wanted here.
+    // secret-tool prints attributes to the standard error. The test needs both streams.
     std::string command = "exec secret-tool search --all";
     for (const std::string& attribute : attributes) {
       command += " '" + attribute + "'";
@@ -127,10 +127,10 @@ class PrivateKeyring {
               "array:objpath:/org/freedesktop/secrets/collection/login"});
   }
 
-  /// The same keyring file under a new daemon that was given the wrong password.
+  /// Starts a new daemon with the same keyring file and the wrong password.
   void restartLocked() { restart("wrong"); }
 
-  /// The same under a new daemon that was given the right one.
+  /// Starts a new daemon with the same keyring file and the right password.
   void restartUnlocked() { restart("right"); }
 
  private:

@@ -1,4 +1,4 @@
-// Name resolution against a name server that never answers, in a network of the test's own.
+// Name resolution with a name server that never answers, in a network of the test's own.
 
 #include <arpa/inet.h>
 #include <fcntl.h>
@@ -23,7 +23,7 @@
 namespace tarnwell::test {
 namespace {
 
-/// How the child ended; it cannot report through GoogleTest.
+/// How the child ended. It cannot report through GoogleTest.
 enum Ending : int {
   timedOut,
   failedOtherwise,
@@ -40,8 +40,8 @@ bool writeFile(const char* path, const std::string& text) {
   return file.good();
 }
 
-/// A network and a view of the file system that no other process sees. Root needs no more; anybody else
-/// becomes root of a user namespace first.
+/// Enters a network and a view of the file system that no other process sees. Root can do this directly.
+/// Other users first become root of a user namespace.
 bool enterNamespaces() {
   const uid_t user = getuid();
   const gid_t group = getgid();
@@ -66,7 +66,7 @@ bool raiseLoopback() {
   return isUp;
 }
 
-/// Takes questions and never answers. It stays open until the process ends.
+/// Starts a server that takes questions and never answers. It stays open until the process ends.
 bool startMuteNameServer() {
   const int descriptor = socket(AF_INET, SOCK_DGRAM, 0);
   sockaddr_in address{};
@@ -76,7 +76,7 @@ bool startMuteNameServer() {
   return bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 
-/// The system's resolver would be at it for ten minutes.
+/// Makes the system's resolver use that server. It would try for ten minutes.
 bool useMuteNameServer() {
   char path[] = "/tmp/tarnwell-resolv-XXXXXX";
   const int descriptor = mkstemp(path);
@@ -110,13 +110,13 @@ Ending connectToAName() {
   }
 }
 
-/// The limit of ctest on this test stands for "does not outlast the time-out": were the resolver awaited,
-/// also at the end of the process, it would run into that limit.
+/// The ctest time limit of this test also proves that the process does not wait for the resolver, not even at
+/// its end: otherwise the test would exceed the limit.
 TEST(Resolver, nameServerThatNeverAnswersDoesNotOutlastTheTimeout) {
   const pid_t child = fork();
   ASSERT_GE(child, 0);
   if (child == 0) {
-    // A normal exit, with all that runs at the end of a process.
+    // A normal exit, with everything that runs at the end of a process.
     std::exit(connectToAName());
   }
   int status = 0;

@@ -1,5 +1,5 @@
-// The system's secret items over a real gnome-keyring on a bus of its own, and over buses that are
-// missing or mute.
+// The system's secret items with a real gnome-keyring on a private bus, and with buses that are missing or
+// mute.
 
 #include "Platform/Secrets/SecretItems.h"
 
@@ -90,7 +90,7 @@ TEST_F(SecretItemsOnKeyring, twoPlacesAreKeptApart) {
   EXPECT_EQ(copy(shared), (Copy{SecretStatus::success, "in the group"}));
 }
 
-// What was told of the plain place together with the shared one is not kept for long.
+// The answer about the plain place that came with the shared one is kept only for a short time.
 TEST_F(SecretItemsOnKeyring, itemStoredAfterTheSearchInTheSharedPlaceIsFound) {
   EXPECT_EQ(copy(shared), notFound);
   keyring.storeByTool({"service", service, "account", address}, "app-pass-word");
@@ -155,7 +155,7 @@ TEST_F(SecretItemsOnKeyring, storeSavesReplacesAndDeletes) {
 }
 
 TEST_F(SecretItemsOnKeyring, ofTwoMatchesTheOneModifiedLastIsTaken) {
-  // A third attribute makes two items of what is one query for us. Times of modification are whole seconds.
+  // A third attribute makes two items that match one query. Modification times are whole seconds.
   keyring.storeByTool({"service", service, "account", address, "kind", "old"}, "old");
   std::this_thread::sleep_for(std::chrono::milliseconds(1100));
   keyring.storeByTool({"service", service, "account", address, "kind", "new"}, "new");
@@ -292,7 +292,7 @@ TEST(SecretItemsWithoutService, busThatNeverSpeaks) {
   ASSERT_EQ(::bind(listener, reinterpret_cast<const sockaddr*>(&name), sizeof name), 0);
   ASSERT_EQ(::listen(listener, 16), 0);
   ScopedEnvironment environment(onlyBus("unix:path=" + path));
-  // Each call takes its whole bound, so only two are made: a reading, and a saving, which tries twice.
+  // Each call takes its whole time limit. So there are only two: a reading, and a saving that tries twice.
   EXPECT_EQ(copy(plain), (Copy{SecretStatus::notAvailable, std::nullopt}));
   EXPECT_THROW(KeychainStore::shared().save(Secret("secret"), address), KeychainError);
   ::close(listener);

@@ -1,4 +1,4 @@
-// The system's secret items over services that are mute, want to prompt, fail or answer nonsense.
+// The system's secret items with services that are mute, want to prompt, fail or send nonsense.
 
 #include <gtest/gtest.h>
 

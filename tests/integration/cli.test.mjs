@@ -1,7 +1,7 @@
 // The command words against the real services: exit statuses and exact texts.
 //   node cli.test.mjs PROGRAM DIRECTORY PORT SERVER_PORT OTHER_DIRECTORY OTHER_PORT OTHER_SERVER_PORT FREE_PORT
-// PORT is the recorder's and SERVER_PORT the mail server's behind it, the record in DIRECTORY; the other three
-// are those of a server that does not know MOVE; FREE_PORT is nobody's.
+// PORT is the recorder's and SERVER_PORT that of the mail server behind it. The record is in DIRECTORY. The
+// other three belong to a server without MOVE. Nobody listens at FREE_PORT.
 import assert from 'node:assert/strict';
 import { execFile, spawnSync } from 'node:child_process';
 import fs from 'node:fs';
@@ -27,7 +27,7 @@ function run(words, env = environment) {
 const withoutCertificate = { ...environment };
 delete withoutCertificate.SSL_CERT_FILE;
 
-// What the server says of itself after a login, asked by another program.
+// The server's capabilities after a login, as another program gets them.
 async function capabilities(serverPort) {
   const session = await IMAPSession.open(serverPort, `${directory}/ca.pem`, account.email, 'app-pass-word');
   const [line] = await session.command('CAPABILITY');
@@ -68,7 +68,7 @@ test('aServerWithoutMoveIsReportedAsSuch', async () => {
   await assertConnects({ ...account, imapPort: Number(otherPort) }, otherServerPort, 'no');
 });
 
-// A server that greets and agrees to everything; `atLogin` is run when the login comes.
+// A server that greets and agrees to everything. It runs `atLogin` when the login arrives.
 async function startAgreeingServer(atLogin) {
   const files = { key: fs.readFileSync(`${directory}/server.key`), cert: fs.readFileSync(`${directory}/server.pem`) };
   const server = tls.createServer(files, (socket) => {
@@ -107,7 +107,7 @@ test('theOutcomeIsNotSavedForAnotherAccount', async (t) => {
 const settingsFile = `${environment.HOME}/.local/share/app.tarnwell.Tarnwell/config.json`;
 const bytesOfSettings = () => (fs.existsSync(settingsFile) ? fs.readFileSync(settingsFile, 'utf8') : 'none');
 
-// Name, and what happens to the settings while the connection is tested: what is then there stays as it is.
+// Name, and a change to the settings during the connection test. The changed settings must stay.
 const meanwhiles = [
   ['removed', () => fs.rmSync(settingsFile)],
   ['malformed', () => fs.writeFileSync(settingsFile, '{"email": "user@example.org", "imapPort": "993"}')],
@@ -126,7 +126,7 @@ for (const [name, change] of meanwhiles) {
   });
 }
 
-// Name, settings, environment, standard error (a text or an expression), whether a login may be tried.
+// Name, settings, environment, standard error (a text or an expression), and whether a login is allowed.
 const failures = [
   ['aWrongPasswordFailsAsAuthentication', { ...account, email: 'wrong@example.org' }, environment,
     `${failed}Authentication failed. Check the email address and Apple app-specific password.\n`, true],

@@ -1,7 +1,7 @@
-// The conversation of scripts/demo: a table of steps, each a request that the official MCP client sends to
-// the program, and what its answer must be like. A step that does not hold ends the demonstration.
+// The conversation of scripts/demo: a table of steps. Each step is a request that the official MCP client
+// sends to the program, and a check of the answer. A failed step ends the demonstration.
 //   node demo.mjs PROGRAM DIRECTORY PORT SERVER_PORT
-// PORT is the recorder's, SERVER_PORT the mail server's own, for a second session that looks at each change.
+// PORT is the recorder's, SERVER_PORT the mail server's own, for a second session that checks each change.
 import assert from 'node:assert/strict';
 import { Client } from '@modelcontextprotocol/sdk/client/index.js';
 import { StdioClientTransport } from '@modelcontextprotocol/sdk/client/stdio.js';
@@ -13,14 +13,14 @@ import { assertNothingForbidden, recordedCommands } from './support/wire.mjs';
 
 const [program, directory, port, serverPort] = process.argv.slice(2);
 
-// What a second session, which knows nothing of the program, sees on the server.
+// The server's state as a second, independent session sees it.
 const uidsIn = async (folder) => (await lookInto(folder, directory, serverPort)).map((message) => message.uid);
 const flagsOf = async (uid) =>
   (await lookInto('INBOX', directory, serverPort)).find((message) => message.uid === uid).flags;
 
-// title, the tool and its arguments (or a method of the protocol), and a check of the answer. `safety` is
-// written into the settings file first, as the companion app would. `onServer` says what the second session
-// must see afterwards, in words and as a check.
+// Title, the tool and its arguments (or a method of the protocol), and a check of the answer. `safety` is
+// first written into the settings file, as the companion app would do. `onServer` says what the second
+// session must see afterwards, in words and as a check.
 const steps = [
   { title: 'Which tools are there?', method: 'tools/list',
     check: ({ tools }) => assert.deepEqual(tools.map((tool) => tool.name), toolNames) },
@@ -83,7 +83,7 @@ const transport = new StdioClientTransport({ command: program, args: ['serve'], 
 const client = new Client({ name: 'tarnwell-demo', version: '1.0.0' });
 client.onerror = (error) => { throw error; };
 
-// What really travels is shown: the client's own messages are listened to on both sides.
+// Shows the real messages: listens to the client's messages in both directions.
 const send = transport.send.bind(transport);
 transport.send = (message, options) => {
   display.request(message);
@@ -123,7 +123,7 @@ for (const step of steps) {
 }
 await client.close();
 
-// Nothing was lost: what left INBOX is where it was said to be.
+// Nothing was lost: each message that left INBOX is in its new folder.
 const remaining = [...await uidsIn('INBOX'), ...await uidsIn('Archive'), ...await uidsIn('Trash')].length;
 assert.equal(remaining, samples.length, 'a message is missing');
 

@@ -1,6 +1,6 @@
-// The HTTP endpoint under clients that nobody here wrote: curl, and the official MCP client.
+// The HTTP endpoint with independent clients: curl, and the official MCP client.
 //   node http.test.mjs PROGRAM DIRECTORY PORT
-// PROGRAM is http_server_program; PORT is the recorder's, with the mail server behind it.
+// PROGRAM is http_server_program. PORT is the recorder's, with the mail server behind it.
 import assert from 'node:assert/strict';
 import { execFile, spawn } from 'node:child_process';
 import fs from 'node:fs';
@@ -23,7 +23,7 @@ const firstLine = readline.createInterface({ input: server.stdout })[Symbol.asyn
 const { value: url } = await Promise.race([firstLine,
   ended.then(({ status }) => assert.fail(`the server ended with status ${status}`))]);
 
-// curl(WORDS...) gives {status, headers, body} of the final answer; no proxy and no settings file.
+// curl(WORDS...) returns {status, headers, body} of the final answer. It uses no proxy and no settings file.
 let answers = 0;
 async function curl(...words) {
   const headers = `${directory}/headers-${++answers}`;
@@ -83,7 +83,7 @@ test('curlIsAnsweredByTheMethodAndTheHeaders', async () => {
   }
 });
 
-// curl asks "Expect: 100-continue" before it sends a body of this size.
+// Before a body of this size curl sends "Expect: 100-continue".
 test('curlMaySendLargeBodies', async () => {
   const file = `${directory}/large.json`;
   const write = (size) => {
@@ -96,7 +96,7 @@ test('curlMaySendLargeBodies', async () => {
   }
 });
 
-// The event stream that it asks for with a GET does not exist here: the client goes on without one.
+// The client asks for an event stream with GET. The endpoint has none, and the client continues without it.
 test('theOfficialClientListsAndCallsTools', async () => {
   const client = new Client({ name: 'tarnwell-integration', version: '1.0.0' });
   const problems = [];

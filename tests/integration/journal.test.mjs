@@ -1,4 +1,4 @@
-// What journalctl shows of a day with the program is what docs/logs.md shows, and nothing private is in it.
+// After a day with the program journalctl shows what docs/logs.md shows, and nothing private.
 //   node journal.test.mjs PROGRAM DIRECTORY PORT DOCUMENT
 import assert from 'node:assert/strict';
 import { execFileSync } from 'node:child_process';
@@ -17,7 +17,7 @@ function journalLines() {
     .split('\n').filter((line) => line !== '');
 }
 
-// The story that the document tells: what stands behind "tarnwell[...]: " in its first block of such lines.
+// The lines in the document: the text after "tarnwell[...]: " in its first block of such lines.
 const story = fs.readFileSync(document, 'utf8').split('\n')
   .map((line) => /^ {4}\w+ \d+ [\d:]+ \S+ tarnwell\[\d+\]: (.*)$/.exec(line)?.[1])
   .filter((line) => line !== undefined);

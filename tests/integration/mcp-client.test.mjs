@@ -1,6 +1,6 @@
-// The official MCP client against the built program, a real mail server and a real keyring.
+// The official MCP client with the built program, a real mail server and a real keyring.
 //   node mcp-client.test.mjs PROGRAM DIRECTORY PORT NOTES
-// PORT is the recorder's; NOTES plain mails stand before the samples, so that sample N has UID NOTES + N.
+// PORT is the recorder's. NOTES plain mails come before the samples, so sample N has UID NOTES + N.
 import assert from 'node:assert/strict';
 import test from 'node:test';
 import { environment, resultObject, startClient, writeSettings } from './support/program.mjs';
@@ -13,7 +13,7 @@ const uid = (number) => Number(notes) + number;
 const newestFirst = (numbers) => [...numbers].sort((a, b) => b - a).map(uid);
 
 writeSettings(account);
-// Closed by noSecretAndNoPasswordIsInAnyByteOfTheOutput, which runs whatever happened before it.
+// noSecretAndNoPasswordIsInAnyByteOfTheOutput closes it. That test runs even after failures.
 const session = await startClient(program, directory, environment);
 const search = async (args) => resultObject(await session.call('search_inbox', args));
 const found = async (args) => (await search(args)).messages.map((message) => message.uid);
@@ -137,7 +137,7 @@ test('searchesFindWhatTheyNameAndNothingElse', async () => {
 
 test('aSecurityMailIsFoundByItsCodeAndStillWithheld', async () => {
   for (const sample of samples.filter((one) => one.secret)) {
-    if (sample.number === 10) continue;  // its base64 text is for the server to decode: asked below
+    if (sample.number === 10) continue;  // its text is base64, which the server must decode: see below
     const { messages } = await search({ query: sample.secret });
     assert.deepEqual(messages.map((m) => [m.uid, m.snippet]), [[uid(sample.number), withheld]]);
   }

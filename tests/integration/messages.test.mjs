@@ -1,6 +1,6 @@
-// The tools that read one message and that propose a clean-up, on a real mail server.
+// The tools that read one message and the tool that proposes a clean-up, with a real mail server.
 //   node messages.test.mjs PROGRAM DIRECTORY PORT
-// PORT is the recorder's; sample N has UID N.
+// PORT is the recorder's. Sample N has UID N.
 import assert from 'node:assert/strict';
 import test from 'node:test';
 import { environment, resultObject, startClient, writeSettings } from './support/program.mjs';
@@ -12,7 +12,7 @@ const account = { email: 'user@example.org', imapHost: 'localhost', imapPort: Nu
 const securityMails = samples.filter((sample) => sample.signals);
 
 writeSettings(account);
-// Closed by noSecretIsInAnyByteOfTheOutput, which runs whatever happened before it.
+// noSecretIsInAnyByteOfTheOutput closes it. That test runs even after failures.
 const session = await startClient(program, directory, environment);
 const summary = async (uid, args = {}) => resultObject(await session.call('get_message_summary', { uid, ...args }));
 const body = async (uid, args = {}) => resultObject(await session.call('get_message_body', { uid, ...args }));

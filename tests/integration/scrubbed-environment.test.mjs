@@ -1,5 +1,5 @@
-// The program started as the MCP client does it by itself, with six variables only: the user's bus is found
-// at /run/user/UID/bus, and the system's own certificates are used.
+// The program as an MCP client starts it by default, with only six variables. The program finds the user's
+// bus at /run/user/UID/bus and uses the system's certificates.
 //   node scrubbed-environment.test.mjs PROGRAM DIRECTORY
 import assert from 'node:assert/strict';
 import test from 'node:test';

@@ -1,10 +1,10 @@
-// A TLS server between the program and the mail server that hands every byte on in both directions and
-// writes down what the program sent: one JSON line for each command line or literal, with its connection.
+// A TLS server between the program and the mail server. It passes on every byte in both directions and
+// records what the program sends: one JSON line for each command line or literal, with its connection.
 //
 //   node wire-recorder.mjs DIRECTORY UPSTREAM_PORT
 //
-// DIRECTORY holds server.pem, server.key and ca.pem; the record is appended to DIRECTORY/wire before the
-// bytes travel on. The port chosen is printed when the recorder listens. It runs until it is ended.
+// DIRECTORY contains server.pem, server.key and ca.pem. The record is appended to DIRECTORY/wire before the
+// bytes are passed on. Prints its port when it listens. Runs until it is ended.
 import fs from 'node:fs';
 import tls from 'node:tls';
 import { CommandReader } from './support/command-reader.mjs';
@@ -36,5 +36,5 @@ const server = tls.createServer({
   upstream.on('error', () => client.destroy());
 });
 
-server.on('tlsClientError', () => {});  // a client that refuses our certificate: the tests look at the client
+server.on('tlsClientError', () => {});  // a client refused the certificate: the tests check the client
 server.listen(0, '127.0.0.1', () => console.log(server.address().port));

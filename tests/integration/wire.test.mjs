@@ -1,6 +1,6 @@
-// What goes over the wire for each reading tool, and that the mailbox is the same afterwards.
+// The commands that each reading tool sends, and that the mailbox is unchanged afterwards.
 //   node wire.test.mjs PROGRAM DIRECTORY PORT SERVER_PORT
-// PORT is the recorder's, SERVER_PORT the mail server's own, for a second session that looks on.
+// PORT is the recorder's, SERVER_PORT the mail server's own, for a second session that checks the mailbox.
 import assert from 'node:assert/strict';
 import test from 'node:test';
 import { CommandReader } from './support/command-reader.mjs';
@@ -45,14 +45,14 @@ test('theWatchKnowsWhatMayNotBeSent', () => {
 });
 
 const summaries = '(UID FLAGS INTERNALDATE ENVELOPE BODYSTRUCTURE)';
-// Tool, arguments, the commands between EXAMINE INBOX and LOGOUT. Dashes: no session at all.
+// Tool, arguments, and the commands between EXAMINE INBOX and LOGOUT. A dash means that there is no session.
 const dialogues = [
   ['get_status', {}, '-'],
   ['list_folders', {}, ['LIST "" "*"']],
   ['search_inbox', { query: 'nowhere to be found' }, ['UID SEARCH TEXT {19}«nowhere to be found»']],
   ['search_inbox', { limit: 1 },
     ['UID SEARCH ALL', `UID FETCH 16 ${summaries}`, 'UID FETCH 16 (BODY.PEEK[1])']],
-  // A mail that its subject gives away: its body is not even asked for.
+  // The subject shows a secret, so the body is not fetched.
   ['search_inbox', { subject: 'verification code' },
     ['UID SEARCH SUBJECT {17}«verification code»', `UID FETCH 7 ${summaries}`]],
   ['search_inbox', { unreadOnly: true, since: '2024-03-05', before: '2024-03-06', from: 'é', limit: 5 },

@@ -1,8 +1,8 @@
-// The tools that change the mailbox, on a server with MOVE and on two that reject it, each change looked up
-// in a second, independent session.
+// The tools that change the mailbox, on a server with MOVE and on two that reject it. A second, independent
+// session checks each change.
 //   node writes.test.mjs PROGRAM [DIRECTORY PORT SERVER_PORT]...
-// for the server with MOVE, one that answers NO and one that answers BAD. PORT is the recorder's,
-// SERVER_PORT the server's own. Sample N has UID N.
+// for the server with MOVE, one that answers NO and one that answers BAD. PORT is the recorder's, SERVER_PORT
+// the server's own. Sample N has UID N.
 import assert from 'node:assert/strict';
 import test from 'node:test';
 import { lookInto } from './support/imap-session.mjs';

@@ -1,13 +1,13 @@
 #pragma once
 
-/// Texts as execve(2) and posix_spawn(3) take arguments and environments.
+/// Argument and environment lists for execve(2) and posix_spawn(3).
 
 #include <string>
 #include <vector>
 
 namespace tarnwell::test {
 
-/// Pointers into the texts, which must outlive them, and a null behind the last.
+/// Pointers into the texts and a null at the end. The texts must outlive them.
 inline std::vector<char*> argumentVector(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
   for (std::string& text : texts) {

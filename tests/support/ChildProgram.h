@@ -1,7 +1,7 @@
 #pragma once
 
-/// A program that a test starts with an environment of its own, gives its input and reads the output of.
-/// When the object dies before the program does, the program is ended by its process id.
+/// A program that a test starts with its own environment. The test gives the input and reads the output. The
+/// destructor ends a program that still runs, by its process id.
 
 #include <fcntl.h>
 #include <signal.h>
@@ -21,7 +21,7 @@ namespace tarnwell::test {
 
 class ChildProgram {
  public:
-  /// Throws `std::runtime_error` naming the program when it cannot be started: a test that needs it fails.
+  /// Throws `std::runtime_error` naming the program when it cannot be started. The test then fails.
   ChildProgram(std::vector<std::string> command, std::vector<std::string> environment,
                const std::string& input = "") {
     int inputPipe[2];
@@ -40,7 +40,7 @@ class ChildProgram {
     ::close(inputPipe[0]);
     ::close(outputPipe[1]);
     output_ = outputPipe[0];
-    // Short inputs only: they fit into the pipe.
+    // For short inputs only, which fit into the pipe.
     bool isGiven = ::write(inputPipe[1], input.data(), input.size()) == static_cast<ssize_t>(input.size());
     ::close(inputPipe[1]);
     if (failure != 0) {
@@ -59,7 +59,7 @@ class ChildProgram {
 
   pid_t processID() const { return process_; }
 
-  /// The next line of the output without its line feed; what is left when the output ends before.
+  /// The next line of the output without its line feed. The rest when the output ends before a line feed.
   std::string readLine() {
     std::string line;
     for (char byte; ::read(output_, &byte, 1) == 1 && byte != '\n';) {
@@ -77,13 +77,13 @@ class ChildProgram {
     return text;
   }
 
-  /// Waits for the program's own end and gives its exit status, -1 for an end by a signal.
+  /// Waits for the program's end and returns its exit status, or -1 when a signal ended it.
   int wait() {
     const int status = waitStatus();
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
 
-  /// The same, as waitpid(2) tells it.
+  /// The same, but returns the status of waitpid(2).
   int waitStatus() {
     int status = 0;
     pid_t process = std::exchange(process_, -1);

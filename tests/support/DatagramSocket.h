@@ -1,6 +1,6 @@
 #pragma once
 
-/// A bound datagram socket that stands for the journal.
+/// A bound datagram socket in place of the journal.
 
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -29,7 +29,7 @@ class DatagramSocket {
   DatagramSocket(const DatagramSocket&) = delete;
   ~DatagramSocket() { ::close(socket_); }
 
-  /// The next datagram that is there already; absent when there is none.
+  /// The next datagram that has already arrived. Absent when there is none.
   std::optional<std::string> receive() const {
     std::string bytes(256 * 1024, '\0');
     ssize_t size = ::recv(socket_, bytes.data(), bytes.size(), MSG_DONTWAIT);
@@ -44,8 +44,8 @@ class DatagramSocket {
   int socket_;
 };
 
-/// The fields of a datagram in the journal's native protocol, read as the journal does. Throws for bytes
-/// that are not of this form.
+/// The fields of a datagram in the journal's native protocol, read as the journal reads them. Throws for
+/// bytes in another form.
 inline std::multimap<std::string, std::string> journalFields(std::string_view datagram) {
   std::multimap<std::string, std::string> fields;
   while (!datagram.empty()) {

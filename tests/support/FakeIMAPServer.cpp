@@ -25,7 +25,7 @@ namespace {
 
 constexpr std::chrono::seconds patience{10};
 
-/// The bytes with line ends made visible, for messages.
+/// The bytes with visible line ends, for messages.
 std::string visible(const std::string& bytes) {
   std::string text;
   for (const char byte : bytes) {
@@ -57,7 +57,7 @@ struct FakeIMAPServer::State {
     thread = std::thread([this] { serve(); });
   }
 
-  /// Ends the thread; afterwards nothing changes any more.
+  /// Ends the thread. Nothing changes after it.
   void stop() {
     {
       const std::lock_guard lock(mutex);
@@ -86,7 +86,7 @@ struct FakeIMAPServer::State {
         ++open;
         socket = &peer;
       }
-      // The greeting would else wait for the acknowledgement of the last bytes of the handshake.
+      // Otherwise the greeting would wait for the acknowledgement of the last bytes of the handshake.
       peer.set_option(tcp::no_delay(true), error);
       guard = WireGuard();
       const std::string problem = converse(peer);
@@ -152,7 +152,7 @@ struct FakeIMAPServer::State {
           pause();
           break;
         case Step::Kind::reset:
-          // Closed here, since the socket's destructor would turn the option off again.
+          // Closed here, because the socket's destructor would turn the option off again.
           peer.set_option(asio::socket_base::linger(true, 0), error);
           close(peer);
           return {};
@@ -164,7 +164,7 @@ struct FakeIMAPServer::State {
         return "could not send: " + error.message();
       }
     }
-    // Whatever still comes was not in the dialogue.
+    // Bytes that still come are not in the dialogue.
     const std::string extra = drain(stream);
     return extra.empty() ? "" : "after the dialogue came: " + visible(extra);
   }
@@ -176,7 +176,7 @@ struct FakeIMAPServer::State {
     idle.wait(lock, [this] { return !pausing || stopping; });
   }
 
-  /// Repeats the bytes of an answer in blocks, so that short ones do not cost a record each.
+  /// Repeats the bytes of an answer in blocks. Short bytes then do not need one TLS record each.
   template <class Stream>
   void writeTimes(Stream& stream, const Step& step, error_code& error) {
     constexpr std::size_t wanted = std::size_t{64} * 1024;
@@ -195,7 +195,7 @@ struct FakeIMAPServer::State {
     error_code error;
     std::size_t count = 0;
     std::size_t checked = 0;
-    // No more at a time than is there, so that a difference shows at once instead of as a wait for more.
+    // Reads only what is there. A difference then shows at once, without a wait for more bytes.
     while (count < bytes.size() && !error &&
            bytes.compare(checked, count - checked, expected, checked, count - checked) == 0) {
       checked = count;
@@ -222,7 +222,7 @@ struct FakeIMAPServer::State {
     return all;
   }
 
-  /// Reads the rest of what the client wrote before the dialogue is broken off, without waiting for more.
+  /// Reads the rest of what the client sent before the dialogue ends early. Does not wait for more.
   void keepWhatIsThere(asio::ssl::stream<tcp::socket&>& stream) {
     error_code error;
     while (!error && (SSL_pending(stream.native_handle()) > 0 || stream.next_layer().available(error) > 0)) {
@@ -233,7 +233,7 @@ struct FakeIMAPServer::State {
   }
   void keepWhatIsThere(tcp::socket&) {}
 
-  /// Sends the closing message of TLS. The peer's own is awaited only for a moment: it need not come.
+  /// Sends the closing message of TLS. Waits only a moment for the peer's, which need not come.
   void shutDown(asio::ssl::stream<tcp::socket&>& stream) {
     constexpr std::chrono::milliseconds moment{50};
     stream.async_shutdown([](error_code) {});
@@ -245,7 +245,7 @@ struct FakeIMAPServer::State {
   }
   void shutDown(tcp::socket&) {}
 
-  /// Closes where `stop` cannot be looking at the socket.
+  /// Closes the socket while `stop` cannot use it.
   void close(tcp::socket& peer) {
     const std::lock_guard lock(mutex);
     socket = nullptr;
@@ -265,7 +265,7 @@ struct FakeIMAPServer::State {
   asio::ssl::context tls{asio::ssl::context::tls_server};
   tcp::acceptor acceptor{context, tcp::endpoint(asio::ip::address_v4::loopback(), 0)};
   std::uint16_t port = acceptor.local_endpoint().port();
-  /// Belongs to the thread.
+  /// Used by the server's thread only.
   WireGuard guard;
 
   mutable std::mutex mutex;

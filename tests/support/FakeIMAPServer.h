@@ -1,6 +1,6 @@
 #pragma once
 
-/// An IMAP server on a loopback port, over real TLS, that plays one dialogue for each connection.
+/// An IMAP server on a loopback port, with real TLS. It plays one dialogue for each connection.
 ///
 ///     FakeIMAPServer server({
 ///         answer("* OK ready\r\n"),
@@ -10,11 +10,12 @@
 ///     ... let a client connect to server.port() ...
 ///     EXPECT_EQ(server.mismatch(), "");
 ///
-/// Bytes are compared exactly. On the first difference the connection is closed and `mismatch` tells what
-/// was expected and what came. Every byte that any client sent is kept in `received`.
+/// Bytes are compared exactly. At the first difference the server closes the connection, and `mismatch` says
+/// what was expected and what came. `received` keeps every byte from every client.
 ///
-/// A client that sent a command which expunges, or which creates, renames, deletes or fills a mailbox, fails
-/// the test when the server dies, whatever the dialogue says (`WireGuard`).
+/// Whatever the dialogue says, the destructor fails the test when a client sent a forbidden command
+/// (`WireGuard`): one that expunges, that creates, renames or deletes a mailbox, or that fills one or changes
+/// its access rights.
 
 #include <cstdint>
 #include <memory>
@@ -32,14 +33,15 @@ struct Step {
     answerSlowly,  // send them one byte at a time
     close,         // close with the closing message of TLS
     cut,           // close without it
-    halfClose,     // close the own direction only, and go on listening
-    pause,         // say nothing until `resume`
+    halfClose,     // close only the server's direction, and go on reading
+    pause,         // send nothing until `resume`
     reset,         // TCP reset
-    stall,         // say nothing more, until the client goes away
+    stall,         // send nothing more until the client leaves
   };
   Kind kind;
   std::string bytes;
-  /// An answer is sent so many times over, made while it is sent: a hundred megabytes take no memory here.
+  /// How many times the answer is sent. It is repeated while it is sent, so a hundred megabytes need no
+  /// memory.
   std::size_t times = 1;
 };
 
@@ -59,11 +61,11 @@ using Dialogue = std::vector<Step>;
 
 struct FakeServerOptions {
   CertificateOptions certificate{};
-  /// Answers on the port without TLS.
+  /// Speaks without TLS.
   bool plainText = false;
-  /// The highest version of TLS that is spoken, as OpenSSL numbers them; 0 means any.
+  /// The highest version of TLS, as OpenSSL numbers it. 0 means any.
   int maximumTLSVersion = 0;
-  /// Accepts the connection and never says a word, not even of TLS.
+  /// Accepts the connection and sends nothing, not even for TLS.
   bool mute = false;
 };
 
@@ -78,13 +80,13 @@ class FakeIMAPServer {
   int acceptCount() const;
   std::string received() const;
 
-  /// Waits until a connection has come to a pause; false when none does.
+  /// Waits until a connection reaches a pause. False when none does.
   bool awaitPause();
-  /// Lets the pausing connection go on.
+  /// Continues the paused connection.
   void resume();
 
-  /// Waits until the connections served so far have ended; empty when every dialogue was played to its
-  /// end, else what went wrong.
+  /// Waits until the connections so far have ended. Empty when every dialogue was played to its end, else
+  /// what went wrong.
   std::string mismatch();
 
  private:

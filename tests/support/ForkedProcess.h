@@ -1,7 +1,7 @@
 #pragma once
 
-/// Runs a function in a forked copy of the test, where it may close descriptors, lower limits or change
-/// what it sees of the system, and hands back the text that it returns. The parent must have one thread only.
+/// Runs a function in a forked copy of the test and returns the text that the function returns. There it may
+/// close descriptors, lower limits or change its view of the system. The parent must have only one thread.
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -15,7 +15,7 @@
 
 namespace tarnwell::test {
 
-/// What `function` returned; "threw: ..." for an exception, "died: ..." when the copy came to another end.
+/// The result of `function`. "threw: ..." after an exception, "died: ..." when the copy ended in another way.
 template <class Function>
 std::string inForkedProcess(const Function& function) {
   int channel[2];
@@ -24,7 +24,7 @@ std::string inForkedProcess(const Function& function) {
   }
   pid_t process = ::fork();
   if (process == 0) {
-    // A number that no function under test closes or reopens.
+    // A descriptor number that no function under test closes or reopens.
     int report = ::fcntl(channel[1], F_DUPFD_CLOEXEC, 100);
     ::close(channel[0]);
     ::close(channel[1]);

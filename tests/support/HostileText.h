@@ -1,6 +1,6 @@
 #pragma once
 
-/// Texts thrown together from fragments that hurt, the same ones in every run.
+/// Texts made at random from difficult fragments, the same in every run.
 
 #include <random>
 #include <span>
@@ -11,12 +11,12 @@ namespace tarnwell {
 
 class HostileText {
  public:
-  /// Print the start value with a failure: it names the sequence of texts.
+  /// Print the start value with a failure: it identifies the sequence of texts.
   static constexpr unsigned startValue = 20250611;
 
   explicit HostileText(std::span<const std::string_view> fragments) : fragments_(fragments) {}
 
-  /// The next text, of up to `most` fragments.
+  /// The next text, made of up to `most` fragments.
   std::string next(std::size_t most) {
     std::string text;
     for (std::size_t left = random_() % (most + 1); left > 0; --left) {
@@ -30,7 +30,7 @@ class HostileText {
   std::mt19937 random_{startValue};
 };
 
-/// The fragment over and over, at least `size` bytes.
+/// The fragment repeated to at least `size` bytes.
 inline std::string repeated(std::string_view fragment, std::size_t size) {
   std::string text;
   while (text.size() < size) {

@@ -1,7 +1,7 @@
 #pragma once
 
-/// Secret items in memory, which behave as the real ones do, and answer with a status of the test's
-/// choice where it asks for one.
+/// Secret items in memory. They behave like the real ones, except that a test may choose the status of a
+/// call.
 ///
 ///     InMemorySecretItems items;
 ///     items.answers = {SecretStatus::itemNotFound};   // the first call; later ones behave as usual
@@ -23,14 +23,14 @@ class InMemorySecretItems : public SecretItems {
  public:
   using Key = std::tuple<std::string, std::string, std::string>;
 
-  /// What the next calls answer, in order. A call with a given answer changes nothing and hands over
-  /// nothing; an absent one, like every call after the last answer, does what it should.
+  /// The statuses of the next calls, in order. A call with a given status changes nothing and returns no
+  /// data. A call with an absent status, and every call after the last one, does its normal work.
   std::deque<std::optional<std::int32_t>> answers;
 
-  /// The calls so far: what was asked, in which place, for which account.
+  /// The calls so far: the operation, the place and the account.
   std::vector<std::string> calls;
 
-  /// The sentences that `message` knows.
+  /// The sentences for `message`.
   std::map<std::int32_t, std::string> messages;
 
   /// When true, an item that is found has no data.

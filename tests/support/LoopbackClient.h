@@ -1,7 +1,7 @@
 #pragma once
 
-/// A TCP client of a loopback port that sends exactly the bytes it is told to, for servers that must cope
-/// with any. Reading is bounded, so that a server that never answers fails a test instead of stopping it.
+/// A TCP client of a loopback port that sends exactly the bytes it is given, for servers that must accept
+/// any. Reading is bounded: a server that never answers fails the test and does not block it.
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
@@ -53,7 +53,7 @@ class LoopbackClient {
     }
   }
 
-  /// Sends no more, but still listens.
+  /// Ends the sending direction, and still receives.
   void finishSending() { shutdown(socket_, SHUT_WR); }
 
   void close() {
@@ -62,14 +62,14 @@ class LoopbackClient {
     }
   }
 
-  /// Goes away with a TCP reset.
+  /// Ends the connection with a TCP reset.
   void reset() {
     const linger atOnce{.l_onoff = 1, .l_linger = 0};
     setsockopt(socket_, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
     close();
   }
 
-  /// What comes until the server closes; a failure when it takes longer than the bound.
+  /// Everything until the server closes. Fails the test when that takes longer than the bound.
   std::string readAll() {
     std::string all;
     while (waitsForBytes()) {
@@ -84,7 +84,7 @@ class LoopbackClient {
     return all;
   }
 
-  /// Exactly so many bytes; fewer when the server closes or says no more.
+  /// Exactly so many bytes. Fewer when the server closes or stops sending.
   std::string readExactly(std::size_t size) {
     std::string bytes(size, '\0');
     std::size_t known = 0;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view headerMark = "=== ";
 
-/// What follows the prefix.
+/// The text after the prefix.
 std::optional<std::string> after(std::string_view prefix, std::string_view line) {
   if (!line.starts_with(prefix) || line.size() == prefix.size()) {
     return std::nullopt;
@@ -41,7 +41,7 @@ std::optional<MailSample> readHeader(std::string_view line) {
   return sample;
 }
 
-/// One line after the header, counted from 1; false if it does not belong there.
+/// Reads one line after the header, counted from 1. False if it does not belong there.
 bool readLine(MailSample& sample, std::size_t number, const std::string& line) {
   if (number == 1 || number == 2) {
     const std::optional<std::string> value = after(number == 1 ? "Subject: " : "From: ", line);

@@ -1,13 +1,13 @@
 #pragma once
 
-/// Written mails of which each test knows whether it carries a secret (tests/fixtures/withholding).
+/// Written mails for which it is known whether they carry a secret (tests/fixtures/withholding).
 ///
 ///     for (const MailSample& sample : readMailSamples(mailSamplesDirectory() / "secret.mails")) {
 ///       ... sample.subject, sample.body ...
 ///     }
 ///
-/// README.md beside the files describes their format. A file that cannot be opened or does not follow the
-/// format throws std::runtime_error, which names the file and the line.
+/// README.md beside the files describes their format. For a file that cannot be opened or has another format,
+/// reading throws std::runtime_error naming the file and the line.
 
 #include <filesystem>
 #include <string>
@@ -16,13 +16,13 @@
 namespace tarnwell::test {
 
 struct MailSample {
-  /// Unique, with the language in it: "secret-en-017".
+  /// Unique, and contains the language: "secret-en-017".
   std::string id;
   /// The class of the mail: "one-time code", "newsletter".
   std::string kind;
   std::string subject;
   std::string from;
-  /// As sent: plain text or the source of the HTML. Lines end in "\n", the last one in nothing.
+  /// As sent: plain text or HTML source. Lines end in "\n", except the last one.
   std::string body;
   bool isHTML = false;
 
@@ -32,7 +32,7 @@ struct MailSample {
 /// In the order of the file.
 std::vector<MailSample> readMailSamples(const std::filesystem::path& path);
 
-/// Where the files lie in the source tree.
+/// The folder of the files in the source tree.
 std::filesystem::path mailSamplesDirectory();
 
 }  // namespace tarnwell::test

@@ -1,7 +1,7 @@
 #pragma once
 
-/// Modified UTF-7 a second time, by the converter of ICU. Encoding is the same; its decoder also reads some
-/// names that are not in the one valid spelling.
+/// Modified UTF-7 by the converter of ICU, for comparison. Encoding gives the same names. ICU's decoder also
+/// accepts some names that are not in the one valid spelling.
 
 #include <unicode/ucnv.h>
 #include <unicode/unistr.h>
@@ -14,7 +14,7 @@ namespace tarnwell::test {
 
 using ICUConverter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
 
-/// Null when ICU lacks it.
+/// Null when ICU does not have it.
 inline ICUConverter mailboxNameConverter() {
   UErrorCode status = U_ZERO_ERROR;
   ICUConverter converter(ucnv_open("IMAP-mailbox-name", &status), ucnv_close);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Another view of the file system for a forked process (support/ForkedProcess.h). Linux only.
+/// Gives a forked process another view of the file system (support/ForkedProcess.h). Linux only.
 
 #include <sched.h>
 #include <sys/mount.h>
@@ -15,8 +15,8 @@
 
 namespace tarnwell::test {
 
-/// A mount namespace of its own with empty file systems over these directories. As root or, with user
-/// namespaces, as any user. Throws where the system allows neither.
+/// Enters a new mount namespace and puts empty file systems over these directories. Works for root, and for
+/// any user where user namespaces are allowed. Otherwise throws.
 inline void enterMountNamespace(std::initializer_list<const char*> emptied) {
   uid_t user = ::getuid();
   gid_t group = ::getgid();

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Documents as the library reads them, turned into values. Recursive, for small inputs only.
+/// Turns JSON documents that the library read into values. Recursive, for small inputs only.
 
 #include <algorithm>
 #include <cstdint>
@@ -57,9 +57,9 @@ inline JSONValue valueOf(const nlohmann::json& value) {
   }
 }
 
-/// What `JSONValue::decode` is to return.
+/// The result that `JSONValue::decode` must have.
 inline std::optional<JSONValue> decodedByLibrary(std::string_view data) {
-  // The library takes a zero byte for the end of the text and would ignore what follows it.
+  // The library ends the text at a zero byte and would ignore the rest.
   if (data.find('\0') != std::string_view::npos) {
     return std::nullopt;
   }
@@ -70,7 +70,7 @@ inline std::optional<JSONValue> decodedByLibrary(std::string_view data) {
   return valueOf(document);
 }
 
-/// Both absent, or the same value to the bit: equality alone takes -0.0 for 0.0.
+/// True when both are absent or the same value bit by bit. Equality alone treats -0.0 as 0.0.
 inline bool areSameToTheBit(const std::optional<JSONValue>& a, const std::optional<JSONValue>& b) {
   return a == b && (!a || a->serialized() == b->serialized());
 }

@@ -11,8 +11,8 @@
 
 namespace tarnwell::test {
 
-/// The rules of the tokenizer as plainly as they can be said: recursive, byte by byte, each token turned
-/// into its printed form at once. For small inputs only.
+/// The rules of the tokenizer in their simplest form: recursive and byte by byte. Prints each token at once.
+/// For small inputs only.
 class ReferenceTokenizer {
  public:
   explicit ReferenceTokenizer(std::string_view response) : rest_(response) {}
@@ -39,7 +39,7 @@ class ReferenceTokenizer {
     return byte;
   }
 
-  /// Up to and with the parenthesis that closes the list, or the end.
+  /// Reads up to and including the parenthesis that closes the list, or to the end.
   std::string elements() {
     std::string line;
     while (!rest_.empty()) {
@@ -106,7 +106,7 @@ class ReferenceTokenizer {
     return "\"" + test::printedText(repairedUTF8(text)) + "\"";
   }
 
-  /// 0 when it does not fit.
+  /// 0 when the number is too large.
   static std::int64_t number(std::string_view digits) {
     std::int64_t value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// ICU's regular expressions as the slow reference for scanners that stand for an expression.
+/// ICU's regular expressions, as the slow reference for the scanners that replace an expression.
 
 #include <gtest/gtest.h>
 #include <unicode/regex.h>
@@ -16,7 +16,7 @@ namespace tarnwell {
 
 enum class LetterCase { matters, isIgnored };
 
-/// The groups of one match, group 0 being the whole.
+/// The groups of one match. Group 0 is the whole match.
 using RegexGroups = std::vector<std::string>;
 
 /// Compiled once: ICU takes milliseconds for an expression that ignores case.
@@ -47,8 +47,9 @@ inline bool isFoundByICU(std::string_view text, std::string_view pattern, Letter
   return isFound;
 }
 
-/// Replaces every match of the pattern, from left to right, by what `substitute` makes of its groups.
-/// `onGap` sees each text between two matches and may change it; the outer texts are not shown to it.
+/// Replaces every match of the pattern, from left to right, by the result of `substitute` for its groups.
+/// `onGap` gets each text between two matches and may change it. It does not get the texts before the first
+/// and after the last match.
 inline std::string replaceByICU(
     std::string_view text, std::string_view pattern, LetterCase letterCase,
     const std::function<std::string(const RegexGroups&)>& substitute,

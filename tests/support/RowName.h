@@ -6,7 +6,7 @@
 
 namespace tarnwell {
 
-/// Names the instances of a table of rows after the field `name` of each row.
+/// Names each instance of a table test after the field `name` of its row.
 constexpr auto rowName = [](const auto& instance) -> std::string { return instance.param.name; };
 
 }  // namespace tarnwell

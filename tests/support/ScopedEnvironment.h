@@ -1,7 +1,7 @@
 #pragma once
 
-/// Sets environment variables for one scope, and puts back what was there. For the thread of the test,
-/// while no other thread reads the environment.
+/// Sets environment variables for one scope and restores them at its end. Use it in the test's thread while
+/// no other thread reads the environment.
 
 #include <cstdlib>
 #include <map>
@@ -12,7 +12,7 @@ namespace tarnwell::test {
 
 class ScopedEnvironment {
  public:
-  /// An absent value stands for a variable that is not set.
+  /// An absent value means that the variable is not set.
   using Variables = std::map<std::string, std::optional<std::string>>;
 
   explicit ScopedEnvironment(const Variables& variables) {

@@ -1,6 +1,6 @@
 #pragma once
 
-/// What `SecretMailRule` says, worked out slowly and plainly over the words and groups of the slow scan.
+/// The result of `SecretMailRule`, computed slowly and simply from the words and groups of the slow scan.
 
 #include <algorithm>
 #include <optional>
@@ -14,7 +14,7 @@
 
 namespace tarnwell {
 
-/// Every word is asked about every group, action and object.
+/// Compares every word with every group, action and object.
 class ReferenceMail {
  public:
   explicit ReferenceMail(const SecretMailRule::Mail& mail)
@@ -51,7 +51,8 @@ class ReferenceMail {
     return location == (place < endOfSubject_ ? "subject" : "body");
   }
 
-  /// Whether a word that says this begins so many bytes before the place, in it, or so many after it.
+  /// True when a word with one of the roles begins inside the place, or at most so many bytes before or after
+  /// it.
   bool isSaid(MailRoles roles, std::size_t begin, std::size_t end, std::size_t bytes) const {
     return std::ranges::any_of(words_, [&](const Word& word) {
       return word.is(roles) && word.begin + bytes >= begin && word.begin <= end + bytes;
@@ -203,7 +204,7 @@ class ReferenceMail {
     return points >= 3;
   }
 
-  /// The action with its object; both ends 0 without one.
+  /// The place of the action and its object. Both ends are 0 without an object.
   CodeGroup linkOf(const Word& action) const {
     using namespace mail_role;
     const MailRoles objects = (action.is(resets) ? password : 0) |

@@ -1,7 +1,7 @@
 #pragma once
 
-/// The words and the groups of `SecretMailScan`, found slowly and plainly: every term is tried at every
-/// place, and groups are found by ICU's regular expressions.
+/// The words and groups of `SecretMailScan`, found slowly and simply: tries every term at every place, and
+/// finds the groups with ICU's regular expressions.
 
 #include <algorithm>
 #include <map>
@@ -16,7 +16,7 @@
 
 namespace tarnwell {
 
-/// One term as an expression that stands at the beginning of a text.
+/// An expression for one term at the beginning of a text.
 inline std::string patternOfTerm(std::string_view term) {
   std::string pattern;
   for (std::size_t place = 0; place < term.size(); ++place) {
@@ -29,7 +29,7 @@ inline std::string patternOfTerm(std::string_view term) {
   return "\\A" + pattern + (isLatinEnd ? "(?:s" + std::string(noWord) + "|" + std::string(noWord) + ")" : "");
 }
 
-/// The length of the match of an expression that begins with \A, in bytes; absent without one.
+/// The length in bytes of the match of an expression that begins with \A. Absent without a match.
 inline std::optional<std::size_t> lengthByICU(std::string_view text, std::string_view pattern,
                                               LetterCase letterCase) {
   std::optional<std::size_t> length;
@@ -50,7 +50,7 @@ struct ReferenceTerm {
   std::string pattern;
 };
 
-/// The longest first.
+/// All terms, the longest first.
 inline std::vector<ReferenceTerm> referenceTerms() {
   std::map<std::string_view, MailRoles> roles;
   for (const auto& rows : {englishCodeWords(), englishContextWords(), japaneseSecretMailWords()}) {
@@ -70,7 +70,7 @@ inline std::vector<ReferenceTerm> referenceTerms() {
   return terms;
 }
 
-/// False for most terms that do not stand there: ICU is asked about the others.
+/// False for most terms that do not begin there. Only the others are given to ICU.
 inline bool mayBegin(std::string_view text, std::string_view term) {
   return asciiLowercasedByte(text[0]) == term[0] &&
          (term[1] == ' ' || (text.size() > 1 && asciiLowercasedByte(text[1]) == term[1]));
@@ -79,7 +79,7 @@ inline bool mayBegin(std::string_view text, std::string_view term) {
 inline std::vector<FoundWord> referenceWords(std::string_view text) {
   static const std::vector<ReferenceTerm> terms = referenceTerms();
   std::vector<FoundWord> words;
-  std::size_t free = 0;  // where the last other number's name ended
+  std::size_t free = 0;  // the end of the last word with the role `other`
   for (std::size_t begin = 0; begin < text.size(); ++begin) {
     const bool isInside = (text[begin] & 0xC0) == 0x80;
     const std::string_view before = text.substr(0, begin);
@@ -91,7 +91,7 @@ inline std::vector<FoundWord> referenceWords(std::string_view text) {
       continue;
     }
     for (const auto& [term, roles, pattern] : terms) {
-      const std::string_view rest = text.substr(begin, 120);  // longer than every term
+      const std::string_view rest = text.substr(begin, 120);  // longer than any term
       const auto length =
           mayBegin(rest, term) ? lengthByICU(rest, pattern, LetterCase::isIgnored) : std::nullopt;
       if (length) {
@@ -110,7 +110,7 @@ inline bool isLike(std::string_view text, std::string_view pattern) {
   return isFoundByICU(text, "\\A(?:" + std::string(pattern) + ")\\z", LetterCase::matters);
 }
 
-/// A run of letters, digits and what ties them, with a digit.
+/// A run of letters, digits and the characters that join them, with at least one digit.
 struct ReferenceUnit {
   std::size_t begin;
   std::size_t end;

@@ -6,14 +6,14 @@
 
 namespace tarnwell::test {
 
-/// Writes the dialogue of one session from the login on, and numbers the tags.
+/// Writes the dialogue of one session, beginning with the login, and numbers the tags.
 ///
 ///     serve(SessionScript("SELECT INBOX").command("UID STORE 7 +FLAGS (\\Seen)").withLogout());
 class SessionScript {
  public:
   explicit SessionScript(const std::string& select = "EXAMINE INBOX") : dialogue_(loginDialogue(select)) {}
 
-  /// Expects the command and answers it: the untagged lines as they stand, then the completion.
+  /// Expects the command and answers it: first the untagged lines unchanged, then the completion.
   SessionScript& command(const std::string& text, const std::string& untagged = "",
                          const std::string& completion = "OK done") {
     const std::string tag = nextTag();
@@ -22,10 +22,10 @@ class SessionScript {
     return *this;
   }
 
-  /// The dialogue so far, which goes on in any way.
+  /// The dialogue so far, without an end.
   const Dialogue& dialogue() const { return dialogue_; }
 
-  /// The dialogue up to the end of the session, when the client closes.
+  /// The dialogue with LOGOUT at its end.
   Dialogue withLogout() {
     command("LOGOUT", "* BYE\r\n");
     return dialogue_;
@@ -38,7 +38,7 @@ class SessionScript {
   }
 
   Dialogue dialogue_;
-  /// LOGIN, CAPABILITY and the selection came before.
+  /// LOGIN, CAPABILITY and the selection have the tags before.
   unsigned tagNumber_ = 3;
 };
 

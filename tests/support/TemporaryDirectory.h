@@ -1,7 +1,6 @@
 #pragma once
 
-/// A directory of its own for one test, removed with all that it holds. Its path is short enough for
-/// sockets.
+/// A temporary directory for one test, removed with everything in it. Its path is short enough for sockets.
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,9 +1,9 @@
 #pragma once
 
-/// A certificate authority of the test's own, and server certificates of every kind.
+/// A certificate authority for tests, and server certificates of every kind.
 ///
-/// Constructing one makes a private directory and points SSL_CERT_FILE at the authority's certificate (and
-/// SSL_CERT_DIR at nothing), so that the program under test trusts it and nothing else.
+/// The constructor makes a private directory. It sets SSL_CERT_FILE to the authority's certificate and
+/// SSL_CERT_DIR to a place that does not exist. The program under test then trusts only this authority.
 
 #include <openssl/evp.h>
 #include <openssl/x509.h>
@@ -15,7 +15,7 @@
 namespace tarnwell::test {
 
 struct CertificateOptions {
-  /// As in a subjectAltName extension.
+  /// In the form of a subjectAltName extension.
   std::string subjectAltName = "DNS:localhost,IP:127.0.0.1";
   /// Relative to now, in days.
   int validFrom = -1;
@@ -40,7 +40,7 @@ class TestCertificates {
 
   Identity serverIdentity(const CertificateOptions& options = {}) const;
 
-  /// One for the whole test program.
+  /// The certificates of the whole test program.
   static const TestCertificates& shared();
 
  private:

@@ -1,8 +1,7 @@
 #pragma once
 
-/// The operations of TextDecoding.h a second time, as plainly as they can be said and without regard to
-/// speed: by ICU's regular expressions, or step by step. For valid UTF-8 only, except `referenceBytes` and
-/// `referenceBase64`.
+/// The operations of TextDecoding.h in their simplest form, slow, by ICU's regular expressions or step by
+/// step. For valid UTF-8 only, except `referenceBytes` and `referenceBase64`.
 
 #include <algorithm>
 #include <charconv>
@@ -21,7 +20,7 @@
 
 namespace tarnwell::TextDecoding {
 
-/// One byte after the other, without any short cut.
+/// Decodes byte after byte, without short cuts.
 inline std::string referenceBytes(std::string_view encoded, Underscore underscore) {
   const auto isHex = [&](std::size_t at) {
     return at < encoded.size() &&
@@ -47,13 +46,13 @@ inline std::string referenceBytes(std::string_view encoded, Underscore underscor
 
 constexpr std::string_view base64Letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-/// What follows padding, line by line and then run by run.
+/// Checks the text after padding, line by line and then run by run.
 inline bool referenceIsBase64Again(std::string_view rest) {
   constexpr auto none = std::string_view::npos;
   std::vector<std::string> runs{""};
   for (std::size_t begin = 0; begin <= rest.size();) {
     const std::size_t end = std::min(rest.find_first_of("\r\n", begin), rest.size());
-    char before = '=';  // which blanks may follow, as they may a line end
+    char before = '=';  // blanks may follow it, as at the beginning of a line
     for (std::size_t at = begin; (at = rest.find_first_not_of(" \t", at)) < end; ++at) {
       const bool isLetter = base64Letters.find(rest[at]) != none;
       const bool hasBlanksBefore = at > begin && (rest[at - 1] == ' ' || rest[at - 1] == '\t');
@@ -71,7 +70,7 @@ inline bool referenceIsBase64Again(std::string_view rest) {
          std::none_of(runs.begin(), runs.end(), [](const std::string& run) { return run.size() % 4 == 1; });
 }
 
-/// By the text of RFC 2045, section 6.8, bit by bit, and what follows each padding looked at anew.
+/// Follows RFC 2045, section 6.8, bit by bit. Checks the rest again after each padding.
 inline std::optional<std::string> referenceBase64(std::string_view text) {
   std::string bytes;
   std::string bits;
@@ -98,7 +97,7 @@ inline std::optional<std::string> referenceBase64(std::string_view text) {
   return sawSextet && bytes.empty() ? std::nullopt : std::optional(bytes);
 }
 
-/// The field by the regular expression and one word after the other.
+/// Finds the words of the field by the regular expression and decodes each by itself.
 inline std::string referenceField(const std::string& field) {
   const auto decodeWord = [](const RegexGroups& groups) {
     const std::string& text = groups[3];
@@ -120,7 +119,7 @@ inline std::string replacedEverywhere(std::string text, std::string_view from, s
   return text;
 }
 
-/// What a numeric reference stands for, the number read the long way round.
+/// The character of a numeric reference, or the match itself. Reads the number with the standard library.
 inline std::string scalarOrMatch(const RegexGroups& groups) {
   const bool isHexadecimal = groups[1].starts_with('x');
   const std::string digits = groups[1].substr(isHexadecimal ? 1 : 0);
@@ -136,7 +135,7 @@ inline std::string scalarOrMatch(const RegexGroups& groups) {
   return character;
 }
 
-/// HTML as plain text: the four passes by regular expressions and plain replacements.
+/// HTML as plain text, by regular expressions and plain replacements.
 inline std::string referenceText(std::string text) {
   for (const std::string name : {"script", "style", "head"}) {
     text = replaceByICU(text, "<" + name + "[^>]*>[\\s\\S]*?</" + name + ">", LetterCase::isIgnored, " ");
@@ -153,7 +152,7 @@ inline std::string referenceText(std::string text) {
   return replaceByICU(text, "&#(x?[0-9A-Fa-f]+);", LetterCase::matters, scalarOrMatch);
 }
 
-/// The preview step by step over the whole text.
+/// The preview, step by step over the whole text.
 inline Snippet referenceSnippet(const std::string& text, std::int64_t maxChars) {
   const std::string plain = replaceByICU(text, "\\u00A0", LetterCase::matters, " ");
   const std::string collapsed(trimmed(replaceByICU(plain, "\\s+", LetterCase::matters, " ")));

@@ -1,8 +1,8 @@
 #pragma once
 
-/// Tokens on one line, for tables: lists in parentheses and the whole response in brackets, atoms bare,
-/// strings in quotes, NIL as it is. CR, LF, quotes and backslashes inside a text print as in C++, so that
-/// two different lists of tokens never print alike.
+/// Prints tokens on one line, for tables: the whole response in brackets, lists in parentheses, atoms bare,
+/// strings in quotes, and NIL. CR, LF, quotes and backslashes in a text print as in C++. Two different lists
+/// of tokens never print alike.
 ///
 ///     [* LIST (\\Sent) "/" "Sent Messages"]
 

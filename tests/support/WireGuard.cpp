@@ -10,7 +10,7 @@ namespace {
 constexpr std::string_view forbiddenCommands[] = {"EXPUNGE", "CLOSE",  "CREATE", "DELETE",
                                                   "RENAME",  "APPEND", "SETACL"};
 
-/// Takes the first word off the text, in capitals.
+/// Removes the first word from the text and returns it in capitals.
 std::string takeCapitals(std::string_view& text) {
   text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
   const std::size_t end = std::min(text.find_first_of(" \t\r\n"), text.size());
@@ -34,7 +34,7 @@ std::string_view withoutLineEnd(std::string_view line) {
   return line.substr(0, line.find_last_not_of("\r\n") + 1);
 }
 
-/// A literal at the end of a line, as in "{5}" or "{5+}".
+/// The announcement of a literal at the end of a line, as in "{5}" or "{5+}".
 struct Announcement {
   std::size_t size;
   bool waits;
@@ -86,7 +86,7 @@ void WireGuard::serverSent(std::string_view bytes) {
   }
 }
 
-/// The first byte behind an announcement tells whether the client was allowed to go on.
+/// At the first byte after an announcement it is known whether the client may send the literal.
 void WireGuard::decideAboutLiteral() {
   if (announced_) {
     literalLeft_ = isGranted_ ? *announced_ : 0;

@@ -1,15 +1,15 @@
 #pragma once
 
-/// Watches one connection and remembers a command that must never be sent: what expunges, and what creates,
-/// renames or deletes a mailbox or fills one.
+/// Watches one connection and remembers a forbidden command: one that expunges, that creates, renames or
+/// deletes a mailbox, or that fills one or changes its access rights.
 ///
 ///     WireGuard guard;
 ///     guard.clientSent("A0001 CLOSE\r\n");
 ///     guard.violation();  // "A0001 CLOSE"
 ///
-/// Commands are read as a server reads them (RFC 3501, sections 2.2.1 and 4.3): the bytes of a literal are no
-/// command, and neither are the rest of the line behind it and texts inside a line. An announced literal
-/// that the server did not ask for never comes; what follows it is a new command.
+/// It reads commands as a server does (RFC 3501, sections 2.2.1 and 4.3). The bytes of a literal are not a
+/// command. Neither are the rest of the line after it and texts inside a line. When the server did not ask
+/// for an announced literal, the literal never comes, and the next bytes are a new command.
 
 #include <cstddef>
 #include <optional>
@@ -23,7 +23,7 @@ class WireGuard {
   void clientSent(std::string_view bytes);
   void serverSent(std::string_view bytes);
 
-  /// The first forbidden command; empty while all is well.
+  /// The first forbidden command. Empty when there was none.
   const std::string& violation() const { return violation_; }
 
  private:
@@ -31,11 +31,11 @@ class WireGuard {
   void endLine();
 
   std::string line_;
-  /// The line does not go on behind a literal.
+  /// True when the line does not continue after a literal.
   bool isCommandStart_ = true;
   /// The bytes of the literal that are still to come.
   std::size_t literalLeft_ = 0;
-  /// An announced literal that waits for the server's "+".
+  /// The size of an announced literal that waits for the server's "+".
   std::optional<std::size_t> announced_;
   bool isGranted_ = false;
   bool isServerAtLineStart_ = true;

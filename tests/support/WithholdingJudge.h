@@ -1,10 +1,10 @@
 #pragma once
 
-/// Judges a written mail as `get_message_body` does: its subject and sender first, then its text.
+/// Judges a written mail as `get_message_body` does: first subject and sender, then the text.
 ///
 ///     for (const RiskSignal& signal : signalsThatWithhold(mail, true)) { ... signal.term ... }
 ///
-/// An HTML text is made plain before, as of a mail from a server.
+/// An HTML text is first turned into plain text, as for a mail from a server.
 
 #include <string>
 #include <vector>
@@ -15,7 +15,7 @@
 
 namespace tarnwell::test {
 
-/// Empty when the mail is not withheld. `isStrict` as in `AppConfig::strictWithholding`.
+/// Empty when the mail is not withheld. `isStrict` is the setting `AppConfig::strictWithholding`.
 inline std::vector<RiskSignal> signalsThatWithhold(const MailSample& mail, bool isStrict) {
   IMAPMessage message;
   message.envelope.subject = mail.subject;

@@ -1,5 +1,4 @@
-// What a group of letters and digits must look like to be taken for a code. Words around it do not count
-// here.
+// The shapes of letters and digits that count as a code. The words around them are not considered here.
 
 #include <algorithm>
 #include <span>
@@ -31,7 +30,7 @@ bool isCodeNumber(std::string_view digits) {
   return digits.size() >= 4 && digits.size() <= 8 && !isYear(digits) && !isDate(digits);
 }
 
-/// Not "0x1F", "xxxx1234", "1080p", "sha256", "500MB".
+/// False for "0x1F", "xxxx1234", "1080p", "sha256" and "500MB".
 bool isCodeOfLettersAndDigits(const CodePart& part, std::string_view text) {
   if (!part.isMixed() || part.size() < 5 || part.size() > 8 || text.starts_with("0x") ||
       text.find_first_not_of("xX0123456789") == std::string_view::npos) {
@@ -82,13 +81,13 @@ bool isOneBlankBetween(const CodeUnit& left, const CodeUnit& right, std::string_
   return right.begin() == left.end + 1 && text[left.end] == ' ';
 }
 
-/// As between "8 2 6 1" and "30".
+/// True between "8 2 6 1" and "30".
 bool isEndOfSingleDigits(std::span<const CodeUnit> units, const CodeUnit& next) {
   const auto isOneDigit = [](const CodeUnit& unit) { return unit.parts[0].size() == 1; };
   return units.size() >= 4 && !isOneDigit(next) && std::ranges::all_of(units, isOneDigit);
 }
 
-/// Numbers with blanks between them: one code, no code ("415 555 2671"), or each by itself.
+/// Numbers separated by blanks. They are one code, or no code ("415 555 2671"), or each is judged by itself.
 void appendNumbers(std::span<const CodeUnit> units, std::string_view text, std::vector<CodeGroup>& groups) {
   const auto sizeOf = [](const CodeUnit& unit) { return unit.parts[0].size(); };
   const std::size_t first = sizeOf(units.front());

@@ -11,12 +11,13 @@ namespace tarnwell {
 
 namespace {
 
-/// Directly before a number, or with a blank between.
+/// A number right after one of these, or after one and a blank, is an amount.
 constexpr std::string_view currencies[] = {"$", "£", "¥", "€", "₩", "₹"};
-/// Directly before: what makes a number a telephone number, a label, the rest of a card number, an address.
+/// A number right after one of these is a telephone number, a label, the rest of a card number or an address.
 constexpr std::string_view signsBefore[] = {"+",  "#", "/", "@", "&",  "\\", "_",
                                             "..", "~", "•", "×", "〒", "第"};
-/// Directly after; those of one Japanese character sorted.
+/// A number right before one of these counts or measures something. Those of one Japanese character are
+/// sorted.
 constexpr std::string_view signsAfter[] = {"%", "$",    "**",   "°",        "€",
                                            "£", "番地", "ドル", "ポイント", "マイル"};
 constexpr std::string_view countersAfter[] = {"万", "人", "件", "個", "億", "円", "分", "千",
@@ -24,7 +25,7 @@ constexpr std::string_view countersAfter[] = {"万", "人", "件", "個", "億",
                                               "枚", "歳", "点", "社", "秒", "通", "階"};
 static_assert(std::ranges::is_sorted(countersAfter));
 
-/// Directly after or with a blank between, as whole words; sorted.
+/// The same, as whole words, also with a blank between. Sorted.
 constexpr std::string_view unitsAfter[] = {
     "days",    "dollars", "eur", "euros", "followers", "gb",     "gbp",     "hours",
     "items",   "jpy",     "kb",  "kg",    "km",        "mb",     "members", "miles",
@@ -50,7 +51,8 @@ CodePart readPart(std::string_view text, std::size_t begin) {
   return part;
 }
 
-/// What ties two parts together without being a hyphen: "12.5", "4,930", "10:30", "05/03", "a_1", "a@b1".
+/// True for characters other than a hyphen that join two parts: "12.5", "4,930", "10:30", "05/03", "a_1",
+/// "a@b1".
 bool isTie(char tie, char before, char after) {
   switch (tie) {
     case '.':
@@ -77,7 +79,7 @@ bool endsWithAny(std::string_view text, std::span<const std::string_view> ending
 bool isOtherNumberBefore(std::string_view before) {
   if (before.ends_with(' ')) {
     before.remove_suffix(1);
-    // An amount, or an area code in parentheses.
+    // An amount, or a number after an area code in parentheses.
     return endsWithAny(before, currencies) ||
            (before.ends_with(')') && before.size() >= 2 && isDigit(before[before.size() - 2]));
   }
@@ -103,7 +105,7 @@ bool isOtherNumberAfter(std::string_view after) {
     after.remove_prefix(1);
   }
   constexpr std::size_t longest = 10;
-  std::string word;  // short enough to need no memory of its own
+  std::string word;  // short enough to need no heap memory
   for (const char byte : after.substr(0, longest)) {
     const char small = asciiLowercasedByte(byte);
     if (!isSmallLetter(small)) {
@@ -141,7 +143,7 @@ CodeUnit readUnit(std::string_view text, std::size_t begin) {
   return unit;
 }
 
-/// The end of the address of a page that begins here; the same place when none does.
+/// The end of the web address that begins here. `begin` when none does.
 std::size_t endOfAddress(std::string_view text, std::size_t begin) {
   const char first = asciiLowercasedByte(text[begin]);
   if (first != 'h' && first != 'w') {
@@ -160,7 +162,7 @@ std::size_t endOfAddress(std::string_view text, std::size_t begin) {
   return end;
 }
 
-/// Reads an address, which is passed over, or a unit, which is taken when it has a digit; gives its end.
+/// Skips a web address, or reads a unit and keeps it when it has a digit. Returns its end.
 std::size_t readWord(std::string_view text, std::size_t begin, std::vector<CodeUnit>& units) {
   if (const std::size_t end = endOfAddress(text, begin); end != begin) {
     return end;
@@ -181,7 +183,7 @@ std::vector<CodeUnit> codeUnitsIn(std::string_view text) {
   std::vector<CodeUnit> units;
   std::size_t next = 0;
   for (;;) {
-    // Most of a text has no digits: only what stands around them is read.
+    // Most of a text has no digits, so only the characters around digits are read.
     std::size_t digit = next;
     while (digit < text.size() && !isDigit(text[digit])) {
       ++digit;

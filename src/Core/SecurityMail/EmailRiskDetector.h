@@ -1,12 +1,11 @@
 #pragma once
 
-/// Recognises mail that must not reach an assistant: one-time passwords, verification codes, password
-/// resets, security alerts.
+/// Recognises mail that must not reach an assistant: one-time passwords, verification codes, password resets
+/// and security alerts.
 ///
-/// The rule: subject, sender and the beginning of the body are lower-cased and searched for a fixed
-/// table of English and Japanese keywords. Each keyword is tried in each place; one match of any is
-/// enough. Two short Latin acronyms must stand as whole words, so that "hotpot" is no "OTP"; all other
-/// terms match anywhere.
+/// The rule: subject, sender and the beginning of the body are lower-cased and searched for a fixed table of
+/// English and Japanese keywords. One keyword in one place is enough. Two short Latin acronyms must be whole
+/// words: "hotpot" must not match "OTP". All other terms match anywhere.
 ///
 ///     auto assessment = EmailRiskDetector::shared().assess({.subject = "Your OTP: 4711"});
 ///     assessment.shouldBlockBody();  // true
@@ -27,7 +26,7 @@ namespace tarnwell {
 struct Keyword {
   std::string_view term;
   std::string_view category;
-  /// The term must stand as a whole word, in the sense of `hasWord`.
+  /// True when the term must be a whole word, as `hasWord` defines it.
   bool wordBoundary;
 };
 
@@ -51,7 +50,7 @@ struct RiskAssessment {
   /// The distinct categories in order of first appearance.
   std::vector<std::string> categories() const;
 
-  /// The sentence that stands for a withheld body; empty without signals.
+  /// The sentence that replaces a withheld body. Empty without signals.
   std::string reason() const;
 
   bool operator==(const RiskAssessment&) const = default;
@@ -59,13 +58,13 @@ struct RiskAssessment {
 
 class EmailRiskDetector {
  public:
-  /// `bodyScanPrefix`: how many user-perceived characters of a body are scanned at least.
+  /// `bodyScanPrefix` is the least number of user-perceived characters of a body to scan.
   explicit EmailRiskDetector(std::size_t bodyScanPrefix);
 
   /// The detector with a prefix of 800 characters.
   static const EmailRiskDetector& shared();
 
-  /// What is looked at. `scanLimit` (user-perceived characters of the body) can widen the scan, never
+  /// The texts to search. `scanLimit` (user-perceived characters of the body) can widen the scan but never
   /// narrow it.
   struct Input {
     std::optional<std::string_view> subject = std::nullopt;
@@ -76,8 +75,8 @@ class EmailRiskDetector {
 
   RiskAssessment assess(const Input& input) const;
 
-  /// The signals of keywords that begin in the first `end` bytes of a text from a body. What follows is
-  /// looked at only to complete a keyword that begins before.
+  /// The signals of keywords that begin in the first `end` bytes of a text from a body. The text after them
+  /// is read only to complete a keyword that begins before `end`.
   RiskAssessment assessPassage(std::string_view text, std::size_t end) const;
 
   std::span<const Keyword> keywords() const;

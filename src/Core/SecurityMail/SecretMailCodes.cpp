@@ -1,4 +1,4 @@
-// Does a mail carry a one-time code? SecretMailRule.h tells the points.
+// Does a mail carry a one-time code? SecretMailRule.h lists the points.
 
 #include <algorithm>
 
@@ -10,24 +10,24 @@ namespace {
 
 using namespace mail_role;
 
-// How near is near, in bytes.
+// The largest distances at which things are still near, in bytes.
 constexpr std::size_t besideCode = 80;  // a code word and its group
 constexpr std::size_t introducedCode =
     280;                                  // the same, when the word is handed over: "the following code ..."
-constexpr std::size_t besideWord = 30;    // handing over, and its code word
-constexpr std::size_t aroundGroup = 60;   // handing over, and a group
+constexpr std::size_t besideWord = 30;    // a word of handing over and its code word
+constexpr std::size_t aroundGroup = 60;   // a word of handing over and a group
 constexpr std::size_t besideLabel = 6;    // "order no." and its number
-constexpr std::size_t longestLabel = 60;  // longer than every term
-constexpr std::size_t longestPassword = 60;  // with what ties it to its name
+constexpr std::size_t longestLabel = 60;  // longer than any term
+constexpr std::size_t longestPassword = 60;  // with the words that tie it to its name
 constexpr std::size_t nameToDone = 21;
-constexpr std::size_t sameMatter = 120;  // what else the mail may be about
-constexpr std::size_t sameMail = 400;    // signing in, expiring
+constexpr std::size_t sameMatter = 120;  // other subjects of the mail
+constexpr std::size_t sameMail = 400;    // words of signing in or of expiring
 
 class CodeQuestion {
  public:
   explicit CodeQuestion(const SecretMailReading& mail) : mail_(mail) {}
 
-  /// The word that tells that the group is a code.
+  /// The word that shows the group to be a code.
   std::optional<std::string_view> wordTelling(const MailPlace& group) const {
     if (isLabelledOtherwise(group)) {
       return std::nullopt;
@@ -67,14 +67,16 @@ class CodeQuestion {
     return best != nullptr ? best->term : handing->term;
   }
 
-  /// As in "recovery codes regenerated". In Japanese what was sent is over too.
+  /// True for a name as in "recovery codes regenerated". Japanese words do not count here: they also say that
+  /// a code was sent.
   bool isOver(const FoundWord& name) const {
     const std::span<const FoundWord> after = mail_.wordsAround({name.end, name.end}, 0, nameToDone);
     return std::ranges::any_of(
         after, [](const FoundWord& word) { return word.is(done) && (word.term.front() & 0x80) == 0; });
   }
 
-  /// For the name of a one-time code, where no group is shaped like one: the code may be of letters alone.
+  /// True when the mail hands over the code of this name although no group looks like a code. Such a code may
+  /// have letters only.
   bool isCodeHandedOver(const FoundWord& name) const {
     const std::string_view after = mail_.text().substr(name.end);
     if (name.is(password) && isPasswordBehind(name)) {
@@ -85,7 +87,7 @@ class CodeQuestion {
   }
 
  private:
-  /// As in "temporary password: tulip-Rk42": a word with a digit in it.
+  /// True for "temporary password: tulip-Rk42", where a word with a digit follows.
   bool isPasswordBehind(const FoundWord& name) const {
     std::string_view after = mail_.text().substr(name.end, longestPassword);
     const auto passOver = [&after](std::string_view tie) {
@@ -102,14 +104,14 @@ class CodeQuestion {
     return isTied && given.size() >= 6 && given.find_first_of("0123456789") != std::string_view::npos;
   }
 
-  /// As in "493021 - your Acme login".
+  /// The word in a subject such as "493021 - your Acme login".
   const FoundWord* wordOfSigningInSubject() const {
     const std::span<const FoundWord> words = mail_.wordsOfSubject();
     const auto found = std::ranges::find_if(words, [](const FoundWord& word) { return word.is(signsIn); });
     return found == words.end() ? nullptr : &*found;
   }
 
-  /// As in "4 9 3 0 2 1" and "493 021".
+  /// True for "4 9 3 0 2 1" and "493 021".
   bool isSpaced(const MailPlace& group) const {
     return mail_.text().substr(group.begin, group.end - group.begin).find(' ') != std::string_view::npos;
   }
@@ -122,18 +124,18 @@ class CodeQuestion {
     });
   }
 
-  /// True when the word is near enough to speak of the group.
+  /// True when the word is near enough to refer to the group.
   bool reaches(const FoundWord& word, const MailPlace& group) const {
     const std::size_t away = distance(placeOf(word), group);
     return away <= besideCode || (word.end <= group.begin && away <= introducedCode && isIntroduced(word));
   }
 
-  /// As in "use the following code".
+  /// True for "use the following code".
   bool isIntroduced(const FoundWord& word) const {
     return (mail_.rolesAround(placeOf(word), besideWord) & handOver) != 0;
   }
 
-  /// As in "code: 493021" and "code is 493021".
+  /// True for "code: 493021" and "code is 493021".
   bool isTiedTo(const FoundWord& word, const MailPlace& group) const {
     constexpr std::size_t longest = 8;
     if (word.end > group.begin || group.begin - word.end > longest) {

@@ -1,4 +1,4 @@
-// Does a mail carry a link that opens an account? SecretMailRule.h tells the points.
+// Does a mail carry a link that opens an account? SecretMailRule.h lists the points.
 
 #include <algorithm>
 
@@ -11,14 +11,14 @@ namespace {
 
 using namespace mail_role;
 
-// How near is near, in bytes.
+// The largest distances at which things are still near, in bytes.
 constexpr std::size_t actionToObject = 45;
 constexpr std::size_t objectToAction = 6;  // two Japanese characters: "のご"
 constexpr std::size_t linkToPress = 200;
 constexpr std::size_t linkToDone = 21;
 constexpr std::size_t adviceToAction = 100;
-constexpr std::size_t sameMatter = 120;  // what else the mail may be about
-constexpr std::size_t sameMail = 400;    // expiring
+constexpr std::size_t sameMatter = 120;  // other subjects of the mail
+constexpr std::size_t sameMail = 400;    // words of expiring
 
 bool isJapanese(std::string_view text) { return (text.front() & 0x80) != 0; }
 bool isCapital(char byte) { return byte >= 'A' && byte <= 'Z'; }
@@ -47,9 +47,9 @@ class LinkQuestion {
   }
 
  private:
-  /// As in "https://example.org/login/join": every page of some sites has the word.
+  /// True for "https://example.org/login/join". On some sites every address has the word.
   bool isInAddress(const FoundWord& word) const {
-    constexpr std::size_t longestStart = 120;  // of an address that is looked at
+    constexpr std::size_t longestStart = 120;  // how far back the start of an address is searched
     const std::string_view before = mail_.text().substr(word.begin - std::min(word.begin, longestStart),
                                                         std::min(word.begin, longestStart));
     return before.substr(before.find_last_of(" \n") + 1).find("://") != std::string_view::npos;
@@ -60,20 +60,20 @@ class LinkQuestion {
            (word.begin == 0 || (mail_.rolesAround(placeOf(word), sameMail) & linkTerms) != 0);
   }
 
-  /// As in "if this wasn't you, change your password".
+  /// True for "if this wasn't you, change your password".
   bool isAdvised(const MailPlace& link) const {
     const std::span<const FoundWord> before = mail_.wordsAround({link.begin, link.begin}, adviceToAction, 0);
     return std::ranges::any_of(before, [](const FoundWord& word) { return word.is(advice); });
   }
 
-  /// As in "パスワードをお忘れの場合", for those who have forgotten it.
+  /// True for "パスワードをお忘れの場合", which speaks to those who forgot it.
   bool isCondition(const MailPlace& link) const {
     const std::string_view after = mail_.text().substr(link.end);
     return std::ranges::any_of(std::initializer_list<std::string_view>{"の場合", "場合", "の方は", "方は"},
                                [after](std::string_view condition) { return after.starts_with(condition); });
   }
 
-  /// Where the word is an action and stands with an object of it.
+  /// The place of the action and its object. Absent when the word is no action or has no object near.
   std::optional<MailPlace> actionOnObject(const FoundWord& action) const {
     const MailRoles objects = objectsOf(action);
     if (objects == 0) {
@@ -120,7 +120,7 @@ class LinkQuestion {
         after, [&](const FoundWord& word) { return word.is(done) && !isCapital(mail_.text()[word.begin]); });
   }
 
-  /// Where nothing is left of a button but its label: "Confirm email", "Verify Your Account", "Reset your
+  /// True when the text looks like the label of a button: "Confirm email", "Verify Your Account", "Reset your
   /// password Or copy ...", "アカウントを有効化する".
   bool isLabel(const MailPlace& link) const {
     const std::string_view label = mail_.text().substr(link.begin, link.end - link.begin);

@@ -1,7 +1,7 @@
 #pragma once
 
-/// A mail that was looked through once: its words, its groups shaped like a code, and what stands near a
-/// place. The two questions of `SecretMailRule` are answered over it.
+/// A mail after one pass over it: its words, the groups with the shape of a code, and the words near a place.
+/// The two questions of `SecretMailRule` work on it.
 ///
 /// Threads: an immutable value.
 
@@ -21,17 +21,17 @@ struct MailPlace {
   std::size_t end;
 };
 
-/// The bytes between two places; 0 where they overlap.
+/// The bytes between two places. 0 when they overlap.
 std::size_t distance(const MailPlace& left, const MailPlace& right);
 
 inline MailPlace placeOf(const FoundWord& word) { return {word.begin, word.end}; }
 
 class SecretMailReading {
  public:
-  /// The texts are unfolded.
+  /// The texts are not folded yet.
   SecretMailReading(std::string_view subject, std::string_view from, std::string_view body);
 
-  /// Subject and body, folded, with a line feed between them.
+  /// The folded subject and body, with a line feed between them.
   std::string_view text() const { return text_; }
 
   bool isInSubject(std::size_t position) const { return position < endOfSubject_; }
@@ -42,13 +42,13 @@ class SecretMailReading {
 
   const std::vector<CodeGroup>& groups() const { return groups_; }
 
-  /// What the words of the subject say; of those of the sender, whether the mail is about signing in.
+  /// The roles of all words in the subject, and of the sender's words only the role `signIn`.
   MailRoles headerRoles() const { return headerRoles_; }
 
-  /// The words that begin at most `before` bytes before the place and at most `after` behind it.
+  /// The words that begin at most `before` bytes before the place or at most `after` bytes after it.
   std::span<const FoundWord> wordsAround(const MailPlace& place, std::size_t before, std::size_t after) const;
 
-  /// What the words say that begin so many bytes around the place.
+  /// The roles of the words that begin within so many bytes of the place.
   MailRoles rolesAround(const MailPlace& place, std::size_t bytes) const;
 
  private:
@@ -60,18 +60,18 @@ class SecretMailReading {
   MailRoles headerRoles_ = 0;
 };
 
-/// How many points withhold a mail.
+/// A mail with this many points is withheld.
 constexpr int enoughPoints = 3;
 
 enum class MailLocation { subject, body };
 
-/// The word that tells of a code there; absent when nothing does.
+/// The word that shows a code in this location. Absent when there is none.
 std::optional<std::string_view> wordTellingCode(const SecretMailReading& mail, MailLocation location);
 
-/// The first of the words that names a one-time code.
+/// The first word that names a one-time code.
 std::optional<std::string_view> codeNameIn(std::span<const FoundWord> words);
 
-/// The word that tells of an account link there; absent when nothing does.
+/// The word that shows an account link in this location. Absent when there is none.
 std::optional<std::string_view> wordTellingLink(const SecretMailReading& mail, MailLocation location);
 
 }  // namespace tarnwell

@@ -17,8 +17,8 @@ struct Origin {
   std::size_t end;
 };
 
-/// A piece of a text, folded. What is remembered of its bytes takes some hundred times their room, so that a
-/// long text is read in pieces.
+/// A folded piece of a text. The origins of its bytes take many times the memory of the bytes, so a long text
+/// is read in pieces.
 struct Piece {
   std::size_t begin;
   std::size_t end;
@@ -27,12 +27,13 @@ struct Piece {
 };
 
 constexpr std::size_t enoughForPiece = 16 * 1024;
-constexpr std::size_t mostOfPiece = 64 * 1024;  // where it has nothing between words
+constexpr std::size_t mostOfPiece = 64 * 1024;  // for a text without a place to cut
 
 bool isLetter(char byte) { return isASCIILetterOrDigit(byte) && (byte < '0' || byte > '9'); }
 
-/// True when no group and nothing that tells what a group is can reach over the end of the text: before a
-/// blank, a word of letters; before a character that is not of ASCII, a stretch without digits.
+/// True when the text may be cut before this character: no group reaches over the cut, and nothing that
+/// decides about a group. A cut before a blank needs a word of letters before it. A cut before a character of
+/// three bytes or more needs a stretch without digits before it.
 bool endsBefore(std::string_view folded, std::string_view character) {
   if (character == " ") {
     const auto word = std::find_if_not(folded.rbegin(), folded.rend(), isLetter);
@@ -43,7 +44,7 @@ bool endsBefore(std::string_view folded, std::string_view character) {
          folded.find_first_of("0123456789", folded.size() - longestAfterNumber) == std::string_view::npos;
 }
 
-/// The piece that begins at `next`, which moves to its end.
+/// Reads the piece that begins at `next` and moves `next` to its end.
 Piece readPiece(std::string_view text, std::size_t& next) {
   Piece piece{next, next, {}, {}};
   while (next < text.size() && piece.folded.size() < mostOfPiece) {

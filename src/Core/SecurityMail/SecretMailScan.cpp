@@ -18,7 +18,8 @@ namespace tarnwell {
 
 namespace {
 
-/// True for the letters and digits of ASCII and for the two-byte letters of Latin, Greek and Cyrillic.
+/// True after an ASCII letter or digit, an underscore, or a character of two bytes from U+00C0 on. These
+/// include the letters of Latin, Greek and Cyrillic.
 bool endsInLetter(std::string_view text, std::size_t position) {
   if (position == 0) {
     return false;
@@ -36,7 +37,7 @@ bool beginsWithLetter(std::string_view text, std::size_t position) {
 
 bool isASCII(char byte) { return (byte & 0x80) == 0; }
 
-/// Where the term ends when it stands at `begin`; `begin` when it does not.
+/// The end of the term that begins at `begin`. `begin` when the term is not there.
 std::size_t endOfTerm(std::string_view text, std::size_t begin, std::string_view term) {
   std::size_t next = begin;
   for (std::size_t place = 0; place < term.size(); ++place) {
@@ -50,7 +51,7 @@ std::size_t endOfTerm(std::string_view text, std::size_t begin, std::string_view
       next += found == '-' ? 1 : 0;
       continue;
     }
-    // Only before the first byte of a Japanese character can the others be equal.
+    // The byte after a blank begins a character. So this matches only between two characters of the term.
     if (found != ' ' || place == 0 || isASCII(wanted) || isASCII(term[place - 1]) ||
         next + 1 == text.size() || text[next + 1] != wanted) {
       return begin;
@@ -64,7 +65,7 @@ std::size_t endOfTerm(std::string_view text, std::size_t begin, std::string_view
   return isPlural ? next + 1 : begin;
 }
 
-/// What the bytes of a term and of a text have in common: letter case aside, and a hyphen may stand for a
+/// Maps bytes that a term and a text treat as equal to one byte: letters of either case, and a hyphen and a
 /// blank.
 constexpr std::array<std::uint8_t, 256> plainBytes = [] {
   std::array<std::uint8_t, 256> plain{};
@@ -96,7 +97,7 @@ class TermIndex {
     std::vector<std::pair<std::size_t, Term>> bySlot;
     for (const auto& [term, rolesOfTerm] : roles) {
       bySlot.push_back({slot(term), {term, rolesOfTerm}});
-      // A blank that stands for nothing leaves other bytes at the beginning.
+      // A blank may match nothing, so the term may also begin with other bytes.
       std::string joined(term);
       std::erase(joined, ' ');
       if (slot(joined) != slot(term)) {
@@ -125,7 +126,7 @@ class TermIndex {
   }
 
  private:
-  /// A number that all texts with this first character share.
+  /// A number that depends only on the first character of the text.
   static std::size_t firstCharacter(std::string_view text) {
     const std::size_t first = byteAt(text, 0);
     return first < firstOfJapanese || text.size() < lookAhead
@@ -133,9 +134,9 @@ class TermIndex {
                : (first & 0xF) << 12 | (byteAt(text, 1) & 0x3FU) << 6 | (byteAt(text, 2) & 0x3FU);
   }
 
-  /// By the first three bytes; of Japanese, whose first character is as long, by the last of the second
-  /// character too, before which a blank is passed over. So no Japanese term may have less than two
-  /// characters.
+  /// The slot comes from the first three bytes. For Japanese these are the first character, so the last byte
+  /// of the second character counts too; a blank before the second character is skipped. A Japanese term must
+  /// therefore have at least two characters.
   static std::size_t slot(std::string_view text) {
     std::size_t sum = 0;
     for (std::size_t place = 0; place < std::min(text.size(), lookAhead); ++place) {
@@ -161,7 +162,7 @@ const TermIndex& termIndex() {
   return index;
 }
 
-/// Where the character ends that begins there.
+/// The end of the character that begins at `begin`.
 std::size_t nextCharacter(std::string_view text, std::size_t begin) {
   std::size_t next = begin + 1;
   while (next < text.size() && isContinuationByte(text[next])) {

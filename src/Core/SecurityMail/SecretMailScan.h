@@ -1,13 +1,14 @@
 #pragma once
 
-/// Finds the words of `SecretMailWords` and the groups shaped like a code in a text in the form of
-/// `foldedForScanning`.
+/// Finds the words of `SecretMailWords` and the groups with the shape of a code. The text must have the form
+/// of `foldedForScanning`.
 ///
 ///     wordsIn("Your sign-in code: 493 021");       // "sign in code", "sign in", "code"
 ///     codeGroupsIn("Your sign-in code: 493 021");  // the bytes 19 to 26
 ///
-/// Both are linear: each place of the text is looked at a bounded number of times.
-/// Threads: pure functions over tables that are made once.
+/// Both run in linear time: they read each place of the text a bounded number of times.
+///
+/// Threads: pure functions over tables that are built once.
 
 #include <cstddef>
 #include <string_view>
@@ -27,8 +28,8 @@ struct FoundWord {
   bool operator==(const FoundWord&) const = default;
 };
 
-/// In the order of their beginnings, the longer before the shorter; none that begins inside of one with the
-/// role `other`.
+/// In the order of their first bytes, and longer words before shorter ones. Leaves out words that begin
+/// inside a word with the role `other`.
 std::vector<FoundWord> wordsIn(std::string_view folded);
 
 struct CodeGroup {
@@ -38,15 +39,18 @@ struct CodeGroup {
   bool operator==(const CodeGroup&) const = default;
 };
 
-/// In the order of the text. What looks like a code:
-///   - 4 to 8 digits: 493021
-///   - in threes or fours, with a blank or a hyphen: 493 021, 4930-2178; in twos, with blanks: 49 30 21
-///   - 4 to 8 single digits with blanks between them, before a longer number too: 4 9 3 0 2 1
-///   - one or two letters, a hyphen, and 4 to 8 digits: G-493021
-///   - letters and digits, 5 to 8: R4K2P
-///   - letters and digits in two to four groups of 3 to 5, with hyphens, or two with a blank: A7K-9QX
-/// What does not, by its own form or its neighbours: years and dates, times, prices, versions, parts of
-/// addresses, numbers that count something, telephone and card numbers, numbers behind "#".
+/// In the order of the text. These look like a code:
+/// - 4 to 8 digits: 493021
+/// - two groups of three or four digits, with a blank or a hyphen: 493 021, 4930-2178
+/// - three groups of two digits, with blanks: 49 30 21
+/// - 4 to 8 single digits with blanks between them, even before a longer number: 4 9 3 0 2 1
+/// - one or two letters, a hyphen, and 4 to 8 digits: G-493021
+/// - 5 to 8 letters and digits: R4K2P
+/// - two to four groups of 3 to 5 letters and digits, with hyphens: A7K-9QX. Two such groups may have a
+///   blank.
+/// The form or the neighbours of a group can show that it is no code. This covers years and dates, times,
+/// prices, versions, parts of addresses, numbers that count something, telephone and card numbers, and
+/// numbers after "#".
 std::vector<CodeGroup> codeGroupsIn(std::string_view folded);
 
 }  // namespace tarnwell

@@ -4,7 +4,7 @@ namespace tarnwell {
 
 namespace {
 
-using namespace mail_role;  // a table of little else
+using namespace mail_role;  // the table uses little else
 
 constexpr SecretMailWords rows[] = {
     // Names of one-time codes.
@@ -24,7 +24,7 @@ constexpr SecretMailWords rows[] = {
      "otac|totp|mtan|two step number|sign in number|log in number"},
     {codeName | password, "temporary password|initial password|your password is|new password is"},
     {signIn, "2fa"},
-    // Words that may name one.
+    // Words that may name a one-time code.
     {code,
      "code|pin|pin code|pin number|token|digits|digit number|security number|authorization "
      "number|authorisation number|account code|your key|access key|personal key"},
@@ -69,7 +69,7 @@ constexpr SecretMailWords rows[] = {
      "bug|pull request|commit|ticket id|support ticket|case number|case id|support request|"
      "support case"},
     {other, "license key|licence key|product key|activation key|serial key"},
-    // Signing in for what is no secret by itself.
+    // Offers to sign in for something that is not a secret.
     {other,
      "log in to view|sign in to view|log in to see|sign in to see|log in to manage|sign in to manage|"
      "log in to track|sign in to track|log in to reply|sign in to reply|log in to download|"

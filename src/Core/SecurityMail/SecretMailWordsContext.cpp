@@ -4,14 +4,14 @@ namespace tarnwell {
 
 namespace {
 
-using namespace mail_role;  // a table of little else
+using namespace mail_role;  // the table uses little else
 
 constexpr SecretMailWords rows[] = {
-    // What a mail says when it hands a code over.
+    // Words of mail that hands over a code.
     {handOver,
      "enter|entering|input|type|submit|paste|copy|use|using|provide|following|below|here is|here's|"
      "is your|find your|typing|key in|key this in|put in|answer with|match the number"},
-    // What a mail about signing in or confirming says.
+    // Words of mail about signing in or confirming.
     {signIn | signsIn,
      "sign in|sign into|signing in|log in|log into|log on|logging in|sign on|log on|logging on"},
     {signIn,
@@ -20,7 +20,7 @@ constexpr SecretMailWords rows[] = {
      "two factor|two step|2 step|mfa|multi factor|sign up|signing up|registering|registration|"
      "logged in|logged into|signed in|signed into|new device|new browser|it's you|3d secure|access your "
      "account|prove"},
-    // What codes and links of this kind are: soon over, asked for, nobody else's.
+    // Words about codes and links of this kind: they expire, were asked for, or are for one person.
     {shortLived | linkTerms,
      "link expires|link will expire|link is valid|link is only valid|link can only|link can be used|"
      "link will be valid|link works|link will work|link will only|link remains valid|link is good|"
@@ -44,7 +44,7 @@ constexpr SecretMailWords rows[] = {
     {mistake,
      "ignore|disregard|by mistake|in error|did not create|didn't create|did not sign up|didn't sign up|"
      "did not register|didn't register|have not registered|no further action|do nothing|not expecting"},
-    // What other mail with codes is about.
+    // Words of other mail that has codes.
     {elsewhere,
      "parcel|package|locker|courier|driver|pick up|picking up|collect your|collection point|delivery|"
      "delivered|shipped|shipping|store|counter|till|door|gate|entrance|car park|parking|garage|barrier|"
@@ -76,7 +76,7 @@ constexpr SecretMailWords rows[] = {
      "of|reply|subscription|membership|replying|responding|interview|slot|spot|place|meeting|visit|rsvp|date|"
      "delivery|transaction|donation|quote|invoice|document|trip|stay|session|class|event|contact "
      "details|plan|settings|preferences|delivery address|billing address|home address"},
-    // Links by name, and what leads to one.
+    // Names of links, and words around links.
     {linkName,
      "magic link|magic url|sign in link|sign in url|sign in email|log in link|log in url|reset link|"
      "reset url|password link|password reset|password recovery|verification link|verification url|"
@@ -92,7 +92,7 @@ constexpr SecretMailWords rows[] = {
      "requested a new password|restore access|restore my access|restore your access|regain access|"
      "unlock it|this is my email|yes, this is my email|yes, this is me|this is my address|it's me|yes it's "
      "me|yes, it's me|that's me|yes, that was me|"
-     "that was me|finish setting up your account|finish signing in|complete your sign in|"
+     "that was me|set up your account|finish setting up your account|finish signing in|complete your sign in|"
      "complete your log in|sign me in|log me in"},
     {linkSubject,
      "forgot password|forgot your password|forgotten password|forgotten your password|lost password|"

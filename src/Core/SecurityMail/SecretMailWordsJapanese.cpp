@@ -4,7 +4,7 @@ namespace tarnwell {
 
 namespace {
 
-using namespace mail_role;  // a table of little else
+using namespace mail_role;  // the table uses little else
 
 constexpr SecretMailWords rows[] = {
     // Names of one-time codes.
@@ -22,7 +22,7 @@ constexpr SecretMailWords rows[] = {
      "有効化コード|検証番号|第二認証|トランザクション認証"},
     {codeName | password,
      "新しい暗証番号|仮の暗証番号|仮パスワード|初期パスワード|一時パスワード|仮のパスワード"},
-    // Words that may name one.
+    // Words that may name a one-time code.
     {code, "コード|暗証番号|数字|pinコード|ピンコード|パスワードは|トークン"},
     {code | handOver,
      "以下のコード|下記のコード|次のコード|こちらのコード|このコード|上記のコード|コードを入力|"
@@ -39,7 +39,7 @@ constexpr SecretMailWords rows[] = {
      "申請番号|審査番号|部品番号|図面番号|法人番号|決済番号|配送番号|番号案内|番号変更|品番|型番|注文id|"
      "お客様id|会員id|ユーザーid|注文no|伝票no|電話|お電話|tel|fax|内線|バージョン|ビルド|課題|"
      "西暦|平成|令和|残高|金額|合計|価格|定価|税込|レコード|アコード"},
-    // What is over.
+    // Words about a change that is over.
     {other,
      "パスワード変更のお知らせ|パスワード変更完了|パスワード変更通知|パスワード変更について|"
      "パスワード変更がありました|パスワードの変更が完了|パスワードの変更について|"
@@ -57,19 +57,19 @@ constexpr SecretMailWords rows[] = {
      "バウチャーコード|航空会社コード|空港コード|文字コード|管理コード|顧客コード|取引先コード|"
      "郵便コード|会議コード|コードレビュー|コードベース|コード品質|コード規約|コードレス|ドレスコード|"
      "ショートコード|コーディング"},
-    // What a mail says when it hands a code over.
+    // Words of mail that hands over a code.
     {handOver,
      "入力|ご入力|入れて|打ち込|記入|貼り付け|コピー|ペースト|ご利用ください|ご使用ください|使用して|"
      "利用して|"
      "以下の|下記の|次の|こちらの|お知らせします|お送りします|お届けします|お伝えします|発行しました|"
      "発行いたしました"},
-    // What a mail about signing in or confirming says.
+    // Words of mail about signing in or confirming.
     {signIn | signsIn, "ログイン|サインイン"},
     {signIn,
      "認証|本人確認|ご本人|本人様|ご本人様確認|会員登録|新規登録|ユーザー登録|アカウント登録|"
      "サインアップ|メールアドレスの確認|メールアドレスを確認|メールアドレス確認|パスワード|二段階|2段階|"
      "二要素|2要素|多要素|パスキー|身元確認|アカウントの確認|お取引|お振込|送金|振込|3dセキュア|有効化"},
-    // What codes and links of this kind are: soon over, asked for, nobody else's.
+    // Words about codes and links of this kind: they expire, were asked for, or are for one person.
     {shortLived | linkTerms,
      "リンクの有効期限|urlの有効期限|リンクは一度|リンクは1回|リンクは一回|リンクは1度|urlは一度|"
      "urlは1回|リンクは発行|urlは発行|リンクは24時間|リンクは1時間"},
@@ -85,13 +85,13 @@ constexpr SecretMailWords rows[] = {
     {mistake,
      "心当たり|お心当たり|身に覚え|身におぼえ|覚えのない|覚えがない|破棄|無視|削除してください|"
      "お手数ですが削除|ご自身でない|ご本人でない"},
-    // What other mail with codes is about.
+    // Words of other mail that has codes.
     {elsewhere,
      "クーポン|割引|セール|値引|お買い物|お買い上げ|注文|配送|配達|お届け|荷物|受け取り|お受け取り|受取|"
      "レジ|店頭|宅配|ロッカー|会議|ミーティング|ウェビナー|入館|入室|駐車|ゲート|合鍵|鍵の|鍵を|チェックイン|"
      "宿泊|"
      "ご予約|抽選|ギフト|エラー|例外|ビルド|コミット|プルリク|会場|チケット|引換|引き換え"},
-    // Actions, which stand after their objects.
+    // Actions and their objects. An action comes after its object.
     {resets, "再設定|再発行|再登録|初期化|リセット|設定|変更"},
     {confirms,
      "確認|認証|検証|有効化|有効に|復旧|復元|回復|アクティベート|ロック解除|ロックの解除|ロックを解除"},
@@ -99,7 +99,7 @@ constexpr SecretMailWords rows[] = {
     {password, "パスワード"},
     {account, "メールアドレス|eメール|アカウント"},
     {registration, "登録"},
-    // Links by name, and what leads to one.
+    // Names of links, and words around links.
     {linkName,
      "新しいパスワード|新パスワード|パスワードをお忘れ|パスワードを忘れた|メール認証|ロックを解除|"
      "ロック解除|ロックの解除|アクティベーション|本登録|仮登録|仮登録完了|仮登録が完了|仮登録を受け|"
@@ -108,6 +108,8 @@ constexpr SecretMailWords rows[] = {
      "ログイン用のリンク|ログイン用url|ログイン用のurl|サインインリンク|サインイン用リンク|"
      "サインイン用のリンク|マジックリンク|ワンタイムリンク|ワンタイムurl|一回限りのリンク|"
      "一度限りのリンク|再設定用リンク|再設定用のリンク|再設定用url|再設定用のurl|再設定リンク|"
+     "新規パスワード発行|パスワード発行のリクエスト|ユーザーを有効化|メールアドレス変更の確認|"
+     "メールアドレスの変更を確認|メールアドレスへの変更を確認|"
      "メールの認証|はい、私です|はい、私が|はい、本人です|はい、許可|登録を続け|登録を完了|登録手続き|"
      "登録の手続き|新規登録の完了|変更を確定|ログインを完了|リセットリンク|リセット用リンク|リセット用url"},
     {press,

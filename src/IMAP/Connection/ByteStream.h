@@ -1,8 +1,8 @@
 #pragma once
 
-/// The narrow seam between IMAP and the network: bytes out, bytes in, every wait bounded.
+/// The interface between IMAP and the network: sends bytes and receives bytes, and every wait is bounded.
 ///
-/// `TLSStream` is the real one; tests put a script in its place.
+/// `TLSStream` is the real stream. Tests replace it with a script.
 ///
 /// Threads: one at a time.
 
@@ -14,18 +14,18 @@ class ByteStream {
  public:
   virtual ~ByteStream() = default;
 
-  /// Throws `IMAPError`: `connectionFailed` as soon as the attempt failed, `timeout` when it did not end.
+  /// Throws `IMAPError`: `connectionFailed` as soon as the attempt fails, `timeout` when it does not end in
+  /// time.
   virtual void connect() = 0;
 
-  /// Sends all of the bytes. Throws `IMAPError` like `connect`, which must have succeeded before; so it must
-  /// for `receive`.
+  /// Sends all bytes. Throws as `connect` does. `send` and `receive` require a successful `connect`.
   virtual void send(std::string_view bytes) = 0;
 
-  /// The next bytes that arrived, at least one and at most 65536; empty when the peer has closed. They are
-  /// valid until the next call. Throws `IMAPError` like `connect`.
+  /// The next bytes that arrived: at least one, at most 65536. Empty when the peer has closed. They are valid
+  /// until the next call. Throws as `connect` does.
   virtual std::string_view receive() = 0;
 
-  /// Ends the connection at once, sends nothing, never fails.
+  /// Ends the connection at once. Sends nothing and never fails.
   virtual void close() noexcept = 0;
 };
 

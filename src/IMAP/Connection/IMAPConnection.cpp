@@ -20,9 +20,9 @@ IMAPConnection::IMAPConnection(const std::string& host, std::int64_t port,
                                std::chrono::duration<double> timeout)
     : IMAPConnection(std::make_unique<TLSStream>(host, endpointPort(port), timeout)) {}
 
-/// Any failure of an operation is the end of the connection.
+/// Runs an operation. When it throws, the connection is dead and the exception goes on.
 template <class Operation>
-auto IMAPConnection::orDie(Operation operation) {
+auto IMAPConnection::deadAfterFailure(Operation operation) {
   try {
     return operation();
   } catch (...) {
@@ -37,11 +37,11 @@ void IMAPConnection::connect() {
 }
 
 void IMAPConnection::sendBytes(std::string_view bytes) {
-  orDie([&] { stream_->send(bytes); });
+  deadAfterFailure([&] { stream_->send(bytes); });
 }
 
 std::string IMAPConnection::readLogicalLine() {
-  return orDie([&] {
+  return deadAfterFailure([&] {
     for (;;) {
       if (std::optional<std::string> line = assembler_.next()) {
         return std::move(*line);

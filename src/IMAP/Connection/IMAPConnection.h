@@ -1,8 +1,8 @@
 #pragma once
 
-/// The byte transport under the client: sends bytes, hands out logical lines.
+/// The byte transport of the client: sends bytes and returns logical lines.
 ///
-/// It knows no tag and no command. After a failure the connection is dead and stays so.
+/// It does not know tags or commands. After a failure the connection stays dead.
 ///
 ///     IMAPConnection connection("imap.example.org", 993, std::chrono::seconds(30));
 ///     connection.connect();
@@ -23,15 +23,15 @@ namespace tarnwell {
 
 class IMAPConnection {
  public:
-  /// Implicit TLS to a host. Touches no network. `timeout` bounds each single wait; for the port see
-  /// `endpointPort`.
+  /// Implicit TLS to a host. Does not use the network yet. `timeout` bounds each single wait. For the port
+  /// see `endpointPort`.
   IMAPConnection(const std::string& host, std::int64_t port, std::chrono::duration<double> timeout);
 
-  /// Over any stream.
+  /// Uses any stream.
   explicit IMAPConnection(std::unique_ptr<ByteStream> stream) : stream_(std::move(stream)) {}
 
-  /// The port to connect to. One outside 0 to 65535 is a programming error and ends the process; 0, to which
-  /// nobody can connect, means 993.
+  /// The port to connect to. 0, which nobody can connect to, means 993. A port outside 0 to 65535 is a
+  /// programming error and aborts the process.
   static std::uint16_t endpointPort(std::int64_t port);
 
   /// Throws `IMAPError`: `connectionFailed` or `timeout`.
@@ -40,20 +40,20 @@ class IMAPConnection {
   /// Throws `IMAPError`: `connectionFailed` or `timeout`.
   void sendBytes(std::string_view bytes);
 
-  /// The next logical line without its last CRLF, literals in place (see LineAssembler.h). Throws
-  /// `IMAPError`: `connectionClosed` when the peer closes before the line is complete, `connectionFailed`
-  /// or `timeout`.
+  /// The next logical line with its literals in place, without its last CRLF (see LineAssembler.h). Throws
+  /// `IMAPError`: `connectionClosed` when the peer closes before the line is complete, `connectionFailed` or
+  /// `timeout`.
   std::string readLogicalLine();
 
   /// True from a successful `connect` until a failure or `close`.
   bool isAlive() const { return alive_; }
 
-  /// Never fails, sends nothing.
+  /// Sends nothing and never fails.
   void close() noexcept;
 
  private:
   template <class Operation>
-  auto orDie(Operation operation);
+  auto deadAfterFailure(Operation operation);
 
   std::unique_ptr<ByteStream> stream_;
   LineAssembler assembler_;

@@ -24,7 +24,7 @@ IMAPError IMAPError::folderNotFound(std::string name) {
   return {Kind::folderNotFound, "Folder not found: " + std::move(name)};
 }
 
-/// Deliberate: the text tells the user which setting changes the outcome and that the others do not.
+/// Deliberate: the text tells the user which setting helps, and that the others do not.
 IMAPError IMAPError::moveRejected(std::string detail) {
   return {Kind::moveRejected,
           "The mail server rejected the move (" + std::move(detail) +

@@ -2,8 +2,8 @@
 
 /// The one error type of the IMAP layer.
 ///
-/// `description()` is the sentence that tools and commands show. Texts that come from a server enter an
-/// error only through the client's safe summary.
+/// `description()` is the sentence that tools and commands show. A server's text enters an error only through
+/// the client's safe summary.
 ///
 /// Threads: plain values.
 
@@ -16,7 +16,8 @@ class IMAPError : public std::exception {
  public:
   enum class Kind {
     connectionFailed,
-    /// Deliberate: never thrown here; a failure of TLS arrives as `connectionFailed`. For embedding programs.
+    /// Deliberate: never thrown here, for embedding programs only. A TLS failure arrives as
+    /// `connectionFailed`.
     tlsFailed,
     commandFailed,
     unexpectedResponse,

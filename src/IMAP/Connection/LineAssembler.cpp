@@ -1,23 +1,14 @@
 #include "IMAP/Connection/LineAssembler.h"
 
 #include <algorithm>
-#include <charconv>
-#include <system_error>
 #include <utility>
+
+#include "Text/DecimalNumber.h"
 
 namespace tarnwell {
 namespace {
 
 constexpr std::string_view crlf = "\r\n";
-
-bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
-
-/// The value of decimal digits; absent when there are none or it does not fit 63 bits.
-std::optional<std::int64_t> decimalNumber(std::string_view digits) {
-  std::int64_t number = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  return error == std::errc() ? std::optional(number) : std::nullopt;
-}
 
 }  // namespace
 
@@ -42,7 +33,7 @@ std::size_t LineAssembler::appendLine(std::string_view bytes) {
   const std::size_t lineFeed = bytes.find('\n');
   const std::size_t taken = lineFeed == std::string_view::npos ? bytes.size() : lineFeed + 1;
   assembled_.append(bytes, 0, taken);
-  // The CR may have come with an earlier piece, but not with the literal before this line.
+  // The CR may belong to an earlier piece, but not to the literal before this line.
   if (std::string_view(assembled_).substr(physicalLineBegin_).ends_with(crlf)) {
     endPhysicalLine();
   }
@@ -80,13 +71,13 @@ std::optional<std::int64_t> LineAssembler::trailingLiteralLength(std::string_vie
   if (line.ends_with('+')) {
     line.remove_suffix(1);
   }
-  const auto digitsBegin = std::find_if_not(line.rbegin(), line.rend(), isDigit).base();
+  const auto digitsBegin = std::find_if_not(line.rbegin(), line.rend(), isASCIIDigit).base();
   const std::string_view digits(digitsBegin, line.end());
   line.remove_suffix(digits.size());
   if (!line.ends_with('{')) {
     return std::nullopt;
   }
-  return decimalNumber(digits);
+  return decimalNumber<std::int64_t>(digits);
 }
 
 }  // namespace tarnwell

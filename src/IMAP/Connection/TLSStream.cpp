@@ -28,8 +28,8 @@ using boost::system::error_code;
 using Clock = std::chrono::steady_clock;
 using Endpoints = std::vector<tcp::endpoint>;
 
-/// A name look-up on a thread of its own, which exists because the system's resolver cannot be interrupted
-/// and ends by itself when the resolver gives up.
+/// A name look-up on its own thread, because nothing can interrupt the system's resolver. The thread ends
+/// when the resolver returns.
 class Lookup {
  public:
   Lookup(const std::string& host, std::uint16_t port) {
@@ -47,7 +47,7 @@ class Lookup {
     }
   }
 
-  /// The addresses of the host; absent when the look-up did not end in time.
+  /// The addresses of the host. Absent when the look-up did not end in time.
   std::optional<Endpoints> await(Clock::time_point end, error_code& error) {
     std::unique_lock lock(result_->mutex);
     if (!result_->arrived.wait_until(lock, end, [&] { return result_->isThere; })) {
@@ -58,7 +58,7 @@ class Lookup {
   }
 
  private:
-  /// Both threads keep it alive.
+  /// Both threads share ownership of it.
   struct Result {
     std::mutex mutex;
     std::condition_variable arrived;
@@ -82,7 +82,7 @@ class Lookup {
   std::shared_ptr<Result> result_ = std::make_shared<Result>();
 };
 
-/// Makes the host's name or address what the certificate must hold; false when that cannot be checked.
+/// Requires the host's name or address in the certificate. False when that cannot be checked.
 bool authenticate(SSL* connection, const std::string& host) {
   X509_VERIFY_PARAM* verification = SSL_get0_param(connection);
   X509_VERIFY_PARAM_set_hostflags(verification, X509_CHECK_FLAG_NO_PARTIAL_WILDCARDS);
@@ -97,7 +97,7 @@ bool authenticate(SSL* connection, const std::string& host) {
   return accepted;
 }
 
-/// With and without the closing message of TLS.
+/// The stream ended, with or without the closing message of TLS.
 bool isEndOfStream(error_code error) {
   return error == asio::error::eof || error == asio::ssl::error::stream_truncated;
 }
@@ -113,7 +113,6 @@ struct TLSStream::State {
   std::chrono::duration<double> timeout;
 
   asio::io_context queue{1};
-  std::shared_ptr<asio::ssl::context> context;
   std::optional<asio::ssl::stream<tcp::socket>> stream;
   std::array<char, 65536> received;
 
@@ -126,9 +125,9 @@ struct TLSStream::State {
     std::size_t count = 0;
   };
 
-  /// The one time-out helper: starts an operation with a handler of its outcome and runs the queue until
-  /// the handler was called, at most until `end`. A late operation is cancelled by closing the socket, and
-  /// its handler awaited, since it refers to this frame; then the outcome is absent.
+  /// The one time-out helper. It starts an operation whose handler stores the outcome, and runs the queue
+  /// until the handler was called or `end` is reached. It cancels a late operation by closing the socket, and
+  /// still waits for its handler, which refers to this stack frame. Then the outcome is absent.
   template <class Start>
   std::optional<Outcome> awaitUntil(Clock::time_point end, Start start) {
     std::optional<Outcome> outcome;
@@ -144,7 +143,7 @@ struct TLSStream::State {
     return outcome;
   }
 
-  /// The same; throws `IMAPError::timeout` when the operation is late.
+  /// The same, but throws `IMAPError::timeout` for a late operation.
   template <class Start>
   Outcome await(Clock::time_point end, Start start) {
     const std::optional<Outcome> outcome = awaitUntil(end, start);
@@ -156,17 +155,17 @@ struct TLSStream::State {
 
   void openStream() {
     try {
-      context = sharedTLSContext();
-      stream.emplace(queue, *context);
+      asio::ssl::context context = newTLSContext();
+      stream.emplace(queue, context);  // OpenSSL counts who uses the context
     } catch (const TrustError& nobodyToTrust) {
       fail(nobodyToTrust.what());
-    } catch (const boost::system::system_error& noDescriptor) {  // the queue needs some of its own
+    } catch (const boost::system::system_error& noDescriptor) {  // the queue itself needs descriptors
       fail(noDescriptor.code().message());
     }
   }
 
-  /// Connects to the first address that answers. Each gets an equal share of the time that is left, so that
-  /// one which swallows everything does not use up the time of the others; the last failure counts.
+  /// Connects to the first address that answers. Each address gets an equal share of the time that is left,
+  /// so an address that never answers leaves time for the others. If all fail, the last failure is reported.
   void connectToOneOf(const Endpoints& endpoints, Clock::time_point end) {
     tcp::socket& socket = stream->next_layer();
     std::optional<Outcome> connected = Outcome{asio::error::host_not_found};
@@ -227,7 +226,7 @@ TLSStream::~TLSStream() = default;
 
 void TLSStream::connect() {
   State& state = *state_;
-  // The system's resolver takes the first for this machine, and reads the second up to the zero byte.
+  // The system's resolver takes an empty name for this machine, and ignores what follows a zero byte.
   if (state.host.empty() || state.host.find('\0') != std::string::npos) {
     throw IMAPError::connectionFailed("port " + std::to_string(state.port) +
                                       ": the host name is empty or holds a zero byte");

@@ -2,14 +2,14 @@
 
 /// TLS over TCP to one host (RFC 8314, implicit TLS), with a bound on every wait.
 ///
-/// The server is authenticated: at least TLS 1.2, a certificate chain that ends in the system's trust
-/// store (or in SSL_CERT_FILE and SSL_CERT_DIR, as OpenSSL reads them), and the host's name or address in
-/// the certificate. Nothing is sent to a server that does not pass.
+/// The server is authenticated: TLS 1.2 or later, a certificate chain to the system's trust store (or to
+/// SSL_CERT_FILE and SSL_CERT_DIR, as OpenSSL reads them), and the host's name or address in the certificate.
+/// Nothing is sent to a server that fails this.
 ///
-/// Each operation starts one asynchronous call on the object's own queue and runs that queue for at most
-/// the time-out; a failure surfaces at once. Name resolution, which the system cannot cancel, runs on a
-/// thread of its own and is abandoned when it does not answer in time. The addresses of a host are tried
-/// one after the other, each for an equal share of the time that is left.
+/// Each operation starts one asynchronous call on the object's own queue and runs that queue until the
+/// time-out at most. A failure is reported at once. The system cannot cancel a name look-up, so that runs on
+/// its own thread, which is abandoned when the answer is late. The addresses of a host are tried one after
+/// the other, each for an equal share of the time that is left.
 ///
 /// Threads: one at a time.
 
@@ -24,7 +24,7 @@ namespace tarnwell {
 
 class TLSStream final : public ByteStream {
  public:
-  /// Touches no network. `timeout` bounds the whole of `connect`, and each `send` and `receive`.
+  /// Does not use the network. `timeout` bounds the whole of `connect`, and each `send` and `receive`.
   TLSStream(std::string host, std::uint16_t port, std::chrono::duration<double> timeout);
   ~TLSStream() override;
 

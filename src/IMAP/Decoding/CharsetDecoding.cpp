@@ -35,12 +35,12 @@ const NamedCharset commonNames[] = {
     {"euc-jp", Charset::eucJP},
     {"eucjp", Charset::eucJP},
     {"iso-2022-jp", Charset::iso2022JP},
-    // Deliberate: the byte order comes from the byte-order mark, never from the name. Mail that says
-    // "utf-16le" and begins with a big-endian mark exists; the mark is right.
+    // Deliberate: the byte-order mark decides the byte order, never the name. Some mail says "utf-16le" and
+    // begins with a big-endian mark. The mark is right.
     {"utf-16", Charset::utf16},
     {"utf-16le", Charset::utf16},
     {"utf-16be", Charset::utf16},
-    // The superset of the other two.
+    // GB 18030 contains the other two.
     {"gb2312", Charset::gb18030},
     {"gbk", Charset::gb18030},
     {"gb18030", Charset::gb18030},

@@ -22,10 +22,10 @@ struct EncodedWord {
   std::size_t end = 0;
 };
 
-/// The first encoded word at or after `position`. Reading all words of a field is linear.
+/// The first encoded word at or after `position`. Reading all words of a field takes linear time.
 std::optional<EncodedWord> nextEncodedWord(std::string_view field, std::size_t position);
 
-/// The word's text, its encoding undone. Base64 that yields nothing at all is taken as it stands.
+/// The word's text with its encoding undone. Base64 that yields no bytes is returned unchanged.
 std::string bytesOf(const EncodedWord& word);
 
 }  // namespace tarnwell::TextDecoding

@@ -8,8 +8,8 @@ namespace {
 
 constexpr auto nowhere = std::string_view::npos;
 
-/// The encoded word that begins at `start`, where "=?" stands. A word reaches over at most three more
-/// question marks, so that reading from every "=?" of a field stays linear.
+/// The encoded word that begins at `start`, where "=?" stands. A word contains at most three more question
+/// marks, so trying every "=?" of a field still takes linear time.
 std::optional<EncodedWord> encodedWordAt(std::string_view field, std::size_t start) {
   const std::size_t charsetStart = start + 2;
   const std::size_t charsetEnd = field.find('?', charsetStart);

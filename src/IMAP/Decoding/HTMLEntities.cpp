@@ -26,7 +26,7 @@ constexpr NamedEntity namedEntities[] = {
     {"&gt;", ">"},
     {"&quot;", "\""},
     {"&apos;", "'"},
-    // Deliberate: an ordinary space and not U+00A0, which no reader of plain text needs.
+    // Deliberate: an ordinary space and not U+00A0, which plain text does not need.
     {"&nbsp;", " "},
     {"&mdash;", "\u2014"},
     {"&ndash;", "\u2013"},
@@ -35,7 +35,8 @@ constexpr NamedEntity namedEntities[] = {
     {"&reg;", "\u00AE"},
 };
 
-/// The blank and invisible ones among the others (HTML, section 13.5); two are known without a semicolon too.
+/// The other references to blank and invisible characters (HTML, section 13.5). Two of them are also known
+/// without a semicolon.
 constexpr NamedEntity blankEntities[] = {
     {"&ensp;", " "},
     {"&emsp;", " "},
@@ -66,8 +67,8 @@ constexpr NamedEntity blankEntities[] = {
     {"&NegativeThickSpace;", ""},
 };
 
-/// "&#(x?[0-9A-Fa-f]+);": where it ends, and the scalar value it names. A reference without a value is
-/// text like any other: hexadecimal digits without the x, a surrogate, or a number that is too large.
+/// A reference "&#(x?[0-9A-Fa-f]+);": its end and its scalar value. Without a value the reference is ordinary
+/// text: hexadecimal digits without the x, a surrogate, or a number that is too large.
 struct NumericReference {
   std::size_t end = 0;
   std::optional<char32_t> value;
@@ -81,7 +82,7 @@ std::optional<NumericReference> numericReferenceAt(std::string_view text, std::s
     return std::nullopt;
   }
   std::size_t begin = start + 2;
-  // Deliberate: "&#X41;" with a capital X is no reference in the text that tools return.
+  // Deliberate: in the text that tools return, "&#X41;" with a capital X is not a reference.
   const bool isHexadecimal = text.substr(begin).starts_with('x') ||
                              (grammar == Grammar::asInBrowsers && text.substr(begin).starts_with('X'));
   begin += isHexadecimal ? 1 : 0;
@@ -104,7 +105,7 @@ std::optional<NumericReference> numericReferenceAt(std::string_view text, std::s
   return reference;
 }
 
-/// Replaces the reference at `start`, if there is one, and tells where to go on.
+/// Replaces the reference at `start` if there is one, and returns where to continue.
 std::size_t replaceReference(std::string_view text, std::size_t start, TextReplacement& replacement,
                              std::span<const NamedEntity> entities, Grammar grammar) {
   for (const NamedEntity& named : entities) {
@@ -136,9 +137,9 @@ void replaceReferences(std::string& text, std::span<const NamedEntity> entities,
 
 }  // namespace
 
-/// Deliberate: "&amp;" goes first and what it uncovers is decoded too, so that "&amp;lt;" is "<". Mail is
-/// often escaped twice, and no markup is made of the result. The other references cannot uncover one
-/// another, so that one pass does for all of them.
+/// Deliberate: "&amp;" is decoded first, and then what it uncovers: "&amp;lt;" becomes "<". Mail is often
+/// escaped twice, and the result is never used as markup. The other references cannot uncover each other, so
+/// one pass is enough for them.
 void decodeHTMLEntities(std::string& text) {
   constexpr std::string_view ampersand = "&amp;";
   const std::string_view escaped = text;

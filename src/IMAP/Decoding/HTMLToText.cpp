@@ -1,5 +1,5 @@
-// HTML as plain text, in passes of which each has the exact meaning of one regular expression. A pass
-// remembers a search that found nothing, so that no search is repeated for each opening "<".
+// Turns HTML into plain text in several passes. Each pass has exactly the meaning of one regular expression.
+// A search that found nothing is not repeated at later "<".
 
 #include "IMAP/Decoding/HTMLToText.h"
 
@@ -21,8 +21,8 @@ bool startsWith(std::string_view text, std::size_t position, std::string_view st
   return text.substr(position, start.size()) == start;
 }
 
-/// Where a name ends that stands at `position` without regard to case, or nowhere. Case folding is that
-/// of Unicode: U+017F is an s, and the ligatures U+FB05 and U+FB06 are an st.
+/// The end of a name at `position`, in any letter case, or nowhere. Case folding is that of Unicode: U+017F
+/// is an s, and the ligatures U+FB05 and U+FB06 are an st.
 std::size_t endOfName(std::string_view text, std::size_t position, std::string_view lowerName) {
   while (!lowerName.empty()) {
     if (position >= text.size()) {
@@ -46,7 +46,7 @@ std::size_t endOfName(std::string_view text, std::size_t position, std::string_v
   return position;
 }
 
-/// The closing tag "</name>" at or after `position`: its end, or nowhere.
+/// The end of the first closing tag "</name>" at or after `position`, or nowhere.
 std::size_t endOfClosingTag(std::string_view text, std::size_t position, std::string_view lowerName) {
   for (std::size_t start = text.find("</", position); start != nowhere; start = text.find("</", start + 1)) {
     const std::size_t end = endOfName(text, start + 2, lowerName);
@@ -57,10 +57,10 @@ std::size_t endOfClosingTag(std::string_view text, std::size_t position, std::st
   return nowhere;
 }
 
-/// Every "<name[^>]*>[\s\S]*?</name>" as one space.
-/// Deliberate: the name may be the beginning of a longer one, so that "<header>" opens a head and
-/// everything up to a "</head>" behind it goes. It can only hide more of a broken message, and one that
-/// has a "</head>" without a "<head" is broken.
+/// Replaces every "<name[^>]*>[\s\S]*?</name>" by one space.
+/// Deliberate: the name may be the beginning of a longer one. So "<header>" opens a head, and everything up
+/// to a later "</head>" goes. This only hides more of a broken message: a "</head>" without a "<head" is
+/// broken.
 void removeElement(std::string& text, std::string_view lowerName) {
   const std::string_view html = text;
   TextReplacement replacement(text);
@@ -70,7 +70,7 @@ void removeElement(std::string& text, std::string_view lowerName) {
       start = html.find('<', start + 1);
       continue;
     }
-    // What is missing behind this tag is missing behind all later ones too.
+    // When something is not found after this tag, it is not found after later tags either.
     const std::size_t tagEnd = html.find('>', nameEnd);
     if (tagEnd == nowhere) {
       break;
@@ -96,7 +96,7 @@ std::size_t skipWhitespace(std::string_view text, std::size_t position) {
   return position;
 }
 
-/// Where the name of a tag that ends a line ends: "br|/p|/div|/tr|/li|/h[1-6]".
+/// The end of the name of a tag that ends a line: "br|/p|/div|/tr|/li|/h[1-6]".
 std::size_t endOfLineTagName(std::string_view text, std::size_t position) {
   if (position == text.size() || (text[position] != '/' && asciiLowercasedByte(text[position]) != 'b')) {
     return nowhere;
@@ -112,7 +112,7 @@ std::size_t endOfLineTagName(std::string_view text, std::size_t position) {
   return isHeading ? digit + 1 : nowhere;
 }
 
-/// Every "<\s*(br|/p|/div|/tr|/li|/h[1-6])\s*/?>" as a line feed.
+/// Replaces every "<\s*(br|/p|/div|/tr|/li|/h[1-6])\s*/?>" by a line feed.
 void breakLines(std::string& text) {
   const std::string_view html = text;
   TextReplacement replacement(text);
@@ -134,10 +134,11 @@ void breakLines(std::string& text) {
   replacement.finish();
 }
 
-/// A noncharacter (Unicode 15, section 23.7): mail has no use for it. No longer than the shortest tag.
+/// A noncharacter (Unicode 15, section 23.7), which mail does not need. No longer than the shortest tag.
 constexpr std::string_view inlineMark = "\uFDD0";
 
-/// The elements that begin or end a line, a cell or a control. All others flow with the text around them.
+/// True for elements that begin or end a line, a cell or a control. All others flow with the text around
+/// them.
 bool takesRoom(std::string_view tag) {
   static constexpr std::string_view names[] = {
       "address",  "article", "aside", "blockquote", "body",    "br",       "button",     "caption", "center",
@@ -155,7 +156,7 @@ bool takesRoom(std::string_view tag) {
 
 enum class InlineTags { becomeSpaces, becomeMarks };
 
-/// Every "<[^>]+>" as one space, or as a mark.
+/// Replaces every "<[^>]+>" by one space or by a mark.
 void removeTags(std::string& text, InlineTags inlineTags) {
   const std::string_view html = text;
   TextReplacement replacement(text);

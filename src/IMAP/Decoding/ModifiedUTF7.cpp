@@ -39,7 +39,7 @@ void appendShift(std::string& name, const std::u16string& units) {
   }
   name += '&';
   std::uint32_t bits = 0;
-  unsigned count = 0;  // of the low bits that are not written yet
+  unsigned count = 0;  // of the low bits not written yet
   for (const char16_t unit : units) {
     bits = bits << bitsOfUnit | unit;
     for (count += bitsOfUnit; count >= bitsOfLetter; count -= bitsOfLetter) {
@@ -52,12 +52,12 @@ void appendShift(std::string& name, const std::u16string& units) {
   name += '-';
 }
 
-/// What the letters between "&" and "-" stand for. Bits that are left over are dropped, and a surrogate
-/// without its partner gives U+FFFD. Absent for a letter that is not of the alphabet.
+/// The text of the letters between "&" and "-". Drops bits that are left over. A surrogate without its
+/// partner becomes U+FFFD. Absent when a letter is not in the alphabet.
 std::optional<std::string> textOfShift(std::string_view letters) {
   std::u16string units;
   std::uint32_t bits = 0;
-  unsigned count = 0;  // of the low bits that are not read yet
+  unsigned count = 0;  // of the low bits not read yet
   for (const char letter : letters) {
     const std::size_t value = alphabet.find(letter);
     if (value == std::string_view::npos) {
@@ -81,7 +81,7 @@ std::optional<std::string> textOfShift(std::string_view letters) {
   return text;
 }
 
-/// The text of any name that can be read at all, also of one that is not valid.
+/// The text of any name that can be read at all, even of an invalid one.
 std::optional<std::string> leniently(std::string_view name) {
   std::string text;
   for (std::size_t begin = 0;;) {

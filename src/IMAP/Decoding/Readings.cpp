@@ -15,16 +15,16 @@ namespace tarnwell::TextDecoding {
 
 namespace {
 
-/// Enough for the rest of any keyword, also one that is spread over lines.
+/// Enough for the rest of any keyword, even one that is spread over lines.
 constexpr std::size_t bytesAfterTheCut = 1024;
-/// The same for a text without such gaps.
+/// The same for folded text, which has no such gaps.
 constexpr std::size_t foldedBytesAfterTheCut = 64;
 
 bool hasEscapeSequences(std::string_view bytes) {
   return bytes.find("\x1B$") != std::string_view::npos || bytes.find("\x1B(") != std::string_view::npos;
 }
 
-/// The charsets in which the bytes may be readable, without those already known.
+/// The charsets in which the bytes may be readable, except the known ones.
 std::vector<Charset> otherCharsets(std::string_view bytes, const std::vector<Charset>& known) {
   std::vector<Charset> others;
   const auto add = [&](const Charset& charset) {
@@ -53,16 +53,16 @@ std::size_t codePointCount(std::string_view text) {
   return count;
 }
 
-/// The passage that begins a text and of which `leavingBytes` bytes leave.
+/// The beginning of a text, unchanged. `leavingBytes` bytes of it leave the program.
 Passage asItStands(std::string_view text, std::size_t leavingBytes) {
   return {.text = std::string(bytePrefix(text, leavingBytes + bytesAfterTheCut)), .end = leavingBytes};
 }
 
-/// The same folded. One character may have any number of bytes, of which the first megabyte counts.
+/// The same, folded. One character may have any number of bytes; only the first megabyte is read.
 Passage folded(std::string_view text, std::size_t leavingBytes) {
   const std::string_view leaving = bytePrefix(text.substr(0, leavingBytes), mostBytesForReadings);
   const std::size_t end = foldedForScanning(leaving).size();
-  // Between the halves of a keyword there may be pages of blanks, which fold to one.
+  // There may be pages of blanks inside a keyword. They fold to one blank.
   for (std::size_t size = leaving.size() + bytesAfterTheCut;; size *= 2) {
     std::string passage = foldedForScanning(bytePrefix(text, size));
     if (passage.size() >= end + foldedBytesAfterTheCut ||
@@ -72,7 +72,8 @@ Passage folded(std::string_view text, std::size_t leavingBytes) {
   }
 }
 
-/// HTML as a mail program shows it: tags without a width vanish, and so do blank and invisible references.
+/// HTML as a mail program shows it: without tags that have no width, and with blank and invisible references
+/// decoded.
 Passage passageOfHTML(std::string html, std::size_t leavingCodePoints) {
   reduceHTMLToMarkedText(html);
   const std::size_t leavingBytes = sourceLength(html, Charset::utf8, leavingCodePoints);
@@ -84,14 +85,15 @@ Passage passageOfHTML(std::string html, std::size_t leavingCodePoints) {
   return {.text = shown(leavingBytes + bytesAfterTheCut), .end = shown(leavingBytes).size()};
 }
 
-/// A stretch of a header field: what one or more encoded words of one charset hold, or what stands between.
+/// A piece of a header field: the bytes of one or more encoded words of one charset, or the text between
+/// words.
 struct Stretch {
   std::string bytes;
   std::optional<std::string> charset;  // absent between the words
 };
 
-/// Words of one charset with nothing but white space between them make one stretch: a character may begin in
-/// one word and end in the next (RFC 2047, section 5, forbids it; it is common all the same).
+/// Words of one charset with only white space between them make one stretch. A character may begin in one
+/// word and end in the next. RFC 2047, section 5, forbids that, but it is common.
 std::vector<Stretch> stretchesOf(std::string_view field) {
   std::vector<Stretch> stretches;
   std::size_t position = 0;

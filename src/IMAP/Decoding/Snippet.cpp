@@ -9,8 +9,8 @@ namespace tarnwell::TextDecoding {
 
 namespace {
 
-/// Hands out a text piece by piece, its white space collapsed to single spaces and trimmed. A space is
-/// only written together with what follows it, so that every prefix is trimmed too.
+/// Returns a text piece by piece, trimmed, with white space collapsed to single spaces. A space is written
+/// only together with the next character, so every prefix is trimmed too.
 class CollapsedText {
  public:
   explicit CollapsedText(std::string_view text) : text_(text) {}
@@ -18,7 +18,7 @@ class CollapsedText {
   bool isComplete() const { return position_ == text_.size(); }
   const std::string& soFar() const { return collapsed_; }
 
-  /// Goes on until `size` bytes are there or the text ends.
+  /// Continues until there are `size` bytes or the text ends.
   void growTo(std::size_t size) {
     while (position_ < text_.size() && collapsed_.size() < size) {
       if (text_[position_] == ' ') {
@@ -45,8 +45,8 @@ class CollapsedText {
  private:
   static bool isVisibleASCII(char byte) { return byte > ' ' && byte <= '~'; }
 
-  /// How many bytes from here on stay as they are: visible characters, and single spaces before those of
-  /// ASCII. Little more than `size`, and 0 at white space and at bytes that are not UTF-8.
+  /// The number of bytes from here on that stay unchanged: visible characters, and single spaces before
+  /// visible ASCII. It may exceed `size` a little. 0 at other white space and at bytes that are not UTF-8.
   std::size_t lengthOfRun(std::size_t size) const {
     const std::string_view text = text_.substr(position_);
     std::size_t end = 0;
@@ -89,10 +89,10 @@ class CollapsedText {
 Snippet snippet(std::string_view text, std::int64_t maxChars) {
   const auto limit = static_cast<std::size_t>(std::max<std::int64_t>(maxChars, 0));
   CollapsedText collapsed(text);
-  // A preview of a long text needs its beginning only: one code point behind the cut shows both that
-  // there is more and where the last character ends. How many bytes that takes is not known beforehand; to
-  // begin with, three times as many as characters, which is what most Japanese has.
-  // Steps by another factor would make twice the text cost less than twice here and more than twice there.
+  // A preview needs only the beginning of a long text. One code point after the cut shows that there is more
+  // and where the last character ends. The number of bytes for that is not known before. The first guess is
+  // three for each character, which fits most Japanese. With steps of a factor other than two, a text of
+  // twice the length would not cost about twice as much.
   constexpr std::size_t largestGuess = 8192;
   for (std::size_t size = 3 * std::min(limit, largestGuess / 3) + 16;; size *= 2) {
     collapsed.growTo(size);

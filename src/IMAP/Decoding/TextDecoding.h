@@ -1,11 +1,11 @@
 #pragma once
 
-/// From the bytes of mail to readable text: transfer encodings, charsets, encoded words, HTML, previews.
+/// Turns the bytes of mail into readable text: transfer encodings, charsets, encoded words, HTML, previews.
 ///
-/// Nothing here fails or throws. What cannot be decoded falls back step by step (named charset, UTF-8,
-/// ISO 8859-1) or stays as it stands; the worst result is the empty text. Every operation is linear in
-/// its input. What `decodeText`, `decodeCharset` and `snippet` return is valid UTF-8 whatever they are
-/// given; `decodeRFC2047` and `htmlToText` leave bytes that are no part of a match as they are.
+/// Nothing here fails or throws. Bytes that cannot be decoded fall back step by step (named charset, UTF-8,
+/// ISO 8859-1) or stay unchanged. The worst result is the empty text. Every operation takes linear time.
+/// `decodeText`, `decodeCharset` and `snippet` return valid UTF-8 for any input. `decodeRFC2047` and
+/// `htmlToText` do not change bytes outside of a match.
 ///
 ///     decodeText("Y2Fm6Q==", "base64", "iso-8859-1")            // "café"
 ///     decodeRFC2047("Re: =?utf-8?q?caf=C3=A9_au_lait?=")        // "Re: café au lait"
@@ -23,58 +23,61 @@
 
 namespace tarnwell::TextDecoding {
 
-/// A body part as text: the content transfer encoding undone (RFC 2045, section 6: "base64",
-/// "quoted-printable", any other name unchanged; letter case is ignored), then the charset.
-/// Base64 that yields nothing at all is taken as unencoded. The body is taken over, so that its memory is
-/// free again as soon as its encoding is undone.
+/// A body part as text. Undoes the content transfer encoding (RFC 2045, section 6: "base64" or
+/// "quoted-printable" in any letter case; others mean unencoded), then the charset. Base64 that yields no
+/// bytes is taken as unencoded. Takes the body over, so its memory is freed as soon as its encoding is
+/// undone.
 std::string decodeText(std::string body, std::string_view encoding, std::optional<std::string_view> charset);
 
-/// The same, with the beginning of what the text was made of; `source.isHTML` is the caller's to set.
+/// The same, with the beginning of the bytes from which the text was made. The caller sets `source.isHTML`.
 struct DecodedPart {
   std::string text;
   BodySource source;
 };
 DecodedPart decodePart(std::string body, std::string_view encoding, std::optional<std::string_view> charset);
 
-/// The bytes in the named charset; when that does not succeed as a whole UTF-8, then ISO 8859-1.
+/// The bytes read in the named charset. If they are not valid in it, they are all read in UTF-8, and if they
+/// are not valid there either, in ISO 8859-1.
 std::string decodeCharset(std::string_view bytes, std::optional<std::string_view> charset);
 
-/// The same, told which charset it was.
+/// The same, with the charset that was used.
 struct DecodedText {
   std::string text;
   Charset charset;
 };
 DecodedText decodeWithFallback(std::string_view bytes, const Charset& named);
 
-/// The charset for a name found in mail. The common names are fixed, any other is looked up in the IANA
-/// registry; an absent or unknown name means UTF-8.
+/// The charset for a name in mail. Common names come from a fixed table, others from the IANA registry. An
+/// absent or unknown name means UTF-8.
 Charset stringEncoding(std::optional<std::string_view> name);
 
-/// A header field with its encoded words decoded (RFC 2047). White space between two encoded words is
-/// dropped (section 6.2), all other text kept. Each word is decoded on its own.
+/// A header field with its encoded words decoded (RFC 2047). Drops white space between two encoded words
+/// (section 6.2) and keeps all other text. Decodes each word by itself.
 std::optional<std::string> decodeRFC2047(std::optional<std::string_view> text);
 
 enum class Underscore { isUnderscore, isSpace };
 
 /// Quoted-printable (RFC 2045, section 6.7), and with `isSpace` the Q encoding (RFC 2047, section 4.2).
-/// Soft line breaks vanish, also before a bare LF; a "=" that starts no escape stays.
+/// Removes soft line breaks, also before a bare LF. Keeps a "=" that starts no escape.
 std::string decodeQuotedPrintable(std::string_view bytes, Underscore underscore);
 
-/// Base64 (RFC 2045, section 6.8), with or without its padding, every other character ignored. Absent when
-/// there is something to decode but not a single whole byte.
+/// Base64 (RFC 2045, section 6.8), with or without padding. Ignores every other character. Absent when there
+/// are letters to decode but they make no whole byte.
 ///
-/// After padding that ends some bytes, decoding goes on only when all that follows is base64 again: letters
-/// of the alphabet, "=" and white space; no blanks between two letters of one line; and every run of letters
-/// up to "=" or the end makes whole bytes, the last one whole groups of four unless "=" ends it. Otherwise
-/// the padding is the end, so that a footer of words which a mailing list appended is left out.
+/// Padding that ends some bytes usually ends the data, so a footer that a mailing list appended is left out.
+/// Decoding continues only when the rest is base64 again:
+/// - The rest has only letters of the alphabet, "=" and white space.
+/// - There is no blank between two letters of one line.
+/// - Every run of letters up to "=" makes whole bytes. A run up to the end of the text makes whole groups of
+///   four.
 std::optional<std::string> decodeBase64(std::string_view text);
 
-/// HTML as plain text: scripts, styles and head removed, closing block tags as line feeds, other tags as
-/// spaces, entities decoded. White space is not collapsed.
-/// The tags are recognised by the expressions that `HTMLToText.cpp` quotes, not by a parser of HTML: a
-/// "<" that is text may hide what follows it up to the next ">".
+/// HTML as plain text. Scripts, styles and head are removed, closing block tags become line feeds, other tags
+/// become spaces, and entities are decoded. White space is not collapsed. The tags are found by the
+/// expressions that `HTMLToText.cpp` quotes, not by an HTML parser. A "<" that is text may hide the text up
+/// to the next ">".
 std::string htmlToText(std::string_view html);
-/// The same where the text lies, for one of many megabytes.
+/// The same in place, for a text of many megabytes.
 void reduceHTMLToText(std::string& html);
 
 /// The result of `snippet`.
@@ -85,12 +88,12 @@ struct Snippet {
   bool operator==(const Snippet&) const = default;
 };
 
-/// A preview: white space collapsed to single spaces, trimmed, and cut to `maxChars` user-perceived
-/// characters; a negative number acts as 0. A cut text ends in "…", which is not counted. Of a long text
-/// only as much is read as the preview needs.
+/// A preview: white space collapsed to single spaces, trimmed, cut to `maxChars` user-perceived characters. A
+/// negative number counts as 0. A cut text ends in "…", which does not count. Reads only as much of a long
+/// text as the preview needs.
 Snippet snippet(std::string_view text, std::int64_t maxChars);
 
-/// How many bytes from the beginning of the text the snippet of `maxChars` characters is made of.
+/// How many bytes at the beginning of the text the snippet of `maxChars` characters represents.
 std::size_t snippetSourceLength(std::string_view text, std::int64_t maxChars);
 
 }  // namespace tarnwell::TextDecoding

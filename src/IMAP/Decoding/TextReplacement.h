@@ -1,6 +1,6 @@
 #pragma once
 
-/// Replacing parts of a long text without a copy of it.
+/// Replaces parts of a long text without a copy of it.
 ///
 ///     std::string text = "a&lt;b";
 ///     TextReplacement replacement(text);
@@ -16,13 +16,13 @@
 
 namespace tarnwell::TextDecoding {
 
-/// Replaces spans of a text where it lies, from left to right. What is behind the last replaced span stays
-/// readable in its old place until `finish`. No substitute may be longer than its span.
+/// Replaces spans of a text in place, from left to right. The text after the last replaced span stays
+/// readable in its old place until `finish`. A substitute must not be longer than its span.
 class TextReplacement {
  public:
   explicit TextReplacement(std::string& text) : text_(text) {}
 
-  /// Keeps what is before `start`, then takes what stands for the span from there to `end`.
+  /// Keeps the text before `start`, then writes `substitute` for the span from there to `end`.
   void replace(std::size_t start, std::size_t end, std::string_view substitute) {
     keepUpTo(start);
     std::memcpy(text_.data() + written_, substitute.data(), substitute.size());

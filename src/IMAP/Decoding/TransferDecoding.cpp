@@ -34,7 +34,7 @@ constexpr ByteValues base64Letters =
 
 int valueOf(char byte, const ByteValues& values) { return values[static_cast<unsigned char>(byte)]; }
 
-/// Undoes the escape whose "=" `from` points to, or copies the "=".
+/// Decodes the escape whose "=" `from` points to, or copies the "=".
 void decodeEscape(const char*& from, const char* end, char*& to) {
   const auto left = end - from;
   const int high = left > 2 ? valueOf(from[1], hexDigits) : -1;
@@ -51,7 +51,7 @@ void decodeEscape(const char*& from, const char* end, char*& to) {
   }
 }
 
-/// Whether what follows padding is base64 again, by the rule in the header.
+/// True when the text after padding is base64 again, by the rule in the header.
 bool isBase64Again(std::string_view text) {
   std::size_t letters = 0;  // since the last "="
   bool isAfterLetter = false;
@@ -77,8 +77,8 @@ bool isBase64Again(std::string_view text) {
   return letters % 4 == 0;
 }
 
-/// Writes the bytes over the text, since four letters make three of them. False when there are letters and
-/// nothing came of them; then the text is as it was.
+/// Writes the bytes over the text: four letters make three bytes. False when there are letters and they make
+/// no byte; then the text is unchanged.
 bool decodeBase64InPlace(std::string& text) {
   char* written = text.data();
   bool sawLetter = false;
@@ -162,7 +162,7 @@ DecodedPart decodePart(std::string body, std::string_view encoding, std::optiona
   if (name == "quoted-printable") {
     body = decodeQuotedPrintable(body, Underscore::isUnderscore);
   } else if (name == "base64") {
-    decodeBase64InPlace(body);  // which leaves what is not base64
+    decodeBase64InPlace(body);  // leaves the body unchanged if it is not base64
   }
   const Charset named = stringEncoding(charset);
   DecodedPart part;
@@ -171,7 +171,7 @@ DecodedPart decodePart(std::string body, std::string_view encoding, std::optiona
   part.source.used = named;
   if ((named == Charset::utf8 || named == Charset::ascii) && isValidUTF8(body)) {
     part.source.used = Charset::utf8;
-    part.text = std::move(body);  // not copied: it may have tens of megabytes
+    part.text = std::move(body);  // moved, not copied: it may have tens of megabytes
     return part;
   }
   DecodedText decoded = decodeWithFallback(body, named);

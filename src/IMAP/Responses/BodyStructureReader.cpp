@@ -8,7 +8,7 @@ namespace tarnwell {
 namespace {
 
 /// RFC 3501, section 9: body-fld-param = "(" string SP string *(SP string SP string) ")" / nil
-/// The first parameter with the name decides, even when its value is no text.
+/// The first parameter with the name decides, even when its value is not a text.
 std::optional<std::string> paramValue(const std::optional<IMAPToken>& parameters, std::string_view key) {
   const IMAPTokenList list = listOf(parameters);
   for (auto element = list.begin(); element != list.end(); ++element) {
@@ -24,8 +24,8 @@ std::optional<std::string> paramValue(const std::optional<IMAPToken>& parameters
 }
 
 /// RFC 3501, section 9: body-fld-dsp = "(" string SP body-fld-param ")" / nil
-/// Deliberate: a disposition is recognised in any position by its first word, because servers leave out
-/// extension fields before it or add some.
+/// Deliberate: the first word shows a disposition in any position, because servers omit extension fields
+/// before it or add some.
 bool isAttachment(IMAPTokenList part) {
   for (const IMAPToken field : part) {
     const IMAPTokenList disposition = field.list();
@@ -43,9 +43,9 @@ bool isAttachment(IMAPTokenList part) {
   return false;
 }
 
-/// Walks a structure of any depth with a stack of its own, and keeps of the text parts only the one to
-/// prefer. Section numbers grow with the depth, so they are made only for that one: at most twice, when a
-/// plain part displaces an HTML part.
+/// Walks a structure of any depth with its own stack, and keeps only the preferred text part. A section
+/// number grows with the depth. It is made only for the preferred part, at most twice: a plain part replaces
+/// an HTML part.
 class BodyStructureWalk {
  public:
   IMAPBodyInfo walk(IMAPTokenList structure) && {
@@ -58,11 +58,11 @@ class BodyStructureWalk {
   }
 
  private:
-  /// A multipart whose children are being walked.
+  /// A multipart whose children the walk is visiting.
   struct Multipart {
     IMAPTokenList::Iterator next;
     IMAPTokenList::Iterator end;
-    std::size_t childNumber = 0;  // of the child that was entered last, counted from 1
+    std::size_t childNumber = 0;  // of the child entered last, counted from 1
   };
 
   /// RFC 3501, section 9: body            = "(" (body-type-1part / body-type-mpart) ")"
@@ -78,8 +78,8 @@ class BodyStructureWalk {
     }
   }
 
-  /// The next of the lists with which a multipart begins, after those of the innermost one that has any
-  /// left; absent at the end of the walk.
+  /// The next child of the innermost multipart that has children left. The children are the lists at the
+  /// beginning of a multipart. Absent at the end of the walk.
   std::optional<IMAPTokenList> nextChild() {
     while (!open_.empty()) {
       Multipart& multipart = open_.back();
@@ -105,13 +105,13 @@ class BodyStructureWalk {
     fields.next();  // the description
     const auto encoding = fields.next();
     const bool isText = type->textEquals("text");
-    // Deliberate: an inline image or an application part counts as an attachment without any disposition;
-    // a message within the message only with one.
+    // Deliberate: an inline image or an application part is an attachment even without a disposition. A
+    // message inside the message is one only with a disposition.
     const bool countsAlways = !isText && !type->textEquals("multipart") && !type->textEquals("message");
     if (countsAlways || isAttachment(part)) {
       info_.hasAttachments = true;
     } else if (isText) {
-      // Every text that is not HTML counts as plain, a calendar or a table too.
+      // Every text that is not HTML counts as plain, also a calendar or a table.
       const bool isHTML = subtype && subtype->textEquals("html");
       if (!info_.preferredText || (info_.preferredText->isHTML && !isHTML)) {
         info_.preferredText =
@@ -121,8 +121,8 @@ class BodyStructureWalk {
     }
   }
 
-  /// RFC 3501, section 6.4.5: the numbers of the parts from the outside in; the only part of a message
-  /// that is no multipart has the number 1.
+  /// RFC 3501, section 6.4.5: the part numbers from the outside in. The only part of a message that is not a
+  /// multipart has the number 1.
   std::string sectionNumber() const {
     if (open_.empty()) {
       return "1";
@@ -137,7 +137,7 @@ class BodyStructureWalk {
     return section;
   }
 
-  std::deque<Multipart> open_;  // from the outside in; grows without moving what it holds
+  std::deque<Multipart> open_;  // from the outside in; growing does not move the elements
   IMAPBodyInfo info_;
 };
 

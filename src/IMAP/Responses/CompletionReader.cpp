@@ -7,7 +7,7 @@
 namespace tarnwell {
 namespace {
 
-/// White space that breaks no line: the tab and the space separators (category Zs) of Unicode 15.
+/// White space within a line: the tab and the space separators (category Zs) of Unicode 15.
 constexpr std::array<std::string_view, 18> blanks{"\t",           " ",
                                                   "\xC2\xA0",     "\xE1\x9A\x80",
                                                   "\xE2\x80\x80", "\xE2\x80\x81",
@@ -43,8 +43,8 @@ constexpr std::array<StatusWord, 3> statusWords{{{"OK", IMAPParser::Completion::
 
 /// RFC 3501, section 9: response-tagged = tag SP resp-cond-state CRLF
 ///                      resp-cond-state = ("OK" / "NO" / "BAD") SP resp-text
-/// Deliberate: neither the blank behind the tag nor the one behind the status word is asked for. The
-/// caller hands over only lines of its own tag, and servers differ in what they send with an empty text.
+/// Deliberate: the blanks after the tag and after the status word are not required. The caller passes only
+/// lines with its own tag, and servers differ when the text is empty.
 std::optional<IMAPParser::Completion> IMAPParser::parseCompletion(std::string_view line,
                                                                   std::string_view tag) {
   line = trimmed(line);
@@ -54,7 +54,7 @@ std::optional<IMAPParser::Completion> IMAPParser::parseCompletion(std::string_vi
   const std::string_view condition = withoutLeadingBlanks(line.substr(tag.size()));
   for (const auto& [word, status] : statusWords) {
     if (startsWithIgnoringASCIICase(condition, word)) {
-      // Nothing is left to trim at the end of the line.
+      // The end of the line is already trimmed.
       return Completion{status, repairedUTF8(withoutLeadingBlanks(condition.substr(word.size())))};
     }
   }

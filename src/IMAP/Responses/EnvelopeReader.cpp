@@ -18,7 +18,7 @@ std::optional<std::string> decodedTextOf(const std::optional<IMAPToken>& token) 
 }
 
 /// RFC 3501, section 9: address = "(" addr-name SP addr-adl SP addr-mailbox SP addr-host ")"
-/// Deliberate: the markers of a group (section 7.4.2), which have no host, are addresses like any other.
+/// Deliberate: the markers of a group (section 7.4.2), which have no host, are read like other addresses.
 std::vector<IMAPAddress> addressesOf(const std::optional<IMAPToken>& token) {
   std::vector<IMAPAddress> addresses;
   for (const IMAPToken address : listOf(token)) {

@@ -7,7 +7,7 @@
 namespace tarnwell {
 namespace {
 
-/// The elements of the parenthesised list behind the word FETCH.
+/// The elements of the parenthesised list after the word FETCH.
 std::optional<IMAPTokenList> fetchAttributeList(IMAPTokenList tokens) {
   for (auto token = tokens.begin(); token != tokens.end(); ++token) {
     if ((*token).textEquals("FETCH")) {
@@ -18,7 +18,7 @@ std::optional<IMAPTokenList> fetchAttributeList(IMAPTokenList tokens) {
   return std::nullopt;
 }
 
-/// Collects what the pairs of attribute and value say. A value of the wrong kind changes nothing.
+/// Collects the values of the attributes. A value of the wrong kind changes nothing.
 class MessageReader {
  public:
   explicit MessageReader(IMAPMessage& message) : message_(message) {}
@@ -74,7 +74,7 @@ std::optional<IMAPMessage> IMAPParser::parseFetchMessage(IMAPTokenList tokens) {
     if (name.kind() != IMAPToken::Kind::atom) {
       continue;
     }
-    // An unknown name is passed over together with its value.
+    // An unknown name is skipped together with its value.
     if (++element == attributes->end()) {
       break;
     }

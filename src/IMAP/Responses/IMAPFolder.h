@@ -13,19 +13,19 @@ namespace tarnwell {
 /// The special-use attributes of RFC 6154, and the inbox.
 enum class SpecialUse { inbox, archive, drafts, sent, junk, trash, flagged, all };
 
-/// The attribute with its backslash, such as "\Trash"; also the JSON form.
+/// The attribute with its backslash, such as "\Trash". The JSON form is the same.
 std::string_view rawValue(SpecialUse use);
-/// Exact, case-sensitive; absent for any other text.
+/// Exact and case-sensitive. Absent for any other text.
 std::optional<SpecialUse> specialUse(std::string_view rawValue);
 
-/// The raw value; reading any other text throws an exception of the JSON library.
+/// The JSON form is the raw value. Reading any other text throws an exception of the JSON library.
 void to_json(nlohmann::json& json, SpecialUse use);
 void from_json(const nlohmann::json& json, SpecialUse& use);
 
 struct IMAPFolder {
-  /// The last component of the path, as the server spells it; `readableName` is for people.
+  /// The last component of the path, as the server spells it. For people use `readableName`.
   std::string name;
-  /// The full mailbox name as the server spells it (modified UTF-7 is not decoded); what commands use.
+  /// The full mailbox name as the server spells it, in modified UTF-7. Commands use this name.
   std::string path;
   /// The hierarchy delimiter, for example "/".
   std::string delimiter;
@@ -37,13 +37,14 @@ struct IMAPFolder {
   bool operator==(const IMAPFolder&) const = default;
 };
 
-/// The name and the path with modified UTF-7 decoded (`ModifiedUTF7::readable`), the path level by level: a
-/// level that cannot be decoded stays as it is. For people and for what they ask for, never for a command.
+/// The name and the path with modified UTF-7 decoded (`ModifiedUTF7::readable`). The path is decoded level by
+/// level; a level that cannot be decoded stays unchanged. For people, and to find what they ask for. Never
+/// for a command.
 std::string readableName(const IMAPFolder& folder);
 std::string readablePath(const IMAPFolder& folder);
 
-/// Keys are the field names; an absent special use is left out. Reading throws the JSON library's exception
-/// when another field is missing or of the wrong type.
+/// Keys are the field names. An absent special use is left out. Reading throws the JSON library's exception
+/// when another field is missing or a field has the wrong type.
 void to_json(nlohmann::json& json, const IMAPFolder& folder);
 void from_json(const nlohmann::json& json, IMAPFolder& folder);
 

@@ -1,7 +1,6 @@
 #pragma once
 
-/// The summary of one message: envelope, flags and what its body structure tells (RFC 3501,
-/// section 7.4.2).
+/// The summary of one message: envelope, flags and facts from the body structure (RFC 3501, section 7.4.2).
 /// Threads: plain values.
 
 #include <cstdint>
@@ -20,11 +19,11 @@ struct IMAPAddress {
   /// The domain.
   std::optional<std::string> host;
 
-  /// Local part, at sign, domain; absent when either is missing. Empty parts count as present.
+  /// Local part, at sign, domain. Absent when either part is missing. An empty part counts as present.
   std::optional<std::string> email() const;
 
-  /// For people: `name <email>`, the bare address without a name, the bare name without an address, or
-  /// the empty text.
+  /// For people: `name <email>`. Without a name only the address, without an address only the name, without
+  /// both the empty text.
   std::string display() const;
 
   bool operator==(const IMAPAddress&) const = default;
@@ -44,7 +43,7 @@ struct IMAPEnvelope {
   std::optional<std::string> inReplyTo;
   std::optional<std::string> messageID;
 
-  /// The envelope with nothing in it.
+  /// The envelope without any data.
   static const IMAPEnvelope empty;
 
   bool operator==(const IMAPEnvelope&) const = default;
@@ -64,20 +63,20 @@ struct IMAPTextPart {
   bool operator==(const IMAPTextPart&) const = default;
 };
 
-/// What the body structure tells.
+/// Facts from the body structure.
 struct IMAPBodyInfo {
   bool hasAttachments = false;
   /// The part to read, if there is one.
   std::optional<IMAPTextPart> preferredText;
 
-  /// Stands for a body structure that could not be read.
+  /// For a body structure that could not be read.
   static const IMAPBodyInfo unknown;
 
   bool operator==(const IMAPBodyInfo&) const = default;
 };
 
-/// The beginnings of the subject and of the first sender's name as the server sent them, in any charset. For
-/// the detector alone (Readings.h).
+/// The beginning of the subject and of the first sender's name as the server sent them, in any charset. Only
+/// the detector uses them (Readings.h).
 struct HeaderBytes {
   std::string subject;
   std::string sender;
@@ -95,15 +94,15 @@ struct IMAPMessage {
   IMAPBodyInfo bodyInfo;
   HeaderBytes headerBytes;
 
-  /// No flag is \Seen, in any letter case.
+  /// True when no flag is \Seen, in any letter case.
   bool isUnread() const;
   bool hasAttachments() const { return bodyInfo.hasAttachments; }
 
   bool operator==(const IMAPMessage&) const = default;
 };
 
-/// Keys are the field names; absent texts are left out, lists are always written. Reading throws the JSON
-/// library's exception when a list is missing or a field is of the wrong type.
+/// Keys are the field names. Absent texts are left out; lists are always written. Reading throws the JSON
+/// library's exception when a list is missing or a field has the wrong type.
 void to_json(nlohmann::json& json, const IMAPAddress& address);
 void from_json(const nlohmann::json& json, IMAPAddress& address);
 void to_json(nlohmann::json& json, const IMAPEnvelope& envelope);

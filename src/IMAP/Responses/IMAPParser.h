@@ -3,10 +3,9 @@
 /// Reads one response of an IMAP server (RFC 3501, section 7).
 ///
 /// The input is one logical line with its literals in place, as `LineAssembler` delivers it. Reading is
-/// forgiving: nothing throws, what cannot be read is skipped or left at its default, and a response of
-/// another shape gives an absent result. Every reader is linear in its input and needs no call stack for
-/// nesting. How bytes become readable text is in TextDecoding.h; its operations can be called under the names
-/// of this namespace as well.
+/// tolerant and never throws. Unreadable parts are skipped or left at their defaults, and a response of
+/// another shape gives an absent result. Every reader takes linear time and does not recurse for nested
+/// lists. TextDecoding.h turns bytes into readable text; its operations also have names in this namespace.
 ///
 /// Threads: all operations are pure.
 
@@ -36,39 +35,39 @@ struct Completion {
   enum class Status { ok, no, bad };
 
   Status status;
-  /// What follows the status word, blanks trimmed, a response code in brackets included.
+  /// The text after the status word, including a response code in brackets, with blanks trimmed.
   std::string text;
 
   bool operator==(const Completion&) const = default;
 };
 
-/// The tokens of a response. Stray closing parentheses are skipped; lists, quoted strings and literals
-/// that are cut short end with the input. `response` must outlive the result.
+/// The tokens of a response. Skips stray closing parentheses. Ends unclosed lists, quoted strings and
+/// literals at the end of the input. `response` must outlive the result.
 IMAPTokens tokenize(std::string_view response);
 
-/// Reads `tag SP ("OK" / "NO" / "BAD") SP text`, status in any letter case; absent for another tag or
-/// status. The blanks may be missing: hand over only lines of the tag.
+/// Reads `tag SP ("OK" / "NO" / "BAD") SP text`, status in any letter case. Absent for another tag or status.
+/// The blanks may be missing, so pass only lines that begin with the tag.
 std::optional<Completion> parseCompletion(std::string_view line, std::string_view tag);
 
-/// Reads `* LIST (flags) delimiter mailbox` and the same with LSUB (section 7.2.2); absent for another
-/// shape or without a mailbox name.
+/// Reads `* LIST (flags) delimiter mailbox` and the same with LSUB (section 7.2.2). Absent for another shape
+/// or without a mailbox name.
 std::optional<IMAPFolder> parseList(IMAPTokenList tokens);
 
-/// Reads the numbers of `* SEARCH n n ...` (section 7.2.5) in the order of the server; absent for another
-/// response. What is no number of 32 bits is skipped.
+/// Reads the numbers of `* SEARCH n n ...` (section 7.2.5) in the order of the server. Skips words that are
+/// not 32-bit numbers. Absent for another response.
 std::optional<std::vector<std::uint32_t>> parseSearch(std::string_view line);
 
-/// Reads `* n FETCH (...)` (section 7.4.2); absent without a readable UID. Of an attribute that occurs
-/// twice the later readable value counts.
+/// Reads `* n FETCH (...)` (section 7.4.2). Absent without a readable UID. If an attribute occurs twice, the
+/// later readable value counts.
 std::optional<IMAPMessage> parseFetchMessage(IMAPTokenList tokens);
 
-/// Reads the elements of an ENVELOPE. A missing field, or one of the wrong kind, is empty.
+/// Reads the elements of an ENVELOPE. A field that is missing or of the wrong kind is empty.
 IMAPEnvelope parseEnvelope(IMAPTokenList elements);
-/// Reads what of them the other readings are made of.
+/// Reads the bytes of the envelope from which `headerReadings` (Readings.h) works.
 HeaderBytes parseHeaderBytes(IMAPTokenList elements);
 
-/// Reads the elements of a BODYSTRUCTURE or BODY. Preferred is the first plain text part, then the first
-/// HTML part; text parts that are attachments do not count.
+/// Reads the elements of a BODYSTRUCTURE or BODY. Prefers the first plain text part, then the first HTML
+/// part. Text parts that are attachments do not count.
 IMAPBodyInfo parseBodyStructure(IMAPTokenList elements);
 
 }  // namespace tarnwell::IMAPParser

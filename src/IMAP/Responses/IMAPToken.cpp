@@ -6,8 +6,8 @@
 namespace tarnwell {
 namespace {
 
-/// A quoted string's bytes without the backslashes that escape. The last byte is never dropped: a
-/// backslash there escapes nothing, because the input ended.
+/// The bytes of a quoted string without the backslashes that escape. Keeps a backslash at the very end: the
+/// input stopped there, so it escapes nothing.
 std::string withoutEscapes(std::string_view bytes) {
   std::string plain;
   plain.reserve(bytes.size());

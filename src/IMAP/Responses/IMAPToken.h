@@ -2,17 +2,17 @@
 
 /// The tokens of one IMAP response: atoms, strings, NIL and nested lists (RFC 3501, section 9).
 ///
-/// Tokens lie on one flat tape in the order in which they begin, not in a tree of small objects: nesting
-/// of any depth costs the same 16 bytes for each token, walking it needs no call stack, and giving it
-/// back frees one block. A list knows where it ends, so a reader can step over it.
+/// Tokens lie on one flat tape in the order in which they begin, not in a tree of small objects. A token
+/// takes 16 bytes at any depth of nesting. Walking the tape needs no recursion, and freeing it frees one
+/// block. A list stores its end, so a reader can skip it.
 ///
 ///     IMAPTokens tokens = IMAPParser::tokenize("* LIST (\\Sent) \"/\" \"Sent Messages\"");
 ///     tokens.elements()[4]->text();                      // "Sent Messages"
 ///     for (IMAPToken flag : tokens.elements()[2]->list()) ...
 ///
-/// Lifetime: `IMAPTokens` refers to the response's bytes, tokens and lists refer to `IMAPTokens`; what is
-/// referred to must stay alive and in place. Tokens and lists are small handles, passed by value.
-/// Threads: reading is safe from any thread.
+/// Lifetime: `IMAPTokens` refers to the bytes of the response; tokens and lists refer to `IMAPTokens`. Keep
+/// what they refer to alive and in place. Tokens and lists are small handles, passed by value.
+/// Threads: any thread may read.
 
 #include <cstddef>
 #include <cstdint>
@@ -40,15 +40,15 @@ class IMAPToken {
 
   Kind kind() const;
 
-  /// The text of an atom or a string: escapes undone, invalid UTF-8 replaced by U+FFFD. Absent for a list
-  /// and for NIL.
+  /// The text of an atom or a string, with escapes removed and invalid UTF-8 replaced by U+FFFD. Absent for a
+  /// list and for NIL.
   std::optional<std::string> text() const;
 
-  /// The bytes of an atom or a string as sent, escapes undone. Absent for a list and for NIL.
+  /// The bytes of an atom or a string as sent, with escapes removed. Absent for a list and for NIL.
   std::optional<std::string> bytes() const;
 
-  /// True when there is a text and it is `word`, without regard to ASCII letter case. `word` is ASCII, as
-  /// the words of the protocol are.
+  /// True when the text equals `word`, ignoring ASCII letter case. `word` must be ASCII. False without a
+  /// text.
   bool textEquals(std::string_view word) const;
 
   /// The elements of a list; empty for any other kind.
@@ -57,7 +57,7 @@ class IMAPToken {
  private:
   friend class IMAPTokenList;
 
-  /// `textEquals` of a string with escapes.
+  /// `textEquals` for a string with escapes.
   bool escapedTextEquals(std::string_view word) const;
 
   IMAPToken(const IMAPTokens* tokens, std::size_t index) : tokens_(tokens), index_(index) {}
@@ -78,7 +78,7 @@ class IMAPTokenList {
   Iterator begin() const;
   Iterator end() const;
 
-  /// The element at a position, counted from 0; absent beyond the end. Steps over the elements before it.
+  /// The element at a position, counted from 0. Absent after the last one. Steps over all elements before it.
   std::optional<IMAPToken> operator[](std::size_t position) const;
 
  private:
@@ -90,7 +90,7 @@ class IMAPTokenList {
 
   const IMAPTokens* tokens_ = nullptr;
   std::size_t first_ = 0;  // on the tape
-  std::size_t last_ = 0;   // one beyond the last element's last descendant
+  std::size_t last_ = 0;   // one after the last descendant of the last element
 };
 
 /// A forward iterator; each step goes to the next element of the same list.
@@ -132,9 +132,9 @@ class IMAPTokens {
 
   enum class Form : std::uint8_t { atom, string, escapedString, list, nilToken };
 
-  /// Of an atom or a string, `begin` and `end` bound its bytes in the response; of a list, `end` is the
-  /// index on the tape after its last descendant. The form lies in the low bits of the first word, which
-  /// leaves 61 bits for an offset: more than any memory holds, so there is no limit to check.
+  /// For an atom or a string, `begin` and `end` are the range of its bytes in the response. For a list, `end`
+  /// is the index on the tape after its last descendant. The low bits of the first word hold the form. The
+  /// other 61 bits hold an offset: larger than any memory, so no limit needs a check.
   struct Entry {
     Entry(Form kind, std::size_t first, std::size_t last)
         : beginAndForm(std::uint64_t{first} << formBits | static_cast<std::uint64_t>(kind)), end(last) {}
@@ -150,7 +150,7 @@ class IMAPTokens {
 
   explicit IMAPTokens(std::string_view response) : response_(response) {}
 
-  /// The bytes of an atom or a string as they stand in the response.
+  /// The bytes of an atom or a string as they are in the response.
   std::string_view bytes(const Entry& entry) const {
     return response_.substr(entry.begin(), entry.end - entry.begin());
   }

@@ -5,6 +5,7 @@
 
 #include "IMAP/Responses/IMAPParser.h"
 #include "Text/ASCIICase.h"
+#include "Text/DecimalNumber.h"
 
 namespace tarnwell {
 namespace {
@@ -20,12 +21,12 @@ constexpr ByteSet bytesOf(std::string_view members) {
 }
 
 /// The bytes that end an atom.
-/// Deliberate: only these. Brackets, backslashes, wildcards and angle brackets stay inside, so that
-/// BODY[1.2]<0>, [READ-WRITE] and \Noselect are one atom each; CR and LF stay too, since within a response
-/// they occur only behind a literal's announcement.
+/// Deliberate: only these. Brackets, backslashes, wildcards and angle brackets belong to an atom, so
+/// BODY[1.2]<0>, [READ-WRITE] and \Noselect are one atom each. CR and LF belong to it too: within a response
+/// they occur only after the announcement of a literal.
 constexpr ByteSet atomEnds = bytesOf(" \t\"(){");
 
-/// How many tokens a byte can begin: itself or the atom behind it, or both.
+/// How many tokens may begin at or right after a byte: itself, the atom after it, or both.
 constexpr std::array<std::uint8_t, 256> tokensBegun = [] {
   std::array<std::uint8_t, 256> numbers{};
   for (const char byte : {' ', '\t', '"', ')'}) {
@@ -39,12 +40,12 @@ constexpr std::array<std::uint8_t, 256> tokensBegun = [] {
 
 }  // namespace
 
-/// Lays the tokens of a response on the tape, in one pass and without a call or a stack for nesting: the
-/// entry of a list that is still open holds in its `end` the index of the open list around it.
+/// Writes the tokens of a response to the tape, in one pass, without recursion or a stack for nested lists.
+/// While a list is open, its `end` holds the index of the open list around it.
 class IMAPTokenizer {
  public:
   explicit IMAPTokenizer(std::string_view response) : response_(response), tokens_(response) {
-    // Room for the summary of an ordinary message at once, and little for a body of many megabytes.
+    // Enough for the summary of an ordinary message, but little for a body of many megabytes.
     tokens_.tape_.reserve(std::min<std::size_t>(response.size() / 6, 256));
   }
 
@@ -67,7 +68,7 @@ class IMAPTokenizer {
   using Form = IMAPTokens::Form;
   static constexpr std::size_t noList = std::numeric_limits<std::size_t>::max();
 
-  /// Reads what begins with the byte at the position, which is no blank.
+  /// Reads the token that begins at the position. The byte there is not a blank.
   void readTokenAt(char byte) {
     switch (byte) {
       case '(':
@@ -99,8 +100,8 @@ class IMAPTokenizer {
     tokens_.tape_.push_back(entry);
   }
 
-  /// Room for all that can still come. A tape that grew step by step would be copied again and again, and
-  /// beyond the processor's caches that costs more with each step.
+  /// Reserves memory for all tokens that can still come. A tape that grows step by step would be copied again
+  /// and again. Each copy would cost more once the tape is larger than the processor's caches.
   void makeRoom() {
     std::size_t coming = 1;
     for (const char byte : response_.substr(std::min(position_, response_.size()))) {
@@ -114,7 +115,7 @@ class IMAPTokenizer {
     innermostList_ = tokens_.tape_.size() - 1;
   }
 
-  /// A parenthesis that closes nothing is skipped.
+  /// Skips a parenthesis that closes nothing.
   void closeList() {
     if (innermostList_ == noList) {
       return;
@@ -135,8 +136,8 @@ class IMAPTokenizer {
     add(isNIL ? Form::nilToken : Form::atom, begin, end);
   }
 
-  /// RFC 3501, section 9: quoted = DQUOTE *QUOTED-CHAR DQUOTE. A backslash escapes any byte, not only
-  /// the two that need it; a string without its closing quote runs to the end of the response.
+  /// RFC 3501, section 9: quoted = DQUOTE *QUOTED-CHAR DQUOTE. A backslash may escape any byte, not only the
+  /// two that need it. A string without its closing quote ends with the response.
   void readQuoted() {
     const std::size_t begin = position_;
     std::size_t end = firstAt('"', begin, response_.size());
@@ -154,8 +155,8 @@ class IMAPTokenizer {
     skipOne('"');
   }
 
-  /// RFC 3501, section 9: literal = "{" number "}" CRLF *CHAR8. What was announced is only compared with
-  /// what is there: a literal that is cut short has the bytes that came.
+  /// RFC 3501, section 9: literal = "{" number "}" CRLF *CHAR8. The announced length is only an upper limit:
+  /// a truncated literal has the bytes that arrived.
   void readLiteral() {
     const std::uint64_t announced = readAnnouncement();
     skipOne('\r');
@@ -165,14 +166,14 @@ class IMAPTokenizer {
     add(Form::string, begin, position_);
   }
 
-  /// The number up to the closing brace. Only digits count, which covers the "+" of RFC 7888; none, or
-  /// more than 63 bits hold, is 0.
+  /// The number up to the closing brace. Only digits count, so the "+" of RFC 7888 is ignored. Without
+  /// digits, or for a number of more than 63 bits, the result is 0.
   std::uint64_t readAnnouncement() {
     constexpr std::uint64_t largest = std::numeric_limits<std::int64_t>::max();
     std::uint64_t number = 0;
     bool fits = true;
     for (; position_ < response_.size() && response_[position_] != '}'; ++position_) {
-      if (response_[position_] < '0' || response_[position_] > '9') {
+      if (!isASCIIDigit(response_[position_])) {
         continue;
       }
       const auto digit = static_cast<std::uint64_t>(response_[position_] - '0');
@@ -183,7 +184,7 @@ class IMAPTokenizer {
     return number;
   }
 
-  /// Where the byte first stands from `begin` on, or `end`.
+  /// The first position of the byte from `begin` on, or `end`.
   std::size_t firstAt(char byte, std::size_t begin, std::size_t end) const {
     return std::min(response_.substr(0, end).find(byte, begin), end);
   }

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Fields of a record that may be absent, in its JSON form.
+/// Reads and writes optional fields of a record in its JSON form.
 /// Threads: all functions are pure.
 
 #include <nlohmann/json.hpp>

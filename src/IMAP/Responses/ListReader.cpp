@@ -8,7 +8,7 @@
 namespace tarnwell {
 namespace {
 
-/// What follows the last delimiter, the path being split from its front.
+/// The text after the last delimiter. Splits the path from the front.
 std::string lastComponent(std::string_view path, std::string_view delimiter) {
   if (delimiter.empty()) {
     return std::string(path);
@@ -38,7 +38,7 @@ std::optional<IMAPFolder> IMAPParser::parseList(IMAPTokenList tokens) {
   const auto attributes = elements.next();
   const auto delimiter = elements.next();
   std::optional<std::string> path = textOf(elements.next());
-  // Where there is a mailbox, there are the four elements before it.
+  // When there is a mailbox, the four elements before it exist too.
   if (!path || path->empty() || star->kind() != IMAPToken::Kind::atom || !star->textEquals("*") ||
       !(name->textEquals("LIST") || name->textEquals("LSUB"))) {
     return std::nullopt;
@@ -46,7 +46,7 @@ std::optional<IMAPFolder> IMAPParser::parseList(IMAPTokenList tokens) {
   const std::vector<std::string> flags = textsOf(listOf(attributes));
   IMAPFolder folder;
   folder.path = *std::move(path);
-  // Deliberate: NIL, which says that there is no hierarchy, reads as a slash.
+  // Deliberate: NIL, which means that there is no hierarchy, is read as a slash.
   folder.delimiter = textOf(delimiter).value_or("/");
   folder.name = lastComponent(folder.path, folder.delimiter);
   folder.specialUse = firstSpecialUse(flags);

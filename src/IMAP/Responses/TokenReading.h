@@ -1,6 +1,6 @@
 #pragma once
 
-/// What the readers of responses share.
+/// Helpers that the readers of responses share.
 /// Threads: all functions are pure.
 
 #include <algorithm>
@@ -13,7 +13,7 @@
 
 namespace tarnwell {
 
-/// Hands out the elements of a list one after the other, and absent ones beyond its end.
+/// Returns the elements of a list one after the other, and absent after the last one.
 class ElementReader {
  public:
   explicit ElementReader(IMAPTokenList list) : next_(list.begin()), end_(list.end()) {}
@@ -25,12 +25,12 @@ class ElementReader {
   IMAPTokenList::Iterator end_;
 };
 
-/// The text of an atom or a string; absent for NIL, a list and a missing element.
+/// The text of an atom or a string. Absent for NIL, a list and a missing element.
 inline std::optional<std::string> textOf(const std::optional<IMAPToken>& token) {
   return token ? token->text() : std::nullopt;
 }
 
-/// The elements of a list; empty for anything else.
+/// The elements of a list. Empty for anything else.
 inline IMAPTokenList listOf(const std::optional<IMAPToken>& token) {
   return token ? token->list() : IMAPTokenList();
 }
@@ -43,8 +43,8 @@ inline bool hasText(IMAPToken token) {
   return token.kind() == IMAPToken::Kind::atom || token.kind() == IMAPToken::Kind::string;
 }
 
-/// The texts among the elements, in order. They are counted first: millions of texts in a vector that grew
-/// step by step would be moved again and again.
+/// The texts of a list, in order. Counts them first: in a vector that grows step by step, millions of texts
+/// would be moved again and again.
 inline std::vector<std::string> textsOf(IMAPTokenList list) {
   std::vector<std::string> texts;
   texts.reserve(static_cast<std::size_t>(std::count_if(list.begin(), list.end(), hasText)));

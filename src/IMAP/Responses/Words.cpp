@@ -1,7 +1,8 @@
 #include "IMAP/Responses/Words.h"
 
 #include <algorithm>
-#include <charconv>
+
+#include "Text/DecimalNumber.h"
 
 namespace tarnwell {
 
@@ -13,15 +14,7 @@ std::string_view takeWord(std::string_view& line) {
 }
 
 std::optional<std::uint32_t> unsigned32(std::string_view text) {
-  if (text.starts_with('+')) {
-    text.remove_prefix(1);
-  }
-  std::uint32_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) {
-    return std::nullopt;
-  }
-  return number;
+  return decimalNumber<std::uint32_t>(text, Sign::plus);
 }
 
 }  // namespace tarnwell

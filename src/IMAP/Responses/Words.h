@@ -1,6 +1,6 @@
 #pragma once
 
-/// Small readers for the words of the protocol.
+/// Readers for the words of the protocol.
 /// Threads: all functions are pure.
 
 #include <cstdint>
@@ -9,11 +9,11 @@
 
 namespace tarnwell {
 
-/// Takes the next word off a line: the bytes up to the next blank, blanks before it skipped. Empty at the
-/// end of the line.
+/// Removes the next word from the line and returns it: the bytes up to the next blank, without blanks before
+/// them. Empty at the end of the line.
 std::string_view takeWord(std::string_view& line);
 
-/// A decimal number of 32 bits, with an optional "+" before it; absent for any other text.
+/// A decimal 32-bit number, with an optional "+" before it. Absent for any other text.
 std::optional<std::uint32_t> unsigned32(std::string_view text);
 
 }  // namespace tarnwell

@@ -27,11 +27,11 @@ void HTTPConnection::close() {
   timer_.cancel();
 }
 
-/// After this time the connection is closed, unless another bound takes the place of this one.
+/// Closes the connection after this time, unless another bound replaces this one.
 void HTTPConnection::bound(Clock::duration time) {
   timer_.expires_after(time);
   timer_.async_wait([self = shared_from_this()](error_code error) {
-    // A handler that was on its way already when the bound was moved comes without an error too.
+    // If the handler was already queued when the bound moved, it also arrives without an error.
     if (!error && self->timer_.expiry() <= Clock::now()) {
       self->close();
     }
@@ -79,7 +79,7 @@ void HTTPConnection::process() {
   }
 }
 
-/// Runs on the worker's thread. The reader is not in use any more on the queue's.
+/// Runs on the worker's thread. The queue's thread no longer uses the reader.
 void HTTPConnection::call() {
   if (!isOpen_) {
     return;
@@ -102,9 +102,9 @@ void HTTPConnection::send(const HTTPResponse& response) {
       [self = shared_from_this()](error_code error, std::size_t) { error ? self->close() : self->finish(); });
 }
 
-/// A socket that is closed with unread bytes resets the connection, and the reset may overtake the answer.
-/// So the sending side alone is closed, and what still comes is thrown away until the client closes too,
-/// or for a short time (RFC 9112, section 9.6).
+/// Closes only the sending side, and discards further input until the client closes too, or for a short time
+/// (RFC 9112, section 9.6). Closing a socket with unread bytes would reset the connection, and the reset may
+/// arrive before the answer.
 void HTTPConnection::finish() {
   constexpr std::chrono::seconds patience{2};
   bound(patience);

@@ -1,12 +1,13 @@
 #pragma once
 
-/// One accepted connection of the HTTP endpoint: one request and its answer, then the end.
+/// One accepted connection of the HTTP endpoint: reads one request, sends its answer, then ends.
 ///
-/// For `MCPHTTPServer.cpp` alone, since it brings Asio along.
+/// Include this header only in source files of the HTTP endpoint: it brings Asio with it.
 ///
-/// Threads: the queue's, on which the socket's operations run, `close` included; the tool call alone runs on
-/// the worker's. Lifetime: each pending operation keeps the object alive, and `close` ends them all. The
-/// `HTTPDispatch` must outlive it.
+/// Threads: all socket operations run on the queue's thread, and `close` is called there. Only the tool call
+/// runs on the worker's thread.
+/// Lifetime: each pending operation keeps the object alive, and `close` ends them all. The `HTTPDispatch`
+/// must outlive the connection.
 
 #include <array>
 #include <atomic>
@@ -24,7 +25,7 @@
 
 namespace tarnwell {
 
-/// What the connections share: the dispatcher, and the worker, which is the one thread that calls it.
+/// Shared by all connections: the dispatcher, and the worker, the only thread that calls it.
 struct HTTPDispatch {
   MCPServer& server;
   std::chrono::steady_clock::duration requestTimeout;
@@ -37,7 +38,7 @@ class HTTPConnection : public std::enable_shared_from_this<HTTPConnection> {
 
   void start();
 
-  /// Also keeps a call that has not begun from beginning. May be called again.
+  /// Also prevents a call that has not begun. May be called again.
   void close();
 
  private:

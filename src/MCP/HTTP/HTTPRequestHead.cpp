@@ -1,11 +1,11 @@
 #include "MCP/HTTP/HTTPRequestHead.h"
 
-#include <charconv>
+#include <algorithm>
 #include <limits>
 #include <optional>
-#include <system_error>
 
 #include "Text/ASCIICase.h"
+#include "Text/DecimalNumber.h"
 
 namespace tarnwell {
 
@@ -22,7 +22,7 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
-/// Takes what stands before the separator, and the separator, off the text.
+/// Removes the text before the separator, and the separator, and returns that text.
 std::string_view takeUntil(std::string_view& text, std::string_view separator) {
   const std::size_t position = text.find(separator);
   const std::string_view taken = text.substr(0, position);
@@ -30,26 +30,24 @@ std::string_view takeUntil(std::string_view& text, std::string_view separator) {
   return taken;
 }
 
-/// Digits and nothing else; the greatest number when they mean one that does not fit.
-std::optional<std::uint64_t> decimalNumber(std::string_view text) {
-  std::uint64_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (text.empty() || end != text.data() + text.size()) {
+/// Accepts digits only. A number that is too large becomes the greatest number.
+std::optional<std::uint64_t> boundedNumber(std::string_view text) {
+  if (text.empty() || !std::ranges::all_of(text, isASCIIDigit)) {
     return std::nullopt;
   }
-  return error == std::errc() ? number : std::numeric_limits<std::uint64_t>::max();
+  constexpr std::uint64_t greatest = std::numeric_limits<std::uint64_t>::max();
+  return decimalNumber<std::uint64_t>(text).value_or(greatest);
 }
 
-/// Four numbers without leading zeros, which some programs read as octal (RFC 3986, section 3.2.2).
+/// Four numbers without leading zeros, because some programs read those as octal (RFC 3986, section 3.2.2).
 bool isLoopbackAddress(std::string_view text) {
   constexpr std::size_t partCount = 4;
-  constexpr std::uint64_t greatestPart = 255;
   for (std::size_t index = 0; index < partCount; ++index) {
     const bool isLast = index + 1 == partCount;
     const bool hasMore = text.find('.') != std::string_view::npos;
     const std::string_view part = takeUntil(text, ".");
-    const std::uint64_t number = decimalNumber(part).value_or(greatestPart + 1);
-    if (isLast == hasMore || number > greatestPart || (part.size() > 1 && part.front() == '0') ||
+    const std::optional<std::uint8_t> number = decimalNumber<std::uint8_t>(part);
+    if (isLast == hasMore || !number || (part.size() > 1 && part.front() == '0') ||
         (index == 0 && number != 127)) {
       return false;
     }
@@ -57,11 +55,8 @@ bool isLoopbackAddress(std::string_view text) {
   return true;
 }
 
-/// A port may be left out behind its colon (RFC 3986, section 3.2.3).
-bool isPort(std::string_view text) {
-  constexpr std::uint64_t greatest = std::numeric_limits<std::uint16_t>::max();
-  return text.empty() || decimalNumber(text).value_or(greatest + 1) <= greatest;
-}
+/// The port after the colon may be missing (RFC 3986, section 3.2.3).
+bool isPort(std::string_view text) { return text.empty() || decimalNumber<std::uint16_t>(text).has_value(); }
 
 }  // namespace
 
@@ -83,10 +78,15 @@ bool isLoopbackOrigin(std::string_view origin) {
   return false;
 }
 
-/// Deliberate: a request without a Host header passes. Only programs leave it out (HTTP/1.0 knows none); a
-/// browser always sends it, and browsers are what the rule is for.
-/// Deliberate: "Transfer-Encoding" is not read. A chunked body has no announced length, so it counts as
-/// empty, and since every connection carries one request its bytes are never taken for another one.
+/// Deliberate: a request without a Host header is accepted. The rule is against browsers, which always send
+/// it. Only other programs leave it out, and HTTP/1.0 has no such header.
+bool isFromThisMachine(const HTTPRequestHead& head) {
+  return std::ranges::all_of(head.hosts, isLoopbackAuthority) &&
+         std::ranges::all_of(head.origins, isLoopbackOrigin);
+}
+
+/// Deliberate: "Transfer-Encoding" is not read. A chunked body has no announced length and counts as empty.
+/// Every connection carries one request, so its bytes are never taken for another request.
 HTTPRequestHead HTTPRequestHead::parse(std::string_view block) {
   HTTPRequestHead head;
   const std::string_view requestLine = takeUntil(block, lineEnd);
@@ -95,19 +95,19 @@ HTTPRequestHead HTTPRequestHead::parse(std::string_view block) {
   std::optional<std::uint64_t> length;
   while (!block.empty()) {
     std::string_view value = takeUntil(block, lineEnd);
-    // Blanks before the colon are no part of a valid line, but must not hide a header either.
+    // Blanks before the colon are invalid, but they must not hide a header.
     const std::string_view name = trimmed(takeUntil(value, ":"));
     value = trimmed(value);
     if (equalsIgnoringASCIICase(name, "content-length")) {
-      const std::uint64_t meant = decimalNumber(value).value_or(0);
+      const std::uint64_t meant = boundedNumber(value).value_or(0);
       head.hasConflictingLengths = head.hasConflictingLengths || length.value_or(meant) != meant;
       length = meant;
     } else if (equalsIgnoringASCIICase(name, "host")) {
-      head.isFromThisMachine = head.isFromThisMachine && isLoopbackAuthority(value);
+      head.hosts.emplace_back(value);
     } else if (equalsIgnoringASCIICase(name, "origin")) {
-      head.isFromThisMachine = head.isFromThisMachine && isLoopbackOrigin(value);
+      head.origins.emplace_back(value);
     } else if (equalsIgnoringASCIICase(name, "expect")) {
-      // HTTP/1.0 knows no interim answers.
+      // HTTP/1.0 has no interim answers.
       head.expectsContinue =
           requestLine.ends_with(" HTTP/1.1") && equalsIgnoringASCIICase(value, "100-continue");
     }

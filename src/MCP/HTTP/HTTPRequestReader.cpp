@@ -24,7 +24,7 @@ HTTPRequestReader::State HTTPRequestReader::push(std::string_view bytes) {
   return state_;
 }
 
-/// Returns the bytes behind the head; none while it has not ended.
+/// Returns the bytes after the head. Empty until the head has ended.
 std::string_view HTTPRequestReader::takeHead(std::string_view bytes) {
   constexpr std::size_t longest = maximumHeadSize + 1;
   const std::size_t known = buffer_.size();
@@ -45,9 +45,9 @@ std::string_view HTTPRequestReader::takeHead(std::string_view bytes) {
   return bytes;
 }
 
-/// Who may ask comes first: a page from elsewhere learns nothing from its other mistakes.
+/// The origin is checked first: a foreign page learns nothing about its other errors.
 HTTPRequestReader::State HTTPRequestReader::stateAfterHead() {
-  if (!head_.isFromThisMachine) {
+  if (!isFromThisMachine(head_)) {
     return refuse(403);
   }
   if (head_.hasConflictingLengths) {

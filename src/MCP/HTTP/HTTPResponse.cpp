@@ -25,11 +25,11 @@ std::string_view HTTPResponse::reason(int status) {
   }
 }
 
-/// Deliberate: 204 carries "Content-Length: 0" too, which RFC 9110, section 8.6 rules out. A client takes the
-/// answer to end with its header block whatever the length says (RFC 9112, section 6.3), and one form for
-/// all answers leaves nothing to get wrong.
-/// Deliberate: any origin is named as allowed, although pages from elsewhere are refused. The refusal happens
-/// before a request is acted upon; this line only lets a page of this machine read its answer.
+/// Deliberate: 204 also carries "Content-Length: 0", which RFC 9110, section 8.6 forbids. To a client the
+/// answer ends with its header block whatever the length says (RFC 9112, section 6.3), and one form for all
+/// answers is simpler.
+/// Deliberate: every origin is allowed here, although requests from foreign pages are refused. The refusal
+/// comes before the request is handled. This header only lets a page of this machine read its answer.
 std::string HTTPResponse::serialized() const {
   std::string text = "HTTP/1.1 " + std::to_string(status) + " ";
   text.append(reason(status));

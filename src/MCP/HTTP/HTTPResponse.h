@@ -18,14 +18,14 @@ struct HTTPResponse {
   std::optional<std::string> contentType = std::nullopt;
   std::string body = {};
 
-  /// Invites a client that sent "Expect: 100-continue" to send its body (RFC 9110, section 15.2.1).
+  /// Tells a client that sent "Expect: 100-continue" to send its body (RFC 9110, section 15.2.1).
   static constexpr std::string_view interimContinue = "HTTP/1.1 100 Continue\r\n\r\n";
 
   /// "OK" for 200; "Unknown" for a status that the endpoint never sends.
   static std::string_view reason(int status);
 
-  /// Status line, header block and body. Every answer has the same form: its length, "Connection: close",
-  /// and the permissions that a browser asks for.
+  /// Status line, header block and body. Every answer has the same form: with its length, "Connection: close"
+  /// and the permissions for browsers.
   std::string serialized() const;
 
   bool operator==(const HTTPResponse&) const = default;

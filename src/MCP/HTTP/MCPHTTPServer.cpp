@@ -46,12 +46,12 @@ struct MCPHTTPServer::State {
   State(const State&) = delete;
   State& operator=(const State&) = delete;
 
-  /// Runs the task on the queue's thread and waits for its end; at once when this is that thread.
+  /// Runs the task on the queue's thread and waits until it ends. Called on that thread, runs it at once.
   template <class Task>
   void onQueue(Task task) {
     std::packaged_task<void()> waiting(std::move(task));
     std::future<void> ended = waiting.get_future();
-    // Taken along by the handler: the wait may be over before the call of the task has returned.
+    // The handler owns the task, because the wait may end before the task's call returns.
     asio::dispatch(queue, [taken = std::move(waiting)]() mutable { taken(); });
     ended.get();
   }
@@ -91,7 +91,7 @@ struct MCPHTTPServer::State {
 
   void accept() {
     listener->async_accept([this, accepting = listener](error_code error, tcp::socket socket) {
-      // A connection that came just before `stop` is reported after it, when there may be a new listener.
+      // A connection that arrived just before `stop` is reported after it, when there may be a new listener.
       if (accepting != listener) {
         return;
       }
@@ -106,7 +106,8 @@ struct MCPHTTPServer::State {
     });
   }
 
-  /// No descriptor or no memory is left for a connection: others will end soon.
+  /// Tries again after a pause. Accepting fails when no descriptor or memory is left, and other connections
+  /// will end soon.
   void acceptLater() {
     constexpr std::chrono::milliseconds pause{100};
     acceptPause.expires_after(pause);
@@ -134,7 +135,7 @@ struct MCPHTTPServer::State {
   }
 
   void tell(bool running, std::optional<std::string> message) {
-    if (const StateCallback current = callback) {  // a copy: the callback may put another in its place
+    if (const StateCallback current = callback) {  // a copy: the callback may replace itself
       current(running, std::move(message));
     }
   }

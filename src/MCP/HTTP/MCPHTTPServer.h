@@ -7,19 +7,20 @@
 ///     http.start();
 ///     http.endpointURL();  // "http://127.0.0.1:8765/mcp"
 ///
-/// An answer is 200 with the response, 202 when there is none (a notification), 204 to OPTIONS, 405 to any
-/// other method, or a refusal (HTTPRequestReader.h). Then the connection is closed. A client that closes
-/// early, or whose request has not arrived after 30 seconds, gets no answer.
+/// An answer is 200 with the response, 202 for a message without a response (a notification), 204 to OPTIONS,
+/// 405 to any other method, or a refusal (HTTPRequestReader.h). Then the connection is closed. A client that
+/// closes early, or whose request does not arrive within 30 seconds, gets no answer.
 ///
-/// Many connections may be open at once. Their bytes are moved by one thread, the queue; the messages are
-/// handled in the order of their completion by another, the worker, so that a slow tool call holds up
-/// nothing but the calls behind it.
+/// Many connections may be open at once. One thread, the queue, moves their bytes. Another thread, the
+/// worker, handles the messages in the order in which they are complete. A slow tool call delays only the
+/// calls after it.
 ///
-/// Threads: one at a time calls `start`, `stop` and `onStateChange`, the callback included; `isRunning` and
-/// `endpointURL` any. The callback runs on the queue's thread, and `start` and `stop` return when it did: it
-/// must be quick, must not throw and must not wait for the thread that called them.
-/// Lifetime: the `MCPServer` must outlive this. The destructor stops and tells nobody; it waits for a call
-/// that runs (a tool call is bounded by its time-outs) and for nothing else, and may not run inside the
+/// Threads: one thread at a time calls `start`, `stop` and `onStateChange`; the callback may call them too.
+/// Any thread may call `isRunning` and `endpointURL`. The callback runs on the queue's thread, and `start`
+/// and `stop` return after it. It must be quick, must not throw and must not wait for the thread that called
+/// them.
+/// Lifetime: the `MCPServer` must outlive this object. The destructor stops the server without calling the
+/// callback. It waits only for a running call, which has its own time-outs. It must not run inside the
 /// callback.
 
 #include <chrono>
@@ -39,7 +40,7 @@ class MCPHTTPServer {
 
   static constexpr std::chrono::seconds defaultRequestTimeout{30};
 
-  /// Opens nothing. A port outside 0 to 65535 means 8765; 0 means any free port, which `start` chooses.
+  /// Opens nothing yet. A port outside 0 to 65535 means 8765; 0 means that `start` chooses a free port.
   /// `requestTimeout` bounds the time from accepting a connection to the end of its request, and again the
   /// sending of the answer.
   MCPHTTPServer(MCPServer& server, std::int64_t port,
@@ -53,15 +54,15 @@ class MCPHTTPServer {
 
   bool isRunning() const;
 
-  /// Told of every change: running; failed, with the reason; stopped.
+  /// Sets the function to call after each change: running; failed, with the reason; stopped.
   void onStateChange(StateCallback callback);
 
-  /// Listens when it returns, or has told the callback and the log why not; it can then be tried again. Does
-  /// nothing while listening.
+  /// When it returns, the server listens, or the callback and the log have the reason why not. After a
+  /// failure it can be called again. Does nothing while the server listens.
   void start();
 
-  /// Closes the listener and every connection. A call that runs is finished and its answer dropped, since it
-  /// cannot be taken back halfway; calls that have not begun never will. `start` begins anew.
+  /// Closes the listener and every connection. A running call finishes, because it cannot be undone halfway;
+  /// its answer is dropped. Calls that have not begun never begin. `start` may be called again.
   void stop();
 
  private:

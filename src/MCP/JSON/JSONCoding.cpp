@@ -1,5 +1,6 @@
-/// How a `JSONValue` is read and written (RFC 8259): by the library. Its parser tells what it finds, and the
-/// value is made of that, so that nesting is bounded while it is read and nothing is built twice.
+/// Reads and writes a `JSONValue` (RFC 8259) with the library. The library's parser reports each part of a
+/// document, and the value is built from these reports. So nesting is limited during the parse, and nothing
+/// is built twice.
 
 #include <cmath>
 #include <nlohmann/json.hpp>
@@ -13,21 +14,21 @@ namespace {
 
 using nlohmann::json;
 
-/// What the library's parser calls for each part of a document. It stops at the first `false`.
+/// The library's parser calls it for each part of a document, and stops at the first `false`.
 class ValueBuilder {
  public:
   JSONValue value() && { return std::move(value_); }
   bool null() { return add(nullptr); }
   bool boolean(bool value) { return add(value); }
   bool number_integer(std::int64_t value) { return add(value); }
-  /// Only for a number that is not negative.
+  /// Called only for numbers that are not negative.
   bool number_unsigned(std::uint64_t value) {
     return std::in_range<std::int64_t>(value) ? add(static_cast<std::int64_t>(value))
                                               : add(static_cast<double>(value));
   }
   bool number_float(double value, const std::string&) { return add(value); }
   bool string(std::string& text) { return add(std::move(text)); }
-  bool binary(json::binary_t&) { return false; }  // no part of JSON
+  bool binary(json::binary_t&) { return false; }  // not part of JSON
 
   bool start_array(std::size_t) { return open(JSONArray()); }
   bool end_array() { return add(closed<JSONArray>()); }
@@ -43,7 +44,7 @@ class ValueBuilder {
  private:
   using Members = std::vector<JSONMember>;
 
-  /// To the innermost array or object, or as the whole document.
+  /// Adds the value to the innermost array or object. Without one the value is the whole document.
   bool add(JSONValue value) {
     if (open_.empty()) {
       value_ = std::move(value);
@@ -74,7 +75,7 @@ class ValueBuilder {
   JSONValue value_;
 };
 
-/// About as many bytes as the value takes when nothing in it is escaped.
+/// About the size in bytes of the written value when nothing in it is escaped.
 std::size_t likelySize(const JSONValue& value) {
   std::size_t size = 24;  // the longest number, or the marks around a text
   if (const auto* text = std::get_if<std::string>(&value.payload())) {
@@ -91,13 +92,13 @@ std::size_t likelySize(const JSONValue& value) {
   return size;
 }
 
-/// Puts together what the library writes for each text and number. Whole values it writes only from a tree of
-/// its own, into which a text of tens of megabytes would be copied.
+/// Joins the texts that the library writes for each text and number. To write a whole value, the library
+/// would need its own tree, with a copy of texts of tens of megabytes.
 class Writer {
  public:
   explicit Writer(bool isIndented) : isIndented_(isIndented) {}
 
-  /// The placeholder for a value without a JSON form.
+  /// Returns the placeholder for a value without a JSON form.
   std::string writtenOr(const char* placeholder, const JSONValue& value) && {
     text_.reserve(likelySize(value));
     try {
@@ -113,7 +114,7 @@ class Writer {
     std::visit([this](const auto& payload) { put(payload); }, value.payload());
   }
 
-  /// Null, a boolean or an integer.
+  /// Writes null, a boolean or an integer.
   template <class Simple>
   void put(Simple value) {
     text_ += json(value).dump();
@@ -127,7 +128,7 @@ class Writer {
     text_ += number.dump();
   }
 
-  /// In pieces, since the library copies what it writes.
+  /// Writes in pieces, because the library copies what it writes.
   void put(const std::string& text) {
     constexpr std::size_t pieceSize = 65'536;
     text_ += '"';
@@ -184,7 +185,7 @@ class Writer {
 }  // namespace
 
 std::optional<JSONValue> JSONValue::decode(std::string_view data) {
-  // The library takes a zero byte for the end of the text and would ignore what follows it.
+  // The library ends the text at a zero byte and would ignore the rest.
   if (data.find('\0') != std::string_view::npos) {
     return std::nullopt;
   }

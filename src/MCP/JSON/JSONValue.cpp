@@ -1,27 +1,13 @@
 #include "MCP/JSON/JSONValue.h"
 
 #include <algorithm>
-#include <charconv>
 #include <functional>
+
+#include "Text/DecimalNumber.h"
 
 namespace tarnwell {
 
 namespace {
-
-std::optional<std::int64_t> integerFromDecimal(std::string_view text) {
-  if (text.starts_with('+')) {
-    text.remove_prefix(1);
-    if (text.starts_with('-')) {
-      return std::nullopt;
-    }
-  }
-  std::int64_t value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size()) {
-    return std::nullopt;
-  }
-  return value;
-}
 
 std::optional<std::int64_t> integerFromDouble(double number) {
   constexpr double bound = 9223372036854775808.0;  // 2^63
@@ -122,7 +108,7 @@ std::optional<std::int64_t> JSONValue::intValue() const {
     return integerFromDouble(*number);
   }
   if (const auto* text = std::get_if<std::string>(&payload_)) {
-    return integerFromDecimal(*text);
+    return decimalNumber<std::int64_t>(*text, Sign::plusOrMinus);
   }
   return std::nullopt;
 }

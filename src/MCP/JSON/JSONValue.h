@@ -1,19 +1,19 @@
 #pragma once
 
-/// The one in-memory form of JSON (RFC 8259): messages, tool arguments, results and schemas.
+/// The only in-memory form of JSON (RFC 8259): messages, tool arguments, results and schemas.
 ///
 ///     JSONValue result = JSONObject{{"count", 2}, {"names", JSONValue::strings({"a", "b"})}};
 ///     result["count"].intValue();      // 2
 ///     result["missing"].stringValue(); // absent
 ///     result.serialized();             // {"count":2,"names":["a","b"]}
 ///
-/// A text may have tens of megabytes. What is moved into a value, or into the members that an object is made
-/// of, is not copied:
+/// A text may have tens of megabytes. A text that is moved into a value, or into the members of an object, is
+/// not copied:
 ///
 ///     JSONObject{{"uid", 7}, {"body", std::move(body)}}
 ///
-/// A number that fits 64 bits and is written without fraction and exponent is an integer, any other
-/// number a double; `true` is never a number. Texts are UTF-8.
+/// A number without fraction and exponent that fits 64 bits is an integer. Any other number is a double.
+/// `true` is not a number. Texts are UTF-8.
 ///
 /// Threads: a plain value.
 
@@ -32,17 +32,17 @@ namespace tarnwell {
 
 class JSONValue;
 
-/// Key and value.
+/// A key and its value.
 using JSONMember = std::pair<std::string, JSONValue>;
 
-/// Members in the order of their keys, each key once; the order in which they are encoded. Made in one piece,
-/// as by the braces above, it takes n log n steps; each single insertion takes n.
+/// Members sorted by their keys, each key once. They are encoded in this order. Making an object at once, as
+/// with the braces above, takes n log n steps. Each single insertion takes n steps.
 class JSONObject {
  public:
   struct Given;
 
   JSONObject() = default;
-  /// Of several members with the same key the last one counts. The values are moved.
+  /// If several members have the same key, the last one counts. The values are moved.
   JSONObject(std::initializer_list<Given> members);
   explicit JSONObject(std::vector<JSONMember> members);
 
@@ -50,21 +50,21 @@ class JSONObject {
   std::vector<JSONMember>::const_iterator begin() const;
   std::vector<JSONMember>::const_iterator end() const;
 
-  /// A null pointer when there is no such member.
+  /// Returns a null pointer when there is no such member.
   const JSONValue* find(std::string_view key) const;
   JSONValue* find(std::string_view key);
 
-  /// The member with this key, null when it is new.
+  /// The member with this key. A new member is null.
   JSONValue& operator[](std::string_view key);
-  /// Leaves a member that is there already as it is.
+  /// Does not change an existing member.
   void emplace(std::string_view key, JSONValue value);
 
   bool operator==(const JSONObject&) const;
 
  private:
-  /// Sorts the members; of several with the same key the last one stays.
+  /// Sorts the members. Of several with the same key it keeps the last one.
   void putInOrder();
-  /// The place of the member with this key, or where it would stand.
+  /// The place of the member with this key, or where it would be.
   std::vector<JSONMember>::const_iterator placeOf(std::string_view key) const;
 
   std::vector<JSONMember> members_;
@@ -77,7 +77,7 @@ class JSONValue {
   using Null = std::nullptr_t;
   using Payload = std::variant<Null, bool, std::int64_t, double, std::string, JSONArray, JSONObject>;
 
-  /// Arrays and objects nested deeper than this do not parse.
+  /// Deeper nesting of arrays and objects is not parsed.
   static constexpr std::size_t maximumDepth = 512;
 
   JSONValue(Null = nullptr) : payload_(nullptr) {}
@@ -94,47 +94,48 @@ class JSONValue {
   JSONValue(JSONArray elements) : payload_(std::move(elements)) {}
   JSONValue(JSONObject members) : payload_(std::move(members)) {}
 
-  /// Null for an absent value.
+  /// An absent value gives null.
   static JSONValue of(std::optional<std::string> text);
   static JSONValue of(std::optional<std::int64_t> integer);
   static JSONValue of(std::optional<double> number);
   static JSONValue of(bool value);
   static JSONValue strings(const std::vector<std::string>& texts);
 
-  /// Parses one JSON document; absent for anything else: trailing text, invalid UTF-8, a lone surrogate,
-  /// a number beyond the range of a double, or nesting beyond `maximumDepth`. Of two members with the
-  /// same key the last one counts.
+  /// Parses one JSON document. Absent for anything else: trailing text, invalid UTF-8, a lone surrogate, a
+  /// number beyond the range of a double, or nesting beyond `maximumDepth`. Of two members with the same key
+  /// the last one counts.
   static std::optional<JSONValue> decode(std::string_view data);
 
-  /// Compact, "/" unescaped; the text `null` when the value has no JSON form (a double that is not
-  /// finite, a text that is not UTF-8).
+  /// Compact, with "/" unescaped. The text `null` when the value has no JSON form: a double that is not
+  /// finite, or a text that is not UTF-8.
   std::string serialized() const;
 
-  /// Line breaks, indentation, sorted keys, "/" unescaped; "{}" when the value has no JSON form.
+  /// With line breaks, indentation and sorted keys, and "/" unescaped. "{}" when the value has no JSON form.
   std::string prettyString() const;
 
   bool isNull() const { return std::holds_alternative<Null>(payload_); }
 
   std::optional<std::string> stringValue() const;
-  /// Also an integer, true when it is not 0.
+  /// Also accepts an integer, which is true unless it is 0.
   std::optional<bool> boolValue() const;
-  /// Also a finite double within 64 bits, cut toward zero, and a text of an optional sign and digits.
+  /// Also accepts a finite double within 64 bits, cut toward zero, and a text of digits with an optional
+  /// sign.
   std::optional<std::int64_t> intValue() const;
-  /// Also an integer.
+  /// Also accepts an integer.
   std::optional<double> doubleValue() const;
-  /// Null pointers for every other kind.
+  /// Null pointers for every other kind of value.
   const JSONArray* arrayValue() const { return std::get_if<JSONArray>(&payload_); }
   const JSONObject* objectValue() const { return std::get_if<JSONObject>(&payload_); }
   JSONObject* objectValue() { return std::get_if<JSONObject>(&payload_); }
 
-  /// The member with this key; a null pointer when it is missing or this is no object.
+  /// The member with this key. A null pointer when it is missing or this is not an object.
   const JSONValue* member(std::string_view key) const;
-  /// The same, with null standing for a missing member.
+  /// The same, but null for a missing member.
   const JSONValue& operator[](std::string_view key) const;
 
   const Payload& payload() const { return payload_; }
 
-  /// Same kind and equal payloads: the integer 1 and the double 1.0 differ.
+  /// Equal kind and equal payloads. The integer 1 and the double 1.0 differ.
   bool operator==(const JSONValue&) const;
 
  private:
@@ -145,7 +146,8 @@ inline std::size_t JSONObject::size() const { return members_.size(); }
 inline std::vector<JSONMember>::const_iterator JSONObject::begin() const { return members_.begin(); }
 inline std::vector<JSONMember>::const_iterator JSONObject::end() const { return members_.end(); }
 
-/// A member to be made. The elements of a braced list are constant, and could only be copied from otherwise.
+/// A member that will be made. Elements of a braced list are constant, so without `mutable` they would be
+/// copied.
 struct JSONObject::Given {
   std::string_view key;
   mutable JSONValue value;

@@ -1,7 +1,5 @@
 /// propose_inbox_cleanup.
 
-#include "Core/BridgeConstants.h"
-#include "Core/SafetyPolicy.h"
 #include "IMAP/Decoding/TextDecoding.h"
 #include "MCP/Tools/CleanupHeuristics.h"
 #include "MCP/Tools/MCPTools.h"
@@ -57,32 +55,22 @@ JSONValue itemJSON(const IMAPMessage& message, JSONValue snippet,
 
 }  // namespace
 
-ToolCallResult MCPTools::proposeInboxCleanup(const JSONValue& arguments) const {
-  const AppConfig config = configStore_.load();
+ToolOutcome MCPTools::proposeInboxCleanup(const JSONValue& arguments) const {
   const std::vector<std::string> categories = allowedCategories(arguments);
-  const std::int64_t limit =
-      SafetyPolicy(config.safety).clampLimit(arguments["limit"].intValue(), BridgeConstants::searchLimitMax);
-  const MailScreen screen(detector_, config);
-
-  return withIMAP(config, IMAPClient::Access::readOnly, [&](IMAPClient& client) {
-    std::vector<IMAPMessage> messages =
-        client.fetchMessages(client.searchInbox({}, static_cast<std::size_t>(limit)));
-    JSONArray items(messages.size());
-    screen.fetchBodies(client, messages, {Leaving::Form::asPreview, previewMaxChars},
-                       [&](std::size_t index, const ScreenedBody& body) {
-                         screen.maskCodes(messages[index], body.judgement());
-                         items[index] = itemJSON(messages[index], preview(body), categories);
-                       });
-    const auto count = static_cast<std::int64_t>(items.size());
-    return ToolCallResult{JSONObject{
-        {"count", count},
-        {"categories", JSONValue::strings(categories)},
-        {"note",
-         "Heuristic hints only — the bridge does not classify with an LLM. Use these as input and decide "
-         "categories/moves yourself."},
-        {"items", std::move(items)},
-    }};
-  });
+  return listMessages(
+      arguments, {}, {Leaving::Form::asPreview, previewMaxChars},
+      [&](const IMAPMessage& message, const ScreenedBody& body) {
+        return itemJSON(message, preview(body), categories);
+      },
+      [&](JSONArray items, std::int64_t /*limit*/) {
+        return JSONObject{
+            {"categories", JSONValue::strings(categories)},
+            {"note",
+             "Heuristic hints only — the bridge does not classify with an LLM. Use these as input and decide "
+             "categories/moves yourself."},
+            {"items", std::move(items)},
+        };
+      });
 }
 
 }  // namespace tarnwell

@@ -7,13 +7,10 @@
 
 namespace tarnwell {
 
-std::string_view shortened(std::string_view text, std::size_t count) {
-  constexpr std::size_t bytesForEach = 8;
-  return characterPrefix(bytePrefix(text, count * bytesForEach), count);
-}
-
 std::string loggable(std::string_view text, std::size_t count) {
-  return std::string(shortened(AppLogger::redactAddresses(text), count));
+  constexpr std::size_t bytesForEach = 8;
+  const std::string masked = AppLogger::redactAddresses(text);
+  return std::string(characterPrefix(bytePrefix(masked, count * bytesForEach), count));
 }
 
 std::string loggable(const IMAPError& error) {
@@ -22,6 +19,10 @@ std::string loggable(const IMAPError& error) {
   }
   constexpr std::size_t maximumLength = 1000;  // the longest text of the program's own has less than half
   return loggable(error.description(), maximumLength);
+}
+
+std::string counted(std::int64_t count, std::string_view noun) {
+  return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
 }
 
 }  // namespace tarnwell

@@ -1,15 +1,14 @@
 #include "MCP/Tools/MCPTools.h"
 
 #include <chrono>
-#include <stdexcept>
 #include <utility>
 
 #include "Core/AppLogger.h"
 #include "Core/BridgeConstants.h"
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/InboxSession.h"
-#include "MCP/Tools/CallLog.h"
 #include "MCP/Tools/LogText.h"
+#include "MCP/Tools/ToolTable.h"
 
 namespace tarnwell {
 
@@ -17,17 +16,9 @@ namespace {
 
 using AppLogger::Category;
 
-/// The last line of a call that gave a result. An error has a line of its own; a call whose arguments cannot
-/// be used has none.
-void logOutcome(const std::string& label, ToolName tool, const ToolCallResult& result,
-                std::chrono::steady_clock::time_point start) {
-  if (result.isError) {
-    return;
-  }
-  const auto spent =
-      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
-  AppLogger::info(Category::tool, label + ": " + outcomeText(tool, result.structured) + " (" +
-                                      std::to_string(spent.count()) + " ms)");
+auto millisecondsSince(std::chrono::steady_clock::time_point start) {
+  const auto spent = std::chrono::steady_clock::now() - start;
+  return std::chrono::duration_cast<std::chrono::milliseconds>(spent).count();
 }
 
 }  // namespace
@@ -60,9 +51,13 @@ ToolCallResult MCPTools::handle(std::string_view name, const JSONValue& argument
   const std::string label = "tool " + std::string(name);
   const auto start = std::chrono::steady_clock::now();
   try {
-    ToolCallResult result = run(*tool, arguments);
-    logOutcome(label, *tool, result, start);
-    return result;
+    ToolOutcome outcome = (this->*ToolRow::of(*tool).run)(arguments);
+    // A call whose arguments cannot be used has no line of its own, and an error has another.
+    if (!outcome.result.isError) {
+      AppLogger::info(Category::tool, label + ": " + outcome.summary + " (" +
+                                          std::to_string(millisecondsSince(start)) + " ms)");
+    }
+    return std::move(outcome.result);
   } catch (const IMAPError& error) {
     AppLogger::error(Category::tool, label + " failed: " + loggable(error));
     return ToolCallResult::error(error.description());
@@ -75,32 +70,8 @@ ToolCallResult MCPTools::handle(std::string_view name, const JSONValue& argument
   }
 }
 
-ToolCallResult MCPTools::run(ToolName tool, const JSONValue& arguments) const {
-  switch (tool) {
-    case ToolName::getStatus:
-      return getStatus();
-    case ToolName::listFolders:
-      return listFolders(arguments);
-    case ToolName::searchInbox:
-      return searchInbox(arguments);
-    case ToolName::getMessageSummary:
-      return getMessageSummary(arguments);
-    case ToolName::getMessageBody:
-      return getMessageBody(arguments);
-    case ToolName::proposeInboxCleanup:
-      return proposeInboxCleanup(arguments);
-    case ToolName::moveMessage:
-      return moveMessage(arguments);
-    case ToolName::markAsRead:
-      return markAsRead(arguments);
-    case ToolName::trashMessage:
-      return trashMessage(arguments);
-  }
-  throw std::logic_error("a tool without a case");
-}
-
-ToolCallResult MCPTools::withIMAP(const AppConfig& config, IMAPClient::Access access,
-                                  const std::function<ToolCallResult(IMAPClient&)>& body) const {
+ToolOutcome MCPTools::withIMAP(const AppConfig& config, IMAPClient::Access access,
+                               const std::function<ToolOutcome(IMAPClient&)>& body) const {
   if (!config.isConfigured()) {
     throw IMAPError::notConfigured();
   }

@@ -20,9 +20,11 @@
 #include "Core/SecurityMail/EmailRiskDetector.h"
 #include "IMAP/IMAPClient.h"
 #include "MCP/JSON/JSONValue.h"
-#include "MCP/Tools/ToolName.h"
 
 namespace tarnwell {
+
+struct Leaving;
+struct ScreenedBody;
 
 struct ToolCallResult {
   /// Always an object.
@@ -33,6 +35,15 @@ struct ToolCallResult {
   static ToolCallResult error(std::string text);
 
   bool operator==(const ToolCallResult&) const = default;
+};
+
+/// What a tool gives.
+struct ToolOutcome {
+  /// For the client.
+  ToolCallResult result;
+  /// For the log: counts and decisions, such as "20 messages, 1 withheld", without a word of a mail, a search
+  /// or a mailbox. Empty for an error.
+  std::string summary{};
 };
 
 class MCPTools {
@@ -51,27 +62,34 @@ class MCPTools {
   ToolCallResult handle(std::string_view name, const JSONValue& arguments) const;
 
  private:
-  ToolCallResult run(ToolName tool, const JSONValue& arguments) const;
+  friend struct ToolRow;  // names the tools below
 
   /// Runs `body` with a connected client that has the inbox selected, and ends the session whatever
   /// happened. Throws `IMAPError` and `KeychainError`, and what `body` throws.
-  ToolCallResult withIMAP(const AppConfig& config, IMAPClient::Access access,
-                          const std::function<ToolCallResult(IMAPClient&)>& body) const;
+  ToolOutcome withIMAP(const AppConfig& config, IMAPClient::Access access,
+                       const std::function<ToolOutcome(IMAPClient&)>& body) const;
 
   /// Runs `body` on the summary of the message that "uid" names, in a read-only session. Without a valid
   /// UID, or without such a message, an error result.
-  ToolCallResult withMessage(const AppConfig& config, const JSONValue& arguments,
-                             const std::function<JSONValue(IMAPClient&, IMAPMessage&)>& body) const;
+  ToolOutcome withMessage(const AppConfig& config, const JSONValue& arguments,
+                          const std::function<ToolOutcome(IMAPClient&, IMAPMessage&)>& body) const;
 
-  ToolCallResult getStatus() const;
-  ToolCallResult listFolders(const JSONValue& arguments) const;
-  ToolCallResult searchInbox(const JSONValue& arguments) const;
-  ToolCallResult getMessageSummary(const JSONValue& arguments) const;
-  ToolCallResult getMessageBody(const JSONValue& arguments) const;
-  ToolCallResult proposeInboxCleanup(const JSONValue& arguments) const;
-  ToolCallResult moveMessage(const JSONValue& arguments) const;
-  ToolCallResult markAsRead(const JSONValue& arguments) const;
-  ToolCallResult trashMessage(const JSONValue& arguments) const;
+  using ItemMaker = std::function<JSONValue(const IMAPMessage&, const ScreenedBody&)>;
+  using ListMaker = std::function<JSONObject(JSONArray items, std::int64_t limit)>;
+  /// Finds the newest messages, as many as "limit" and the settings allow, and makes an item of each with its
+  /// screened body. The result is what `resultOf` makes of the items, and their "count".
+  ToolOutcome listMessages(const JSONValue& arguments, const IMAPSearchCriteria& criteria, Leaving leaving,
+                           const ItemMaker& itemOf, const ListMaker& resultOf) const;
+
+  ToolOutcome getStatus(const JSONValue& arguments) const;
+  ToolOutcome listFolders(const JSONValue& arguments) const;
+  ToolOutcome searchInbox(const JSONValue& arguments) const;
+  ToolOutcome getMessageSummary(const JSONValue& arguments) const;
+  ToolOutcome getMessageBody(const JSONValue& arguments) const;
+  ToolOutcome proposeInboxCleanup(const JSONValue& arguments) const;
+  ToolOutcome moveMessage(const JSONValue& arguments) const;
+  ToolOutcome markAsRead(const JSONValue& arguments) const;
+  ToolOutcome trashMessage(const JSONValue& arguments) const;
 
   ConfigStore configStore_;
   KeychainStore keychain_;

@@ -2,20 +2,6 @@
 
 namespace tarnwell {
 
-JSONValue safetyJSON(const SafetySettings& settings) {
-  return JSONObject{
-      {"readOnly", settings.readOnly},
-      {"allowMove", settings.allowMove},
-      {"allowMarkRead", settings.allowMarkRead},
-      {"allowTrash", settings.allowTrash},
-      {"maxFetch", settings.maxFetch},
-      {"maxBodyChars", settings.maxBodyChars},
-      {"maxMessagesPerCall", settings.maxMessagesPerCall},
-      {"blockAuthCodeBodies", settings.blockAuthCodeBodies},
-      {"allowCopyMoveFallback", settings.allowCopyMoveFallback},
-  };
-}
-
 JSONValue riskSignalsJSON(const std::vector<RiskSignal>& signals) {
   JSONArray array;
   for (const RiskSignal& signal : signals) {
@@ -25,35 +11,9 @@ JSONValue riskSignalsJSON(const std::vector<RiskSignal>& signals) {
   return array;
 }
 
-JSONValue addressesJSON(const std::vector<IMAPAddress>& addresses) {
-  JSONArray array;
-  for (const IMAPAddress& address : addresses) {
-    array.push_back(JSONObject{{"name", JSONValue::of(address.name)},
-                               {"email", JSONValue::of(address.email())},
-                               {"display", address.display()}});
-  }
-  return array;
-}
-
 std::optional<std::string> senderText(const IMAPMessage& message) {
   const std::vector<IMAPAddress>& from = message.envelope.from;
   return from.empty() ? std::nullopt : std::optional(from.front().display());
-}
-
-JSONValue messageHeaderJSON(const IMAPMessage& message, const std::optional<std::string>& snippet,
-                            const std::vector<RiskSignal>& signals) {
-  return JSONObject{
-      {"uid", message.uid},
-      {"messageId", JSONValue::of(message.envelope.messageID)},
-      {"subject", JSONValue::of(message.envelope.subject)},
-      {"from", JSONValue::of(senderText(message))},
-      {"date", JSONValue::of(message.envelope.date)},
-      {"flags", JSONValue::strings(message.flags)},
-      {"unread", message.isUnread()},
-      {"hasAttachments", message.hasAttachments()},
-      {"snippet", snippet.value_or(std::string(withheldText))},
-      {"detectedRiskSignals", riskSignalsJSON(signals)},
-  };
 }
 
 }  // namespace tarnwell

@@ -37,7 +37,18 @@ ScreenedSnippet screenedSnippet(IMAPClient& client, const MailScreen& screen, co
   return {std::move(body.assessment), Judgement::returned, TextDecoding::snippet(body.text, maxChars).text};
 }
 
-JSONValue summaryJSON(const IMAPMessage& message, const ScreenedSnippet& snippet) {
+/// An object with name, email and display for each address.
+JSONValue addressesJSON(const std::vector<IMAPAddress>& addresses) {
+  JSONArray array;
+  for (const IMAPAddress& address : addresses) {
+    array.push_back(JSONObject{{"name", JSONValue::of(address.name)},
+                               {"email", JSONValue::of(address.email())},
+                               {"display", address.display()}});
+  }
+  return array;
+}
+
+ToolOutcome summaryOutcome(const IMAPMessage& message, const ScreenedSnippet& snippet) {
   const bool isWithheld = snippet.judgement == Judgement::withheld;
   JSONObject summary{
       {"uid", message.uid},
@@ -56,81 +67,80 @@ JSONValue summaryJSON(const IMAPMessage& message, const ScreenedSnippet& snippet
     summary.emplace("withheldReason",
                     "Sensitive security content (OTP/2FA/verification/reset). Snippet withheld.");
   }
-  return summary;
+  return {{std::move(summary)}, isWithheld ? "1 message, withheld" : "1 message"};
 }
 
-/// The result that explains why there is no body.
-JSONValue noBody(std::uint32_t uid, bool isBlocked, std::string reason, const RiskAssessment& assessment) {
-  return JSONObject{
-      {"uid", uid},
-      {"returned", false},
-      {"blocked", isBlocked},
-      {"reason", std::move(reason)},
-      {"detectedRiskSignals", riskSignalsJSON(assessment.signals)},
-  };
+/// Explains why there is no body.
+ToolOutcome noBody(std::uint32_t uid, bool isBlocked, std::string reason, const RiskAssessment& assessment) {
+  return {{JSONObject{
+              {"uid", uid},
+              {"returned", false},
+              {"blocked", isBlocked},
+              {"reason", std::move(reason)},
+              {"detectedRiskSignals", riskSignalsJSON(assessment.signals)},
+          }},
+          isBlocked ? "withheld" : "no text"};
 }
 
-JSONValue bodyBlocked(std::uint32_t uid, const RiskAssessment& assessment) {
-  return noBody(uid, true, assessment.reason(), assessment);
-}
-
-JSONValue bodyJSON(std::uint32_t uid, const std::string& body, std::int64_t maxChars,
-                   const RiskAssessment& assessment) {
+ToolOutcome bodyOutcome(std::uint32_t uid, const std::string& body, std::int64_t maxChars,
+                        const RiskAssessment& assessment) {
   const auto count = static_cast<std::int64_t>(characterCount(body));
   // A setting below 0 is no request and arrives as it stands; it must not become the greatest length.
   const std::int64_t kept = std::max<std::int64_t>(maxChars, 0);
   const bool isTruncated = count > kept;
-  return JSONObject{
-      {"uid", uid},
-      {"returned", true},
-      {"blocked", false},
-      {"truncated", isTruncated},
-      {"charCount", count},
-      {"maxChars", maxChars},
-      {"body", isTruncated ? std::string(characterPrefix(body, static_cast<std::size_t>(kept))) + "…" : body},
-      {"detectedRiskSignals", riskSignalsJSON(assessment.signals)},
-  };
+  return {{JSONObject{
+              {"uid", uid},
+              {"returned", true},
+              {"blocked", false},
+              {"truncated", isTruncated},
+              {"charCount", count},
+              {"maxChars", maxChars},
+              {"body",
+               isTruncated ? std::string(characterPrefix(body, static_cast<std::size_t>(kept))) + "…" : body},
+              {"detectedRiskSignals", riskSignalsJSON(assessment.signals)},
+          }},
+          "a text of " + std::to_string(count) + " characters"};
 }
 
-JSONValue readBody(IMAPClient& client, const MailScreen& screen, const IMAPMessage& message,
-                   std::int64_t maxChars) {
+ToolOutcome readBody(IMAPClient& client, const MailScreen& screen, const IMAPMessage& message,
+                     std::int64_t maxChars) {
   const ScreenedBody body = screen.fetchBody(client, message, {Leaving::Form::asItStands, maxChars});
   if (body.isWithheld) {
-    return bodyBlocked(message.uid, body.assessment);
+    return noBody(message.uid, true, body.assessment.reason(), body.assessment);
   }
   if (body.text.empty()) {
     return noBody(message.uid, false, "This message has no readable text body (it may be attachments-only).",
                   body.assessment);
   }
-  return bodyJSON(message.uid, body.text, maxChars, body.assessment);
+  return bodyOutcome(message.uid, body.text, maxChars, body.assessment);
 }
 
 }  // namespace
 
-ToolCallResult MCPTools::withMessage(const AppConfig& config, const JSONValue& arguments,
-                                     const std::function<JSONValue(IMAPClient&, IMAPMessage&)>& body) const {
+ToolOutcome MCPTools::withMessage(const AppConfig& config, const JSONValue& arguments,
+                                  const std::function<ToolOutcome(IMAPClient&, IMAPMessage&)>& body) const {
   const std::optional<std::uint32_t> uid = uidArg(arguments);
   if (!uid) {
-    return ToolCallResult::error(std::string(invalidUIDText));
+    return {ToolCallResult::error(invalidUIDText)};
   }
-  return withIMAP(config, IMAPClient::Access::readOnly, [&](IMAPClient& client) -> ToolCallResult {
+  return withIMAP(config, IMAPClient::Access::readOnly, [&](IMAPClient& client) {
     std::optional<IMAPMessage> message = client.fetchMessage(*uid);
-    return message ? ToolCallResult{body(client, *message)} : ToolCallResult::error(noMessageText(*uid));
+    return message ? body(client, *message) : ToolOutcome{ToolCallResult::error(noMessageText(*uid))};
   });
 }
 
-ToolCallResult MCPTools::getMessageSummary(const JSONValue& arguments) const {
+ToolOutcome MCPTools::getMessageSummary(const JSONValue& arguments) const {
   const AppConfig config = configStore_.load();
   const bool isRequested = arguments["includeBodySnippet"].boolValue().value_or(true);
   const MailScreen screen(detector_, config);
   return withMessage(config, arguments, [&](IMAPClient& client, IMAPMessage& message) {
     const ScreenedSnippet snippet = screenedSnippet(client, screen, message, isRequested);
     screen.maskCodes(message, snippet.judgement);
-    return summaryJSON(message, snippet);
+    return summaryOutcome(message, snippet);
   });
 }
 
-ToolCallResult MCPTools::getMessageBody(const JSONValue& arguments) const {
+ToolOutcome MCPTools::getMessageBody(const JSONValue& arguments) const {
   const AppConfig config = configStore_.load();
   const std::int64_t maxChars = SafetyPolicy(config.safety).clampBodyChars(arguments["maxChars"].intValue());
   const MailScreen screen(detector_, config);

@@ -1,9 +1,10 @@
-/// search_inbox.
+/// search_inbox, and what propose_inbox_cleanup has in common with it.
 
 #include "Core/BridgeConstants.h"
 #include "Core/SafetyPolicy.h"
 #include "IMAP/Decoding/TextDecoding.h"
 #include "IMAP/IMAPClient.h"
+#include "MCP/Tools/LogText.h"
 #include "MCP/Tools/MCPTools.h"
 #include "MCP/Tools/MailScreen.h"
 #include "MCP/Tools/MessageJSON.h"
@@ -31,34 +32,57 @@ IMAPSearchCriteria searchCriteria(const JSONValue& arguments) {
   };
 }
 
-JSONValue searchHit(const IMAPMessage& message, const ScreenedBody& body) {
-  return messageHeaderJSON(
-      message,
-      body.isWithheld ? std::nullopt : std::optional(TextDecoding::snippet(body.text, snippetMaxChars).text),
-      body.assessment.signals);
+/// The short form of a message.
+JSONValue messageHeaderJSON(const IMAPMessage& message, const ScreenedBody& body) {
+  return JSONObject{
+      {"uid", message.uid},
+      {"messageId", JSONValue::of(message.envelope.messageID)},
+      {"subject", JSONValue::of(message.envelope.subject)},
+      {"from", JSONValue::of(senderText(message))},
+      {"date", JSONValue::of(message.envelope.date)},
+      {"flags", JSONValue::strings(message.flags)},
+      {"unread", message.isUnread()},
+      {"hasAttachments", message.hasAttachments()},
+      {"snippet",
+       body.isWithheld ? std::string(withheldText) : TextDecoding::snippet(body.text, snippetMaxChars).text},
+      {"detectedRiskSignals", riskSignalsJSON(body.assessment.signals)},
+  };
 }
 
 }  // namespace
 
-ToolCallResult MCPTools::searchInbox(const JSONValue& arguments) const {
+ToolOutcome MCPTools::listMessages(const JSONValue& arguments, const IMAPSearchCriteria& criteria,
+                                   Leaving leaving, const ItemMaker& itemOf,
+                                   const ListMaker& resultOf) const {
   const AppConfig config = configStore_.load();
   const std::int64_t limit =
       SafetyPolicy(config.safety).clampLimit(arguments["limit"].intValue(), BridgeConstants::searchLimitMax);
-  const IMAPSearchCriteria criteria = searchCriteria(arguments);
   const MailScreen screen(detector_, config);
 
   return withIMAP(config, IMAPClient::Access::readOnly, [&](IMAPClient& client) {
     std::vector<IMAPMessage> messages =
         client.fetchMessages(client.searchInbox(criteria, static_cast<std::size_t>(limit)));
-    JSONArray hits(messages.size());
-    screen.fetchBodies(client, messages, {Leaving::Form::asSnippet, snippetMaxChars},
-                       [&](std::size_t index, const ScreenedBody& body) {
-                         screen.maskCodes(messages[index], body.judgement());
-                         hits[index] = searchHit(messages[index], body);
-                       });
-    const auto count = static_cast<std::int64_t>(hits.size());
-    return ToolCallResult{JSONObject{{"count", count}, {"limit", limit}, {"messages", std::move(hits)}}};
+    JSONArray items(messages.size());
+    int withheldCount = 0;
+    screen.fetchBodies(client, messages, leaving, [&](std::size_t index, const ScreenedBody& body) {
+      screen.maskCodes(messages[index], body.judgement());
+      items[index] = itemOf(messages[index], body);
+      withheldCount += body.isWithheld ? 1 : 0;
+    });
+    const auto count = static_cast<std::int64_t>(items.size());
+    JSONObject result = resultOf(std::move(items), limit);
+    result.emplace("count", count);
+    return ToolOutcome{{std::move(result)},
+                       counted(count, "message") +
+                           (withheldCount > 0 ? ", " + std::to_string(withheldCount) + " withheld" : "")};
   });
+}
+
+ToolOutcome MCPTools::searchInbox(const JSONValue& arguments) const {
+  return listMessages(arguments, searchCriteria(arguments), {Leaving::Form::asSnippet, snippetMaxChars},
+                      messageHeaderJSON, [](JSONArray hits, std::int64_t limit) {
+                        return JSONObject{{"limit", limit}, {"messages", std::move(hits)}};
+                      });
 }
 
 }  // namespace tarnwell

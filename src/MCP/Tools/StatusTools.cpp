@@ -3,8 +3,9 @@
 #include "Core/ISO8601.h"
 #include "Core/SafetyPolicy.h"
 #include "IMAP/IMAPClient.h"
+#include "MCP/Tools/LogText.h"
 #include "MCP/Tools/MCPTools.h"
-#include "MCP/Tools/MessageJSON.h"
+#include "MCP/Tools/ToolName.h"
 
 namespace tarnwell {
 
@@ -18,6 +19,13 @@ bool hasUsablePassword(const KeychainStore& keychain, const std::string& email) 
   } catch (const KeychainError&) {
     return false;
   }
+}
+
+/// The nine safety settings under their own names.
+JSONValue safetyJSON(const SafetySettings& settings) {
+  JSONObject object;
+  forEachSafetySetting(settings, [&object](const char* key, auto value) { object.emplace(key, value); });
+  return object;
 }
 
 JSONValue folderJSON(const IMAPFolder& folder, bool includeSpecialUse) {
@@ -35,14 +43,15 @@ JSONValue folderJSON(const IMAPFolder& folder, bool includeSpecialUse) {
 
 }  // namespace
 
-ToolCallResult MCPTools::getStatus() const {
+ToolOutcome MCPTools::getStatus(const JSONValue& /*arguments*/) const {
   const AppConfig config = configStore_.load();
+  const bool isConfigured = config.isConfigured() && hasUsablePassword(keychain_, config.email);
   JSONArray toolNames;
-  for (const ToolName tool : allToolNames) {
+  for (const ToolName tool : allToolNames()) {
     toolNames.emplace_back(rawValue(tool));
   }
   JSONObject status{
-      {"configured", config.isConfigured() && hasUsablePassword(keychain_, config.email)},
+      {"configured", isConfigured},
       {"email", config.isConfigured() ? JSONValue(config.email) : JSONValue()},
       {"imapHost", config.imapHost},
       {"imapPort", config.imapPort},
@@ -55,10 +64,10 @@ ToolCallResult MCPTools::getStatus() const {
                    JSONObject{{"date", formatISO8601(*config.lastConnectionTestDate)},
                               {"success", config.lastConnectionTestSuccess.value_or(false)}});
   }
-  return {std::move(status)};
+  return {{std::move(status)}, isConfigured ? "configured" : "not configured"};
 }
 
-ToolCallResult MCPTools::listFolders(const JSONValue& arguments) const {
+ToolOutcome MCPTools::listFolders(const JSONValue& arguments) const {
   const bool includeSpecialUse = arguments["includeSpecialUse"].boolValue().value_or(true);
   return withIMAP(configStore_.load(), IMAPClient::Access::readOnly, [&](IMAPClient& client) {
     JSONArray folders;
@@ -66,7 +75,8 @@ ToolCallResult MCPTools::listFolders(const JSONValue& arguments) const {
       folders.push_back(folderJSON(folder, includeSpecialUse));
     }
     const auto count = static_cast<std::int64_t>(folders.size());
-    return ToolCallResult{JSONObject{{"count", count}, {"folders", std::move(folders)}}};
+    return ToolOutcome{{JSONObject{{"count", count}, {"folders", std::move(folders)}}},
+                       counted(count, "folder")};
   });
 }
 

@@ -21,6 +21,11 @@ std::optional<std::string> textArg(const JSONValue& arguments, std::string_view 
   return text && !text->empty() ? std::move(text) : std::nullopt;
 }
 
+std::optional<bool> requestedDryRun(const JSONValue& arguments) {
+  const JSONValue& wish = arguments["dryRun"];
+  return wish.isNull() ? std::nullopt : std::optional(wish.boolValue().value_or(true));
+}
+
 std::optional<Instant> parseISODate(std::string_view text) {
   const std::optional<Instant> instant = parseISO8601(text);
   return instant ? instant : parseISO8601Day(text);

@@ -17,11 +17,16 @@ namespace tarnwell {
 std::optional<std::uint32_t> uidArg(const JSONValue& arguments);
 
 /// What a tool says about a UID that `uidArg` does not read, and about one that is not in the inbox.
-inline constexpr std::string_view invalidUIDText = "Missing or invalid 'uid'.";
+inline constexpr const char* invalidUIDText = "Missing or invalid 'uid'.";
 std::string noMessageText(std::uint32_t uid);
 
 /// A text that is not empty.
 std::optional<std::string> textArg(const JSONValue& arguments, std::string_view key);
+
+/// The wish for a preview under "dryRun": absent, a boolean, or an integer that is not 0.
+/// Deliberate: a value of any other type means a preview; when it is unclear what was meant, nothing is
+/// changed.
+std::optional<bool> requestedDryRun(const JSONValue& arguments);
 
 /// A date-time with time zone, or a date alone (midnight UTC); absent for any other text.
 std::optional<Instant> parseISODate(std::string_view text);

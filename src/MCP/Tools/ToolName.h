@@ -1,10 +1,10 @@
 #pragma once
 
-/// The names of the nine tools.
+/// The names of the nine tools. They stand in the rows of `ToolTable.cpp`.
 
-#include <array>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace tarnwell {
 
@@ -21,11 +21,7 @@ enum class ToolName {
 };
 
 /// In the order of the catalogue.
-inline constexpr std::array allToolNames{
-    ToolName::getStatus,         ToolName::listFolders,    ToolName::searchInbox,
-    ToolName::getMessageSummary, ToolName::getMessageBody, ToolName::proposeInboxCleanup,
-    ToolName::moveMessage,       ToolName::markAsRead,     ToolName::trashMessage,
-};
+std::vector<ToolName> allToolNames();
 
 /// The name on the wire, such as "search_inbox".
 std::string_view rawValue(ToolName name);

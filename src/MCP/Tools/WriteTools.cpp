@@ -1,18 +1,43 @@
 /// move_message, mark_as_read and trash_message.
 
+#include "Core/AppLogger.h"
+#include "Core/SafetyPolicy.h"
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/MailboxMapper.h"
+#include "IMAP/MoveOutcome.h"
 #include "MCP/Tools/MCPTools.h"
 #include "MCP/Tools/MailScreen.h"
 #include "MCP/Tools/ToolArguments.h"
-#include "MCP/Tools/WriteOutcome.h"
+#include "MCP/Tools/ToolName.h"
 #include "Text/Text.h"
 
 namespace tarnwell {
 
 namespace {
 
-/// What the safety settings of this moment make of one write call.
+/// What became of a call, in the words of the log.
+constexpr std::string_view blocked = "blocked";
+constexpr std::string_view previewed = "previewed";
+constexpr std::string_view executed = "executed";
+
+/// What the log tells of a decision: it leaves out the reason's text.
+std::string_view label(WriteDecision::Kind decision) {
+  switch (decision) {
+    case WriteDecision::Kind::blockedDisabled:
+      return "blocked(disabled)";
+    case WriteDecision::Kind::blockedReadOnly:
+      return "blocked(read-only)";
+    case WriteDecision::Kind::dryRun:
+      return "dry-run";
+    case WriteDecision::Kind::execute:
+      return "execute";
+  }
+  return {};
+}
+
+/// What the safety settings of this moment make of one write call, and its result: the same seven keys
+/// whatever became of the call. A refusal is an ordinary result, so that an assistant reads it as information
+/// and not as a failure.
 class WritePlan {
  public:
   WritePlan(ToolName tool, WriteOperation operation, const AppConfig& config, const JSONValue& arguments)
@@ -21,46 +46,71 @@ class WritePlan {
         fallback_(config.safety.allowCopyMoveFallback ? IMAPClient::CopyFallback::allowed
                                                       : IMAPClient::CopyFallback::forbidden),
         decision_(SafetyPolicy(config.safety).decide(operation, requestedDryRun(arguments))) {
-    logDecision(tool_, decision_);
+    AppLogger::notice(AppLogger::Category::tool,
+                      "write " + std::string(tool_) + ": " + std::string(label(decision_.kind)));
   }
-
-  bool executes() const { return decision_.executes(); }
 
   /// A preview never selects the inbox for writing.
   IMAPClient::Access access() const {
-    return executes() ? IMAPClient::Access::readWrite : IMAPClient::Access::readOnly;
+    return decision_.executes() ? IMAPClient::Access::readWrite : IMAPClient::Access::readOnly;
   }
 
-  /// The refusal, when the settings refuse.
-  std::optional<ToolCallResult> refusal(std::string_view readOnlyText) const {
+  /// Absent unless the settings refuse.
+  std::optional<ToolOutcome> refusal(std::string_view readOnlyText) const {
     if (!decision_.isBlocked()) {
       return std::nullopt;
     }
     const bool isReadOnly = decision_.kind == WriteDecision::Kind::blockedReadOnly;
-    return ToolCallResult{blockedOutcome(tool_, mode_, isReadOnly ? readOnlyText : decision_.text)};
+    return outcome(blocked, isReadOnly ? readOnlyText : decision_.text, {});
   }
 
   /// Moves the message to the folder, or only tells that it would.
-  ToolCallResult moveTo(const IMAPFolder& folder, std::uint32_t uid, IMAPClient& client) const {
+  ToolOutcome moveTo(const IMAPFolder& folder, std::uint32_t uid, IMAPClient& client) const {
     JSONObject detail{{"uid", uid}, {"from", "INBOX"}, {"to", folder.path}};
-    if (!executes()) {
-      return {dryRunOutcome(tool_, mode_, std::move(detail))};
+    if (!decision_.executes()) {
+      return preview(std::move(detail));
     }
-    const MoveOutcome outcome = client.move(uid, folder.path, fallback_);
-    return {executedMoveOutcome(tool_, mode_, std::move(detail), outcome)};
+    if (client.move(uid, folder.path, fallback_) == MoveOutcome::moved) {
+      detail.emplace("method", "UID MOVE");
+      return outcome(executed, "Executed.", std::move(detail));
+    }
+    detail.emplace("method", "COPY + flag \\Deleted (no EXPUNGE)");
+    detail.emplace(
+        "note",
+        "The server does not support MOVE, so the message was copied to the target and the original was "
+        "flagged for deletion (not erased). The original stays in INBOX, marked for deletion, until a mail "
+        "client finalizes it.");
+    return outcome(executed, "Executed via the COPY + mark-deleted fallback.", std::move(detail));
   }
 
   /// Marks the message as read, or only tells that it would.
-  ToolCallResult markRead(const IMAPMessage& message, IMAPClient& client) const {
+  ToolOutcome markRead(const IMAPMessage& message, IMAPClient& client) const {
     JSONObject detail{{"uid", message.uid}, {"subject", JSONValue::of(message.envelope.subject)}};
-    if (!executes()) {
-      return {dryRunOutcome(tool_, mode_, std::move(detail))};
+    if (!decision_.executes()) {
+      return preview(std::move(detail));
     }
     client.markRead(message.uid);
-    return {executedOutcome(tool_, mode_, std::move(detail))};
+    return outcome(executed, "Executed.", std::move(detail));
   }
 
  private:
+  ToolOutcome preview(JSONObject detail) const {
+    return outcome(previewed, "Dry-run: no change was made to the mailbox.", std::move(detail));
+  }
+
+  ToolOutcome outcome(std::string_view fate, std::string_view reason, JSONObject detail) const {
+    return {{JSONObject{
+                {"operation", tool_},
+                {"executed", fate == executed},
+                {"dryRun", fate == previewed},
+                {"blocked", fate == blocked},
+                {"mode", rawValue(mode_)},
+                {"reason", reason},
+                {"detail", std::move(detail)},
+            }},
+            std::string(fate)};
+  }
+
   std::string_view tool_;
   SafetyMode mode_;
   IMAPClient::CopyFallback fallback_;
@@ -71,23 +121,23 @@ bool namesTheInbox(std::string_view folder) { return uppercased(folder) == "INBO
 
 }  // namespace
 
-ToolCallResult MCPTools::moveMessage(const JSONValue& arguments) const {
+ToolOutcome MCPTools::moveMessage(const JSONValue& arguments) const {
   const std::optional<std::uint32_t> uid = uidArg(arguments);
   if (!uid) {
-    return ToolCallResult::error(std::string(invalidUIDText));
+    return {ToolCallResult::error(invalidUIDText)};
   }
   const std::optional<std::string> target = textArg(arguments, "targetFolder");
   if (!target) {
-    return ToolCallResult::error("Missing 'targetFolder'.");
+    return {ToolCallResult::error("Missing 'targetFolder'.")};
   }
   const AppConfig config = configStore_.load();
   const WritePlan plan(ToolName::moveMessage, WriteOperation::move, config, arguments);
-  if (std::optional<ToolCallResult> refusal = plan.refusal("Read-only mode is on; no message was moved.")) {
+  if (std::optional<ToolOutcome> refusal = plan.refusal("Read-only mode is on; no message was moved.")) {
     return *refusal;
   }
   // Deliberate: after the decision, so that a blocked program reports the block.
   if (namesTheInbox(*target)) {
-    return ToolCallResult::error("Refusing to move a message to INBOX (it is already there).");
+    return {ToolCallResult::error("Refusing to move a message to INBOX (it is already there).")};
   }
   return withIMAP(config, plan.access(), [&](IMAPClient& client) {
     const std::optional<IMAPFolder> folder = MailboxMapper::resolve(*target, client.listFolders());
@@ -95,20 +145,20 @@ ToolCallResult MCPTools::moveMessage(const JSONValue& arguments) const {
       throw IMAPError::folderNotFound(*target);
     }
     if (namesTheInbox(folder->path)) {
-      return ToolCallResult::error("Refusing to move a message to INBOX.");
+      return ToolOutcome{ToolCallResult::error("Refusing to move a message to INBOX.")};
     }
     return plan.moveTo(*folder, *uid, client);
   });
 }
 
-ToolCallResult MCPTools::trashMessage(const JSONValue& arguments) const {
+ToolOutcome MCPTools::trashMessage(const JSONValue& arguments) const {
   const std::optional<std::uint32_t> uid = uidArg(arguments);
   if (!uid) {
-    return ToolCallResult::error(std::string(invalidUIDText));
+    return {ToolCallResult::error(invalidUIDText)};
   }
   const AppConfig config = configStore_.load();
   const WritePlan plan(ToolName::trashMessage, WriteOperation::trash, config, arguments);
-  if (std::optional<ToolCallResult> refusal =
+  if (std::optional<ToolOutcome> refusal =
           plan.refusal("Read-only mode is on; the message was not moved to Trash.")) {
     return *refusal;
   }
@@ -121,14 +171,14 @@ ToolCallResult MCPTools::trashMessage(const JSONValue& arguments) const {
   });
 }
 
-ToolCallResult MCPTools::markAsRead(const JSONValue& arguments) const {
+ToolOutcome MCPTools::markAsRead(const JSONValue& arguments) const {
   const std::optional<std::uint32_t> uid = uidArg(arguments);
   if (!uid) {
-    return ToolCallResult::error(std::string(invalidUIDText));
+    return {ToolCallResult::error(invalidUIDText)};
   }
   const AppConfig config = configStore_.load();
   const WritePlan plan(ToolName::markAsRead, WriteOperation::markRead, config, arguments);
-  if (std::optional<ToolCallResult> refusal =
+  if (std::optional<ToolOutcome> refusal =
           plan.refusal("Read-only mode is on; the message was not marked as read.")) {
     return *refusal;
   }
@@ -136,7 +186,7 @@ ToolCallResult MCPTools::markAsRead(const JSONValue& arguments) const {
   return withIMAP(config, plan.access(), [&](IMAPClient& client) {
     std::optional<IMAPMessage> message = client.fetchMessage(*uid);
     if (!message) {
-      return ToolCallResult::error(noMessageText(*uid));
+      return ToolOutcome{ToolCallResult::error(noMessageText(*uid))};
     }
     screen.maskCodes(*message, Judgement::notLookedAt);
     return plan.markRead(*message, client);

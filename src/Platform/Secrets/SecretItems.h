@@ -1,21 +1,20 @@
 #pragma once
 
-/// The system's secret store, as four calls that answer with a status.
+/// The system's secret store, as four calls. Each call but `message` returns a status code.
 ///
-/// The calls and the status codes are those of the macOS keychain (generic-password items); on Linux
-/// they are carried out on the freedesktop Secret Service, whose answers are mapped onto the same
-/// codes. No call ever asks the user anything or unlocks anything: what would need that fails with
-/// `interactionNotAllowed`.
+/// The calls and status codes are those of the macOS keychain (generic-password items). On Linux the calls
+/// use the freedesktop Secret Service, and its answers become the same codes. No call asks the user or
+/// unlocks anything: where that would be necessary, the call fails with `interactionNotAllowed`.
 ///
-/// On Linux no call lasts longer than two seconds. On macOS the system's calls know no bound; they are
-/// answered by a service of the same machine.
+/// On Linux no call lasts longer than two seconds. On macOS the system gives no bound, but a service of the
+/// same machine answers the calls.
 ///
-/// An item is identified by its service, its account and, when it lies in the place that programs of
-/// one maker share, its access group. A query without an access group means the plain place only. On
-/// macOS the shared place is in the data-protection keychain and open only to a program that is signed
-/// for the group; others have `missingEntitlement` from it. The plain place is the login keychain.
+/// A service, an account and sometimes an access group identify an item. An item with an access group lies in
+/// the shared place, which the programs of one maker share. A query without an access group means only the
+/// plain place. On macOS the shared place is in the data-protection keychain, open only to programs that are
+/// signed for the group; others get `missingEntitlement`. The plain place on macOS is the login keychain.
 ///
-/// Threads: any; calls on one object wait for each other.
+/// Threads: any. On Linux, calls on one object wait for each other.
 
 #include <cstdint>
 #include <optional>
@@ -24,7 +23,7 @@
 
 namespace tarnwell {
 
-/// Status codes of `SecretItems`, by the values that the macOS keychain uses.
+/// Status codes of `SecretItems`. The values are those of the macOS keychain.
 namespace SecretStatus {
 inline constexpr std::int32_t success = 0;
 inline constexpr std::int32_t badParameter = -50;
@@ -47,8 +46,8 @@ struct SecretItemQuery {
 
 class SecretItems {
  public:
-  /// Receives the bytes of a secret; called at most once, before the call returns. The bytes are only
-  /// valid during the call, so that the receiver decides where the one lasting copy lies.
+  /// Receives the bytes of a secret. The store calls it at most once, before `copyMatching` returns. The
+  /// bytes are valid only during the call, so the receiver decides where the one lasting copy lies.
   class Receiver {
    public:
     virtual ~Receiver() = default;
@@ -57,22 +56,22 @@ class SecretItems {
 
   virtual ~SecretItems() = default;
 
-  /// Hands the data of the one matching item to the receiver. When several items match, the one changed
-  /// last is taken on Linux, and the one in the first keychain of the search list on macOS. Success without
-  /// a call of the receiver means that the item has no data.
+  /// Passes the data of the matching item to the receiver. When several items match, Linux takes the one
+  /// changed last, and macOS the one in the first keychain of the search list. Success without a call of the
+  /// receiver means that the item has no data.
   virtual std::int32_t copyMatching(const SecretItemQuery& query, Receiver& receiver) = 0;
 
-  /// Adds an item, readable while the user's session is unlocked; never replaces one.
+  /// Adds an item that is readable while the user's session is unlocked. Never replaces an item.
   virtual std::int32_t add(const SecretItemQuery& query, std::string_view data) = 0;
 
   /// Removes every matching item.
   virtual std::int32_t remove(const SecretItemQuery& query) = 0;
 
-  /// The system's sentence for a status; absent when it has none.
+  /// The system's sentence for a status. Absent when it has none.
   virtual std::optional<std::string> message(std::int32_t status) = 0;
 };
 
-/// The store of the system that the program runs on; one object for the whole process.
+/// The secret store of this system, one object for the whole process.
 SecretItems& systemSecretItems();
 
 }  // namespace tarnwell

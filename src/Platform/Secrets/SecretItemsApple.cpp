@@ -7,7 +7,7 @@
 namespace tarnwell {
 namespace {
 
-// The statuses of the framework pass through as they are.
+// The framework's statuses pass through unchanged.
 static_assert(SecretStatus::success == errSecSuccess);
 static_assert(SecretStatus::badParameter == errSecParam);
 static_assert(SecretStatus::notAvailable == errSecNotAvailable);
@@ -17,13 +17,13 @@ static_assert(SecretStatus::interactionNotAllowed == errSecInteractionNotAllowed
 static_assert(SecretStatus::missingEntitlement == errSecMissingEntitlement);
 static_assert(SecretStatus::internalError == errSecInternalError);
 
-// Deprecated with the file-based keychains, and the only calls that keep these from showing a dialogue: the
-// attributes that forbid one are heeded by the data-protection keychain alone.
+// These calls are deprecated together with the file-based keychains. Only they keep those keychains from
+// showing a dialogue: the attributes that forbid dialogues work in the data-protection keychain alone.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
-/// While it lives, what would need an answer of the user fails with `interactionNotAllowed`. The setting is
-/// the process's, which may be that of a program with windows, so it is put back.
+/// While this object lives, a call that needs an answer from the user fails with `interactionNotAllowed`. The
+/// setting belongs to the whole process, so the destructor restores it.
 class WithoutInteraction {
  public:
   WithoutInteraction() {
@@ -40,7 +40,7 @@ class WithoutInteraction {
   WithoutInteraction(const WithoutInteraction&) = delete;
   WithoutInteraction& operator=(const WithoutInteraction&) = delete;
 
-  /// Whether the setting holds.
+  /// An error when the setting could not be changed.
   OSStatus status() const { return status_; }
 
  private:
@@ -61,8 +61,8 @@ bool insertText(CFMutableDictionaryRef attributes, CFStringRef name, std::string
   return true;
 }
 
-/// What identifies an item; null when a text is not valid UTF-8. An access group exists only in the
-/// data-protection keychain.
+/// The attributes that identify an item. Null when a text is not valid UTF-8. A query with an access group
+/// goes to the data-protection keychain, because only that one has access groups.
 Attributes attributesOf(const SecretItemQuery& query) {
   Attributes attributes(CFDictionaryCreateMutable(kCFAllocatorDefault, 0, &kCFTypeDictionaryKeyCallBacks,
                                                   &kCFTypeDictionaryValueCallBacks));
@@ -96,7 +96,7 @@ class KeychainItems : public SecretItems {
 
   std::int32_t add(const SecretItemQuery& query, std::string_view data) override {
     return ask(query, [&](CFMutableDictionaryRef attributes) {
-      // The bytes stay where they are: this object makes no copy of a secret, and frees nothing.
+      // No copy: the object refers to the bytes of the caller and frees nothing.
       CFPointer<CFDataRef> bytes(
           CFDataCreateWithBytesNoCopy(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(data.data()),
                                       static_cast<CFIndex>(data.size()), kCFAllocatorNull));

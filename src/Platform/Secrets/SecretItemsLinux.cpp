@@ -11,10 +11,10 @@
 namespace tarnwell {
 namespace {
 
-/// With what the process does itself, less than the two seconds that a call may last.
+/// Leaves the process 100 ms for its own work within the two seconds that a call may last.
 constexpr std::chrono::milliseconds bound(1900);
 
-/// Texts of D-Bus are UTF-8 without U+0000.
+/// D-Bus texts are UTF-8 without U+0000.
 bool isText(const std::string& text) { return text.find('\0') == std::string::npos && isValidUTF8(text); }
 
 class SecretServiceItems : public SecretItems {
@@ -67,8 +67,8 @@ class SecretServiceItems : public SecretItems {
  private:
   using Matches = SecretServiceConversation::Matches;
 
-  /// Whether a call may go on with the conversation of the one before it. Most of a reading would be the
-  /// agreement on a key, which the service takes milliseconds for.
+  /// Whether a call may reuse the conversation of the call before it. Reading a secret takes milliseconds,
+  /// and most of them go into the key agreement, which reuse saves.
   enum class Reuse { allowed, forbidden };
 
   static std::int32_t absentOrLocked(const Matches& matches) {
@@ -91,7 +91,7 @@ class SecretServiceItems : public SecretItems {
         last_->goOnUntil(deadline);
         return talk(*last_);
       } catch (const BusError&) {
-        // The service may have been started anew and know nothing of the session: once more from the start.
+        // The service may have restarted and lost the session. Try once more with a new conversation.
       }
     }
     last_.reset();

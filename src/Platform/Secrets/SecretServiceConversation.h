@@ -1,10 +1,10 @@
 #pragma once
 
-/// One conversation with the freedesktop Secret Service (Secret Service API), on a connection of its own.
-/// Linux only; included by source files alone, since it brings the bus library's headers with it.
+/// A conversation with the freedesktop Secret Service (Secret Service API) on its own connection. Linux only.
+/// Include this header only in source files: it brings the bus library's headers with it.
 ///
-/// Nothing is asked of the service that would need the user. Where its answer names a prompt, that prompt is
-/// left alone. Every call may throw `BusError`.
+/// Never lets the service ask the user: when an answer names a prompt, the prompt is not started. Every call
+/// may throw `BusError`.
 ///
 /// Threads: one at a time for each object.
 
@@ -23,7 +23,7 @@ namespace tarnwell {
 
 class SecretServiceConversation {
  public:
-  /// What a query matches.
+  /// The items that match a query.
   struct Matches {
     struct Item {
       std::string path;
@@ -33,39 +33,39 @@ class SecretServiceConversation {
     bool hasLocked = false;
   };
 
-  /// Connects to the bus at the address. Does not tell whether any program offers the service: the first
-  /// request does.
+  /// Connects to the bus at the address. Does not check that a program offers the service; the first request
+  /// finds that out.
   SecretServiceConversation(std::string address, Deadline deadline);
 
-  /// True when the conversation is with the bus at this address and can go on.
+  /// True when the conversation is with the bus at this address and the connection is open.
   bool isOpenAt(const std::string& address);
 
-  /// The time by which every further answer must be there.
+  /// Sets the deadline for all further answers.
   void goOnUntil(Deadline deadline) { deadline_ = deadline; }
 
-  /// The service takes the attributes of a query as the least that an item must have, so that a query for
-  /// the plain place also finds the items of every access group. These are dropped here.
-  /// Locked items are not told apart: a keyring that was never unlocked shows hashes of the attributes.
+  /// The service also returns items with more attributes than the query has. A query for the plain place
+  /// therefore also finds the items of every access group; `search` drops these. It cannot drop locked items,
+  /// because a keyring that was never unlocked shows only hashes of the attributes.
   ///
-  /// So a query for an access group asks for the items of all places, and one for the plain place that comes
-  /// right behind it is answered from what was told then.
+  /// A query for an access group asks for the items of all places. A query for the plain place right after it
+  /// reuses that answer.
   Matches search(const SecretItemQuery& query);
 
   void handOver(const std::string& item, SecretItems::Receiver& receiver);
 
-  /// The collection for new items; absent when the user has none.
+  /// The collection for new items. Absent when the user has none.
   std::optional<std::string> defaultCollection();
 
   bool isLocked(const std::string& collection);
 
-  /// These two are false when the service wants to ask the user first.
+  /// `create` and `erase` return false when the service wants to ask the user first.
   bool create(const std::string& collection, const SecretItemQuery& query, std::string_view bytes);
   bool erase(const std::string& item);
 
  private:
   struct Properties;
 
-  /// The items of an account in all places, when all of them are unlocked.
+  /// All items of an account in all places. Made only when all of them are unlocked.
   struct Listing {
     struct Item {
       Matches::Item item;
@@ -73,14 +73,14 @@ class SecretServiceConversation {
     };
     SecretItemQuery query;  // without an access group
     std::vector<Item> items;
-    Deadline end;  // of its use
+    Deadline end;  // when it must no longer be used
 
     Matches matches(const std::optional<std::string>& accessGroup) const;
   };
-  /// Absent when something is locked, or does not tell its attributes.
+  /// Absent when an item is locked or does not tell its attributes.
   std::optional<Listing> list(const SecretItemQuery& query);
   Matches ask(const SecretItemQuery& query);
-  /// The paths of the unlocked and of the locked items.
+  /// The paths of the unlocked items, then those of the locked items.
   std::pair<std::vector<std::string>, std::vector<std::string>> searchItems(const SecretItemQuery& query);
 
   BusMessage methodCall(const std::string& path, const char* interface, const char* member);
@@ -95,9 +95,9 @@ class SecretServiceConversation {
   std::string address_;
   Deadline deadline_;
   SessionBus bus_;
-  std::optional<Listing> listing_;  // of the query right before
-  std::string session_;             // empty before the first secret
-  std::optional<TransferKey> key_;  // absent in a session that does not encrypt
+  std::optional<Listing> listing_;  // of the query before this one
+  std::string session_;             // empty until the first secret
+  std::optional<TransferKey> key_;  // absent when the session does not encrypt
 };
 
 }  // namespace tarnwell

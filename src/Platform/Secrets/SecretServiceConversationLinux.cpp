@@ -13,12 +13,12 @@ constexpr const char* itemInterface = "org.freedesktop.Secret.Item";
 constexpr const char* collectionInterface = "org.freedesktop.Secret.Collection";
 using Clock = std::chrono::steady_clock;
 
-/// Where the service would name a prompt or an object, and there is none.
+/// The path that the service sends when there is no prompt or no object.
 constexpr std::string_view noObject = "/";
 
 constexpr const char* accessGroupAttribute = "accessGroup";
 
-/// A text where the answer must have one.
+/// Throws when the answer does not have a text.
 std::string required(std::optional<std::string> text) {
   if (!text) {
     throw BusError();
@@ -88,14 +88,14 @@ std::optional<std::string> readAccessGroup(BusMessage& message) {
 
 }  // namespace
 
-/// What the service tells of an item or a collection.
+/// The properties of an item or a collection.
 struct SecretServiceConversation::Properties {
   std::optional<bool> isLocked = std::nullopt;
-  bool hasAttributes = false;  // never of a collection
+  bool hasAttributes = false;  // always false for a collection
   std::optional<std::string> accessGroup = std::nullopt;
   std::uint64_t modified = 0;
 
-  /// Reads one of them, its name first.
+  /// Reads one property, starting with its name.
   void read(BusMessage& message) {
     const std::string name = required(message.readText());
     if (name == "Locked") {
@@ -219,7 +219,7 @@ bool SecretServiceConversation::create(const std::string& collection, const Secr
   request.holdsSecret();
   appendItemProperties(request, query);
   appendSecret(request, bytes);
-  request.appendFlag(false);  // an item with the same attributes stays
+  request.appendFlag(false);  // do not replace an item with the same attributes
   BusMessage reply = call(request);
   reply.skip("o");
   return required(reply.readPath()) == noObject;
@@ -263,7 +263,7 @@ void SecretServiceConversation::appendSecret(BusMessage& request, std::string_vi
   request.close();
 }
 
-/// The session that secrets travel in, opened for the first one. A service that cannot encrypt says so.
+/// The session for secrets. Opens it on first use, without encryption if the service does not support that.
 const std::string& SecretServiceConversation::session() {
   if (session_.empty()) {
     try {

@@ -1,6 +1,6 @@
 #pragma once
 
-/// What the freedesktop Secret Service answers, in the status codes of `SecretItems`. Linux only.
+/// Maps the answers of the freedesktop Secret Service to the status codes of `SecretItems`. Linux only.
 ///
 /// Threads: pure functions.
 
@@ -10,11 +10,11 @@
 
 namespace tarnwell {
 
-/// The status for an error of D-Bus, of the service, or of the connection to the bus, which has no name. An
-/// error that is not in the table gives `SecretStatus::internalError`.
+/// The status for an error of D-Bus, of the service, or of the connection to the bus, whose name is empty.
+/// Other errors give `SecretStatus::internalError`.
 std::int32_t secretServiceStatus(std::string_view errorName);
 
-/// The sentence for a status; absent for one that the table does not have.
+/// The sentence for a status. Absent for an unknown status.
 std::optional<std::string_view> secretStatusMessage(std::int32_t status);
 
 }  // namespace tarnwell

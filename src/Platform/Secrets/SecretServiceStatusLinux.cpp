@@ -6,7 +6,7 @@ namespace {
 
 constexpr std::string_view busErrors = "org.freedesktop.DBus.Error.";
 constexpr std::string_view secretErrors = "org.freedesktop.Secret.Error.";
-/// Errors that the bus library makes up itself, named for an error number.
+/// Errors that the bus library itself makes from an error number.
 constexpr std::string_view systemErrors = "System.Error.";
 
 struct ErrorRow {
@@ -16,7 +16,7 @@ struct ErrorRow {
 };
 
 constexpr ErrorRow errorRows[] = {
-    // The bus is there, the service is not, or it does not answer to this program.
+    // The bus is there. The service is not, or does not answer this program.
     {busErrors, "ServiceUnknown", SecretStatus::notAvailable},
     {busErrors, "NameHasNoOwner", SecretStatus::notAvailable},
     {busErrors, "NoReply", SecretStatus::notAvailable},
@@ -33,7 +33,7 @@ constexpr ErrorRow errorRows[] = {
     {busErrors, "Spawn.ChildExited", SecretStatus::notAvailable},
     {busErrors, "Spawn.ChildSignaled", SecretStatus::notAvailable},
     {busErrors, "Spawn.Failed", SecretStatus::notAvailable},
-    // The name belongs to a program that is no Secret Service.
+    // The program that owns the name is not a Secret Service.
     {busErrors, "UnknownMethod", SecretStatus::notAvailable},
     {busErrors, "UnknownInterface", SecretStatus::notAvailable},
     {busErrors, "UnknownObject", SecretStatus::notAvailable},

@@ -1,14 +1,15 @@
 #pragma once
 
-/// How a secret travels between the freedesktop Secret Service and this program: encrypted with a key that
-/// both sides agree on, so that neither the bus nor who listens on it sees it (Secret Service API,
-/// "Transfer of Secrets", algorithm dh-ietf1024-sha256-aes128-cbc-pkcs7). Linux only.
+/// Encrypts a secret on its way between the freedesktop Secret Service and this program. Both sides agree on
+/// a key, so neither the bus nor a listener on it sees the secret (Secret Service API, "Transfer of Secrets",
+/// algorithm dh-ietf1024-sha256-aes128-cbc-pkcs7). Linux only.
 ///
 ///     KeyAgreement agreement;
 ///     send(agreement.publicKey());
-///     std::optional<TransferKey> key = std::move(agreement).agree(received);
+///     std::optional<TransferKey> key = agreement.agree(received);
 ///
-/// The agreement keeps out who listens, not who takes the service's place on the user's own bus.
+/// This protects against listeners. It does not protect against a program that takes the service's place on
+/// the user's bus.
 ///
 /// Threads: one at a time for each object.
 
@@ -23,7 +24,7 @@
 
 namespace tarnwell {
 
-/// An agreed key of AES-128, overwritten when it dies.
+/// An agreed AES-128 key. The destructor overwrites it.
 class TransferKey {
  public:
   static constexpr std::size_t size = 16;  // bytes
@@ -40,8 +41,8 @@ class TransferKey {
   };
   Encrypted encrypted(std::string_view secret) const;
 
-  /// Hands the secret over; it is only there during the call. False, without a call, for what is not
-  /// encrypted with this key.
+  /// Passes the secret to `receive`; the bytes are valid only during that call. Returns false, and does not
+  /// call `receive`, when the data is not encrypted with this key.
   bool decrypt(std::string_view parameters, std::string_view bytes,
                const std::function<void(std::string_view)>& receive) const;
 
@@ -49,18 +50,18 @@ class TransferKey {
   Bytes bytes_;
 };
 
-/// One side of an agreement by Diffie and Hellman in the second Oakley group (RFC 2409, section 6.2).
+/// One side of a Diffie-Hellman agreement in the second Oakley group (RFC 2409, section 6.2).
 class KeyAgreement {
  public:
-  /// With a random private number.
+  /// Makes a random private number.
   KeyAgreement();
-  /// With a given one, big-endian.
+  /// Takes a private number, big-endian.
   explicit KeyAgreement(std::string_view privateNumber);
 
-  /// Big-endian, as long as the group's prime: 128 bytes.
+  /// Big-endian, with the length of the group's prime: 128 bytes.
   std::string publicKey() const;
 
-  /// Absent when the other side's number is none of the group, or one that makes the key known to all.
+  /// Absent when the other side's number is not in the group, or makes the key easy to guess.
   std::optional<TransferKey> agree(std::string_view peersPublicKey) const;
 
  private:

@@ -6,14 +6,14 @@
 #include <openssl/params.h>
 #include <openssl/rand.h>
 
-#include <new>
+#include <stdexcept>
 #include <vector>
 
 namespace tarnwell {
 namespace {
 
 constexpr std::size_t primeBytes = 128;
-/// Twice the strength of the group is enough, and far fewer than its 1024 bits make the work short.
+/// Twice the strength of the group. More bits would only slow the work down.
 constexpr int privateBits = 256;
 
 const unsigned char* data(std::string_view bytes) {
@@ -22,16 +22,16 @@ const unsigned char* data(std::string_view bytes) {
 
 unsigned char* data(std::string& bytes) { return reinterpret_cast<unsigned char*>(bytes.data()); }
 
-/// OpenSSL fails here only when memory is exhausted or the library is broken.
+/// OpenSSL fails here only when memory runs out or the library is broken.
 template <class Result>
 Result orThrow(Result result) {
   if (!result) {
-    throw std::bad_alloc();
+    throw std::runtime_error("OpenSSL cannot encrypt a secret for its way");
   }
   return result;
 }
 
-/// Memory that is overwritten before it is given back.
+/// Memory that is overwritten before it is freed.
 class PassingBytes {
  public:
   explicit PassingBytes(std::size_t size) : bytes_(size) {}
@@ -58,13 +58,13 @@ struct FreeNumberContext {
   void operator()(BN_CTX* context) const { BN_CTX_free(context); }
 };
 
-/// base^exponent modulo the prime, in a time that does not tell the exponent.
+/// base^exponent modulo the prime, in constant time with respect to the exponent.
 void raise(BIGNUM* result, const BIGNUM* base, const BIGNUM* exponent, const BIGNUM* prime) {
   const std::unique_ptr<BN_CTX, FreeNumberContext> context(orThrow(BN_CTX_secure_new()));
   orThrow(BN_mod_exp_mont_consttime(result, base, exponent, prime, context.get(), nullptr));
 }
 
-/// HKDF (RFC 5869) with SHA-256, without salt and context.
+/// HKDF (RFC 5869) with SHA-256, without salt or context.
 TransferKey::Bytes derivedKey(PassingBytes& shared) {
   const std::unique_ptr<EVP_KDF, decltype(&EVP_KDF_free)> hkdf(
       orThrow(EVP_KDF_fetch(nullptr, "HKDF", nullptr)), EVP_KDF_free);
@@ -144,7 +144,7 @@ std::optional<TransferKey> KeyAgreement::agree(std::string_view peersPublicKey) 
   }
   const Number peer(
       orThrow(BN_bin2bn(data(peersPublicKey), static_cast<int>(peersPublicKey.size()), nullptr)));
-  // 0, 1 and the prime less 1 give the same key with any private number, or one of two.
+  // With 0, 1 or the prime less 1, only one or two keys are possible for any private number.
   const Number largest(orThrow(BN_dup(prime_.get())));
   orThrow(BN_sub_word(largest.get(), 1));
   if (BN_is_zero(peer.get()) || BN_is_one(peer.get()) || BN_cmp(peer.get(), largest.get()) >= 0) {

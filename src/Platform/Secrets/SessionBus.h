@@ -1,7 +1,7 @@
 #pragma once
 
-/// Method calls on the user's session bus (D-Bus specification), each of which ends in time. Linux only;
-/// included by source files alone, since it brings the library's headers with it.
+/// Method calls on the user's session bus (D-Bus specification), each with a deadline. Linux only. Include
+/// this header only in source files: it brings the library's headers with it.
 ///
 ///     SessionBus bus(*sessionBusAddress(), deadline);
 ///     BusMessage request = bus.methodCall("org.example.Shelf", "/shelf", "org.example.Shelf", "Find");
@@ -9,9 +9,9 @@
 ///     BusMessage reply = bus.call(request, deadline);
 ///     for (reply.enter('a', "o"); std::optional<std::string> path = reply.readPath();) { ... }
 ///
-/// Whatever goes wrong is a `BusError`.
+/// Every failure is a `BusError`.
 ///
-/// Threads: one at a time for each bus and its messages. No thread is started.
+/// Threads: one at a time for each bus and its messages. Starts no thread.
 
 #include <systemd/sd-bus.h>
 #include <chrono>
@@ -26,8 +26,9 @@ namespace tarnwell {
 
 using Deadline = std::chrono::steady_clock::time_point;
 
-/// Why there is no answer: the D-Bus name of the error that came instead; empty when the bus cannot be
-/// reached, the connection broke, the deadline passed, or the answer is not of the expected types.
+/// Says why there is no answer. `name` is the D-Bus name of the error that the other side sent. It is empty
+/// when the bus cannot be reached, the connection broke, the deadline passed, or the answer has other types
+/// than expected.
 class BusError : public std::exception {
  public:
   explicit BusError(std::string name = {}) : name_(std::move(name)) {}
@@ -39,20 +40,20 @@ class BusError : public std::exception {
   std::string name_;
 };
 
-/// The address in the environment, else that of the socket that systemd and elogind put into the runtime
-/// directory (sd_bus_default_user(3)); absent without either. Of the address only the Unix sockets are
-/// taken: other kinds would start a program or ask a name server, in a time that nothing bounds.
+/// The bus address from the environment, else that of the socket that systemd and elogind put into the
+/// runtime directory (sd_bus_default_user(3)). Absent when there is neither. Only Unix sockets are kept.
+/// Other kinds of address would start a program or ask a name server, and nothing would bound that time.
 std::optional<std::string> sessionBusAddress();
 
-/// A message that is being written or read, from its first argument to its last.
+/// A message to write or to read, from its first argument to its last.
 ///
-/// The characters are those of D-Bus signatures: 'a' with the signature of the elements, 'v' with that of
-/// the contents, 'r' and 'e' with those of the members.
+/// `kind` is a character of a D-Bus signature. `contents` is a signature: of the elements for 'a', of the
+/// contents for 'v', of the members for 'r' and 'e'.
 class BusMessage {
  public:
   explicit BusMessage(sd_bus_message* message) : message_(message) {}
 
-  /// Texts are UTF-8 without U+0000; paths are paths of objects.
+  /// Texts are UTF-8 without U+0000. Paths are D-Bus object paths.
   void appendText(const std::string& text);
   void appendPath(const std::string& path);
   void appendFlag(bool flag);
@@ -60,10 +61,10 @@ class BusMessage {
   void open(char kind, const char* contents);
   void close();
 
-  /// Has the message's memory overwritten before it is given back.
+  /// Makes the library overwrite the message's memory before it frees it.
   void holdsSecret();
 
-  /// Absent, or false for `enter`, behind the last element of an array.
+  /// After the last element of an array, the reads return absent and `enter` returns false.
   std::optional<std::string> readText();
   std::optional<std::string> readPath();
   bool enter(char kind, const char* contents);
@@ -71,7 +72,7 @@ class BusMessage {
 
   bool readFlag();
   std::uint64_t readNumber();
-  /// Valid as long as the message.
+  /// Valid as long as the message lives.
   std::string_view readBytes();
   void skip(const char* contents);
 
@@ -88,7 +89,7 @@ class BusMessage {
 
 class SessionBus {
  public:
-  /// Connects on a connection that nobody shares.
+  /// Opens a connection of its own.
   SessionBus(const std::string& address, Deadline deadline);
 
   /// False when the other side has closed the connection. Never waits.

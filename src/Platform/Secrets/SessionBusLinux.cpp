@@ -8,7 +8,7 @@
 namespace tarnwell {
 namespace {
 
-/// The library's results below 0 are error numbers.
+/// A result below 0 is an error number of the library.
 int orThrow(int result) {
   if (result < 0) {
     throw BusError();
@@ -16,14 +16,14 @@ int orThrow(int result) {
   return result;
 }
 
-/// What is left in microseconds; 0 would mean the library's own bound.
+/// The microseconds that are left, at least 1: the library takes 0 for its own default.
 std::uint64_t microsecondsUntil(Deadline deadline) {
   const auto left =
       std::chrono::duration_cast<std::chrono::microseconds>(deadline - std::chrono::steady_clock::now());
   return static_cast<std::uint64_t>(std::max<std::int64_t>(left.count(), 1));
 }
 
-/// A value of an address (D-Bus specification, "Server Addresses").
+/// Escapes a value for an address (D-Bus specification, "Server Addresses").
 std::string escaped(std::string_view value) {
   constexpr std::string_view digits = "0123456789abcdef";
   constexpr std::string_view plain = "-_/.\\*";
@@ -41,7 +41,7 @@ std::string escaped(std::string_view value) {
   return text;
 }
 
-/// Those of the addresses, which semicolons part, that lead to Unix sockets.
+/// Keeps only the Unix sockets of a list of addresses, which semicolons separate.
 std::optional<std::string> unixAddresses(std::string_view addresses) {
   std::string kept;
   for (std::size_t begin = 0; begin < addresses.size();) {
@@ -143,7 +143,7 @@ SessionBus::SessionBus(const std::string& address, Deadline deadline) {
   orThrow(sd_bus_set_address(bus, address.c_str()));
   orThrow(sd_bus_set_bus_client(bus, 1));
   orThrow(sd_bus_start(bus));
-  // A call would wait for the end of the greetings without a bound of its own.
+  // Wait here with a bound of our own: a call would wait for the end of the handshake without one.
   while (sd_bus_is_ready(bus) <= 0) {
     if (orThrow(sd_bus_process(bus, nullptr)) > 0) {
       continue;
@@ -156,7 +156,7 @@ SessionBus::SessionBus(const std::string& address, Deadline deadline) {
 }
 
 bool SessionBus::isOpen() {
-  // What has come meanwhile are signals, which are nobody's business, and the end of the connection.
+  // Only signals and the end of the connection can have come. The signals are ignored.
   while (sd_bus_process(bus_.get(), nullptr) > 0) {
   }
   return sd_bus_is_ready(bus_.get()) > 0;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <string>
 
 #include "support/RowName.h"
 
@@ -11,7 +12,8 @@ namespace tarnwell {
 void PrintTo(const HTTPRequestHead& head, std::ostream* out) {
   *out << "method \"" << head.method << "\", length " << head.contentLength
        << (head.hasConflictingLengths ? ", conflicting lengths" : "")
-       << (head.isFromThisMachine ? "" : ", from elsewhere") << (head.expectsContinue ? ", expects 100" : "");
+       << (head.expectsContinue ? ", expects 100" : "") << ", hosts " << testing::PrintToString(head.hosts)
+       << ", origins " << testing::PrintToString(head.origins);
 }
 
 namespace {
@@ -35,8 +37,6 @@ HTTPRequestHead ofLength(std::uint64_t length) { return {.method = "POST", .cont
 HTTPRequestHead conflict(std::uint64_t lastLength) {
   return {.method = "POST", .contentLength = lastLength, .hasConflictingLengths = true};
 }
-
-const HTTPRequestHead fromElsewhere{.method = "POST", .isFromThisMachine = false};
 
 INSTANTIATE_TEST_SUITE_P(
     RequestLine, HTTPHead,
@@ -100,24 +100,42 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"olderClient", "POST / HTTP/1.0\r\nExpect: 100-continue\r\n", {.method = "POST"}}),
     rowName);
 
+INSTANTIATE_TEST_SUITE_P(Names, HTTPHead,
+                         testing::Values(Row{
+                             "everyHostAndOriginAsSent",
+                             post("Host: localhost\r\nhOST : b:1\r\nOrigin:\r\nORIGIN: http://c\r\n"),
+                             {.method = "POST", .hosts = {"localhost", "b:1"}, .origins = {"", "http://c"}}}),
+                         rowName);
+
+struct SenderRow {
+  const char* name;
+  std::string block;
+  bool isFromThisMachine;
+};
+
+class RequestFrom : public testing::TestWithParam<SenderRow> {};
+
+TEST_P(RequestFrom, thisMachineOrElsewhere) {
+  EXPECT_EQ(isFromThisMachine(HTTPRequestHead::parse(GetParam().block)), GetParam().isFromThisMachine);
+}
+
 INSTANTIATE_TEST_SUITE_P(
-    Rebinding, HTTPHead,
+    Rebinding, RequestFrom,
     testing::Values(
-        Row{"noHostAsInHTTP10", post("A: b\r\n"), ofLength(0)},
-        Row{"thisMachine", post("Host: 127.0.0.1:8765\r\nOrigin: http://localhost:3000\r\n"), ofLength(0)},
-        Row{"foreignHost", post("Host: evil.example:8765\r\n"), fromElsewhere},
-        Row{"foreignOrigin", post("Host: localhost\r\nOrigin: https://evil.example\r\n"), fromElsewhere},
-        Row{"anyCaseOfTheNames", post("hOST: evil.example\r\n"), fromElsewhere},
-        Row{"anyCaseOfOrigin", post("ORIGIN: http://evil.example\r\n"), fromElsewhere},
-        Row{"blankBeforeTheColonHidesNothing", post("Host : evil.example\r\n"), fromElsewhere},
-        Row{"emptyHost", post("Host:\r\n"), fromElsewhere},
-        Row{"emptyOrigin", post("Origin:\r\n"), fromElsewhere},
-        Row{"secondHost", post("Host: localhost\r\nHost: evil.example\r\n"), fromElsewhere},
-        Row{"firstHost", post("Host: evil.example\r\nHost: localhost\r\n"), fromElsewhere},
-        Row{"secondOrigin", post("Origin: http://localhost\r\nOrigin: http://evil.example\r\n"),
-            fromElsewhere},
-        Row{"foldedHost", post("Host: localhost\r\n evil.example\r\nHost:\r\n evil.example\r\n"),
-            fromElsewhere}),
+        SenderRow{"noHostAsInHTTP10", post("A: b\r\n"), true},
+        SenderRow{"thisMachine", post("Host: 127.0.0.1:8765\r\nOrigin: http://localhost:3000\r\n"), true},
+        SenderRow{"foreignHost", post("Host: evil.example:8765\r\n"), false},
+        SenderRow{"foreignOrigin", post("Host: localhost\r\nOrigin: https://evil.example\r\n"), false},
+        SenderRow{"anyCaseOfTheNames", post("hOST: evil.example\r\n"), false},
+        SenderRow{"anyCaseOfOrigin", post("ORIGIN: http://evil.example\r\n"), false},
+        SenderRow{"blankBeforeTheColonHidesNothing", post("Host : evil.example\r\n"), false},
+        SenderRow{"emptyHost", post("Host:\r\n"), false},
+        SenderRow{"emptyOrigin", post("Origin:\r\n"), false},
+        SenderRow{"secondHost", post("Host: localhost\r\nHost: evil.example\r\n"), false},
+        SenderRow{"firstHost", post("Host: evil.example\r\nHost: localhost\r\n"), false},
+        SenderRow{"secondOrigin", post("Origin: http://localhost\r\nOrigin: http://evil.example\r\n"), false},
+        SenderRow{"foldedHost", post("Host: localhost\r\n evil.example\r\nHost:\r\n evil.example\r\n"),
+                  false}),
     rowName);
 
 struct NameRow {

@@ -28,7 +28,7 @@ TEST(LogText, isCutByCharactersAndByBytes) {
       {"not within a code point", marked("ab", "\u20DD", 1000), marked("ab", "\u20DD", 7)},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(shortened(row.text, 3), row.expected) << row.name;
+    EXPECT_EQ(loggable(row.text, 3), row.expected) << row.name;
   }
 }
 

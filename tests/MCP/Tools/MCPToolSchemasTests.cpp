@@ -69,12 +69,25 @@ TEST(MCPToolSchemas, catalogueIsExactlyThis) {
 }
 
 TEST(MCPToolSchemas, everyToolHasADefinitionAndANameBothWays) {
-  for (const ToolName tool : allToolNames) {
-    const std::optional<MCPToolDefinition> definition = MCPToolSchemas::definition(tool);
-    ASSERT_TRUE(definition);
-    EXPECT_EQ(definition->name, rawValue(tool));
-    EXPECT_EQ(toolName(definition->name), tool);
+  const std::pair<ToolName, const char*> rows[] = {
+      {ToolName::getStatus, "get_status"},
+      {ToolName::listFolders, "list_folders"},
+      {ToolName::searchInbox, "search_inbox"},
+      {ToolName::getMessageSummary, "get_message_summary"},
+      {ToolName::getMessageBody, "get_message_body"},
+      {ToolName::proposeInboxCleanup, "propose_inbox_cleanup"},
+      {ToolName::moveMessage, "move_message"},
+      {ToolName::markAsRead, "mark_as_read"},
+      {ToolName::trashMessage, "trash_message"},
+  };
+  std::vector<ToolName> names;
+  for (const auto& [tool, name] : rows) {
+    EXPECT_EQ(rawValue(tool), name);
+    EXPECT_EQ(toolName(name), tool);
+    EXPECT_EQ(MCPToolSchemas::definition(tool)->name, name);
+    names.push_back(tool);
   }
+  EXPECT_EQ(allToolNames(), names);
   EXPECT_EQ(toolName("Get_status"), std::nullopt);
   EXPECT_EQ(toolName(""), std::nullopt);
 }

@@ -1,8 +1,8 @@
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/MoveOutcome.h"
 #include "MCP/Tools/FakeMail.h"
+#include "MCP/Tools/ToolArguments.h"
 #include "MCP/Tools/ToolFixture.h"
-#include "MCP/Tools/WriteOutcome.h"
 #include "support/RowName.h"
 #include "support/SessionScript.h"
 
@@ -163,7 +163,7 @@ INSTANTIATE_TEST_SUITE_P(Table, Decision,
                                   std::get<1>(instance.param).name + "_" + std::get<2>(instance.param).name;
                          });
 
-TEST(WriteOutcome, wishForAPreviewIsAbsentInWhatIsNoObject) {
+TEST(ToolArguments, wishForAPreviewIsAbsentInWhatIsNoObject) {
   for (const char* arguments :
        {"null", "true", "1", "\"dryRun\"", "[{\"dryRun\": true}]", "{\"dryrun\": true}"}) {
     EXPECT_EQ(requestedDryRun(*JSONValue::decode(arguments)), std::nullopt) << arguments;

@@ -1,10 +1,12 @@
-// Cuts what an IMAP client sends into command lines and literals (RFC 3501 section 2.2.1: a line that ends
-// in {n} or {n+} is followed by n bytes of literal). However the bytes arrive, the pieces are the same.
+// Cuts the bytes of an IMAP client into command lines and literals. A line that ends in {n} or {n+} is
+// followed by a literal of n bytes (RFC 3501 section 2.2.1). The pieces do not depend on how the bytes
+// arrive.
 export class CommandReader {
   #kept = Buffer.alloc(0);
   #literal = 0;
 
-  // Returns [{kind: 'line' | 'literal', text}], the text one character a byte (latin1), without CRLF.
+  // Returns [{kind: 'line' | 'literal', text}]. The text has one character for each byte (latin1), and no
+  // CRLF.
   push(bytes) {
     this.#kept = Buffer.concat([this.#kept, bytes]);
     const pieces = [];

@@ -1,5 +1,5 @@
-// Shows a conversation to a person: requests as they are sent, answers as indented JSON in which long texts
-// are cut, with their full length named. Colours on a terminal only.
+// Shows a conversation to a person: requests as they are sent, and answers as indented JSON. Cuts long texts
+// and names their full length. Uses colours only on a terminal.
 const width = 100;
 const longestText = 160;
 
@@ -12,7 +12,7 @@ export class Display {
   title(text) { console.log(`\n${this.#paint(1, text)}`); }
   request(message) { console.log(this.#paint(36, `--> ${cut(JSON.stringify(message), 400)}`)); }
 
-  // A tool result says the same twice (content and structuredContent): what is shown is the latter.
+  // A tool result says the same in content and in structuredContent. Only structuredContent is shown.
   answer(value) { console.log(`${this.#paint(32, '<--')} ${layOut(value, '    ')}`); }
 }
 
@@ -22,7 +22,7 @@ function cut(text, limit) {
   return `${characters.slice(0, limit).join('')}... (${characters.length} characters in all)`;
 }
 
-// One line where it fits, else one line for each member.
+// One line if the value fits, else one line for each member.
 function layOut(value, indent) {
   if (typeof value === 'string') return JSON.stringify(cut(value, longestText));
   if (value === null || typeof value !== 'object') return JSON.stringify(value);

@@ -1,4 +1,4 @@
-// A second, independent look at the mail server: plain commands, their untagged lines, nothing else.
+// A second, independent session with the mail server: plain commands and their untagged lines.
 //
 //   const session = await IMAPSession.open(port, caFile, address, password);
 //   const lines = await session.command('UID SEARCH ALL');  // throws unless the server says OK
@@ -57,7 +57,7 @@ export class IMAPSession {
   }
 }
 
-// What a session of its own sees of a folder: for each message its UID, its flags and its lines of header.
+// The content of a folder in a separate session: UID, flags and header lines of each message.
 export async function lookInto(folder, directory, port) {
   const onlooker = await IMAPSession.open(port, `${directory}/ca.pem`, 'user@example.org', 'app-pass-word');
   await onlooker.command(`EXAMINE "${folder.replaceAll(/["\\]/g, '\\$&')}"`);
@@ -66,7 +66,7 @@ export async function lookInto(folder, directory, port) {
   const messages = [];
   for (const line of lines) {
     const fetch = line.match(/ FETCH .*UID (\d+) .*FLAGS \(([^)]*)\)/);
-    // \Recent belongs to the session that sees a message first, not to the message.
+    // \Recent is about the session that sees a message first, not about the message.
     const flags = fetch?.[2].split(' ').filter((flag) => flag !== '' && flag !== '\\Recent');
     if (fetch) messages.push({ uid: Number(fetch[1]), flags, header: '' });
     else if (messages.length) messages.at(-1).header += `${line}\n`;

@@ -1,4 +1,4 @@
-// The program under test as an MCP client starts it, with every byte that it writes kept.
+// Starts the program under test as an MCP client does, and keeps every byte that it writes.
 import assert from 'node:assert/strict';
 import fs from 'node:fs';
 import { fileURLToPath } from 'node:url';
@@ -7,17 +7,17 @@ import { StdioClientTransport } from '@modelcontextprotocol/sdk/client/stdio.js'
 
 const recordedServe = fileURLToPath(new URL('recorded-serve', import.meta.url));
 
-// The environment of the temporary home directory that the test was started with.
+// The environment of the temporary home directory of this test.
 export const environment = Object.fromEntries(
   ['PATH', 'HOME', 'DBUS_SESSION_BUS_ADDRESS', 'SSL_CERT_FILE', 'LANG', 'ASAN_OPTIONS', 'UBSAN_OPTIONS']
     .filter((name) => name in process.env).map((name) => [name, process.env[name]]));
 
 let runs = 0;
 
-// startClient(PROGRAM, DIRECTORY, ENVIRONMENT) gives {client, call, finish}. Without an environment the
-// client passes on what it passes by itself: HOME, LOGNAME, PATH, SHELL, TERM and USER.
-// finish() closes the client and returns {output, errors}: the bytes of the program; it fails if the client
-// met a line it could not read, or if the program did not end by itself with status 0.
+// startClient(PROGRAM, DIRECTORY, ENVIRONMENT) returns {client, call, finish}. Without an environment the
+// client passes on its default variables: HOME, LOGNAME, PATH, SHELL, TERM and USER. finish() closes the
+// client and returns {output, errors}, the bytes that the program wrote. It fails if the client could not
+// read a line, or if the program did not end by itself with status 0.
 export async function startClient(program, directory, env) {
   const files = `${directory}/serve-${++runs}`;
   const transport = new StdioClientTransport({ command: recordedServe, args: [program, files], env });
@@ -38,7 +38,7 @@ export async function startClient(program, directory, env) {
   };
 }
 
-// The object of a successful tool result, after checking that its text says the same with sorted keys.
+// The object of a successful tool result. Also checks that the text says the same, with sorted keys.
 export function resultObject(result) {
   assert.equal(result.content.length, 1);
   assert.equal(result.content[0].type, 'text');

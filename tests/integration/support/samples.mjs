@@ -1,4 +1,4 @@
-// What the sample mailbox (tests/fixtures/mailbox) must look like through the tools, by number of the mail.
+// How the sample mailbox (tests/fixtures/mailbox) must appear through the tools, by the number of the mail.
 const signal = (category, term, location) => ({ category, term, location });
 
 export const withheld = '[withheld: sensitive]';
@@ -21,7 +21,7 @@ export const samples = [
     signals: [signal('verification_code', 'verification code', 'subject')], secret: '493817' },
   { number: 8, subject: 'Reset your password', from: 'Example Forum <accounts@forum.example.net>',
     signals: [signal('password_reset', 'reset your password', 'subject')], secret: 'Zk3vQ9xT71' },
-  // The keyword is broken over two lines: it is one only in the form in which the snippet would leave.
+  // The keyword is broken over two lines. It appears only in the collapsed text of the snippet.
   { number: 9, subject: 'Welcome back', from: 'Example Library <desk@library.example.org>',
     signals: [signal('login_code', 'sign-in code', 'body')], secret: '602284' },
   { number: 10, subject: '認証コードのお知らせ', from: 'Exampleショップ <no-reply@shop.example.net>',
@@ -30,7 +30,7 @@ export const samples = [
     snippet: ['Diego Marin invites you'] },
   { number: 12, subject: 'Fwd: Boat number 12', from: 'Alice Example <alice@example.org>', seen: true,
     snippet: ['This came to me by mistake'] },
-  // "Hotpot" holds "otp", but not as a word.
+  // "Hotpot" contains "otp", but not as a word.
   { number: 13, subject: 'Hotpot night 🍲', from: 'Zoë <zoe@example.org>',
     snippet: ['Hotpot night is on! 🍲🔥', '👨‍👩‍👧‍👦'] },
   { number: 14, subject: 'Scan 0042', from: 'scanner@example.org', attachments: true, snippet: [] },
@@ -54,6 +54,6 @@ export const folders = [
   { path: 'Junk', name: 'Junk', specialUse: '\\Junk' },
   { path: 'Drafts', name: 'Drafts', specialUse: '\\Drafts' },
   { path: 'Quotes "and" spaces', name: 'Quotes "and" spaces', specialUse: null },
-  // The path as the server spells it: modified UTF-7 (RFC 3501 section 5.1.3).
+  // The path as the server spells it, in modified UTF-7 (RFC 3501 section 5.1.3).
   { path: '&MNcw7TC4MKcwrzDI-', name: 'プロジェクト', specialUse: null },
 ].map((folder) => ({ ...folder, delimiter: '/', selectable: true }));

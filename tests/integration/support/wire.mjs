@@ -1,9 +1,9 @@
-// Reads what the recorder wrote down, and says what may never be in it.
+// Reads the record of the recorder, and says what must never be in it.
 import assert from 'node:assert/strict';
 import fs from 'node:fs';
 
-// The commands of the record from line `start` on, each as {connection, text}: a command with literals is
-// one text in which each literal's bytes stand as «bytes» behind its announcement.
+// The commands of the record from line `start` on, each as {connection, text}. A command with literals is one
+// text; each literal stands as «bytes» after its announcement.
 export function recordedCommands(directory, start = 0) {
   const open = new Map();
   const commands = [];
@@ -27,9 +27,9 @@ export const recordLines = (directory) =>
 
 const withoutLiterals = (command) => command.replace(/«[^»]*»/gu, '');
 
-// No session of any kind may say these words.
+// No session may send these words.
 const neverSent = /^\S+ (UID )?(EXPUNGE|CLOSE|CREATE|DELETE|RENAME|APPEND|SETACL|DELETEACL|STATUS|LSUB)\b/i;
-// What a reading session is made of, and nothing else.
+// A reading session sends only these commands.
 const text = String.raw`\{\d+\}`;
 const readingCommands = new RegExp(String.raw`^A\d{4,} (LOGIN "(\\.|[^"\\])*" "(\\.|[^"\\])*"|CAPABILITY`
   + String.raw`|EXAMINE INBOX|LIST "" "\*"|LOGOUT`

@@ -1,0 +1,26 @@
+#pragma once
+
+/// The nine tools, one row for each. To add a tool: its enumerator in `ToolName.h`, its row in
+/// `ToolTable.cpp`, and the member function of `MCPTools` that the row names.
+///
+/// Threads: any; the table is built once, on first use.
+
+#include <span>
+
+#include "MCP/Tools/MCPToolSchemas.h"
+#include "MCP/Tools/MCPTools.h"
+#include "MCP/Tools/ToolName.h"
+
+namespace tarnwell {
+
+struct ToolRow {
+  ToolName tool;
+  MCPToolDefinition definition;
+  ToolOutcome (MCPTools::*run)(const JSONValue& arguments) const;
+
+  /// In the order of the catalogue.
+  static std::span<const ToolRow> all();
+  static const ToolRow& of(ToolName tool);
+};
+
+}  // namespace tarnwell
