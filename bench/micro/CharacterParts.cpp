@@ -45,16 +45,18 @@ void addCharacterParts(std::vector<Part>& parts) {
     std::string name;
     Script script;
     double megabytesPerSecond;
+    bool isFasterThanICU = true;
   };
   for (const Row& row :
-       {Row{"ASCII", Script::latin, 1000}, Row{"Japanese", Script::japanese, 50},
-        Row{"emoji only", Script::emoji, 50}, Row{"Latin with emoji", Script::latinWithEmoji, 50}}) {
+       {Row{"ASCII", Script::latin, 500}, Row{"Japanese", Script::japanese, 250},
+        Row{"emoji only", Script::emoji, 25, false}, Row{"Latin with emoji", Script::latinWithEmoji, 100}}) {
     const std::string name = "character count, " + row.name;
     const std::string rival = name + ", ICU";
+    const auto rivals = row.isFasterThanICU ? std::vector{rival} : std::vector<std::string>();
     const std::string text = prose(row.script, size);
     parts.push_back({.name = name,
                      .bytes = text.size(),
-                     .goal = {.megabytesPerSecond = row.megabytesPerSecond, .fasterThan = {rival}},
+                     .goal = {.megabytesPerSecond = row.megabytesPerSecond, .fasterThan = rivals},
                      .work = [text] { return characterCount(text); }});
     parts.push_back({.name = rival, .bytes = text.size(), .work = [text] { return countByICU(text); }});
   }

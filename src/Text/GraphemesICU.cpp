@@ -64,7 +64,7 @@ class CharacterWalk {
   void walkOverASCII();
   void walkOverSeparate();
   void walkOverOthers();
-  bool isSeparateAt(std::size_t position) const;
+  bool areSeparateAt(std::size_t position) const;
 
   std::string_view text_;
   std::size_t limit_;
@@ -104,10 +104,15 @@ void CharacterWalk::walkOverSeparate() {
   ++count_;
 }
 
-/// Whether the code point there and the one after it are separate, so that `walkOverSeparate` gets on.
-bool CharacterWalk::isSeparateAt(std::size_t position) const {
-  return isSeparate(nextCodePoint(text_, position)) &&
-         (position == text_.size() || isSeparate(nextCodePoint(text_, position)));
+/// Whether enough separate code points stand there to be worth asking ICU anew after them.
+bool CharacterWalk::areSeparateAt(std::size_t position) const {
+  constexpr int enough = 8;
+  for (int count = 0; count < enough && position < text_.size(); ++count) {
+    if (!isSeparate(nextCodePoint(text_, position))) {
+      return false;
+    }
+  }
+  return true;
 }
 
 void CharacterWalk::walkOverOthers() {
@@ -132,7 +137,7 @@ void CharacterWalk::walkOverOthers() {
       position_ = start + static_cast<std::size_t>(boundary);
     }
     ++count_;
-  } while (count_ < limit_ && position_ - start < length && !isSeparateAt(position_));
+  } while (count_ < limit_ && position_ - start < length && !areSeparateAt(position_));
 }
 
 }  // namespace

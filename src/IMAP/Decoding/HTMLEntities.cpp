@@ -1,4 +1,4 @@
-#include "IMAP/Decoding/HTMLEntities.h"
+// The character references of HTML.
 
 #include <algorithm>
 #include <charconv>
@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 
+#include "IMAP/Decoding/HTMLToText.h"
 #include "IMAP/Decoding/TextReplacement.h"
 #include "Text/UTF8.h"
 

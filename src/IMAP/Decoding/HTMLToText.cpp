@@ -5,7 +5,6 @@
 
 #include <algorithm>
 
-#include "IMAP/Decoding/HTMLEntities.h"
 #include "IMAP/Decoding/TextDecoding.h"
 #include "IMAP/Decoding/TextReplacement.h"
 #include "Text/ASCIICase.h"

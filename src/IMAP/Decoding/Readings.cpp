@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "IMAP/Decoding/EncodedWord.h"
-#include "IMAP/Decoding/HTMLEntities.h"
 #include "IMAP/Decoding/HTMLToText.h"
 #include "IMAP/Decoding/TextDecoding.h"
 #include "Text/ASCIICase.h"

@@ -1,6 +1,5 @@
 #include "IMAP/Decoding/Readings.h"
 
-#include "IMAP/Decoding/HTMLEntities.h"
 #include "IMAP/Decoding/HTMLToText.h"
 #include "IMAP/Decoding/TextDecoding.h"
 #include "Text/Text.h"
