@@ -4,7 +4,7 @@
 #include <thread>
 
 #include "Core/BridgeConstants.h"
-#include "MCP/HTTPFixture.h"
+#include "MCP/HTTP/HTTPFixture.h"
 
 namespace tarnwell::test {
 namespace {

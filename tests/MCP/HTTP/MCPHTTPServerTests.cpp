@@ -8,7 +8,7 @@
 #include <atomic>
 #include <thread>
 
-#include "MCP/HTTPFixture.h"
+#include "MCP/HTTP/HTTPFixture.h"
 #include "MCP/JSONRPC.h"
 
 namespace tarnwell::test {
