@@ -50,7 +50,8 @@ def main():
             file.write(before + section + behind)
         return
     groups = re.findall(r"^Shown by `([\w.]+)`", table, re.MULTILINE)
-    missing = [group for group in groups if group not in existing_tests(ctest, directory)]
+    existing = existing_tests(ctest, directory)
+    missing = [group for group in groups if group not in existing]
     for group in missing:
         print(f"the group {group} is no test of ctest")
     if present != section:
