@@ -29,15 +29,6 @@ Dialogue honestDialogue() {
                            };
 }
 
-/// All that the client may have said by the end of the dialogue.
-std::string expectedBytes(const Dialogue& dialogue) {
-  std::string bytes;
-  for (const Step& step : dialogue) {
-    bytes += step.kind == Step::Kind::expect ? step.bytes : "";
-  }
-  return bytes;
-}
-
 /// The client said what the dialogue expects, as far as it went, and nothing else.
 void expectOnlyExpectedBytes(const ServerAttack& row, FakeIMAPServer& server) {
   const std::string problem = server.mismatch();
