@@ -10,14 +10,15 @@ check_format() {
   say "Checking the format"
   local formatter
   formatter=$(tool clang-format)
-  (cd "$root" && sources | xargs -0 "$formatter" --dry-run -Werror) ||
+  (cd "$root" && sources | xargs -0 -n 50 -P "$(nproc)" "$formatter" --dry-run -Werror) ||
     fail "run $formatter -i on the files named above"
 }
 
 # check_shell: checks every script, and through them the files that they share.
 check_shell() {
   say "Checking the shell scripts"
-  (cd "$root" && git grep -lzE '^#!/usr/bin/env bash' | xargs -0 shellcheck --external-sources --severity=warning) ||
+  (cd "$root" && git grep -lzE '^#!/usr/bin/env bash' |
+    xargs -0 -n 5 -P "$(nproc)" shellcheck --external-sources --severity=warning) ||
     fail "see the lines above"
 }
 

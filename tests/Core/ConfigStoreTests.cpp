@@ -3,10 +3,10 @@
 #include <sys/stat.h>
 
 #include <fstream>
-#include <iterator>
 
 #include "Core/AppLogger.h"
 #include "Core/LogBuffer.h"
+#include "support/Files.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TemporaryDirectory.h"
 
@@ -25,10 +25,7 @@ class ConfigStoreTest : public testing::Test {
     std::ofstream(store.configURL(), std::ios::binary) << text;
   }
 
-  std::string contents() const {
-    std::ifstream file(store.configURL(), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string contents() const { return fileContents(store.configURL()); }
 
   /// The messages logged since the test began, each with level and category.
   static std::vector<std::string> logged() {
@@ -221,21 +218,15 @@ TEST_F(ConfigStoreTest, whatWasSavedIsLoaded) {
   EXPECT_THAT(logged(), testing::IsEmpty());
 }
 
-mode_t mode(const fs::path& path) {
-  struct stat status{};
-  EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
-  return status.st_mode & 07777;
-}
-
 TEST_F(ConfigStoreTest, directoryAndFileBelongToTheUserAlone) {
   mode_t former = ::umask(0);
   ConfigStore deep(directory / "one" / "two");
   deep.save(AppConfig());
   deep.save(AppConfig());
   ::umask(former);
-  EXPECT_EQ(mode(directory / "one"), 0700U);
-  EXPECT_EQ(mode(directory / "one" / "two"), 0700U);
-  EXPECT_EQ(mode(deep.configURL()), 0600U);
+  EXPECT_EQ(fileMode(directory / "one"), 0700U);
+  EXPECT_EQ(fileMode(directory / "one" / "two"), 0700U);
+  EXPECT_EQ(fileMode(deep.configURL()), 0600U);
 }
 
 TEST_F(ConfigStoreTest, textThatIsNoUTF8FailsAndLeavesTheOldFile) {

@@ -6,7 +6,9 @@
 #include <functional>
 
 #include "Core/LogBuffer.h"
+#include "IMAP/ClientOf.h"
 #include "IMAP/Connection/IMAPError.h"
+#include "support/BrokenSession.h"
 #include "support/FakeIMAPServer.h"
 #include "support/RowName.h"
 
@@ -19,10 +21,6 @@ using testing::HasSubstr;
 
 using Access = IMAPClient::Access;
 using Kind = IMAPError::Kind;
-
-IMAPClient clientOf(const FakeIMAPServer& server, std::chrono::duration<double> timeout = 10s) {
-  return {"localhost", server.port(), testEmail, Secret(testPassword), timeout};
-}
 
 const Dialogue logout{expect("A0004 LOGOUT\r\n"), answer("* BYE\r\nA0004 OK bye\r\n"), closeHere()};
 
@@ -132,7 +130,6 @@ TEST(IMAPClient, secondConnectBeginsWithoutWhatTheFirstLearned) {
 // --- Failing at every step -------------------------------------------------------------------------------
 
 struct WholeSession {
-  Dialogue dialogue;
   void operator()(const FakeIMAPServer& server, std::chrono::duration<double> timeout) const {
     IMAPClient client = clientOf(server, timeout);
     try {
@@ -178,50 +175,33 @@ TEST(IMAPClient, wholeSessionPlaysThrough) {
   EXPECT_EQ(server.mismatch(), "");
 }
 
-/// Breaks the dialogue before each of the server's answers in turn.
-void breakAtEveryAnswer(const Step& end, std::chrono::duration<double> timeout,
-                        const std::function<void(const IMAPError&, std::size_t)>& check) {
-  const Dialogue whole = wholeSession();
-  for (std::size_t step = 0; step < whole.size(); ++step) {
-    if (whole[step].kind != Step::Kind::answer) {
-      continue;
-    }
-    Dialogue broken(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(step));
-    broken.push_back(end);
-    FakeIMAPServer server(broken);
-    try {
-      WholeSession()(server, timeout);
-      ADD_FAILURE() << "no failure at step " << step;
-    } catch (const IMAPError& error) {
-      check(error, step);
-    }
-    EXPECT_EQ(server.mismatch(), "") << "at step " << step;
-    EXPECT_THAT(server.received(), testing::Not(HasSubstr("LOGOUT"))) << "a dead session is left silently";
+/// Breaks the dialogue instead of each of the server's answers in turn.
+void breakAtEveryAnswer(const Step& end, Timeout timeout, const std::vector<Kind>& kinds) {
+  for (const Dialogue& broken : brokenAtEveryAnswer(wholeSession(), end)) {
+    const BrokenSession outcome = playBroken(broken, timeout, WholeSession());
+    ASSERT_TRUE(outcome.error) << "after " << broken.size() - 1 << " steps";
+    EXPECT_THAT(kinds, testing::Contains(outcome.error->kind()))
+        << "after " << broken.size() - 1 << " steps: " << outcome.error->description();
+    EXPECT_EQ(outcome.mismatch, "");
+    EXPECT_THAT(outcome.received, testing::Not(HasSubstr("LOGOUT"))) << "a dead session is left silently";
   }
 }
 
 TEST(IMAPClient, closedConnectionAtEveryStepIsReportedAsClosed) {
-  breakAtEveryAnswer(closeHere(), 10s, [](const IMAPError& error, std::size_t step) {
-    EXPECT_EQ(error.kind(), Kind::connectionClosed) << "at step " << step << ": " << error.description();
-  });
+  breakAtEveryAnswer(closeHere(), 10s, {Kind::connectionClosed});
 }
 
 TEST(IMAPClient, resetConnectionAtEveryStepIsReportedAtOnce) {
-  breakAtEveryAnswer(resetHere(), 600s, [](const IMAPError& error, std::size_t step) {
-    EXPECT_TRUE(error.kind() == Kind::connectionFailed || error.kind() == Kind::connectionClosed)
-        << "at step " << step << ": " << error.description();
-  });
+  breakAtEveryAnswer(resetHere(), 600s, {Kind::connectionFailed, Kind::connectionClosed});
 }
 
 TEST(IMAPClient, silenceAtEveryStepEndsInATimeout) {
-  breakAtEveryAnswer(stallHere(), 400ms, [](const IMAPError& error, std::size_t step) {
-    EXPECT_EQ(error.kind(), Kind::timeout) << "at step " << step << ": " << error.description();
-  });
+  breakAtEveryAnswer(stallHere(), 200ms, {Kind::timeout});
 }
 
 TEST(IMAPClient, disconnectingFromAServerThatIgnoresLogoutEnds) {
   FakeIMAPServer server(loginDialogue() + Dialogue{expect("A0004 LOGOUT\r\n"), stallHere()});
-  IMAPClient client = clientOf(server, 400ms);
+  IMAPClient client = clientOf(server, 2s);
   client.connect();
   client.selectInbox(Access::readOnly);
   client.disconnect();

@@ -4,8 +4,10 @@
 #include <functional>
 #include <limits>
 
+#include "IMAP/ClientOf.h"
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/IMAPClient.h"
+#include "support/BrokenSession.h"
 #include "support/FakeIMAPServer.h"
 #include "support/RowName.h"
 #include "support/SessionScript.h"
@@ -22,10 +24,6 @@ constexpr auto allowed = IMAPClient::CopyFallback::allowed;
 constexpr auto forbidden = IMAPClient::CopyFallback::forbidden;
 
 constexpr const char* controlCharacterText = "Invalid argument: control character in IMAP argument";
-
-IMAPClient clientOf(const FakeIMAPServer& server, std::chrono::duration<double> timeout = 10s) {
-  return {"localhost", server.port(), testEmail, Secret(testPassword), timeout};
-}
 
 /// What an operation came to: its outcome, or the description of its error.
 using Operation = std::function<std::string(IMAPClient&)>;
@@ -259,35 +257,29 @@ struct BreakRow {
 
 class BrokenWrite : public testing::TestWithParam<BreakRow> {
  protected:
-  /// Breaks the session instead of each answer behind the login in turn: the commands up to there were sent,
+  /// Breaks the session instead of each answer after the login in turn: the commands up to there were sent,
   /// and nothing follows, neither a second attempt nor a LOGOUT.
-  void breakAtEveryAnswer(const Step& end, std::chrono::duration<double> timeout,
-                          const std::vector<Kind>& kinds) {
-    const Dialogue whole = GetParam().script.dialogue();
-    const std::size_t loginSize = loginDialogue().size();
-    for (std::size_t step = loginSize; step < whole.size(); ++step) {
-      if (whole[step].kind != Step::Kind::answer) {
-        continue;
-      }
-      Dialogue broken(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(step));
-      std::string sent;
-      for (const Step& before : broken) {
-        sent += before.kind == Step::Kind::expect ? before.bytes : "";
-      }
-      broken.push_back(end);
-      FakeIMAPServer server(broken);
-      IMAPClient client = clientOf(server, timeout);
+  void breakAtEveryAnswer(const Step& end, Timeout timeout, const std::vector<Kind>& kinds) {
+    const auto writing = [](const FakeIMAPServer& server, Timeout bound) {
+      IMAPClient client = clientOf(server, bound);
       client.connect();
       client.selectInbox(Access::readWrite);
       try {
         GetParam().operation(client);
-        ADD_FAILURE() << "no failure at step " << step;
-      } catch (const IMAPError& error) {
-        EXPECT_THAT(kinds, testing::Contains(error.kind())) << step << ": " << error.description();
+      } catch (...) {
+        client.disconnect();
+        throw;
       }
       client.disconnect();
-      EXPECT_EQ(server.mismatch(), "") << "at step " << step;
-      EXPECT_EQ(server.received(), sent);
+    };
+    for (const Dialogue& broken :
+         brokenAtEveryAnswer(GetParam().script.dialogue(), end, loginDialogue().size())) {
+      const BrokenSession outcome = playBroken(broken, timeout, writing);
+      ASSERT_TRUE(outcome.error) << "after " << broken.size() - 1 << " steps";
+      EXPECT_THAT(kinds, testing::Contains(outcome.error->kind()))
+          << "after " << broken.size() - 1 << " steps: " << outcome.error->description();
+      EXPECT_EQ(outcome.mismatch, "");
+      EXPECT_EQ(outcome.received, expectedBytes(broken));
     }
   }
 };
@@ -301,7 +293,7 @@ TEST_P(BrokenWrite, resetAtEveryStepIsReportedAtOnceAndNothingFollows) {
 }
 
 TEST_P(BrokenWrite, silenceAtEveryStepEndsInATimeoutAndNothingFollows) {
-  breakAtEveryAnswer(stallHere(), 400ms, {Kind::timeout});
+  breakAtEveryAnswer(stallHere(), 200ms, {Kind::timeout});
 }
 
 INSTANTIATE_TEST_SUITE_P(

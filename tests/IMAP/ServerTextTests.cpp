@@ -5,6 +5,7 @@
 
 #include <functional>
 
+#include "IMAP/ClientOf.h"
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/IMAPClient.h"
 #include "support/FakeIMAPServer.h"
@@ -57,7 +58,7 @@ TEST(ServerText, namesOfCapabilitiesLoseThePasswordToo) {
   FakeIMAPServer server({answer("* OK\r\n"), expect("A0001 LOGIN \"user@example.org\" \"app-pass-word\"\r\n"),
                          answer("A0001 OK\r\n"), expect("A0002 CAPABILITY\r\n"),
                          answer("* CAPABILITY MOVE X-app-pass-word\r\nA0002 OK\r\n")});
-  IMAPClient client("localhost", server.port(), testEmail, Secret(testPassword), 10s);
+  IMAPClient client = clientOf(server);
   client.connect();
   EXPECT_THAT(client.serverCapabilities(), testing::ElementsAre("MOVE", "X-***"));
 }
@@ -76,7 +77,7 @@ class ServerTextPath : public testing::TestWithParam<PathRow> {};
 /// Every way from the wire into an error.
 TEST_P(ServerTextPath, hidesThePassword) {
   FakeIMAPServer server(GetParam().dialogue);
-  IMAPClient client("localhost", server.port(), testEmail, Secret(testPassword), 10s);
+  IMAPClient client = clientOf(server);
   try {
     GetParam().run(client);
     ADD_FAILURE() << "no error";

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <csignal>
 #include <fstream>
-#include <iterator>
 
+#include "support/Files.h"
 #include "support/ForkedProcess.h"
 #include "support/TemporaryDirectory.h"
 
@@ -16,18 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string contents(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 void write(const fs::path& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
-
-mode_t mode(const fs::path& path) {
-  struct stat status{};
-  EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
-  return status.st_mode & 07777;
-}
 
 std::vector<std::string> entries(const fs::path& directory) {
   std::vector<std::string> names;
@@ -130,9 +119,9 @@ TEST(CreatePrivateDirectories, allThatAreMadeBelongToTheUserAlone) {
   mode_t former = ::umask(0);
   createPrivateDirectories(directory / "one" / "two" / "three");
   ::umask(former);
-  EXPECT_EQ(mode(directory / "one"), 0700U);
-  EXPECT_EQ(mode(directory / "one" / "two"), 0700U);
-  EXPECT_EQ(mode(directory / "one" / "two" / "three"), 0700U);
+  EXPECT_EQ(fileMode(directory / "one"), 0700U);
+  EXPECT_EQ(fileMode(directory / "one" / "two"), 0700U);
+  EXPECT_EQ(fileMode(directory / "one" / "two" / "three"), 0700U);
 }
 
 TEST(CreatePrivateDirectories, whatExistsStaysAsItIs) {
@@ -142,8 +131,8 @@ TEST(CreatePrivateDirectories, whatExistsStaysAsItIs) {
   fs::create_directory_symlink(directory / "open", directory / "link");
   createPrivateDirectories(directory / "open");
   createPrivateDirectories(directory / "link" / "inner");
-  EXPECT_EQ(mode(directory / "open"), 0755U);
-  EXPECT_EQ(mode(directory / "open" / "inner"), 0700U);
+  EXPECT_EQ(fileMode(directory / "open"), 0755U);
+  EXPECT_EQ(fileMode(directory / "open" / "inner"), 0700U);
 }
 
 TEST(CreatePrivateDirectories, failureNamesThePath) {
@@ -157,7 +146,7 @@ TEST(CreatePrivateDirectories, failureNamesThePath) {
       EXPECT_EQ(error.path1(), directory / "file");
     }
   }
-  EXPECT_EQ(contents(directory / "file"), "text");
+  EXPECT_EQ(fileContents(directory / "file"), "text");
 }
 
 TEST(ReplacePrivateFile, newFileBelongsToTheUserAlone) {
@@ -166,7 +155,7 @@ TEST(ReplacePrivateFile, newFileBelongsToTheUserAlone) {
     mode_t former = ::umask(mask);
     replacePrivateFile(directory / "file", "text");
     ::umask(former);
-    EXPECT_EQ(mode(directory / "file"), 0600U);
+    EXPECT_EQ(fileMode(directory / "file"), 0600U);
   }
 }
 
@@ -175,8 +164,8 @@ TEST(ReplacePrivateFile, nothingStaysBesideTheFile) {
   write(directory / "file", std::string(100'000, 'o'));
   fs::permissions(directory / "file", fs::perms(0644));
   replacePrivateFile(directory / "file", "new");
-  EXPECT_EQ(contents(directory / "file"), "new");
-  EXPECT_EQ(mode(directory / "file"), 0600U);
+  EXPECT_EQ(fileContents(directory / "file"), "new");
+  EXPECT_EQ(fileMode(directory / "file"), 0600U);
   EXPECT_THAT(entries(directory.path()), testing::ElementsAre("file"));
 }
 
@@ -202,7 +191,7 @@ TEST(ReplacePrivateFile, fullDiskLeavesTheOldFileByteForByte) {
   });
   EXPECT_THAT(report, testing::HasSubstr("threw: "));
   EXPECT_THAT(report, testing::HasSubstr((directory / "file").string()));
-  EXPECT_EQ(contents(directory / "file"), "old text");
+  EXPECT_EQ(fileContents(directory / "file"), "old text");
   EXPECT_THAT(entries(directory.path()), testing::ElementsAre("file"));
 }
 
@@ -216,7 +205,7 @@ TEST(ReplacePrivateFile, processThatIsKilledLeavesTheOldFile) {
     return std::string("replaced");
   });
   EXPECT_THAT(report, testing::HasSubstr("died: "));
-  EXPECT_EQ(contents(directory / "file"), "old text");
+  EXPECT_EQ(fileContents(directory / "file"), "old text");
 }
 
 struct FailureRow {
@@ -241,7 +230,7 @@ TEST(ReplacePrivateFile, failureNamesThePathAndLeavesNothing) {
       EXPECT_EQ(error.path1(), directory.path() / row.path) << row.name;
     }
   }
-  EXPECT_EQ(contents(directory / "file"), "old text");
+  EXPECT_EQ(fileContents(directory / "file"), "old text");
   EXPECT_THAT(entries(directory.path()), testing::ElementsAre("file", "full"));
 }
 

@@ -143,7 +143,7 @@ std::vector<ServerAttack> shapes() {
       nested(10, "ten"),
       nested(1000, "a thousand"),
       nested(100000, "100,000"),
-      nested(10000000, "ten million"),
+      nested(1000000, "a million"),
       unclosed(),
       siblings(),
       manyParts(),

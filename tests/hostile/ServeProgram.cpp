@@ -11,7 +11,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -20,6 +19,7 @@
 #include "hostile/TestSecrets.h"
 #include "support/ArgumentVector.h"
 #include "support/FakeIMAPServer.h"
+#include "support/Files.h"
 
 namespace tarnwell::test {
 
@@ -40,11 +40,6 @@ void awaitReady(int descriptor, short event, Clock::time_point deadline, const c
       throw std::runtime_error(std::string("the program hangs: ") + what);
     }
   }
-}
-
-std::string wholeFile(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 }  // namespace
@@ -173,7 +168,7 @@ std::string ServeProgram::readLine() {
     searched_ = pending_.size();
     if (!readMore(deadline)) {
       throw std::runtime_error("the program has ended its output; on its standard error: " +
-                               wholeFile(errorFile_).substr(0, 4000));
+                               fileContents(errorFile_).substr(0, 4000));
     }
   }
   std::string line = pending_.substr(0, end);
@@ -237,7 +232,7 @@ Ending ServeProgram::end() {
   Ending ending;
   ending.status = waitForExit();
   ending.restOfOutput = pending_;
-  ending.standardError = wholeFile(errorFile_);
+  ending.standardError = fileContents(errorFile_);
   return ending;
 }
 

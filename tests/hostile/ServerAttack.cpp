@@ -29,15 +29,6 @@ Dialogue honestDialogue() {
                            };
 }
 
-/// Everything that the client may have sent by the end of the dialogue.
-std::string expectedBytes(const Dialogue& dialogue) {
-  std::string bytes;
-  for (const Step& step : dialogue) {
-    bytes += step.kind == Step::Kind::expect ? step.bytes : "";
-  }
-  return bytes;
-}
-
 /// The client sent only what the dialogue expects, up to its end or the fault.
 void expectOnlyExpectedBytes(const ServerAttack& row, FakeIMAPServer& server) {
   const std::string problem = server.mismatch();

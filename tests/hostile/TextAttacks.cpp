@@ -11,7 +11,7 @@ namespace tarnwell::test {
 
 namespace {
 
-constexpr std::size_t tenMegabytes = 10000000;
+constexpr std::size_t megabyte = 1000000;
 const std::string secondCommand = "x\r\nA0002 LOGOUT\r\n";
 constexpr const char* refusedText = "Invalid argument: control character in IMAP argument";
 
@@ -75,7 +75,7 @@ ServerAttack moveTo(std::string name, std::string attack, const std::string& tar
 }
 
 std::vector<ServerAttack> logins() {
-  const std::string large(tenMegabytes, 'x');
+  const std::string large(megabyte, 'x');
   return {
       loginAs("emailWithQuotes", "an e-mail address with quotes and backslashes", "escapes them", "a\"b\\c@d",
               testPassword, "\"a\\\"b\\\\c@d\" \"app-pass-word\""),
@@ -89,8 +89,8 @@ std::vector<ServerAttack> logins() {
               std::string(900000, 'x'), testPassword,
               "\"" + std::string(900000, 'x') + "\" \"app-pass-word\""),
       notEvenConnected("emailOf10Megabytes", "an e-mail address of ten megabytes",
-                       "sets the settings aside, as any of more than a megabyte; does not connect", large,
-                       testPassword,
+                       "sets the settings aside, as any of more than a megabyte; does not connect",
+                       std::string(10 * megabyte, 'x'), testPassword,
                        "No iCloud account is configured. Open the app and save your email + app password."),
       loginAs("passwordWithQuotes", "a password with quotes and backslashes", "escapes them", testEmail,
               "a\"b\\c", "\"user@example.org\" \"a\\\"b\\\\c\""),
@@ -99,7 +99,7 @@ std::vector<ServerAttack> logins() {
       refusedLogin("passwordWithCommand", "a password with a line end and a command after it", testEmail,
                    secondCommand),
       refusedLogin("passwordWithZeroByte", "a password with a zero byte", testEmail, std::string("a\0b", 3)),
-      loginAs("passwordOf10Megabytes", "a password of ten megabytes", "sends it, once", testEmail, large,
+      loginAs("passwordOfAMegabyte", "a password of a megabyte", "sends it, once", testEmail, large,
               "\"user@example.org\" \"" + large + "\""),
       notEvenConnected("passwordNotText", "a password that is no UTF-8", "says so; does not connect",
                        testEmail, "\xFF\xFE", "Keychain item could not be decoded as UTF-8"),
@@ -123,14 +123,14 @@ std::vector<Attack> textAttacks() {
       searchFor("searchWithCommand", "a search text with a line end and a command after it", secondCommand),
       searchFor("searchBeyondASCII", "a search text in another script", "日本語\xE2\x80\xAE",
                 " CHARSET UTF-8"),
-      searchFor("searchOf10Megabytes", "a search text of ten megabytes", std::string(tenMegabytes, 'x')),
+      searchFor("searchOfAMegabyte", "a search text of a megabyte", std::string(megabyte, 'x')),
       moveTo("folderWithControls", "a target folder with control characters",
              std::string("a\0\x01\x1B[2J", 7)),
       moveTo("folderWithQuotes", "a target folder with quotes and backslashes", "Archive\" \"\\"),
       moveTo("folderWithMarker", "a target folder `{0}`", "{0}"),
       moveTo("folderWithCommand", "a target folder with a line end and a command after it",
              "Archive\r\nA0002 LOGOUT\r\n"),
-      moveTo("folderOf10Megabytes", "a target folder of ten megabytes", std::string(tenMegabytes, 'x')),
+      moveTo("folderOfAMegabyte", "a target folder of a megabyte", std::string(megabyte, 'x')),
   };
   rows.insert(rows.end(), others.begin(), others.end());
   return byServer(std::move(rows));

@@ -3,6 +3,7 @@
 
 #include "Platform/Secrets/SecretItems.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/un.h>

@@ -19,4 +19,12 @@ Dialogue operator+(Dialogue first, const Dialogue& second) {
   return first;
 }
 
+std::string expectedBytes(const Dialogue& dialogue) {
+  std::string bytes;
+  for (const Step& step : dialogue) {
+    bytes += step.kind == Step::Kind::expect ? step.bytes : "";
+  }
+  return bytes;
+}
+
 }  // namespace tarnwell::test

@@ -23,7 +23,8 @@ using boost::system::error_code;
 
 namespace {
 
-constexpr std::chrono::seconds patience{10};
+/// A hang is told before ctest ends the test.
+constexpr std::chrono::seconds patience{60};
 
 /// The bytes with visible line ends, for messages.
 std::string visible(const std::string& bytes) {

@@ -100,6 +100,9 @@ Dialogue loginDialogue(const std::string& select = "EXAMINE INBOX");
 /// `first` followed by `second`.
 Dialogue operator+(Dialogue first, const Dialogue& second);
 
+/// All that the client has said by the end of the dialogue.
+std::string expectedBytes(const Dialogue& dialogue);
+
 inline constexpr const char* testEmail = "user@example.org";
 inline constexpr const char* testPassword = "app-pass-word";
 

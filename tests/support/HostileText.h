@@ -31,7 +31,7 @@ class HostileText {
 };
 
 /// The fragment repeated to at least `size` bytes.
-inline std::string repeated(std::string_view fragment, std::size_t size) {
+inline std::string filledWith(std::string_view fragment, std::size_t size) {
   std::string text;
   while (text.size() < size) {
     text += fragment;

@@ -1,7 +1,6 @@
 #include "Core/SecurityMail/SecretMailRule.h"
 
 #include <algorithm>
-#include <chrono>
 
 #include "Core/SecurityMail/SecretMailScan.h"
 #include "Text/Text.h"
@@ -115,17 +114,15 @@ TEST(SecretMailRule, looksAtTheBeginningOnly) {
                   .empty());
 }
 
+/// What grew with the square of the size would outlast the limit of ctest.
 TEST(SecretMailRule, pathologicalMailEnds) {
   constexpr std::size_t size = 200'000;
   for (const std::string_view fragment :
        {"4", "4930 ", "4 9 ", "A7K-", "code ", "code 4930 ", "confirm ", "sign in ", "パスワード",
         "\u0316\u0301", "\u0301", "\uFDFA", "１", "\xFF", "https://", "a@", " ", "\u200B"}) {
     const std::string text = test::repeated(fragment, size / fragment.size());
-    const auto start = std::chrono::steady_clock::now();
     const auto signals = SecretMailRule::signals({.subject = text, .from = text, .text = text});
     const std::string masked = SecretMailRule::maskedCodes(text);
-    // What grows with the square takes minutes.
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20)) << fragment;
     EXPECT_LE(signals.size(), 5U);
     EXPECT_GE(masked.size(), text.size() / 4);
   }

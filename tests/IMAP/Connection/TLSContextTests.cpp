@@ -49,7 +49,8 @@ TEST_F(TLSContext, fileRewrittenInItsPlaceIsReadAnew) {
   EXPECT_EQ(trustedCertificates(), 0);
 }
 
-/// What is trusted must be a file; a link to one is fine.
+/// What is trusted must be a file; a link to one is fine. Were the pipe or the device read, this would not
+/// end.
 TEST_F(TLSContext, fileOfCertificatesMustBeARegularFile) {
   const TemporaryDirectory directory;
   const fs::path pipe = directory / "pipe";
@@ -57,7 +58,6 @@ TEST_F(TLSContext, fileOfCertificatesMustBeARegularFile) {
   fs::create_symlink(pipe, directory / "link to a pipe");
   fs::create_symlink(directory / "nowhere", directory / "dangling link");
   const std::string trusted = getenv("SSL_CERT_FILE");
-  const auto begin = std::chrono::steady_clock::now();
   for (const fs::path& path :
        {directory.path(), pipe, directory / "link to a pipe", directory / "dangling link",
         directory / "missing", fs::path("/dev/null"), fs::path("/dev/zero")}) {
@@ -69,7 +69,6 @@ TEST_F(TLSContext, fileOfCertificatesMustBeARegularFile) {
       EXPECT_EQ(std::string(error.what()), "SSL_CERT_FILE names no regular file (" + path.string() + ")");
     }
   }
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, 10s);
   fs::create_symlink(trusted, directory / "link to a file");
   for (const std::string& name : {(directory / "link to a file").string(), std::string()}) {
     const ScopedEnvironment environment({{"SSL_CERT_FILE", name}});

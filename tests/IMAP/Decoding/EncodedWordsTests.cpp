@@ -114,11 +114,12 @@ TEST(Field, hostileTextsHaveTheMeaningOfTheExpression) {
   }
 }
 
-TEST(Field, repeatedBeginningsStayLinear) {
+/// What grew with the square of the size would outlast the limit of ctest.
+TEST(Field, repeatedBeginningsEnd) {
   for (const std::string_view fragment :
        {"=?", "=?=?", "=?a", "=?a?q?", "=?a?q?b", "=?a?q?b?", "?", "=", "=?a?q?b?= ", "=?a?b?",
         "=?aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa", "=?a?q?a?=?q?a?="}) {
-    const std::string field = repeated(fragment, 1'000'000);
+    const std::string field = filledWith(fragment, 1'000'000);
     EXPECT_FALSE(decodeRFC2047(field)->empty()) << fragment;
   }
 }

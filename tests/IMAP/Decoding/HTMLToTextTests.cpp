@@ -172,7 +172,8 @@ TEST(HTMLToText, invalidBytesPassThroughUntouched) {
 }
 
 /// A quadratic scanner would need hours for these; the test runner's time limit ends it.
-TEST(HTMLToText, repeatedBeginningsStayLinear) {
+/// What grew with the square of the size would outlast the limit of ctest.
+TEST(HTMLToText, repeatedBeginningsEnd) {
   constexpr std::size_t size = 1'000'000;
   for (const std::string_view fragment : {"<",
                                           "<script",
@@ -196,7 +197,7 @@ TEST(HTMLToText, repeatedBeginningsStayLinear) {
                                           "<script><style><head>",
                                           "<\u3000",
                                           "< br <"}) {
-    const std::string html = repeated(fragment, size);
+    const std::string html = filledWith(fragment, size);
     EXPECT_FALSE(htmlToText(html).empty()) << fragment;
   }
   EXPECT_EQ(htmlToText("&#" + std::string(size, '1') + ";"), "&#" + std::string(size, '1') + ";");

@@ -145,9 +145,10 @@ TEST(ModifiedUTF7, hostileNamesAreReadLikeThoseOfICUOrNotAtAll) {
   EXPECT_GT(valid, 5000);
 }
 
-TEST(ModifiedUTF7, repeatedBeginningsStayLinear) {
+/// What grew with the square of the size would outlast the limit of ctest.
+TEST(ModifiedUTF7, repeatedBeginningsEnd) {
   for (const std::string_view fragment : {"&", "&-", "-", "&MNc-a", "MNcw", "&MNc", "プ", "&2D0-"}) {
-    const std::string name = repeated(fragment, 1'000'000);
+    const std::string name = filledWith(fragment, 1'000'000);
     EXPECT_FALSE(readable(name).empty()) << fragment;
     EXPECT_FALSE(readable("&" + name + "-").empty()) << fragment;
   }

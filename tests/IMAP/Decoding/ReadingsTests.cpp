@@ -49,14 +49,14 @@ TEST(BodyReadings, textIsReadAsItStandsAndFolded) {
 }
 
 TEST(BodyReadings, blanksAtTheCutDoNotHideWhatFollows) {
-  const std::string wide = "tea" + repeated(" \u200B\n", 500000) + "at four";
+  const std::string wide = "tea" + filledWith(" \u200B\n", 500000) + "at four";
   EXPECT_THAT(readingsOf(wide, "utf-8", false, 2), Contains(Passage{"tea at four", 2}));
 }
 
 TEST(BodyReadings, foldingTakesLittleMemoryForOneCharacterOfMegabytes) {
   // A vowel that the normal form takes apart into three characters.
   const std::vector<Passage> readings =
-      readingsOf("x" + repeated("\u0F77", 3 * mostBytesForReadings), "utf-8", false);
+      readingsOf("x" + filledWith("\u0F77", 3 * mostBytesForReadings), "utf-8", false);
   ASSERT_EQ(readings.size(), 2u);
   EXPECT_EQ(readings[0].text.size(), 3 * mostBytesForReadings + 1);
   EXPECT_LT(readings[1].text.size(), 4 * mostBytesForReadings);

@@ -110,7 +110,7 @@ TEST(Snippet, hostileTextsHaveTheMeaningOfTheSteps) {
 TEST(Snippet, aLongTextHasTheSamePreviewAsItsSteps) {
   for (const std::string_view fragment :
        {"abc ", "日本語", "\u0301", "a\u0301", "  x", "\U0001F468\u200D", "한국 "}) {
-    const std::string text = repeated(fragment, 40'000);
+    const std::string text = filledWith(fragment, 40'000);
     for (const std::int64_t maxChars : {0, 1, 200, 1000, 1365, 1366, 4096, 9999, 13333, 13334, 40000}) {
       ASSERT_EQ(snippet(text, maxChars), referenceSnippet(text, maxChars)) << fragment << ' ' << maxChars;
     }
@@ -127,9 +127,10 @@ TEST(Snippet, invalidBytesAreReplaced) {
   EXPECT_EQ(snippet("a \xFF b\xE3\x81", 9), (Snippet{"a \uFFFD b\uFFFD", false}));
 }
 
-TEST(Snippet, longTextsStayLinear) {
+/// What grew with the square of the size would outlast the limit of ctest.
+TEST(Snippet, longTextsEnd) {
   for (const std::string_view fragment : {" ", "a", "\u0301", "a ", "\u00A0\n", "\U0001F468\u200D", "한"}) {
-    const std::string text = repeated(fragment, 1'000'000);
+    const std::string text = filledWith(fragment, 1'000'000);
     EXPECT_EQ(snippet(text, highest).truncated, false) << fragment;
     EXPECT_LE(snippet(text, 200).text.size(), text.size() + 3) << fragment;
   }

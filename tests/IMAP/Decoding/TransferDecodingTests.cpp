@@ -201,10 +201,11 @@ TEST(QuotedPrintable, hostileTextsHaveTheMeaningOfTheRules) {
   }
 }
 
-TEST(TransferDecoding, repeatedBeginningsStayLinear) {
+/// What grew with the square of the size would outlast the limit of ctest.
+TEST(TransferDecoding, repeatedBeginningsEnd) {
   for (const std::string_view fragment :
        {"=", "=4", "=\r", "=\r\n", "=\n", "_", "Z", "Z=", "====A", "\r\n", "QQ==", "QQ==\r\n", "QQ= ="}) {
-    const std::string text = repeated(fragment, 4'000'000);
+    const std::string text = filledWith(fragment, 1'000'000);
     EXPECT_LE(decodeQuotedPrintable(text, Underscore::isSpace).size(), text.size()) << fragment;
     EXPECT_LE(decodeBase64(text).value_or("").size(), text.size()) << fragment;
     EXPECT_LE(decodeBase64(text + "-- footer").value_or("").size(), text.size()) << fragment;

@@ -229,8 +229,8 @@ TEST(BodyStructureReader, structureCutAtEveryPositionIsRead) {
   }
 }
 
-TEST(BodyStructureReader, readsMillionsOfNestedMultiparts) {
-  EXPECT_EQ(described(repeated("(", 10'000'000)), "none");
+TEST(BodyStructureReader, readsAMillionNestedMultiparts) {
+  EXPECT_EQ(described(repeated("(", 1'000'000)), "none");
   const std::string info = described(repeated("(", 1'000'000) + "\"text\"");
   EXPECT_EQ(info.size(), std::string(" 7bit -").size() + 2'000'000 - 1);
   EXPECT_EQ(info.substr(0, 6), "1.1.1.");
@@ -245,8 +245,8 @@ TEST(BodyStructureReader, readsATextInEachOfManyLevels) {
   EXPECT_EQ(info.size(), 2 * depth + std::string("1 7bit UTF-8").size());
 }
 
-TEST(BodyStructureReader, readsMillionsOfParts) {
-  EXPECT_EQ(described(repeated("()", 2'000'000) + plain), "2000001 7bit UTF-8");
+TEST(BodyStructureReader, readsAMillionParts) {
+  EXPECT_EQ(described(repeated("()", 1'000'000) + plain), "1000001 7bit UTF-8");
   EXPECT_EQ(described(repeated("(\"text\" \"html\")", 1'000'000) + plain), "1000001 7bit UTF-8");
   EXPECT_EQ(described("\"text\" \"plain\" (" + repeated("a b ", 1'000'000) + "charset c)"), "1 7bit c");
 }

@@ -240,38 +240,38 @@ TEST(IMAPTokenizer, responseCutAtEveryPositionKeepsTheTokensBeforeTheCut) {
   }
 }
 
-TEST(IMAPTokenizer, readsMillionsOfOpenParentheses) {
-  const std::string response = repeated("(", 10'000'000);
+TEST(IMAPTokenizer, readsAMillionOpenParentheses) {
+  const std::string response = repeated("(", 1'000'000);
   const IMAPTokens tokens = IMAPParser::tokenize(response);
   std::size_t depth = 0;
   for (IMAPTokenList list = tokens.elements(); !list.empty(); list = (*list.begin()).list()) {
     ++depth;
   }
-  EXPECT_EQ(depth, 10'000'000U);
+  EXPECT_EQ(depth, 1'000'000U);
 }
 
-TEST(IMAPTokenizer, readsMillionsOfNestedAndClosedLists) {
-  const std::string response = repeated("(", 5'000'000) + repeated(")", 5'000'000) + " end";
+TEST(IMAPTokenizer, readsAMillionNestedAndClosedLists) {
+  const std::string response = repeated("(", 1'000'000) + repeated(")", 1'000'000) + " end";
   const IMAPTokens tokens = IMAPParser::tokenize(response);
   const IMAPTokenList elements = tokens.elements();
   EXPECT_EQ(std::distance(elements.begin(), elements.end()), 2);
   EXPECT_EQ(elements[1]->text(), "end");
 }
 
-TEST(IMAPTokenizer, readsMillionsOfSiblings) {
-  const std::string response = repeated("()", 10'000'000);
+TEST(IMAPTokenizer, readsAMillionSiblings) {
+  const std::string response = repeated("()", 1'000'000);
   const IMAPTokens tokens = IMAPParser::tokenize(response);
   const IMAPTokenList elements = tokens.elements();
-  EXPECT_EQ(std::distance(elements.begin(), elements.end()), 10'000'000);
+  EXPECT_EQ(std::distance(elements.begin(), elements.end()), 1'000'000);
 }
 
-TEST(IMAPTokenizer, readsMillionsOfStrayParentheses) {
-  EXPECT_TRUE(IMAPParser::tokenize(repeated(")", 10'000'000)).elements().empty());
+TEST(IMAPTokenizer, readsAMillionStrayParentheses) {
+  EXPECT_TRUE(IMAPParser::tokenize(repeated(")", 1'000'000)).elements().empty());
 }
 
-TEST(IMAPTokenizer, readsMillionsOfBracesThatNeverClose) {
-  EXPECT_EQ(tokenized(repeated("{", 10'000'000)), "[\"\"]");
-  EXPECT_EQ(tokenized(repeated("\\", 10'000'000)).size(), 20'000'002U);
+TEST(IMAPTokenizer, readsAMillionBracesThatNeverClose) {
+  EXPECT_EQ(tokenized(repeated("{", 1'000'000)), "[\"\"]");
+  EXPECT_EQ(tokenized(repeated("\\", 1'000'000)).size(), 2'000'002U);
 }
 
 }  // namespace

@@ -129,7 +129,7 @@ TEST(ListReader, responseCutAnywhereIsAbsentOrAFolder) {
 }
 
 TEST(ListReader, readsALongPathOfDelimiters) {
-  const std::string path = repeated("/", 10'000'000);
+  const std::string path = repeated("/", 1'000'000);
   const IMAPFolder folder =
       IMAPParser::parseList(IMAPParser::tokenize("* LIST () / " + path).elements()).value_or(IMAPFolder());
   EXPECT_EQ(folder.path.size(), path.size());

@@ -237,7 +237,7 @@ TEST_F(HTTPEndpoint, exhaustedDescriptorsOnlyDelay) {
 
 class HTTPTimeout : public HTTPTest {
  protected:
-  static constexpr milliseconds timeout{300};
+  static constexpr milliseconds timeout{1000};
   HTTPTimeout() { startHTTP(0, timeout); }
 };
 

@@ -214,7 +214,7 @@ TEST(JSONDecoding, numbersDecodeLikeTheLibrary) {
 
 TEST(JSONDecoding, depthIsBoundedLikeTheReference) {
   for (const std::size_t depth : {511U, 512U, 513U}) {
-    std::string objects = repeated("{\"a\":", 5 * depth) + "1" + std::string(depth, '}');
+    std::string objects = filledWith("{\"a\":", 5 * depth) + "1" + std::string(depth, '}');
     EXPECT_EQ(decodesLikeTheLibrary(std::string(depth, '[') + std::string(depth, ']')), depth <= 512);
     EXPECT_EQ(decodesLikeTheLibrary(objects), depth <= 512);
     EXPECT_FALSE(decodesLikeTheLibrary(std::string(depth, '[')));
@@ -337,7 +337,7 @@ TEST(JSONDecoding, anyByteAnywhereInATextDecodesLikeTheLibrary) {
 
 TEST(JSONDecoding, anyByteAmongEightDecodesAndEncodesLikeTheLibrary) {
   for (const std::string_view filling : {"a", "~", " ", "\x7F", "!", "#", "[", "]", "é"}) {
-    const std::string plain = repeated(filling, 24);
+    const std::string plain = filledWith(filling, 24);
     for (int byte = 0; byte < 256; ++byte) {
       for (std::size_t place = 0; place < 18; ++place) {
         std::string text = plain;

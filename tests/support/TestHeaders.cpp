@@ -1,0 +1,1 @@
+/// Nothing: the headers that are compiled for all tests need a target of their own (tests/CMakeLists.txt).
