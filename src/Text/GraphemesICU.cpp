@@ -75,8 +75,10 @@ class CharacterWalk {
 /// ASCII up to the first CR, without the last letter, to which a mark may belong.
 void CharacterWalk::walkOverASCII() {
   const std::string_view most = text_.substr(position_, limit_ - count_);
-  const auto end = std::ranges::find_if(most, [](char byte) { return byte == '\r' || !U8_IS_SINGLE(byte); });
-  const auto length = static_cast<std::size_t>(end - most.begin());
+  const auto isOther = [](char byte) { return byte == '\r' || !U8_IS_SINGLE(byte); };
+  // Not the one of std::ranges: libstdc++ unrolls this one only.
+  const auto length =
+      static_cast<std::size_t>(std::find_if(most.begin(), most.end(), isOther) - most.begin());
   const std::size_t taken = length - std::min<std::size_t>(length, 1);
   position_ += taken;
   count_ += taken;

@@ -27,7 +27,7 @@ inline unsigned char byteAt(std::string_view text, std::size_t position) {
 inline bool isASCII(std::string_view text) {
   char highestBits = 0;
   for (const char byte : text) {
-    highestBits |= byte;
+    highestBits = static_cast<char>(highestBits | byte);
   }
   return U8_IS_SINGLE(highestBits);
 }
