@@ -114,7 +114,7 @@ void addHTTPShapes(std::vector<Shape>& shapes) {
              {"", "\r\n", ""}},
             [](std::string_view block) {
               const HTTPRequestHead head = HTTPRequestHead::parse(block);
-              return head.method.size() + (head.isFromThisMachine ? 1 : 0);
+              return head.method.size() + (isFromThisMachine(head) ? 1 : 0);
             });
   constexpr auto longestBody = static_cast<std::size_t>(HTTPRequestReader::maximumBodySize);
   for (const std::size_t pieceSize : {std::size_t{16'384}, std::size_t{1}}) {
