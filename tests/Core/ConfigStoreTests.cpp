@@ -88,7 +88,7 @@ TEST_F(ConfigStoreTest, malformedFileGivesTheDefaultsWithAnErrorLine) {
       {"array", "[" + valid + "]"},
       {"null", "null"},
       {"zero byte at the end", valid + std::string(1, '\0')},
-      {"garbage behind a zero byte", valid + std::string("\0x", 2)},
+      {"garbage after a zero byte", valid + std::string("\0x", 2)},
       {"UTF-16", std::string("\xFF\xFE{\0}\0", 6)},
       {"invalid UTF-8 in a value", "{\"email\": \"caf\xE9\"}"},
       {"invalid UTF-8 in an unknown key", "{\"caf\xE9\": 1}"},

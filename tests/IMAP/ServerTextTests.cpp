@@ -39,7 +39,7 @@ TEST(ServerText, passwordIsMasked) {
       {"its soft hyphen", "bad ab\u00ADcd!", "ab\u00ADcd", "bad ***!"},
       {"blanks at its ends, which are trimmed", "bad  ab", " ab ", "bad  ***"},
       {"japanese", "合言葉ひらけごまは違う", "ひらけごま", "合言葉***は違う"},
-      {"behind half a character", "\xE3\x81secret", "secret", "\uFFFD***"},
+      {"after half a character", "\xE3\x81secret", "secret", "\uFFFD***"},
       {"no UTF-8", "x\xFFy z", "x\xFFy", "*** z"},
       {"over the cut", cut + "app-pass-word", "app-pass-word", cut + "***"},
       {"the mask over the cut", cut + "xxxapp-pass-word", "app-pass-word", cut + "xxx**"},

@@ -56,14 +56,14 @@ Dialogue searching(const Dialogue& summary) {
 }
 
 /// The envelope is (date subject from sender reply-to to cc bcc in-reply-to message-id).
-Dialogue summaryWith(const std::string& before, const Bulk& bulk, const std::string& behind) {
+Dialogue summaryWith(const std::string& before, const Bulk& bulk, const std::string& after) {
   const std::string plain = structure("\"PLAIN\" NIL NIL NIL \"7BIT\"");
   return Dialogue{answer("* 1 FETCH (UID 7 ENVELOPE (" + before)} + bulk.literal() +
-         Dialogue{answer(behind + ") " + plain + ")\r\n")};
+         Dialogue{answer(after + ") " + plain + ")\r\n")};
 }
 
-Dialogue envelopeOf(const std::string& before, const Bulk& bulk, const std::string& behind) {
-  return readingOf(summaryWith(before, bulk, behind), {answer("* 1 FETCH (UID 7 BODY[1] {2}\r\nok)\r\n")});
+Dialogue envelopeOf(const std::string& before, const Bulk& bulk, const std::string& after) {
+  return readingOf(summaryWith(before, bulk, after), {answer("* 1 FETCH (UID 7 BODY[1] {2}\r\nok)\r\n")});
 }
 
 /// The most memory that the program has ever held, in bytes.

@@ -62,7 +62,7 @@ class HTTPTest : public testing::Test {
  protected:
   static constexpr const char* ping = R"({"id":1,"method":"ping"})";
   static constexpr const char* pong = R"({"id":1,"jsonrpc":"2.0","result":{}})";
-  /// Comes to the gate and fails behind it.
+  /// Comes to the gate and fails after it.
   static constexpr const char* slowCall =
       R"({"id":2,"method":"tools/call","params":{"name":"list_folders"}})";
 

@@ -139,17 +139,17 @@ TEST_F(HTTPEndpoint, onlyTheLoopbackAddressIsListenedOn) {
 
 // Who holds up whom
 
-TEST_F(HTTPEndpoint, slowCallHoldsUpOnlyTheCallsBehindIt) {
+TEST_F(HTTPEndpoint, slowCallHoldsUpOnlyTheCallsAfterIt) {
   LoopbackClient slow = connect();
   slow.send(post(slowCall));
   ASSERT_TRUE(gate.awaitArrivals(1));
-  LoopbackClient behind = connect();
-  behind.send(post(ping));
+  LoopbackClient second = connect();
+  second.send(post(ping));
   EXPECT_EQ(answerTo("GET / HTTP/1.1\r\n\r\n"), notAllowed.serialized());
   EXPECT_EQ(answerTo("OPTIONS / HTTP/1.1\r\n\r\n"), HTTPResponse{204}.serialized());
   gate.open();
   EXPECT_THAT(slow.readAll(), HasSubstr("\"isError\":true"));
-  EXPECT_EQ(behind.readAll(), answerWith(pong));
+  EXPECT_EQ(second.readAll(), answerWith(pong));
 }
 
 TEST_F(HTTPEndpoint, callsRunOneAtATime) {

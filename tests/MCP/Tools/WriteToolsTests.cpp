@@ -254,7 +254,7 @@ TEST_F(WriteTool, blockIsReportedBeforeTheInboxAsATarget) {
 
 /// A folder whose display name leads to the inbox.
 TEST_F(WriteTool, nameThatResolvesToTheInboxIsRefusedInTheSession) {
-  // The display name is what stands behind the last delimiter of the path, which is "n" here.
+  // The display name is what stands after the last delimiter of the path, which is "n" here.
   const std::string list = "* LIST () \"n\" Inbox\r\n* LIST () \"/\" Archive\r\n";
   for (const bool isDryRun : {false, true}) {
     FakeIMAPServer& server = serve(
