@@ -16,7 +16,7 @@ void addBody(std::vector<Part>& parts, const std::string& name, const std::strin
   parts.push_back(
       {.name = "detector, 800 characters, " + name,
        .bytes = body.size(),
-       .goal = {.microseconds = 25},
+       .goal = {.microseconds = 40},
        .work = [body] { return EmailRiskDetector::shared().assess({.bodyPrefix = body}).signals.size(); }});
 }
 

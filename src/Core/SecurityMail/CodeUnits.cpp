@@ -16,14 +16,11 @@ constexpr std::string_view currencies[] = {"$", "£", "¥", "€", "₩", "₹"}
 /// A number right after one of these is a telephone number, a label, the rest of a card number or an address.
 constexpr std::string_view signsBefore[] = {"+",  "#", "/", "@", "&",  "\\", "_",
                                             "..", "~", "•", "×", "〒", "第"};
-/// A number right before one of these counts or measures something. Those of one Japanese character are
-/// sorted.
-constexpr std::string_view signsAfter[] = {"%", "$",    "**",   "°",        "€",
-                                           "£", "番地", "ドル", "ポイント", "マイル"};
-constexpr std::string_view countersAfter[] = {"万", "人", "件", "個", "億", "円", "分", "千",
-                                              "台", "号", "名", "回", "年", "日", "時", "月",
-                                              "枚", "歳", "点", "社", "秒", "通", "階"};
-static_assert(std::ranges::is_sorted(countersAfter));
+/// A number right before one of these counts or measures something.
+constexpr std::string_view signsAfter[] = {"%",      "$",  "**", "°",  "€",  "£",  "番地", "ドル", "ポイント",
+                                           "マイル", "万", "人", "件", "個", "億", "円",   "分",   "千",
+                                           "台",     "号", "名", "回", "年", "日", "時",   "月",   "枚",
+                                           "歳",     "点", "社", "秒", "通", "階"};
 
 /// The same, as whole words, also with a blank between. Sorted.
 constexpr std::string_view unitsAfter[] = {
@@ -72,8 +69,17 @@ bool isTie(char tie, char before, char after) {
 
 bool isSmallLetter(char byte) { return byte >= 'a' && byte <= 'z'; }
 
+// These two look at one byte first: numbers are frequent, and these signs are rare.
 bool endsWithAny(std::string_view text, std::span<const std::string_view> endings) {
-  return std::ranges::any_of(endings, [text](std::string_view ending) { return text.ends_with(ending); });
+  return !text.empty() && std::ranges::any_of(endings, [text](std::string_view ending) {
+    return text.back() == ending.back() && text.ends_with(ending);
+  });
+}
+
+bool beginsWithAny(std::string_view text, std::span<const std::string_view> beginnings) {
+  return !text.empty() && std::ranges::any_of(beginnings, [text](std::string_view beginning) {
+    return text.front() == beginning.front() && text.starts_with(beginning);
+  });
 }
 
 bool isOtherNumberBefore(std::string_view before) {
@@ -97,8 +103,7 @@ bool isOtherNumberAfter(std::string_view after) {
   if (after.empty() || punctuation.find(after.front()) != std::string_view::npos) {
     return false;
   }
-  if (std::ranges::binary_search(countersAfter, after.substr(0, countersAfter[0].size())) ||
-      std::ranges::any_of(signsAfter, [after](std::string_view sign) { return after.starts_with(sign); })) {
+  if (beginsWithAny(after, signsAfter)) {
     return true;
   }
   if (after.starts_with(' ')) {
@@ -184,13 +189,11 @@ std::vector<CodeUnit> codeUnitsIn(std::string_view text) {
   std::size_t next = 0;
   for (;;) {
     // Most of a text has no digits, so only the characters around digits are read.
-    std::size_t digit = next;
-    while (digit < text.size() && !isDigit(text[digit])) {
-      ++digit;
-    }
-    if (digit == text.size()) {
+    const auto found = std::find_if(text.begin() + static_cast<std::ptrdiff_t>(next), text.end(), isDigit);
+    if (found == text.end()) {
       return units;
     }
+    const auto digit = static_cast<std::size_t>(found - text.begin());
     std::size_t begin = digit;
     while (begin > next && text[begin - 1] != ' ' && byteAt(text, begin - 1) < 0x80) {
       --begin;

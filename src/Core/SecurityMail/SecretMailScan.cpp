@@ -116,10 +116,10 @@ class TermIndex {
     std::partial_sum(ends_.begin(), ends_.end(), ends_.begin());
   }
 
+  /// False when no term begins with the first character of the text.
+  bool hasBeginning(std::string_view text) const { return beginnings_[firstCharacter(text)]; }
+
   std::span<const Term> beginningAs(std::string_view text) const {
-    if (!beginnings_.test(firstCharacter(text))) {
-      return {};
-    }
     const std::size_t wanted = slot(text);
     const std::size_t begin = wanted == 0 ? 0 : ends_[wanted - 1];
     return std::span(terms_).subspan(begin, ends_[wanted] - begin);
@@ -162,13 +162,10 @@ const TermIndex& termIndex() {
   return index;
 }
 
-/// The end of the character that begins at `begin`.
-std::size_t nextCharacter(std::string_view text, std::size_t begin) {
-  std::size_t next = begin + 1;
-  while (next < text.size() && isContinuationByte(text[next])) {
-    ++next;
-  }
-  return next;
+/// The bytes of the character that begins with this byte of a valid text.
+std::size_t lengthOfSequence(char lead) {
+  const auto byte = static_cast<std::uint8_t>(lead);
+  return byte < 0x80 ? 1 : byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
 }
 
 }  // namespace
@@ -177,10 +174,12 @@ std::vector<FoundWord> wordsIn(std::string_view folded) {
   const TermIndex& index = termIndex();
   std::vector<FoundWord> words;
   std::size_t endOfOther = 0;
-  for (std::size_t begin = 0; begin < folded.size(); begin = nextCharacter(folded, begin)) {
-    const bool isInsideWord = isASCIILetterOrDigit(folded[begin]) && endsInLetter(folded, begin);
-    if (begin < endOfOther || isInsideWord) {
+  for (std::size_t begin = 0; begin < folded.size(); begin += lengthOfSequence(folded[begin])) {
+    if (begin < endOfOther || !index.hasBeginning(folded.substr(begin))) {
       continue;
+    }
+    if (isASCIILetterOrDigit(folded[begin]) && endsInLetter(folded, begin)) {
+      continue;  // inside a word
     }
     for (const Term& term : index.beginningAs(folded.substr(begin))) {
       const std::size_t end = endOfTerm(folded, begin, term.text);
