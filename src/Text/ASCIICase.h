@@ -1,7 +1,8 @@
 #pragma once
 
-/// Letters and letter case of ASCII, as in the words of protocols, which may come in any case (RFC 3501,
-/// sections 1.2 and 9): bytes beyond ASCII equal only themselves, whatever the user's language.
+/// Letters and letter case of ASCII, for the words of protocols, which may come in any letter case (RFC 3501,
+/// sections 1.2 and 9). A byte beyond ASCII equals only itself. The user's language changes nothing.
+///
 /// Threads: all functions are pure.
 
 #include <algorithm>

@@ -32,13 +32,13 @@ struct CloseConverter {
 };
 using Converter = std::unique_ptr<UConverter, CloseConverter>;
 
-/// A converter that writes U+FFFD for what it cannot convert, or null.
+/// A converter that writes U+FFFD for bytes that it cannot convert, or null.
 Converter openLeniently(const char* name) {
   UErrorCode status = U_ZERO_ERROR;
   return Converter(ucnv_open(name, &status));
 }
 
-/// A converter that stops at the first thing it cannot convert, or null.
+/// A converter that stops at the first bytes that it cannot convert, or null.
 Converter openStrictly(const char* name) {
   UErrorCode status = U_ZERO_ERROR;
   Converter converter = openLeniently(name);
@@ -59,8 +59,8 @@ std::optional<std::string> convertWith(const char* converterName, std::string_vi
   }
 
   std::string text;
-  // No charset of mail makes more than three bytes of one. Memory that is not written to costs nothing,
-  // while a text of many megabytes that grows would lie there twice.
+  // No charset of mail makes more than three bytes from one byte. Memory that is never written costs nothing.
+  // A text that grows would be in memory twice, and it may have many megabytes.
   text.reserve(bytes.size() * 3);
   std::array<char, 8192> output;
   std::array<UChar, 4096> pivot;
@@ -85,9 +85,9 @@ std::optional<std::string> convertWith(const char* converterName, std::string_vi
   return text;
 }
 
-/// IBM's tables for personal computers exchange three control characters on the way to Unicode: 1A
-/// becomes 1C, 1C becomes 7F and 7F becomes 1A. In mail these bytes mean what ASCII says. No other
-/// byte yields one of the three, so that the exchange can be taken back in the result.
+/// IBM's tables for personal computers exchange three control characters on the way to Unicode: 1A becomes
+/// 1C, 1C becomes 7F and 7F becomes 1A. In mail these bytes have their ASCII meaning. No other byte yields
+/// one of the three, so this function can undo the exchange in the result.
 void restoreControlCharacters(std::string& text) {
   for (char& byte : text) {
     if (byte == '\x1C') {
@@ -104,7 +104,7 @@ bool exchangesControlCharacters(const char* converterName) {
   return convertWith(converterName, "\x1A\x1C\x7F") == "\x1C\x7F\x1A";
 }
 
-/// Names in use for the Japanese supersets that ICU's alias table does not have.
+/// Names of the Japanese supersets that are in use but not in ICU's alias table.
 struct JapaneseName {
   std::string_view name;
   const Charset& charset;
@@ -115,7 +115,7 @@ const JapaneseName japaneseNames[] = {
     {"iso-2022-jp-ms", Charset::iso2022JP},
 };
 
-/// ICU's converters for less than the supersets.
+/// ICU's converters that cover only a part of a superset.
 struct JapaneseConverter {
   std::string_view converter;
   const Charset& superset;
@@ -126,8 +126,8 @@ const JapaneseConverter japaneseConverters[] = {
     {"ibm-943_P130-1999", Charset::shiftJIS},
 };
 
-/// ICU skips blanks, quotation marks and other signs in a name, reads a comma as the beginning of
-/// converter options and a slash as a file name. Registered names contain none of these.
+/// ICU skips blanks, quotation marks and other signs in a name. It reads a comma as the beginning of
+/// converter options, and a slash as a part of a file name. Registered names contain none of these.
 bool couldBeRegistered(std::string_view name) {
   constexpr std::size_t longestName = 100;
   return !name.empty() && name.size() <= longestName && std::ranges::all_of(name, [](char character) {
@@ -136,8 +136,8 @@ bool couldBeRegistered(std::string_view name) {
   });
 }
 
-/// The converter ICU knows under the name, or null. A name may stand for different converters under
-/// different registries; IANA's meaning goes first.
+/// ICU's converter for the name, or null. Registries may give the same name to different converters. IANA's
+/// comes first.
 const char* converterFor(const std::string& name) {
   for (const char* standard : {"IANA", "MIME"}) {
     UErrorCode status = U_ZERO_ERROR;
@@ -172,7 +172,7 @@ std::optional<Charset> Charset::named(std::string_view ianaName) {
 
 std::optional<std::string> convertToUTF8(std::string_view bytes, const Charset& charset) {
   if (bytes.empty()) {
-    // Without a first byte a view may have no address, which ICU refuses.
+    // An empty view may have a null address, which ICU refuses.
     return std::string();
   }
   if (charset == Charset::utf8) {
@@ -183,11 +183,11 @@ std::optional<std::string> convertToUTF8(std::string_view bytes, const Charset& 
   }
   const std::string converterName(charset.name());
   std::optional<std::string> text = convertWith(converterName.c_str(), bytes);
-  // Half-width katakana between SO and SI instead of with the eighth bit (JIS X 0202).
+  // Version 3 reads half-width katakana between SO and SI (JIS X 0202) instead of with the eighth bit.
   if (!text && charset == Charset::iso2022JP) {
     text = convertWith("ISO_2022,locale=ja,version=3", bytes);
   }
-  // Finding out opens converters, and almost no text has one of the three.
+  // Almost no text has one of the three characters. The test after that opens converters, which takes time.
   if (text && text->find_first_of("\x1A\x1C\x7F") != std::string::npos &&
       exchangesControlCharacters(converterName.c_str())) {
     restoreControlCharacters(*text);
@@ -206,7 +206,7 @@ std::string convertLeniently(std::string_view bytes, const Charset& charset) {
       convertWith(std::string(charset.name()).c_str(), bytes, openLeniently).value_or("");
   std::string text;
   for (const char byte : converted) {
-    constexpr char substitute = '\x1A';  // which some converters write instead of U+FFFD
+    constexpr char substitute = '\x1A';  // some converters write it instead of U+FFFD
     byte == substitute ? text.append("\uFFFD") : text.append(1, byte);
   }
   return text;

@@ -1,8 +1,8 @@
 #pragma once
 
-/// The one reader of decimal numbers: lengths, UIDs, ports, fields of dates. The whole text is the number:
-/// one digit of ASCII or more, leading zeros allowed, no blanks, and before them the sign that the caller
-/// allows. Anything else is absent, an empty text and a number beyond the integer's type too.
+/// The only reader of decimal numbers: lengths, UIDs, ports, fields of dates. The whole text must be the
+/// number: a sign if the caller allows it, and one or more ASCII digits. Leading zeros are allowed. Any other
+/// text is absent: also an empty one, one with blanks, and a number that does not fit the integer type.
 ///
 ///     decimalNumber<std::uint32_t>("007");                   // 7
 ///     decimalNumber<std::uint32_t>("4294967296");            // absent

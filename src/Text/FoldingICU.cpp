@@ -1,5 +1,5 @@
-// Folding for scanners. Most mail is ASCII, kana and Han, which the normal form leaves alone: it is copied,
-// and ICU is asked about nothing.
+// Folding for scanners. Most mail is ASCII, kana and Han. The normal form does not change these characters,
+// so they are copied without ICU.
 
 #include <unicode/bytestream.h>
 #include <unicode/normalizer2.h>
@@ -12,13 +12,13 @@ namespace tarnwell {
 
 namespace {
 
-/// ICU counts bytes in 32 bits; longer texts are normalised in pieces of this size.
+/// ICU counts bytes in 32 bits. Longer texts are normalised in pieces of this size.
 constexpr std::size_t longestPiece = std::size_t{1} << 28;
 
 constexpr unsigned mostMarks = 30;
 
-/// True for characters that show something, are no white space, and stand in NFKC beside each other. It may
-/// be false for others: that costs time.
+/// True only for visible characters that NFKC does not change, also beside each other. False for some of them
+/// only costs time.
 constexpr bool isOrdinary(char32_t codePoint) {
   return (codePoint > 0x20 && codePoint < 0x7F) ||        // ASCII
          (codePoint >= 0x3041 && codePoint <= 0x3096) ||  // Hiragana
@@ -31,8 +31,8 @@ constexpr bool isOrdinary(char32_t codePoint) {
          (codePoint >= 0x1F300 && codePoint <= 0x1FAFF);  // emoji
 }
 
-/// What stands for the character and is ordinary: for full-width forms what NFKC gives, for typographic
-/// dashes and apostrophes those of ASCII; 0 for all others.
+/// The ASCII character that replaces this one: the NFKC form of a full-width form, or the ASCII form of a
+/// typographic dash or apostrophe. 0 for all others.
 constexpr char ordinaryFor(char32_t codePoint) {
   if (codePoint >= 0xFF01 && codePoint <= 0xFF5E) {
     return static_cast<char>(codePoint - 0xFF01 + '!');
@@ -48,13 +48,14 @@ const icu::Normalizer2* normalForm() {
   return icu::Normalizer2::getNFKCInstance(status);
 }
 
-/// True for marks and for what becomes one in the normal form, such as half-width voiced sound marks.
+/// True for marks and for characters that become marks in the normal form, such as half-width voiced sound
+/// marks.
 bool joinsTheOneBefore(UChar32 character) {
   const icu::Normalizer2* const form = normalForm();
   return form != nullptr && form->hasBoundaryBefore(character) == 0;
 }
 
-/// True for the characters of scripts that are wrapped between any two of them.
+/// True for characters of scripts in which a line may end between any two characters.
 bool isWide(char32_t codePoint) {
   return codePoint >= 0x1100 &&
          u_getIntPropertyValue(static_cast<UChar32>(codePoint), UCHAR_EAST_ASIAN_WIDTH) == U_EA_WIDE;
@@ -72,13 +73,13 @@ char32_t firstCodePoint(std::string_view text) {
   return nextCodePoint(text, position);
 }
 
-/// Copies the text without what shows nothing and with white space collapsed.
+/// Copies a text. Drops characters that show nothing and collapses white space.
 class Collapsing {
  public:
   explicit Collapsing(std::size_t size) { text_.reserve(size); }
 
   void take(std::string_view text) {
-    std::size_t run = 0;  // where the ordinary characters began that are not copied yet
+    std::size_t run = 0;  // the beginning of the ordinary characters that are not copied yet
     for (std::size_t position = 0; position < text.size();) {
       const std::size_t start = position;
       const char32_t codePoint = nextCodePoint(text, position);
@@ -136,7 +137,7 @@ class Collapsing {
   }
 
   std::string text_;
-  unsigned marks_ = 0;  // how many the text ends with
+  unsigned marks_ = 0;  // at the end of the text
   bool isBlankDue_ = false;
   bool isLineEndDue_ = false;
   bool isAllOrdinary_ = true;
@@ -176,7 +177,7 @@ std::string foldedForScanning(std::string_view text) {
   if (isAllOrdinary) {
     return plain;
   }
-  // Some characters become blanks and marks, or what was ignored when it stood alone.
+  // The normal form may have new blanks, new marks and new characters that show nothing.
   return collapsed(normalized(plain), isAllOrdinary);
 }
 

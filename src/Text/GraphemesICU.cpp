@@ -1,5 +1,5 @@
-// User-perceived characters. Between most neighbours there is a boundary whatever stands around them (Unicode
-// Standard Annex #29, rules GB4, GB5 and GB999). ICU's iterator is asked about the stretches in between only.
+// User-perceived characters. Most neighbours have a boundary between them, whatever stands around them
+// (Unicode Standard Annex #29, rules GB4, GB5 and GB999). ICU's iterator reads only the other stretches.
 
 #include <unicode/ubrk.h>
 #include <unicode/uchar.h>
@@ -16,7 +16,7 @@ namespace tarnwell {
 
 namespace {
 
-/// True for code points between any two of which there is a boundary, CR LF aside.
+/// True for code points that always have a boundary between any two of them, except CR LF.
 bool isSeparate(char32_t codePoint) {
   constexpr char32_t firstMark = 0x300;
   if (codePoint < firstMark) {
@@ -33,7 +33,7 @@ struct CloseText {
   void operator()(UText* text) const { utext_close(text); }
 };
 
-/// This thread's iterator: opening one takes longer than counting a page of text.
+/// This thread's iterator. Opening one takes longer than counting a page of text.
 UBreakIterator* characterIterator() {
   thread_local const std::unique_ptr<UBreakIterator, CloseBreakIterator> iterator = [] {
     UErrorCode status = U_ZERO_ERROR;
@@ -72,11 +72,11 @@ class CharacterWalk {
   std::size_t count_ = 0;
 };
 
-/// ASCII up to the first CR, without the last letter, to which a mark may belong.
+/// Walks over ASCII up to the first CR. Leaves out the last character, because a mark may belong to it.
 void CharacterWalk::walkOverASCII() {
   const std::string_view most = text_.substr(position_, limit_ - count_);
   const auto isOther = [](char byte) { return byte == '\r' || !U8_IS_SINGLE(byte); };
-  // Not the one of std::ranges: libstdc++ unrolls this one only.
+  // Not std::ranges::find_if: libstdc++ unrolls only this one.
   const auto length =
       static_cast<std::size_t>(std::find_if(most.begin(), most.end(), isOther) - most.begin());
   const std::size_t taken = length - std::min<std::size_t>(length, 1);
@@ -84,7 +84,7 @@ void CharacterWalk::walkOverASCII() {
   count_ += taken;
 }
 
-/// Stops before the last separate code point of a stretch, to which a mark may belong.
+/// Stops before the last separate code point of a stretch, because a mark may belong to it.
 void CharacterWalk::walkOverSeparate() {
   char32_t before = 0;
   for (std::size_t next = position_; next < text_.size();) {
@@ -106,7 +106,8 @@ void CharacterWalk::walkOverSeparate() {
   ++count_;
 }
 
-/// Whether enough separate code points stand there to be worth asking ICU anew after them.
+/// True when enough separate code points follow. After fewer of them, starting ICU's iterator again would
+/// cost more than they save.
 bool CharacterWalk::areSeparateAt(std::size_t position) const {
   constexpr int enough = 8;
   for (int count = 0; count < enough && position < text_.size(); ++count) {
@@ -133,7 +134,7 @@ void CharacterWalk::walkOverOthers() {
   do {
     const int32_t boundary = iterator != nullptr && U_SUCCESS(status) ? ubrk_next(iterator) : UBRK_DONE;
     if (boundary == UBRK_DONE) {
-      // Without the iterator each code point counts: too many characters rather than an endless loop.
+      // Without the iterator each code point counts as a character. The count is too high, but the loop ends.
       nextCodePoint(text_, position_);
     } else {
       position_ = start + static_cast<std::size_t>(boundary);

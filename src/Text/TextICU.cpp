@@ -10,14 +10,14 @@ namespace tarnwell {
 
 namespace {
 
-/// ICU counts bytes in 32 bits; longer texts are mapped in pieces of this size.
+/// ICU counts bytes in 32 bits. Longer texts are mapped in pieces of this size.
 constexpr std::size_t longestPiece = std::size_t{1} << 28;
 
 using CaseMapping = void (*)(const char* language, uint32_t options, icu::StringPiece text,
                              icu::ByteSink& sink, icu::Edits* edits, UErrorCode& status);
 
 std::string mapped(std::string_view text, CaseMapping mapping) {
-  // ICU copies invalid bytes as they are.
+  // ICU would copy invalid bytes unchanged.
   if (!isValidUTF8(text)) {
     return mapped(repairedUTF8(text), mapping);
   }

@@ -1,7 +1,6 @@
 #pragma once
 
-/// Reading and writing UTF-8 (RFC 3629) code point by code point, for the scanners of this program: ICU's
-/// macros as functions.
+/// Reads and writes UTF-8 (RFC 3629) code point by code point. The functions wrap ICU's macros.
 ///
 ///     std::size_t position = 0;
 ///     while (position < text.size()) { use(nextCodePoint(text, position)); }
@@ -32,12 +31,12 @@ inline bool isASCII(std::string_view text) {
   return U8_IS_SINGLE(highestBits);
 }
 
-/// True for the bytes of a sequence after its first.
+/// True for every byte of a sequence except the first.
 constexpr bool isContinuationByte(char byte) { return U8_IS_TRAIL(byte); }
 
-/// The code point at `position`, which must lie inside the text and moves past it. A maximal invalid
-/// sequence (Unicode 15, section 3.9) reads as U+FFFD; `valid`, where given, is set to false for it and left
-/// alone otherwise.
+/// Returns the code point at `position`, which must lie inside the text, and moves `position` after it. For a
+/// maximal invalid sequence (Unicode 15, section 3.9) returns U+FFFD and sets `valid`, if given, to false.
+/// Never sets `valid` to true.
 inline char32_t nextCodePoint(std::string_view text, std::size_t& position, bool* valid = nullptr) {
   UChar32 codePoint = 0;
   U8_NEXT(reinterpret_cast<const std::uint8_t*>(text.data()), position, text.size(), codePoint);
@@ -50,7 +49,8 @@ inline char32_t nextCodePoint(std::string_view text, std::size_t& position, bool
   return replacementCharacter;
 }
 
-/// The code point that ends at `position`, which must not be 0 and moves to its beginning.
+/// Returns the code point that ends at `position`, which must not be 0, and moves `position` to its
+/// beginning.
 inline char32_t previousCodePoint(std::string_view text, std::size_t& position) {
   const std::string_view last = text.substr(position - std::min<std::size_t>(position, U8_MAX_LENGTH));
   const auto end = static_cast<std::int32_t>(std::min<std::size_t>(position, U8_MAX_LENGTH));
@@ -61,7 +61,7 @@ inline char32_t previousCodePoint(std::string_view text, std::size_t& position) 
   return static_cast<char32_t>(codePoint);
 }
 
-/// Appends a Unicode scalar value; anything else (a surrogate, above U+10FFFF) as U+FFFD.
+/// Appends a Unicode scalar value. Appends U+FFFD for any other number (a surrogate, above U+10FFFF).
 inline void appendCodePoint(std::string& text, char32_t codePoint) {
   std::uint8_t sequence[U8_MAX_LENGTH];
   std::size_t size = 0;
@@ -70,8 +70,8 @@ inline void appendCodePoint(std::string& text, char32_t codePoint) {
   text += isError ? "\uFFFD" : std::string_view(reinterpret_cast<const char*>(sequence), size);
 }
 
-/// The first `size` bytes of a text, or a little less, so that no sequence is cut. One has at most three
-/// continuation bytes; more of them are no text that could be spoilt.
+/// The first `size` bytes of a text, or up to three less, so no sequence is cut. A sequence has at most three
+/// continuation bytes. More of them in a row are not valid text, so they may be cut.
 constexpr std::string_view bytePrefix(std::string_view text, std::size_t size) {
   if (size >= text.size()) {
     return text;

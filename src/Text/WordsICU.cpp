@@ -1,4 +1,4 @@
-// Words in text, with the boundaries of ICU's regular expressions ("\b"), whose engine is not needed for it.
+// Finds words in text. The boundaries are those of "\b" in ICU's regular expressions, without their engine.
 
 #include <unicode/uchar.h>
 
@@ -11,7 +11,7 @@ namespace tarnwell {
 
 namespace {
 
-/// Marks and format characters belong to what stands before them.
+/// True for marks and format characters. They belong to the character before them.
 bool isPassedOver(char32_t codePoint) {
   return u_hasBinaryProperty(static_cast<UChar32>(codePoint), UCHAR_GRAPHEME_EXTEND) != 0 ||
          isFormatCharacter(codePoint);

@@ -16,7 +16,7 @@
 namespace tarnwell {
 namespace {
 
-/// The ends of all characters, without any short cut.
+/// The ends of all characters, by ICU's iterator alone.
 std::vector<std::size_t> boundariesByICU(std::string_view text) {
   UErrorCode status = U_ZERO_ERROR;
   UText* view = utext_openUTF8(nullptr, text.data(), static_cast<int64_t>(text.size()), &status);
@@ -111,7 +111,7 @@ INSTANTIATE_TEST_SUITE_P(
         PrefixRow{"flags", "🇯🇵🇫🇷🇩🇪", 2, "🇯🇵🇫🇷"}, PrefixRow{"emptyText", "", 5, ""}),
     rowName);
 
-/// Pieces whose neighbourhoods are the interesting ones.
+/// Pieces that may join with their neighbours.
 const std::string_view pieces[] = {"a",          "b",          "\r",         "\n",         "\r\n",
                                    "        ",   "abcdefgh",   "01234567",   "\u0301",     "\u3099",
                                    "\uFF9E",     "\u200D",     "\uFE0F",     "\u20E3",     "\u00A9",
@@ -146,7 +146,7 @@ TEST(Characters, randomTextsHaveTheBoundariesOfICU) {
   }
 }
 
-/// All sequences of one to this many of the pieces, in every order.
+/// Calls `use` with every sequence of one to `longest` pieces.
 void forEachSequence(std::span<const std::string_view> alphabet, std::size_t longest,
                      const std::function<void(const std::string&)>& use) {
   std::vector<std::string> ofLength{""};
@@ -163,7 +163,7 @@ void forEachSequence(std::span<const std::string_view> alphabet, std::size_t lon
 }
 
 TEST(Characters, allShortSequencesOfWhatJoinsHaveTheBoundariesOfICU) {
-  // A pictograph in the table and one outside, joiner, marks, half a flag, letters, controls, Hangul.
+  // Pictographs above and below U+0300, a joiner, marks, half a flag, letters, controls, Hangul.
   constexpr std::string_view alphabet[] = {"\U0001F468", "\u00A9",     "\u200D", "\u0301",
                                            "\U0001F3FD", "\U0001F1E6", "a",      "日",
                                            "\r",         "\n",         "\u00AD", "한"};
@@ -184,7 +184,7 @@ TEST(Characters, everyCodePointBesideALetterKanaPictographsAndFlagsHasTheBoundar
       codePoint = 0xE000;
     }
     if (codePoint > 0x20000 && (codePoint < 0xE0000 || codePoint > 0xF0000) && codePoint % 64 != 0) {
-      continue;  // planes of Han, unassigned or for private use
+      continue;  // Han, unassigned and private-use planes: every 64th is enough
     }
     std::string text = "a";
     appendCodePoint(text, codePoint);

@@ -67,7 +67,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ConversionRow{"koi8r", "KOI8-R", "\xF0\xD2\xC9", "При"},
                     ConversionRow{"latin9", "ISO-8859-15", "\xA4", "€"},
                     ConversionRow{"greek", "iso-8859-7", "\xC1\xE2", "Αβ"},
-                    // IBM's own tables exchange these three.
+                    // IBM's tables exchange the first three bytes.
                     ConversionRow{"controlCharacters", "ibm437", "\x1A\x1C\x7F\x80", "\x1A\x1C\x7FÇ"}),
     rowName);
 
@@ -164,7 +164,7 @@ TEST(Charsets, namesThatMailUsesReachTheSupersets) {
   }
 }
 
-/// ICU 74 and newer tell the edition of this standard apart in the converter's name.
+/// ICU 74 and newer name the edition of the standard in the converter's name.
 TEST(Charsets, chineseStandardIsKnownByItsName) {
   const std::optional<Charset> found = Charset::named("GB18030");
   ASSERT_TRUE(found);

@@ -11,7 +11,7 @@ using Number = std::optional<std::int64_t>;
 
 constexpr auto absent = std::nullopt;
 
-/// What a text means for each rule about the sign.
+/// The number that a text gives under each rule about the sign.
 struct NumberRow {
   const char* name;
   const char* text;

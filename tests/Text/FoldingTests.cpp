@@ -70,7 +70,9 @@ TEST(FoldedForScanningOfAll, everyTextComesOutAsValidUTF8) {
   }
 }
 
-/// ICU's normal form of the whole text, then what shows nothing and white space, step by step.
+/// Folds the whole text step by step: drops characters that show nothing, replaces dashes and apostrophes,
+/// normalises, does the first two steps again, and collapses white space. Has no rule for line ends between
+/// wide characters and for many marks.
 std::string foldedPlainly(const std::string& text) {
   UErrorCode status = U_ZERO_ERROR;
   const icu::Normalizer2* const form = icu::Normalizer2::getNFKCInstance(status);
@@ -105,7 +107,7 @@ std::string foldedPlainly(const std::string& text) {
 }
 
 TEST(FoldedForScanningOfAll, everyCharacterIsFoldedAsByICU) {
-  // Between planes 3 and 14 nothing is assigned.
+  // No character is assigned between planes 3 and 14.
   for (char32_t codePoint = 1; codePoint <= 0xE0FFF; codePoint += codePoint == 0x323FF ? 0xADC01 : 1) {
     std::string text = "a";
     appendCodePoint(text, codePoint);
@@ -121,7 +123,7 @@ TEST(FoldedForScanningOfAll, ofManyMarksTheFirstThirtyCount) {
 }
 
 TEST(FoldedForScanningOfAll, whatTurnsIntoMarksCountsAsMarks) {
-  // Half-width sound marks and Tibetan vowels: no marks themselves, they become some.
+  // A half-width sound mark is no mark but becomes one. A Tibetan vowel sign becomes two.
   for (const char* const marks : {"\uFF9E\u0301", "\u0F73"}) {
     EXPECT_LT(foldedForScanning("x" + test::repeated(marks, 200'000) + "y").size(), 300U) << marks;
   }

@@ -202,7 +202,7 @@ TEST(HasWord, everyCodePointBesideATermHasTheBoundariesOfICU) {
       codePoint = 0xE000;
     }
     if (codePoint > 0x20000 && (codePoint < 0xE0000 || codePoint > 0xF0000) && codePoint % 64 != 0) {
-      continue;  // planes of Han, unassigned or for private use
+      continue;  // Han, unassigned and private-use planes: every 64th is enough
     }
     std::string character;
     appendCodePoint(character, codePoint);
@@ -241,7 +241,7 @@ TEST(Text, everyCodePointHasTheLowerCaseOfICU) {
       codePoint = 0xE000;
     }
     if (codePoint > 0x20000 && (codePoint < 0xE0000 || codePoint > 0xF0000) && codePoint % 64 != 0) {
-      continue;  // planes of Han, unassigned or for private use
+      continue;  // Han, unassigned and private-use planes: every 64th is enough
     }
     std::string text = "A日";
     appendCodePoint(text, codePoint);
