@@ -37,7 +37,7 @@ void JSONObject::putInOrder() {
     return;
   }
   std::ranges::stable_sort(members_, {}, &JSONMember::first);
-  // Seen from behind, the first of those with the same key stays.
+  // Goes from the last member to the first, so the last of several with the same key stays.
   const auto kept = std::unique(members_.rbegin(), members_.rend(),
                                 [](const JSONMember& a, const JSONMember& b) { return a.first == b.first; });
   members_.erase(members_.begin(), kept.base());

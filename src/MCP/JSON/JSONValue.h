@@ -7,8 +7,8 @@
 ///     result["missing"].stringValue(); // absent
 ///     result.serialized();             // {"count":2,"names":["a","b"]}
 ///
-/// A text may have tens of megabytes. A text that is moved into a value, or into the members of an object, is
-/// not copied:
+/// A text may have tens of megabytes. Moving a text into a value, or into the members of an object, does not
+/// copy it:
 ///
 ///     JSONObject{{"uid", 7}, {"body", std::move(body)}}
 ///
@@ -35,8 +35,8 @@ class JSONValue;
 /// A key and its value.
 using JSONMember = std::pair<std::string, JSONValue>;
 
-/// Members sorted by their keys, each key once. They are encoded in this order. Making an object at once, as
-/// with the braces above, takes n log n steps. Each single insertion takes n steps.
+/// Members sorted by their keys, each key once. They are encoded in this order. Making an object of n members
+/// at once, as with the braces above, takes n log n steps. Each single insertion takes n steps.
 class JSONObject {
  public:
   struct Given;
@@ -106,8 +106,8 @@ class JSONValue {
   /// the last one counts.
   static std::optional<JSONValue> decode(std::string_view data);
 
-  /// Compact, with "/" unescaped. The text `null` when the value has no JSON form: a double that is not
-  /// finite, or a text that is not UTF-8.
+  /// Compact, with "/" unescaped. The text `null` when the value has no JSON form: it has a double that is
+  /// not finite, or a text that is not UTF-8.
   std::string serialized() const;
 
   /// With line breaks, indentation and sorted keys, and "/" unescaped. "{}" when the value has no JSON form.
@@ -146,8 +146,8 @@ inline std::size_t JSONObject::size() const { return members_.size(); }
 inline std::vector<JSONMember>::const_iterator JSONObject::begin() const { return members_.begin(); }
 inline std::vector<JSONMember>::const_iterator JSONObject::end() const { return members_.end(); }
 
-/// A member that will be made. Elements of a braced list are constant, so without `mutable` they would be
-/// copied.
+/// A member of a braced list. The elements of such a list are constant. Because of `mutable` the value can
+/// still be moved.
 struct JSONObject::Given {
   std::string_view key;
   mutable JSONValue value;

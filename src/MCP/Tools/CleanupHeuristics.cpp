@@ -21,7 +21,7 @@ constexpr std::string_view automatedSenders[] = {"noreply",    "no-reply",     "
                                                  "donotreply", "notification", "notifications",
                                                  "alert",      "mailer-daemon"};
 
-/// Fires when the lower-cased subject or sender holds one of the terms.
+/// Fires when the lower-cased subject or sender contains one of its terms.
 struct Rule {
   std::span<const std::string_view> subjectTerms;
   std::span<const std::string_view> senderTerms;
@@ -31,7 +31,7 @@ struct Rule {
   const char* reason;
 };
 
-/// In the order in which they are tried.
+/// In the order in which `hint` tries them.
 constexpr Rule rules[] = {
     {receiptTerms, {}, "receipt", "Receipts", 0.5, "Subject looks transactional (receipt/invoice/order)."},
     {newsletterTerms, newsletterSenders, "newsletter", "Newsletters", 0.4, "Looks like a bulk newsletter."},
@@ -69,7 +69,7 @@ CleanupHeuristics::Hint CleanupHeuristics::hint(std::optional<std::string_view> 
   if (fired == std::end(rules)) {
     return unsure("No strong heuristic signal; let the client AI decide.");
   }
-  // Deliberate: a later rule is not tried, since its weaker hint would contradict the first one.
+  // Deliberate: later rules are not tried. Their hint would contradict the rule that fired.
   if (std::ranges::find(allowedCategories, fired->category) == allowedCategories.end()) {
     return unsure("Heuristic suggested ‘" + std::string(fired->category) +
                   "’ but it isn't in the requested category list.");

@@ -1,14 +1,14 @@
 #pragma once
 
-/// Cheap hints for tidying an inbox, from subject and sender alone.
+/// Hints for tidying an inbox, from subject and sender alone.
 ///
-/// A hint is only a hint: rules over fixed words, tried in a fixed order, with confidences well below 1. The
-/// first rule that fires decides, also when its category is not wanted.
+/// Rules search for fixed words, in a fixed order. The first rule that fires decides. When its category is
+/// not wanted, the hint is "unsure". A hint is not certain: the confidence is never above 0.5.
 ///
 ///     CleanupHeuristics::hint("Your invoice for May", "shop@example.com", categories)
 ///     // {"receipt", "Receipts", 0.5, "Subject looks transactional (receipt/invoice/order)."}
 ///
-/// Threads: pure.
+/// Threads: all functions are pure.
 
 #include <optional>
 #include <string>
@@ -19,7 +19,7 @@ namespace tarnwell::CleanupHeuristics {
 
 struct Hint {
   std::string category;
-  /// The suggested destination; absent when there is none to suggest.
+  /// The suggested destination. Absent when there is none.
   std::optional<std::string> folder;
   /// 0.2 to 0.5.
   double confidence;
@@ -29,8 +29,7 @@ struct Hint {
   bool operator==(const Hint&) const = default;
 };
 
-/// The vocabulary offered when the client names none. The rules know five of them; the others are for the
-/// client's own use.
+/// The categories when the client names none. The rules use five of them. The others are for the client.
 const std::vector<std::string>& defaultCategories();
 
 Hint hint(std::optional<std::string_view> subject, std::optional<std::string_view> from,

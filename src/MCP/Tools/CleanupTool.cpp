@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::int64_t previewMaxChars = 200;
 
-/// The texts of the array under "categories"; the default list when there is no array.
+/// The texts of the array under "categories". The default list when there is no array.
 std::vector<std::string> allowedCategories(const JSONValue& arguments) {
   const JSONArray* labels = arguments["categories"].arrayValue();
   if (!labels) {
@@ -27,7 +27,7 @@ std::vector<std::string> allowedCategories(const JSONValue& arguments) {
   return categories;
 }
 
-/// The beginning of the body, or what stands for it; null when there is no text.
+/// The beginning of the body, or `withheldText`. Null when the body has no text.
 JSONValue preview(const ScreenedBody& body) {
   if (body.isWithheld) {
     return withheldText;

@@ -17,7 +17,7 @@ std::string loggable(const IMAPError& error) {
   if (error.kind() == IMAPError::Kind::folderNotFound) {
     return loggable(error.description());
   }
-  constexpr std::size_t maximumLength = 1000;  // the longest text of the program's own has less than half
+  constexpr std::size_t maximumLength = 1000;  // more than twice the program's longest own text
   return loggable(error.description(), maximumLength);
 }
 

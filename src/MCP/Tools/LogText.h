@@ -1,6 +1,7 @@
 #pragma once
 
-/// Texts for the log, which keeps its entries in memory. What comes from outside is cut.
+/// Texts for the log. The log keeps its entries in memory, so long texts from outside are cut.
+///
 /// Threads: all functions are pure.
 
 #include <cstddef>
@@ -12,13 +13,14 @@ namespace tarnwell {
 
 class IMAPError;
 
-/// A text that a client gave: e-mail addresses masked, then the first `count` user-perceived characters, and
-/// no more than eight bytes for each, since a character has any number of combining marks. The text is UTF-8
-/// and is not cut within a code point.
+/// A client's UTF-8 text with e-mail addresses masked, cut to `count` user-perceived characters. Also cut to
+/// eight bytes for each of them, because a character may have any number of combining marks. Never cut within
+/// a code point.
 std::string loggable(std::string_view text, std::size_t count = 300);
 
-/// The description of an error: e-mail addresses masked, and whole, but for the name of a folder in it, which
-/// is the client's. A server's words in it are short already; the bound is for characters of very many bytes.
+/// The description of an error with e-mail addresses masked. A `folderNotFound` is cut like a client's text,
+/// because the client chose the folder's name. Other descriptions have a higher limit, which they reach only
+/// with characters of very many bytes.
 std::string loggable(const IMAPError& error);
 
 /// "1 message", "2 messages".

@@ -3,10 +3,10 @@
 /// The catalogue of tools that `tools/list` returns: name, description and the JSON Schema of the
 /// arguments, all fixed.
 ///
-/// The descriptions are written for the client's model and state each tool's limits in words. The schemas
-/// only describe; each tool checks its own arguments.
+/// The client's model reads the descriptions. They state the limits of each tool in words. The schemas check
+/// nothing. Each tool checks its own arguments.
 ///
-/// Threads: any; the catalogue is built once, on first use.
+/// Threads: any. The first use builds the catalogue.
 
 #include <optional>
 #include <string>

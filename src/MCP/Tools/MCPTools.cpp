@@ -52,7 +52,7 @@ ToolCallResult MCPTools::handle(std::string_view name, const JSONValue& argument
   const auto start = std::chrono::steady_clock::now();
   try {
     ToolOutcome outcome = (this->*ToolRow::of(*tool).run)(arguments);
-    // A call whose arguments cannot be used has no line of its own, and an error has another.
+    // A call with unusable arguments gets no second line. The handlers below log what was thrown.
     if (!outcome.result.isError) {
       AppLogger::info(Category::tool, label + ": " + outcome.summary + " (" +
                                           std::to_string(millisecondsSince(start)) + " ms)");

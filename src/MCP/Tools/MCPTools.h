@@ -1,12 +1,12 @@
 #pragma once
 
-/// The tools behind `tools/call`: takes a tool's name and its arguments, gives its result.
+/// Runs the tools for `tools/call`. It takes a tool's name and arguments and returns the tool's result.
 ///
-/// Each call reads the settings afresh, so that a change in the companion app takes effect on the next
-/// call, and opens and closes its own IMAP session. Nothing is kept between calls. Every failure becomes a
-/// result with the one key "error"; nothing is thrown.
+/// Each call reads the settings again, so a change in the companion app takes effect on the next call. A call
+/// that needs the mailbox opens and closes its own IMAP session. Nothing is kept between calls. Every failure
+/// becomes a result with only the key "error". No call throws.
 ///
-/// Threads: one call at a time (`MCPServer` sees to that).
+/// Threads: one call at a time. `MCPServer` ensures that.
 
 #include <cstdint>
 #include <functional>
@@ -31,53 +31,54 @@ struct ToolCallResult {
   JSONValue structured;
   bool isError = false;
 
-  /// The result {"error": text} with the flag set.
+  /// The result {"error": text} with `isError` set.
   static ToolCallResult error(std::string text);
 
   bool operator==(const ToolCallResult&) const = default;
 };
 
-/// What a tool gives.
+/// What a tool returns.
 struct ToolOutcome {
   /// For the client.
   ToolCallResult result;
-  /// For the log: counts and decisions, such as "20 messages, 1 withheld", without a word of a mail, a search
-  /// or a mailbox. Empty for an error.
+  /// For the log: counts and decisions, such as "20 messages, 1 withheld". Contains no word of a mail, a
+  /// search or a mailbox. Empty for an error.
   std::string summary{};
 };
 
 class MCPTools {
  public:
-  /// Makes the client of one session from host, port, address and password. Connects nothing.
+  /// Makes the client of one session from host, port, address and password. Does not connect it.
   using ClientFactory = std::function<std::unique_ptr<IMAPClient>(std::string host, std::int64_t port,
                                                                   std::string email, Secret password)>;
 
   MCPTools(ConfigStore configStore, KeychainStore keychain, EmailRiskDetector detector,
            ClientFactory makeClient);
 
-  /// The tools over the user's settings and secrets and real connections.
+  /// The tools with the user's settings, the user's secrets and real connections.
   static MCPTools shared();
 
-  /// `arguments` is what the client sent, of any JSON type; anything but an object acts as an empty one.
+  /// `arguments` may have any JSON type. Anything but an object counts as an empty object.
   ToolCallResult handle(std::string_view name, const JSONValue& arguments) const;
 
  private:
-  friend struct ToolRow;  // names the tools below
+  friend struct ToolRow;  // its rows name the tools below
 
-  /// Runs `body` with a connected client that has the inbox selected, and ends the session whatever
-  /// happened. Throws `IMAPError` and `KeychainError`, and what `body` throws.
+  /// Runs `body` with a connected client that has the inbox selected. Always ends the session. Throws
+  /// `IMAPError`, `KeychainError` and what `body` throws.
   ToolOutcome withIMAP(const AppConfig& config, IMAPClient::Access access,
                        const std::function<ToolOutcome(IMAPClient&)>& body) const;
 
-  /// Runs `body` on the summary of the message that "uid" names, in a read-only session. Without a valid
-  /// UID, or without such a message, an error result.
+  /// Runs `body` on the summary of the message that "uid" names, in a read-only session. Returns an error
+  /// result when the UID is not valid or no message has it.
   ToolOutcome withMessage(const AppConfig& config, const JSONValue& arguments,
                           const std::function<ToolOutcome(IMAPClient&, IMAPMessage&)>& body) const;
 
   using ItemMaker = std::function<JSONValue(const IMAPMessage&, const ScreenedBody&)>;
   using ListMaker = std::function<JSONObject(JSONArray items, std::int64_t limit)>;
-  /// Finds the newest messages, as many as "limit" and the settings allow, and makes an item of each with its
-  /// screened body. The result is what `resultOf` makes of the items, and their "count".
+  /// Finds the newest messages that match, at most as many as "limit" and the settings allow. `itemOf` makes
+  /// an item of each message and its screened body. `resultOf` makes the result of the items. "count" is
+  /// added to it.
   ToolOutcome listMessages(const JSONValue& arguments, const IMAPSearchCriteria& criteria, Leaving leaving,
                            const ItemMaker& itemOf, const ListMaker& resultOf) const;
 

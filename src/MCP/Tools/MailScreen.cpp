@@ -19,7 +19,7 @@ std::size_t scanLimit(Leaving leaving) {
   return static_cast<std::size_t>(std::max<std::int64_t>(leaving.maxChars, 0));
 }
 
-/// How many bytes of the text leave.
+/// The number of bytes of the text that leave.
 std::size_t leavingBytes(std::string_view text, Leaving leaving) {
   if (leaving.form == Leaving::Form::asItStands) {
     return characterPrefix(text, scanLimit(leaving)).size();
@@ -27,7 +27,7 @@ std::size_t leavingBytes(std::string_view text, Leaving leaving) {
   return TextDecoding::snippetSourceLength(text, leaving.maxChars);
 }
 
-/// What of a reading leaves, with the rest of a code that the cut splits.
+/// The part of a reading that leaves. If the cut splits a code, the rest of the code is included.
 std::string_view leavingPartOf(const TextDecoding::Passage& reading) {
   constexpr std::size_t longestCode = 32;
   const std::string_view text = reading.text;

@@ -1,18 +1,22 @@
 #pragma once
 
-/// The rule that no text of a mail leaves before the detector has seen it: what leaves was scanned.
+/// The detector scans every text of a mail before it leaves the program.
 ///
-/// Each part of a mail is looked at in up to three steps, and the first step that finds something tells the
-/// signals: as it stands (of a body at least its beginning, `EmailRiskDetector::bodyScanPrefix`, but for a
-/// preview of the clean-up); what is to leave with white space collapsed, and with the rest of a keyword that
-/// the cut splits; the other readings of the same bytes (IMAP/Decoding/Readings.h). A keyword that begins
-/// after the cut does not count in the later steps. The signals of a text do not depend on whether blocking
-/// is on; a body that the header withholds is not fetched, and then the signals are the header's.
+/// It scans each part of a mail in up to three steps. The first step that finds something gives the signals.
+/// 1. The part as it stands. Of a body this is at least the first `EmailRiskDetector::bodyScanPrefix`
+///    characters. For a preview of the clean-up, this step does not scan the body.
+/// 2. The text that is to leave, unchanged and folded. If the cut splits a keyword, the rest of the keyword
+///    is scanned too.
+/// 3. The other readings of the same bytes (IMAP/Decoding/Readings.h).
 ///
-/// With `strictWithholding` a mail that no keyword tells is judged by `SecretMailRule` too, in the same
-/// places.
+/// In steps 2 and 3 a keyword that begins after the cut does not count.
 ///
-/// Threads: an immutable value, any; what fetches, as its client.
+/// The signals do not depend on whether blocking is on, with one exception: with blocking on, a body is not
+/// fetched when the header already withholds it. Then the signals are those of the header.
+///
+/// With `strictWithholding`, `SecretMailRule` judges the same texts when they have no keyword.
+///
+/// Threads: an immutable value; any. Functions that fetch follow the rule of their client.
 
 #include <cstdint>
 #include <functional>
@@ -35,57 +39,56 @@ enum class Judgement { returned, withheld, notLookedAt };
 struct ScreenedBody {
   RiskAssessment assessment;
   bool isWithheld = false;
-  std::string text;  // empty when withheld, and when the message has none
+  std::string text;  // empty when the body is withheld or has no text
 
   Judgement judgement() const { return isWithheld ? Judgement::withheld : Judgement::returned; }
 };
 
-/// In which form the beginning of a body is to leave, and how many user-perceived characters of it at most.
+/// The form in which the beginning of a body leaves, and its greatest length in user-perceived characters.
 struct Leaving {
   enum class Form {
     asItStands,
     asSnippet,
-    /// As a snippet. The clean-up does not promise that the beginning of a body is scanned beyond what
-    /// leaves.
+    /// As a snippet. Only the text that leaves is scanned, and not a longer beginning of the body.
     asPreview,
   };
   Form form;
   std::int64_t maxChars;
 };
 
-/// Looks at mail on behalf of one tool call.
+/// Screens mail for one tool call.
 class MailScreen {
  public:
-  /// Blocks or not as `blockAuthCodeBodies` says. The detector must outlive the screen.
+  /// Withholds mail only when `blockAuthCodeBodies` is on. The detector must outlive the screen.
   MailScreen(const EmailRiskDetector& detector, const AppConfig& config)
       : detector_(detector),
         isBlocking_(config.safety.blockAuthCodeBodies),
         isStrict_(config.strictWithholding) {}
 
-  /// The body's text. It is fetched only when subject and sender do not already withhold it.
+  /// The text of the body. Does not fetch it when subject and sender already withhold it.
   ScreenedBody fetchBody(IMAPClient& client, const IMAPMessage& message, Leaving leaving) const;
 
   /// Takes the body of the message at an index.
   using BodyUser = std::function<void(std::size_t index, ScreenedBody body)>;
-  /// The same for several messages. Each of them is used once, in any order, and before the next body is
-  /// read, so that only one text is in memory. The server sends the next one meanwhile: `use` must not use
-  /// the client.
+  /// The same for several messages. Calls `use` once for each of them, in any order. Reads the next body only
+  /// after `use` has returned, so only one text is in memory. The server may already send the next body
+  /// meanwhile, so `use` must not use the client.
   void fetchBodies(IMAPClient& client, std::span<const IMAPMessage> messages, Leaving leaving,
                    const BodyUser& use) const;
 
-  /// What subject and sender tell.
+  /// The signals of subject and sender.
   RiskAssessment assessHeader(const IMAPMessage& message) const;
 
-  /// What subject, sender and body tell.
+  /// The signals of subject, sender and body.
   RiskAssessment assessBody(const IMAPMessage& message, const IMAPClient::BodyText& body,
                             Leaving leaving) const;
 
   /// True when blocking is on and the assessment says to withhold.
   bool withholds(const RiskAssessment& assessment) const;
 
-  /// Makes the header fit to leave. While blocking is on and strict, a group that is shaped like a code
-  /// becomes "•" for each character in the subject and in the senders' names of a message that is withheld,
-  /// and of one whose body was not looked at: it may be the code of a mail whose body would tell.
+  /// Masks groups that are shaped like a code in the subject and in the senders' names. Each of their
+  /// characters becomes "•". Does this only with blocking and `strictWithholding` on, and only for a message
+  /// that is withheld or whose body was not looked at. That body could show that the group is a code.
   void maskCodes(IMAPMessage& message, Judgement judgement) const;
 
  private:

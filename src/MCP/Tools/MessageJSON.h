@@ -1,6 +1,6 @@
 #pragma once
 
-/// What several tools make of a message.
+/// Parts of a result that several tools make from a message.
 
 #include <optional>
 #include <string>
@@ -13,7 +13,7 @@
 
 namespace tarnwell {
 
-/// Stands in a result for a text that must not leave.
+/// Replaces a text that must not leave.
 inline constexpr std::string_view withheldText = "[withheld: sensitive]";
 
 /// An object with category, term and location for each signal.

@@ -85,7 +85,8 @@ ToolOutcome noBody(std::uint32_t uid, bool isBlocked, std::string reason, const 
 ToolOutcome bodyOutcome(std::uint32_t uid, const std::string& body, std::int64_t maxChars,
                         const RiskAssessment& assessment) {
   const auto count = static_cast<std::int64_t>(characterCount(body));
-  // A setting below 0 is no request and arrives as it stands; it must not become the greatest length.
+  // `maxChars` can be below 0: without a request it is the setting. It must not turn into the greatest
+  // length.
   const std::int64_t kept = std::max<std::int64_t>(maxChars, 0);
   const bool isTruncated = count > kept;
   return {{JSONObject{

@@ -1,4 +1,4 @@
-/// search_inbox, and what propose_inbox_cleanup has in common with it.
+/// search_inbox, and the code that it shares with propose_inbox_cleanup.
 
 #include "Core/BridgeConstants.h"
 #include "Core/SafetyPolicy.h"

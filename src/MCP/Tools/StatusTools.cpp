@@ -11,7 +11,7 @@ namespace tarnwell {
 
 namespace {
 
-/// A store that cannot be read counts as one without the password.
+/// False also when the store cannot be read.
 bool hasUsablePassword(const KeychainStore& keychain, const std::string& email) {
   try {
     const std::optional<Secret> password = keychain.read(email);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The names of the nine tools. They stand in the rows of `ToolTable.cpp`.
+/// The names of the nine tools. The rows of `ToolTable.cpp` hold them.
 
 #include <optional>
 #include <string_view>
@@ -25,7 +25,7 @@ std::vector<ToolName> allToolNames();
 
 /// The name on the wire, such as "search_inbox".
 std::string_view rawValue(ToolName name);
-/// Exact, case-sensitive; absent for any other text.
+/// Letter case counts. Absent for any other text.
 std::optional<ToolName> toolName(std::string_view rawValue);
 
 }  // namespace tarnwell

@@ -1,9 +1,9 @@
 #pragma once
 
-/// The nine tools, one row for each. To add a tool: its enumerator in `ToolName.h`, its row in
+/// The nine tools, one row for each. To add a tool, add its enumerator in `ToolName.h`, its row in
 /// `ToolTable.cpp`, and the member function of `MCPTools` that the row names.
 ///
-/// Threads: any; the table is built once, on first use.
+/// Threads: any. The first use builds the table.
 
 #include <span>
 

@@ -15,12 +15,12 @@ namespace tarnwell {
 
 namespace {
 
-/// What became of a call, in the words of the log.
+/// The outcome of a call, in the words of the log.
 constexpr std::string_view blocked = "blocked";
 constexpr std::string_view previewed = "previewed";
 constexpr std::string_view executed = "executed";
 
-/// What the log tells of a decision: it leaves out the reason's text.
+/// The decision in the words of the log, without its reason.
 std::string_view label(WriteDecision::Kind decision) {
   switch (decision) {
     case WriteDecision::Kind::blockedDisabled:
@@ -35,9 +35,8 @@ std::string_view label(WriteDecision::Kind decision) {
   return {};
 }
 
-/// What the safety settings of this moment make of one write call, and its result: the same seven keys
-/// whatever became of the call. A refusal is an ordinary result, so that an assistant reads it as information
-/// and not as a failure.
+/// Decides one write call by the current safety settings and makes its result. Every result has the same
+/// seven keys. A refusal is an ordinary result, so an assistant reads it as information and not as a failure.
 class WritePlan {
  public:
   /// Decides, and logs the decision.
@@ -54,7 +53,7 @@ class WritePlan {
     return decision_.executes() ? IMAPClient::Access::readWrite : IMAPClient::Access::readOnly;
   }
 
-  /// Absent unless the settings refuse.
+  /// Absent unless the settings refuse the call.
   std::optional<ToolOutcome> refusal(std::string_view readOnlyText) const {
     if (!decision_.isBlocked()) {
       return std::nullopt;
@@ -63,7 +62,7 @@ class WritePlan {
     return outcome(blocked, isReadOnly ? readOnlyText : decision_.text, {});
   }
 
-  /// Moves the message to the folder, or only tells that it would.
+  /// Moves the message to the folder, or only reports that it would.
   ToolOutcome moveTo(const IMAPFolder& folder, std::uint32_t uid, IMAPClient& client) const {
     JSONObject detail{{"uid", uid}, {"from", "INBOX"}, {"to", folder.path}};
     if (!decision_.executes()) {
@@ -82,7 +81,7 @@ class WritePlan {
     return outcome(executed, "Executed via the COPY + mark-deleted fallback.", std::move(detail));
   }
 
-  /// Marks the message as read, or only tells that it would.
+  /// Marks the message as read, or only reports that it would.
   ToolOutcome markRead(const IMAPMessage& message, IMAPClient& client) const {
     JSONObject detail{{"uid", message.uid}, {"subject", JSONValue::of(message.envelope.subject)}};
     if (!decision_.executes()) {
@@ -142,7 +141,7 @@ ToolOutcome MCPTools::moveMessage(const JSONValue& arguments) const {
   if (std::optional<ToolOutcome> refusal = plan.refusal("Read-only mode is on; no message was moved.")) {
     return *refusal;
   }
-  // Deliberate: after the decision, so that a blocked program reports the block.
+  // Deliberate: the decision comes first, so a refused call reports the refusal.
   if (namesTheInbox(*target)) {
     return {ToolCallResult::error("Refusing to move a message to INBOX (it is already there).")};
   }

@@ -1,5 +1,4 @@
-/// What the log says at the end of a call: counts and decisions, and nothing that a mail or a mailbox is
-/// called.
+/// The log line at the end of a call has counts and decisions. It has no words of a mail or a mailbox.
 
 #include "MCP/Tools/FakeMail.h"
 #include "MCP/Tools/ToolFixture.h"
@@ -16,7 +15,7 @@ const FakeMail secret{.uid = 9, .subject = "Your verification code"};
 const FakeMail anotherSecret{.uid = 10, .subject = "Your one-time password"};
 const FakeMail bare{.uid = 5, .structure = R"(("application" "pdf" NIL NIL NIL "base64" 9))"};
 
-/// The session of a tool that lists what a search finds. A secret mail's body is not fetched.
+/// The session of a tool that lists the mails of a search. It does not fetch the body of a secret mail.
 Dialogue list(const std::string& uids, const std::vector<FakeMail>& newestFirst) {
   SessionScript script;
   script.command("UID SEARCH ALL", "* SEARCH" + uids + "\r\n");
@@ -37,7 +36,7 @@ Dialogue list(const std::string& uids, const std::vector<FakeMail>& newestFirst)
   return script.withLogout();
 }
 
-/// The session of a tool that looks at one mail and does one thing more.
+/// The session of a tool that looks at one mail and sends at most one more command.
 Dialogue look(const FakeMail& mail, const std::string& command = "", const std::string& answer = "",
               const std::string& select = "EXAMINE INBOX") {
   SessionScript script(select);

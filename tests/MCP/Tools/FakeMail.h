@@ -8,10 +8,10 @@
 
 namespace tarnwell::test {
 
-/// One mail of a fake mailbox, as a server tells of it.
+/// One mail of a fake mailbox, with the server's answers about it.
 struct FakeMail {
   std::uint32_t uid = 9;
-  /// Absent: NIL, as in a mail without the field.
+  /// The server sends NIL for an absent subject or body.
   std::optional<std::string> subject = "Tea at four";
   std::optional<std::string> body = "Hello";
   /// Address lists and body structure in the wire form.

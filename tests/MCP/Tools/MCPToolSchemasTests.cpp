@@ -6,7 +6,7 @@
 namespace tarnwell::test {
 namespace {
 
-/// The catalogue as clients have always seen it: a change here is a change of the interface.
+/// The catalogue as clients have always seen it. A change here changes the interface.
 constexpr const char* catalogue = R"JSON([
 {"name": "get_status",
  "description": "Return the bridge's connection readiness, the active safety mode (read-only / dry-run / write-enabled), and all safety settings. Takes no arguments.",

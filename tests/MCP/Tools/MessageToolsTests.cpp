@@ -422,8 +422,8 @@ TEST_F(BodyTool, sensitiveMailIsGivenInFullWithItsSignalsWhenBlockingIsOff) {
 
 // --- What leaves was scanned -----------------------------------------------------------------------------
 
-/// A body, and whether a summary of 1000 characters and a body of 4000 characters (or as many as wanted) may
-/// leave.
+/// A body. `isSummaryWithheld` is for a summary of 1000 characters, `isBodyBlocked` for `maxChars` characters
+/// of the body.
 struct ScanRow {
   const char* name;
   std::string body;
@@ -456,7 +456,7 @@ TEST_P(ScannedMessage, asABody) {
   }
 }
 
-/// The keyword with `before` characters in front of it.
+/// The keyword after `before` characters.
 std::string keywordAfter(std::size_t before, std::string_view filler = "x") {
   return "4711 " + repeated(filler, before - 6) + " security code";
 }
@@ -514,7 +514,7 @@ TEST_F(MessageTool, keywordThatTheCutSplitsAnywhereWithholds) {
 TEST_F(MessageTool, readingInAnotherCharsetEndsWhereTheTextDoes) {
   FakeMail mail;
   mail.structure = R"(("text" "plain" ("charset" "iso-8859-1") NIL NIL "8bit" 1 1))";
-  // One of these characters has three bytes, each of which is a character of the text that leaves.
+  // Each of these characters has three bytes. Each byte is one character of the text that leaves.
   for (const std::size_t before : {300U, 332U, 333U, 334U, 400U}) {
     mail.body = repeated("文", before) + "認証コード";
     const bool leaves = 3 * before < 1000;
@@ -526,7 +526,7 @@ TEST_F(MessageTool, readingWithoutTagsEndsWhereTheTextDoes) {
   FakeMail mail;
   mail.structure = R"(("text" "html" ("charset" "utf-8") NIL NIL "8bit" 1 1))";
   for (const std::size_t before : {300U, 498U, 499U, 500U, 501U, 900U}) {
-    // Each letter is one character and each tag one blank of the text that leaves.
+    // In the text that leaves, each letter is one character and each tag is one blank.
     mail.body = repeated("x<i>", before) + "<b>s</b>ecurity code";
     const bool leaves = 2 * before < 1000;
     EXPECT_EQ(summary(mail, BodyIs::fetched)["bodyWithheld"], JSONValue(leaves)) << before;

@@ -1,5 +1,5 @@
-/// Mails whose text, as tools return it, shows nothing of a code, while a mail program does: each shape once
-/// with security mail, which is withheld, and once with harmless mail, which is returned.
+/// Mails whose keyword a mail program shows, but not the text that tools return. Each shape comes once as
+/// security mail, which is withheld, and once as harmless mail, which is returned.
 
 #include <unicode/ucnv.h>
 
@@ -76,14 +76,14 @@ struct BodyShape {
   Words words;
   const char* gap = "";
   const char* charset = "UTF-8";
-  /// The charset parameter; null for none.
+  /// The charset parameter. Null for none.
   const char* label = "utf-8";
   bool isHTML = false;
-  /// Bytes that stand around the text.
+  /// Bytes before and after the text.
   const char* before = "";
   const char* after = "";
   Transfer transfer = Transfer::asItIs;
-  /// What stands after the encoded text, not encoded itself.
+  /// Comes after the encoded text and is not encoded.
   const char* footer = "";
 };
 

@@ -21,7 +21,7 @@ std::string literal(const std::string& bytes) { return "{" + std::to_string(byte
 
 class SearchTool : public ToolTest {
  protected:
-  /// Serves a search that finds one mail, with the body asked for or not.
+  /// Serves a search that finds one mail. Expects the fetch of its body only with `bodyIsFetched`.
   FakeIMAPServer& serveHit(const Mail& mail, bool bodyIsFetched = true) {
     Dialogue dialogue =
         loginDialogue() +

@@ -14,7 +14,7 @@ using ::testing::Not;
 
 const JSONValue onlyUID = JSONObject{{"uid", 9}};
 
-/// No keyword stands in these.
+/// None of these mails has a keyword.
 const FakeMail codeInSubject{.subject = "493021 is your Acme passcode",
                              .body = "It is valid for ten minutes."};
 const FakeMail codeInBody{.subject = "Your request", .body = "Enter the passcode 493021 to sign in to Acme."};
@@ -36,7 +36,7 @@ class StrictWithholding : public ToolTest {
     return play(script.command(mail.fetchSummary(), mail.summary()), tool, mail, bodyIs, arguments);
   }
 
-  /// For the tools that search first: the only message of their result.
+  /// The only message in the result of a tool that searches first.
   JSONValue found(std::string_view tool, const char* list, const FakeMail& mail, BodyIs bodyIs) {
     SessionScript script;
     script.command("UID SEARCH ALL", "* SEARCH 9\r\n").command(mail.fetchSummary(), mail.summary());

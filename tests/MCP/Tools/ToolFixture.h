@@ -1,6 +1,6 @@
 #pragma once
 
-/// The tools over a settings file of the test's own, a fixed password and a fake server.
+/// The tools with the test's own settings file, a fixed password and a fake server.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@
 
 namespace tarnwell {
 
-/// Lets a failed comparison of results show both of them.
+/// A failed comparison of results shows both of them in this form.
 inline void PrintTo(const JSONValue& value, std::ostream* out) { *out << value.prettyString(); }
 
 }  // namespace tarnwell

@@ -1,4 +1,4 @@
-// How many of the written mails (tests/fixtures/withholding) are withheld with `strictWithholding`.
+// Counts how many of the sample mails (tests/fixtures/withholding) `strictWithholding` withholds.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -34,7 +34,7 @@ TEST(WithholdingFigures, withholdsTheSecretMails) {
 }
 
 TEST(WithholdingFigures, returnsTheHarmlessMails) {
-  constexpr std::size_t most = 2;  // both by the keywords: news about two-factor authentication
+  constexpr std::size_t most = 2;  // news about two-factor authentication, which have a keyword
   const Judged judged = judge("harmless.mails");
   EXPECT_GE(judged.withheld.size() + judged.returned.size(), 120U);
   EXPECT_LE(judged.withheld.size(), most) << "withheld: " << ::testing::PrintToString(judged.withheld);

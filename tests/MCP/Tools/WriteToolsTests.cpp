@@ -19,7 +19,7 @@ constexpr const char* folders =
     "* LIST () \"/\" INBOX\r\n* LIST () \"/\" Archive\r\n* LIST () \"/\" \"Archive/2024\"\r\n"
     "* LIST (\\Trash) \"/\" \"Deleted Messages\"\r\n";
 
-/// What the log of the tools holds, level and message.
+/// The level and message of each log entry of the tools.
 std::vector<std::string> toolLog() {
   std::vector<std::string> lines;
   for (const LogEntry& entry : LogBuffer::shared().snapshot()) {
@@ -48,7 +48,7 @@ struct ToolRow {
   bool SafetySettings::* isAllowed;
   const char* readOnlyText;
   const char* disabledText;
-  /// What a session does before the change, and the change.
+  /// The command before the change, its answer, and the change.
   std::string lookUp;
   std::string found;
   std::string change;
@@ -60,13 +60,13 @@ struct SettingsRow {
   const char* name;
   bool isReadOnly;
   bool isAllowed;
-  /// The label of the refusal in the log; null when the call decides.
+  /// The label of the refusal in the log. Null when the call decides.
   const char* refusal;
 };
 
 struct DryRunRow {
   const char* name;
-  const char* value;  // JSON; null: the key is absent
+  const char* value;  // JSON; a null pointer means that the key is absent
   bool isDryRun;
 };
 
@@ -105,8 +105,8 @@ const DryRunRow dryRunRows[] = {
 class Decision : public WriteTool,
                  public ::testing::WithParamInterface<std::tuple<ToolRow, SettingsRow, DryRunRow>> {};
 
-/// Settings, tool and wish make one decision, and what the server sees is that decision and nothing more: no
-/// connection at all for a refusal, a session that cannot write for a preview, exactly the change otherwise.
+/// Settings, tool and "dryRun" make one decision. The server sees exactly that decision: no connection for a
+/// refusal, a session that cannot write for a preview, and otherwise exactly the change.
 TEST_P(Decision, isWhatTheServerSees) {
   const auto& [tool, settings, dryRun] = GetParam();
   config.safety.readOnly = settings.isReadOnly;
@@ -252,9 +252,9 @@ TEST_F(WriteTool, blockIsReportedBeforeTheInboxAsATarget) {
   EXPECT_EQ(server.acceptCount(), 0);
 }
 
-/// A folder whose display name leads to the inbox.
+/// A display name can resolve to the inbox.
 TEST_F(WriteTool, nameThatResolvesToTheInboxIsRefusedInTheSession) {
-  // The display name is what stands after the last delimiter of the path, which is "n" here.
+  // The delimiter of the path is "n". The display name is the text after the last delimiter.
   const std::string list = "* LIST () \"n\" Inbox\r\n* LIST () \"/\" Archive\r\n";
   for (const bool isDryRun : {false, true}) {
     FakeIMAPServer& server = serve(
@@ -272,7 +272,7 @@ struct FolderRow {
   const char* name;
   const char* target;
   std::string list;
-  /// The path in the result, and as it stands in the command.
+  /// The path in the result, and its form in the command.
   const char* path;
   const char* quotedPath;
 };
@@ -390,7 +390,7 @@ TEST_F(WriteTool, folderWithALineBreakInItsNameIsNeverNamedInACommand) {
 
 // --- The server's answer to a change ---------------------------------------------------------------------
 
-/// Both tools that move do it alike.
+/// Both tools that move a message act alike.
 struct MovingTool {
   const char* name;
   const char* path;
@@ -560,7 +560,7 @@ TEST_F(WriteTool, markingTellsTheSubjectAndNothingElseOfAMail) {
   }
 }
 
-// --- Settings of this moment -----------------------------------------------------------------------------
+// --- Current settings ------------------------------------------------------------------------------------
 
 TEST_F(WriteTool, settingsAreReadAfreshByEachCallOfTheSameTools) {
   FakeIMAPServer& server = serve(SessionScript("SELECT INBOX")
