@@ -33,7 +33,7 @@ void read(const json& value, const char* key, bool& field) {
 }
 
 void read(const json& value, const char* key, std::int64_t& field) {
-  // Only the positive numbers are kept unsigned, and of these only the larger ones do not fit.
+  // The parser stores integers from 0 on as unsigned. Of these, the largest do not fit.
   constexpr auto largest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
   if (!value.is_number_integer() || (value.is_number_unsigned() && value.get<std::uint64_t>() > largest)) {
     fail(key, "an integer of 64 bits");
@@ -142,7 +142,7 @@ std::optional<AppLanguage> appLanguage(std::string_view rawValue) {
 AppLanguage systemDefaultLanguage() {
   std::vector<std::string> wanted = preferredLanguages();
   std::string_view first = wanted.empty() ? std::string_view("en") : wanted.front();
-  // Language tags are ASCII and know no letter case (RFC 5646, section 2.1.1).
+  // Language tags are ASCII, and letter case does not count in them (RFC 5646, section 2.1.1).
   return startsWithIgnoringASCIICase(first, "ja") ? AppLanguage::japanese : AppLanguage::english;
 }
 

@@ -1,9 +1,10 @@
 #pragma once
 
-/// The settings that the companion app writes and this program reads; `test-connection` writes its outcome.
+/// The settings. The companion app writes them and this program reads them. `test-connection` writes its
+/// outcome.
 ///
-/// Both records have a JSON form: an object whose keys are the field names. A missing key, or null,
-/// leaves the default; a key of the wrong type fails the whole record; unknown keys are ignored.
+/// Both records have a JSON form: an object whose keys are the field names. A missing key, or null, leaves
+/// the default. A value that does not fit its key fails the whole record. Unknown keys are ignored.
 ///
 ///     {"email": "user@example.org", "safety": {"readOnly": false}}
 ///
@@ -23,11 +24,11 @@ namespace tarnwell {
 
 /// What the user allows. The defaults are the cautious choice for each switch.
 struct SafetySettings {
-  /// Master switch: while true, no write of any kind reaches the server, not even as a preview.
+  /// Master switch: while true, every write is refused, also as a preview.
   bool readOnly = true;
-  /// Upper bound on the messages fetched by one operation. A count; values below 1 act as 1.
+  /// Cap on the messages that one operation fetches. Values below 1 act as 1.
   std::int64_t maxFetch = 50;
-  /// The trash operation is permitted. It moves to the trash folder and deletes nothing.
+  /// Moving one message from INBOX to the trash folder is permitted. This deletes nothing.
   bool allowTrash = false;
   /// Moving one message from INBOX to another folder is permitted.
   bool allowMove = true;
@@ -35,18 +36,18 @@ struct SafetySettings {
   bool allowMarkRead = true;
   /// Cap on the user-perceived characters of a returned body; `bodyHardMaxChars` caps it further.
   std::int64_t maxBodyChars = BridgeConstants::bodyDefaultMaxChars;
-  /// Cap on the messages handled by one tool call.
+  /// Cap on the messages that one tool call handles. Values below 1 act as 1.
   std::int64_t maxMessagesPerCall = BridgeConstants::searchLimitDefault;
   /// Withhold the text of one-time-code, verification and security mail.
   bool blockAuthCodeBodies = true;
-  /// When the server rejects MOVE, COPY followed by the \Deleted flag may stand in for it.
+  /// When the server rejects MOVE, COPY and then the \Deleted flag may replace it.
   bool allowCopyMoveFallback = false;
 
   bool operator==(const SafetySettings&) const = default;
 };
 
-/// Calls `use(key, setting)` for each of the nine. The keys of the settings file, of `get_status` and of
-/// docs/settings.md are these.
+/// Calls `use(key, setting)` for each of the nine settings. The settings file, `get_status` and
+/// docs/settings.md use these keys.
 template <class Settings, class Use>
 void forEachSafetySetting(Settings& settings, const Use& use) {
   use("readOnly", settings.readOnly);
@@ -63,8 +64,7 @@ void forEachSafetySetting(Settings& settings, const Use& use) {
 /// The language of the companion app's user interface.
 enum class AppLanguage { english, japanese };
 
-/// For a list of the languages: `for (AppLanguage language : AppLanguages::allCases)`, in the order in which
-/// they are declared.
+/// All languages in the order of their declaration: `for (AppLanguage language : AppLanguages::allCases)`.
 namespace AppLanguages {
 inline constexpr std::array allCases{AppLanguage::english, AppLanguage::japanese};
 }
@@ -73,35 +73,35 @@ inline constexpr std::array allCases{AppLanguage::english, AppLanguage::japanese
 std::string_view rawValue(AppLanguage language);
 /// Absent for any other text.
 std::optional<AppLanguage> appLanguage(std::string_view rawValue);
-/// The language's name in itself.
+/// The name of the language in this language.
 std::string_view displayName(AppLanguage language);
-/// Japanese when the user's most wanted language is, else English.
+/// Japanese when the user prefers it to all other languages, otherwise English.
 AppLanguage systemDefaultLanguage();
 
 struct AppConfig {
-  /// The account's address, which is the login name and the account of the password item.
+  /// The address of the mailbox. It is also the login name and the account of the password item.
   std::string email;
   std::string imapHost{BridgeConstants::defaultIMAPHost};
-  /// Any number that the file holds; the range is checked when a connection is made.
+  /// May be any number. Connecting checks the range.
   std::int64_t imapPort = BridgeConstants::defaultIMAPPort;
   SafetySettings safety;
-  /// Together with `blockAuthCodeBodies`: also withhold mail that only looks like it carries a code or an
-  /// account link (Core/SecurityMail/SecretMailRule.h). Deliberate: not among the safety settings, whose list
-  /// is fixed.
+  /// With `blockAuthCodeBodies`: also withhold mail without a keyword that looks like it carries a code or an
+  /// account link (Core/SecurityMail/SecretMailRule.h). Deliberate: it is not one of the safety settings,
+  /// because their list is fixed.
   bool strictWithholding = false;
   std::int64_t httpPort = BridgeConstants::defaultHTTPPort;
   std::optional<Instant> lastConnectionTestDate;
   std::optional<bool> lastConnectionTestSuccess;
   std::optional<AppLanguage> language;
 
-  /// True when there is an address; nothing else is consulted.
+  /// True when there is an address. Nothing else counts.
   bool isConfigured() const { return !email.empty(); }
 
   bool operator==(const AppConfig&) const = default;
 };
 
-/// The JSON forms. For a value of the wrong type `from_json` throws `std::invalid_argument`, whose text names
-/// the key; the record is then as it was.
+/// The JSON forms. `from_json` throws `std::invalid_argument` for a value that does not fit its key. The text
+/// of the error names the key. The record then stays unchanged.
 void to_json(nlohmann::json& json, const SafetySettings& settings);
 void from_json(const nlohmann::json& json, SafetySettings& settings);
 void to_json(nlohmann::json& json, const AppConfig& config);

@@ -12,7 +12,7 @@ using std::chrono::hours;
 using std::chrono::minutes;
 using std::chrono::seconds;
 
-/// Reads a text of fixed width from left to right; the first surprise makes the whole reading fail.
+/// Reads fields of fixed width from left to right. If one of them does not fit, the whole text fails.
 class FixedFields {
  public:
   explicit FixedFields(std::string_view text) : rest_(text) {}
@@ -72,7 +72,7 @@ ClockTime readTime(FixedFields& fields) {
   return {hour, minute, fields.number(2)};
 }
 
-/// What the zone's clocks are ahead of UTC; "Z" is UTC itself.
+/// How far the clocks of a zone are ahead of UTC. "Z" is UTC itself.
 struct ZoneOffset {
   int sign, hour, minute;
 };
@@ -90,7 +90,7 @@ ZoneOffset readZone(FixedFields& fields) {
   return {sign, hour, fields.number(2)};
 }
 
-// RFC 3339, section 1, has room for the years 0000 to 9999 only.
+// RFC 3339, section 1, allows only the years 0000 to 9999.
 constexpr Instant firstInstant = std::chrono::sys_days(std::chrono::year(0) / 1 / 1);
 constexpr Instant lastInstant = std::chrono::sys_days(std::chrono::year(10000) / 1 / 1) - seconds(1);
 
@@ -99,13 +99,14 @@ constexpr Instant lastInstant = std::chrono::sys_days(std::chrono::year(10000) /
 Instant currentInstant() { return std::chrono::floor<seconds>(std::chrono::system_clock::now()); }
 
 std::string formatISO8601(Instant instant) {
-  // An instant that has no form is moved to the nearest that has one.
+  // For an instant outside of these years, the nearest one inside is shown.
   Instant shown = std::clamp(instant, firstInstant, lastInstant);
 
   auto day = std::chrono::floor<std::chrono::days>(shown);
   std::chrono::year_month_day date(day);
   std::chrono::hh_mm_ss time(shown - day);
-  // The room beyond is never used: the compiler warns of what fields of these types could print.
+  // The 64 extra bytes are never used. They only satisfy the compiler, which does not know the range of each
+  // field.
   char text[sizeof "0000-00-00T00:00:00Z" + 64];
   int length = std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ", int(date.year()),
                              unsigned(date.month()), unsigned(date.day()), int(time.hours().count()),
@@ -120,7 +121,7 @@ std::optional<Instant> parseISO8601(std::string_view text) {
   auto [hour, minute, second] = readTime(fields);
   auto zone = readZone(fields);
 
-  // A leap second (":60") has no place in a count of seconds since 1970 and is refused.
+  // A leap second (":60") is refused: a count of seconds since 1970 cannot represent it.
   bool isTimeOfDay = hour < 24 && minute < 60 && second < 60 && zone.hour < 24 && zone.minute < 60;
   if (!fields.isWhole() || !day.ok() || !isTimeOfDay) {
     return std::nullopt;
@@ -128,7 +129,7 @@ std::optional<Instant> parseISO8601(std::string_view text) {
   auto offset = zone.sign * (hours(zone.hour) + minutes(zone.minute));
   const Instant instant =
       std::chrono::sys_days(day) + hours(hour) + minutes(minute) + seconds(second) - offset;
-  // The zone can lead out of the years that can be written, in UTC and in an IMAP date as well.
+  // The zone can move the instant out of the years that a UTC text and an IMAP date can show.
   if (instant < firstInstant || instant > lastInstant) {
     return std::nullopt;
   }

@@ -10,7 +10,7 @@ namespace {
 using nlohmann::json;
 using namespace std::chrono_literals;
 
-/// The decoded record; absent with the error's text when the decoding failed.
+/// The decoded record. When the decoding fails it is absent, and `error` has the text of the error.
 std::optional<AppConfig> decoded(const std::string& text, std::string* error = nullptr) {
   try {
     return json::parse(text).get<AppConfig>();

@@ -89,7 +89,7 @@ TEST(AppLoggerTest, standardStreamsStayClean) {
 }
 
 #ifndef __APPLE__
-/// Listens in place of the system's log for one scope.
+/// Replaces the system's log for one scope and receives its entries.
 class ListenedSystemLog {
  public:
   ~ListenedSystemLog() { AppLogger::replaceSystemLog(former_); }
@@ -204,8 +204,7 @@ TEST(AppLoggerRedactAddresses, masksWhateverLooksLikeAnAddress) {
   }
 }
 
-/// A quadratic reader needs hours.
-/// What grew with the square of the size would outlast the limit of ctest.
+/// A function that takes quadratic time would exceed the time limit of ctest.
 TEST(AppLoggerRedactAddresses, repeatedBeginningsEnd) {
   constexpr std::size_t size = 2'000'000;
   for (const std::string_view piece : {"a", "@", "a@", "\"", "\"@", "\"a@", "山", "a@b ", "e\u0301"}) {

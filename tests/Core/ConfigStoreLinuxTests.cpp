@@ -13,7 +13,7 @@
 namespace tarnwell::test {
 namespace {
 
-/// In a user namespace that knows no other user.
+/// Enters a user namespace in which this user has the number 1. It knows no other user.
 void becomeUserOne() {
   const uid_t user = ::getuid();
   if (::unshare(CLONE_NEWUSER) < 0) {
@@ -22,8 +22,8 @@ void becomeUserOne() {
   std::ofstream("/proc/self/uid_map") << "1 " << user << " 1";
 }
 
-/// Root gives the file away. Anybody else looks at a file of root's from a user namespace in which root is
-/// nobody, as is every other user.
+/// As root, the test gives the file to another user. Otherwise it reads a file of root from a user namespace.
+/// There root and every other user appear as nobody.
 TEST(ConfigFileOfAnotherUser, givesTheDefaultsWithAnErrorLine) {
   const TemporaryDirectory directory;
   const ConfigStore store(directory.path());

@@ -42,7 +42,7 @@ class ConfigStoreTest : public testing::Test {
 
 constexpr const char* errorLine = "error app: Config file unreadable; using defaults";
 
-// Before the first set-up there is no file, and that is no error.
+// Before the first set-up there is no file. That is not an error.
 TEST_F(ConfigStoreTest, missingFileGivesTheDefaultsWithoutALogLine) {
   EXPECT_EQ(store.load(), AppConfig());
   EXPECT_THAT(logged(), testing::IsEmpty());
@@ -137,7 +137,7 @@ TEST_F(ConfigStoreTest, fileThatEverybodyMayWriteGivesTheDefaultsWithAnErrorLine
   }
 }
 
-/// Root may write what it likes anyway.
+/// Root can write to the user's files anyway, so root does not count as another user.
 TEST_F(ConfigStoreTest, fileOfRootIsNoOtherUsers) {
   fs::create_directories(store.configURL().parent_path());
   fs::create_symlink("/etc/passwd", store.configURL());

@@ -17,7 +17,7 @@ constexpr std::int32_t notFound = SecretStatus::itemNotFound;
 constexpr std::int32_t closed = SecretStatus::missingEntitlement;
 constexpr std::int32_t badParameter = SecretStatus::badParameter;
 
-/// Every status that the store tells apart, and some that it does not.
+/// Every status that the store treats in its own way, and some others.
 const std::vector<std::int32_t> statuses{success,
                                          notFound,
                                          closed,
@@ -53,8 +53,7 @@ struct Fixture {
 
 bool leadsOn(std::int32_t status) { return status == closed || status == badParameter; }
 
-/// The rule in the words of a table: what a reading makes of the answers of the two places. An item in the
-/// twin answers an absent status with its data.
+/// The outcome of reading when the two places answer with these statuses and no data.
 std::string expectedRead(std::int32_t first, std::int32_t second) {
   if (first == success) {
     return "absent";  // success without data
@@ -121,7 +120,7 @@ TEST(KeychainStoreRead, plainItemIsReadWhenTheSharedPlaceIsClosed) {
   }
 }
 
-// The last place decides, even when the one before it was closed.
+// The last place decides, even when the place before it was closed.
 TEST(KeychainStoreRead, closedSharedPlaceAndNoPlainItemMeanThatThereIsNoPassword) {
   Fixture fixture;
   fixture.items.answers = {closed};

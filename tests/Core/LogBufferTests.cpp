@@ -76,7 +76,7 @@ TEST(LogBufferTest, callbackMayLogClearAndReplaceItself) {
   EXPECT_THAT(messages(buffer), testing::ElementsAre("from the callback"));
 }
 
-// What a callback has captured may log when it dies.
+// An object that a callback has captured may log when it is destroyed.
 TEST(LogBufferTest, replacedCallbackDiesOutsideOfTheLock) {
   LogBuffer buffer;
   struct LogsAtItsEnd {

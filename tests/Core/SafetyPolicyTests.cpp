@@ -88,12 +88,12 @@ SafetySettings writable() {
   return settings;
 }
 
-// Read-only means the same for every request.
+// A request for a preview does not change what read-only means.
 TEST(SafetyPolicyDecide, readOnlyRefusesEvenAPreview) {
   EXPECT_EQ(SafetyPolicy(SafetySettings()).decide(WriteOperation::move, true), readOnly);
 }
 
-// A preview would promise what cannot follow.
+// A preview would promise a change that is not permitted.
 TEST(SafetyPolicyDecide, previewOfADisabledOperationIsRefusedAsDisabled) {
   EXPECT_EQ(SafetyPolicy(writable()).decide(WriteOperation::trash, true),
             disabled("Trash is disabled in Safety settings."));
@@ -165,7 +165,7 @@ TEST(SafetyPolicyClampBodyChars, table) {
   }
 }
 
-// A user who sets it so wants no text unless it is asked for.
+// A setting of 0 or less means no text unless the client asks for it.
 TEST(SafetyPolicyClampBodyChars, withoutARequestTheSettingStandsAsItIs) {
   for (std::int64_t setting : {std::int64_t{0}, std::int64_t{-7}, smallest}) {
     SafetySettings settings;
@@ -210,7 +210,7 @@ TEST(SafetyPolicyClampLimit, table) {
   }
 }
 
-// A cap below the default wins over it, and a wide cap does not raise it.
+// A cap below the default lowers it. A cap above the default does not raise it.
 TEST(SafetyPolicyClampLimit, defaultIsAppliedBeforeTheCaps) {
   SafetySettings settings;
   settings.maxFetch = 200;

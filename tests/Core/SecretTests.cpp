@@ -14,7 +14,7 @@ struct WatchedByte {
 
 }  // namespace tarnwell
 
-/// Keeps what stood in the memory of watched bytes when it was given back.
+/// Records the content of the memory of watched bytes when it is given back.
 template <>
 struct std::allocator<tarnwell::WatchedByte> {
   using value_type = tarnwell::WatchedByte;
@@ -46,7 +46,7 @@ TEST(SecretTest, clearingWipesTheBytesWhereTheyLie) {
   Secret secret("app-pass");
   const std::string_view before = secret.view();
   secret.clear();
-  // The memory is kept for the next text; were it given back, there would be nothing to look at.
+  // The memory is kept for the next text, so the test may look at it.
   secret.append('x');
   ASSERT_EQ(secret.view().data(), before.data());
   EXPECT_EQ(before, std::string("x") + std::string(7, '\0'));

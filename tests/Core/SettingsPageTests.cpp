@@ -1,4 +1,4 @@
-/// docs/settings.md tells of every key of the settings file, with its type and its default.
+/// docs/settings.md lists every key of the settings file with its type and its default.
 
 #include <fstream>
 #include <map>
@@ -22,7 +22,8 @@ void PrintTo(const PageRow& row, std::ostream* out) { *out << row.type << ", def
 
 using Page = std::map<std::string, PageRow>;
 
-/// The rows "| `key` | type | `default` | meaning |" of the n-th table that has such columns.
+/// The rows "| `key` | type | `default` | meaning |" of a table that has such columns. `number` counts these
+/// tables from 1.
 Page tableOfThePage(int number) {
   std::ifstream file(TARNWELL_SETTINGS_PAGE);
   Page rows;

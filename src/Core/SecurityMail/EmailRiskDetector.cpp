@@ -9,7 +9,7 @@ namespace tarnwell {
 
 namespace {
 
-/// The order is that of the signals. Japanese mail writes the two of "two-step" in either width.
+/// The signals of a text have this order. Japanese mail writes the 2 of "two-step" in half or full width.
 constexpr Keyword keywordTable[] = {
     {"verification code", "verification_code", false},
     {"confirmation code", "verification_code", false},
@@ -46,8 +46,8 @@ bool isFound(const Keyword& keyword, std::string_view lowerTerm, std::string_vie
   return keyword.wordBoundary ? hasWord(lowerText, lowerTerm, end) : lowerText.find(lowerTerm) < end;
 }
 
-/// Appends the signals of one text whose terms begin in its first `end` bytes. No term stands in the table
-/// twice, so that no signal does either.
+/// Appends the signals of the terms that begin in the first `end` bytes of a text. The table has each term
+/// once, so each signal of a text occurs once.
 void scan(std::string_view text, std::size_t end, std::string_view location,
           std::vector<RiskSignal>& signals) {
   if (text.empty()) {
@@ -113,8 +113,8 @@ RiskAssessment EmailRiskDetector::assess(const Input& input) const {
     scan(*input.from, "from", assessment.signals);
   }
   if (input.bodyPrefix) {
-    // Deliberate: a caller's limit widens the scan and never narrows it, since a preview of 200
-    // characters of a security mail is as telling as the whole.
+    // Deliberate: a caller's limit can widen the scan but never narrow it. A preview of 200 characters of a
+    // security mail can reveal as much as the whole.
     const std::size_t limit = std::max(bodyScanPrefix_, input.scanLimit.value_or(0));
     scan(characterPrefix(*input.bodyPrefix, limit), "body", assessment.signals);
   }

@@ -11,7 +11,7 @@
 ///     assessment.shouldBlockBody();  // true
 ///     assessment.signals;            // {{"otp", "otp", "subject"}}
 ///
-/// Threads: an immutable value; any thread.
+/// Threads: an immutable value; any.
 
 #include <cstddef>
 #include <optional>

@@ -84,7 +84,7 @@ INSTANTIATE_TEST_SUITE_P(
                     inSubject("otpBehindHotpot", "hotpot OTP", {{"otp", "otp", "subject"}}),
                     inSubject("twoFA", "Enable 2FA now", {{"two_factor", "2fa", "subject"}}),
                     inSubject("twoFast", "2FAST 2FURIOUS", {}), inSubject("twelveFA", "12FA", {}),
-                    // Letters of all scripts are parts of words: no boundary lies between P and a kana.
+                    // Letters of all scripts are parts of words. There is no boundary between P and a kana.
                     inSubject("otpBeforeHiragana", "OTPは4711です", {}),
                     inSubject("otpBehindKanji", "本日のOTP", {}),
                     inSubject("otpInJapaneseBrackets", "【OTP】4711", {{"otp", "otp", "subject"}}),

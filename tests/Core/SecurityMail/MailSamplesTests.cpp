@@ -83,7 +83,7 @@ class MailSampleFile : public testing::TestWithParam<std::string> {
   std::vector<MailSample> samples_ = readMailSamples(mailSamplesDirectory() / (GetParam() + ".mails"));
 };
 
-/// The language of "secret-en-017".
+/// For example "en" for "secret-en-017".
 std::string language(const MailSample& sample) { return sample.id.substr(sample.id.find('-') + 1, 2); }
 
 TEST_P(MailSampleFile, hasUniqueNumberedIds) {
@@ -100,7 +100,7 @@ TEST_P(MailSampleFile, marksHTML) {
   }
 }
 
-/// English plain, English HTML, Japanese plain, Japanese HTML.
+/// For English plain, English HTML, Japanese plain, Japanese HTML.
 using Counts = std::array<int, 4>;
 
 std::string tableRow(const std::string& kind, const Counts& counts) {
@@ -125,7 +125,7 @@ TEST_P(MailSampleFile, isCountedInTheReadme) {
   }
 }
 
-/// The hosts after "://" and "@". A blank or a single word after "@" is none.
+/// The hosts after "://" and "@". A blank or a single word there is not a host.
 std::vector<std::string> hosts(std::string_view text) {
   std::vector<std::string> found;
   for (const std::string_view mark : {"://", "@"}) {
@@ -144,7 +144,7 @@ std::vector<std::string> hosts(std::string_view text) {
   return found;
 }
 
-/// Below one of the domains that are reserved for examples (RFC 2606 section 3, and by the registry of .jp).
+/// True for a host in a domain that is reserved for examples (RFC 2606, section 3, and the registry of .jp).
 bool isExample(const std::string& host) {
   return std::ranges::any_of(std::array{"com", "net", "org", "jp", "co.jp"}, [&](const std::string& top) {
     return ("." + host).ends_with(".example." + top);

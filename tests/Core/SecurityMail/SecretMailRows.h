@@ -1,6 +1,6 @@
 #pragma once
 
-/// The rows of the tables of mails and their signals.
+/// The rows of tables with mails and their signals.
 
 #include <gtest/gtest.h>
 

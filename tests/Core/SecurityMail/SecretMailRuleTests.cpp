@@ -84,7 +84,7 @@ TEST(SecretMailWords, areInTheFormThatTheScannerReads) {
   }
 }
 
-/// Each text is made of equal fragments, so that every place is once at the border of a piece.
+/// Each text repeats one fragment, so the borders of pieces fall on many places of the fragment.
 TEST(SecretMailRule, masksALongTextAsItsFragments) {
   struct Fragment {
     std::string_view text;
@@ -114,7 +114,7 @@ TEST(SecretMailRule, looksAtTheBeginningOnly) {
                   .empty());
 }
 
-/// What grew with the square of the size would outlast the limit of ctest.
+/// A function that takes quadratic time would exceed the time limit of ctest.
 TEST(SecretMailRule, pathologicalMailEnds) {
   constexpr std::size_t size = 200'000;
   for (const std::string_view fragment :
