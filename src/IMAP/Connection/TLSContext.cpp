@@ -22,7 +22,7 @@ std::string environmentValue(const char* name, const std::string& otherwise) {
 }
 
 bool holdsHashedCertificates(const std::string& directory) {
-  std::error_code failed;  // then there are no entries
+  std::error_code failed;  // after a failure there are no entries
   return std::ranges::any_of(fs::directory_iterator(directory, failed), [](const fs::directory_entry& entry) {
     return entry.path().extension() == ".0";
   });
@@ -35,12 +35,12 @@ ssl::context newTLSContext() {
   context.set_verify_mode(ssl::verify_peer);
   SSL_CTX_set_min_proto_version(context.native_handle(), TLS1_2_VERSION);
 
-  // OpenSSL looks into a directory of hashed names when it needs a certificate. The system's file of all of
-  // them takes 23 ms to read, so it is read only where there is no such directory.
+  // OpenSSL looks into a directory of hashed names only when it needs a certificate. Reading the system's
+  // file of all certificates takes 23 ms. So that file is read only when there is no such directory.
   const std::string namedFile = environmentValue(X509_get_default_cert_file_env(), "");
   std::error_code missing;
   if (!namedFile.empty() &&
-      !fs::is_regular_file(namedFile, missing)) {  // OpenSSL would wait for a pipe's writer
+      !fs::is_regular_file(namedFile, missing)) {  // OpenSSL would wait for the writer of a pipe
     throw TrustError("SSL_CERT_FILE names no regular file (" + namedFile + ")");
   }
   const std::string file = namedFile.empty() ? X509_get_default_cert_file() : namedFile;

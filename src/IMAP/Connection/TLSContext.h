@@ -1,7 +1,7 @@
 #pragma once
 
-/// What every TLS connection begins with: the lowest version, the verification of the peer, and the
-/// certificates that are trusted.
+/// The settings of every TLS connection: the lowest version, the verification of the peer, and the trusted
+/// certificates.
 ///
 /// Threads: any.
 
@@ -10,15 +10,16 @@
 
 namespace tarnwell {
 
-/// SSL_CERT_FILE cannot be what is to be trusted. `what()` is a text for the user.
+/// SSL_CERT_FILE does not name a regular file. `what()` is a text for the user.
 struct TrustError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// A client's context: at least TLS 1.2, and a certificate chain that ends in what OpenSSL trusts by default,
-/// or in SSL_CERT_FILE and SSL_CERT_DIR. A file that cannot be read only means fewer trusted certificates.
-/// Throws `TrustError` when SSL_CERT_FILE names something else than a regular file, or nothing that is there;
-/// an empty SSL_CERT_FILE is none. Making one takes about a millisecond.
+/// Makes a client's context in about a millisecond. The context requires TLS 1.2 or later. The certificate
+/// chain must end in a certificate that OpenSSL trusts by default, or that SSL_CERT_FILE or SSL_CERT_DIR
+/// provides. A file that cannot be read only means fewer trusted certificates. Throws `TrustError` when
+/// SSL_CERT_FILE names a missing file or something other than a regular file. An empty SSL_CERT_FILE counts
+/// as unset.
 boost::asio::ssl::context newTLSContext();
 
 }  // namespace tarnwell

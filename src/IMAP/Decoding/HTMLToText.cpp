@@ -134,7 +134,8 @@ void breakLines(std::string& text) {
   replacement.finish();
 }
 
-/// A noncharacter (Unicode 15, section 23.7), which mail does not need. No longer than the shortest tag.
+/// A noncharacter (Unicode 15, section 23.7), which mail does not need. It is not longer than the shortest
+/// tag.
 constexpr std::string_view inlineMark = "\uFDD0";
 
 /// True for elements that begin or end a line, a cell or a control. All others flow with the text around

@@ -13,10 +13,10 @@ namespace tarnwell::TextDecoding {
 
 namespace {
 
-/// For each byte what it stands for, or -1.
+/// The value of each byte, or -1.
 using ByteValues = std::array<signed char, 256>;
 
-/// Each byte of a text stands for its place there.
+/// The value of each byte of a text is its position there.
 constexpr ByteValues placesIn(std::initializer_list<std::string_view> texts) {
   ByteValues values{};
   values.fill(-1);
@@ -88,7 +88,7 @@ bool decodeBase64InPlace(std::string& text) {
   const auto valueAt = [](const char* letter) { return valueOf(*letter, base64Letters); };
   const char* const end = text.data() + text.size();
   for (const char* next = text.data(); next < end;) {
-    // Four letters at a time take half as long as one by one.
+    // Four letters at a time take half as long as single letters.
     if (count == 0 && end - next >= 4) {
       const int group =
           valueAt(next) << 18 | valueAt(next + 1) << 12 | valueAt(next + 2) << 6 | valueAt(next + 3);
@@ -110,9 +110,9 @@ bool decodeBase64InPlace(std::string& text) {
         *written++ = static_cast<char>(bits >> count & 0xFF);
       }
     } else if (character == '=') {
-      count = 0;  // what is left of a byte is dropped
+      count = 0;  // drops the bits of an incomplete byte
       if (written != text.data() && !goesOnAfterPadding) {
-        // Asked once only: what follows the next padding is the end of what was looked at.
+        // Once is enough: the text after the next padding was already read here.
         goesOnAfterPadding = isBase64Again({next, end});
         if (!goesOnAfterPadding) {
           break;
