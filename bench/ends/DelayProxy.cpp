@@ -6,7 +6,7 @@
 /// Prints its port on the first line. For each connection that ended it prints one line of JSON with its
 /// round trips: how often the server answered the client's bytes, and one for the TCP handshake. On loopback
 /// the kernel completes that handshake at once. So the client's first bytes wait for one more round trip.
-/// Ends with its standard input.
+/// Ends when its standard input ends.
 
 #include <arpa/inet.h>
 #include <fcntl.h>
@@ -32,7 +32,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// One direction of a connection. An empty piece is the end of the stream.
+/// One direction of a connection. An empty piece marks the end of the stream.
 struct Direction {
   struct Piece {
     Clock::time_point due;

@@ -1,5 +1,5 @@
 /// Starts a server again and again as an MCP client does. Prints one line of JSON with the nanoseconds from
-/// each start of the process to its answer of initialize.
+/// each start of the process to its answer to initialize.
 ///
 ///   ServeTimer COUNT COMMAND...
 
@@ -39,7 +39,7 @@ std::int64_t since(Clock::time_point begin) {
   return std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now() - begin).count();
 }
 
-/// The process of a server. Ends with its input.
+/// The process of a server. It ends when its input ends.
 class Server {
  public:
   explicit Server(char* const* command) {

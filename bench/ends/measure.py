@@ -1,11 +1,11 @@
-"""Measures the program from outside, side by side with what one would otherwise reach for and with floors that
-nothing can go below, and prints the tables. Started by scripts/bench, which has started the services.
+"""Measures the program from outside and prints the tables. Compares it with its alternatives and with floors that no
+program can go below. scripts/bench starts the services and then this script.
 
     python3 measure.py SETTINGS_DIRECTORY BUILD DIRECTORY DOVECOT_PORT RECORDER_PORT [DOCUMENTS]
 
-BUILD is the build folder; DIRECTORY holds ca.pem, certificates/, wire, and in micro/ the tables of the parts. The
-contenders take turns within each measurement, so that a disturbance meets all of them. The tables become
-DOCUMENTS/measurements.md, and what a user notices the picture DOCUMENTS/performance.svg.
+BUILD is the build folder. DIRECTORY has ca.pem, certificates/, wire, and in micro/ the tables of the parts. The
+contenders take turns within each measurement, so a disturbance affects all of them. The tables become
+DOCUMENTS/measurements.md. The values that a user notices become the picture DOCUMENTS/performance.svg.
 """
 import json
 import os
@@ -36,7 +36,7 @@ def median(samples):
 
 
 def in_any_order(rounds):
-    """The contenders of one round: none always comes after the same other."""
+    """The contenders of one round in random order, so none always comes after the same other."""
     return random.sample(list(rounds.items()), len(rounds))
 
 
@@ -56,13 +56,13 @@ class Bench:
         self.sections.append(section)
 
     def show(self, title, unit, values):
-        """A panel of the picture: the values of what a user may choose between."""
+        """Adds a panel to the picture, with the values of the programs that a user may choose between."""
         self.panels.append((title, unit, [(name, values[name]) for name in ("tarnwell", SDK, LOOP) if name in values]))
 
     # The contenders of the mailbox measurements.
 
     def use_port(self, port):
-        """The program reads its settings anew for every call."""
+        """Writes the settings. The program reads them again for every call."""
         with open(f"{self.settings}/config.json", "w") as file:
             json.dump({"email": USER, "imapHost": "localhost", "imapPort": port}, file)
 
@@ -81,7 +81,7 @@ class Bench:
                           PASSWORD, str(HITS)])
 
     def record(self, name, tool, **arguments):
-        """The file with the commands that the program sends for one call."""
+        """Writes the commands that the program sends for one call to a file. Returns its path."""
         self.use_port(self.recorder_port)
         with self.tarnwell() as server:
             server.call(tool, **arguments)
@@ -206,7 +206,7 @@ class Bench:
 
 
 def tables_of_parts(directory):
-    """What the programs that measure the parts have printed."""
+    """The tables of the programs that measure the parts."""
     tables = []
     for name in sorted(os.listdir(directory)):
         with open(f"{directory}/{name}") as file:

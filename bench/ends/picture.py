@@ -1,4 +1,4 @@
-"""Bars as a picture (SVG) that can be read on a light and on a dark page."""
+"""Draws bars as a picture (SVG) for light and dark pages."""
 from xml.sax.saxutils import escape
 
 from report import figure
@@ -7,7 +7,7 @@ COLUMNS, COLUMN_WIDTH, PADDING = 2, 430, 16
 NAME_WIDTH, BAR_WIDTH = 184, 150
 TITLE_HEIGHT, BAR_HEIGHT, BAR_STEP, PANEL_GAP = 26, 14, 22, 18
 
-# The colours in the middle are for viewers that know of no scheme.
+# The colours outside of @media are for viewers without a light and a dark scheme.
 STYLE = """  text { font: 13px system-ui, sans-serif; fill: #6e7781 }
   .title { font-weight: 600 }
   .other { fill: #848d97 }
@@ -17,7 +17,7 @@ STYLE = """  text { font: 13px system-ui, sans-serif; fill: #6e7781 }
 
 
 def bars(rows, left, top, unit):
-    """One bar for each (name, value); the first is the program's own. The longest fills the width."""
+    """One bar for each (name, value). The first is the program's own. The longest bar fills the width."""
     longest = max(value for _, value in rows)
     for number, (name, value) in enumerate(rows):
         y, width = top + number * BAR_STEP, max(1, value / longest * BAR_WIDTH)

@@ -1,4 +1,4 @@
-"""The programs that are measured, as processes that answer one line with one line."""
+"""The measured programs, as processes that answer each line with one line."""
 import json
 import os
 import subprocess
@@ -6,7 +6,7 @@ import time
 
 
 class Answering:
-    """A process that gets requests as lines on its standard input. It ends with its input."""
+    """A process that gets requests as lines on its standard input. It ends when its input ends."""
 
     def __init__(self, command, environment=None, directory=None):
         self._process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, bufsize=0,
@@ -47,13 +47,13 @@ class Answering:
         return self.read()
 
     def measure(self, text):
-        """The answer, and the nanoseconds that it took: wall time and processor time."""
+        """The answer and its nanoseconds: wall time and processor time."""
         processor, wall = self.processor_time(), time.perf_counter_ns()
         answer = self.ask(text)
         return answer, {"wall": time.perf_counter_ns() - wall, "processor": self.processor_time() - processor}
 
     def processor_time(self):
-        """Nanoseconds of the whole process, with the threads that have ended (clock_getcpuclockid(3))."""
+        """Nanoseconds of the whole process, including the threads that have ended (clock_getcpuclockid(3))."""
         return time.clock_gettime_ns((~self._process.pid << 3) | 2)
 
     def memory(self):
@@ -88,7 +88,7 @@ class MCPServer(Answering):
         return json.loads(self.ask(json.dumps(message)))
 
     def call(self, tool, **arguments):
-        """The nanoseconds of a call, and its result."""
+        """The nanoseconds of a call and its result."""
         self._id += 1
         message = json.dumps({"jsonrpc": "2.0", "id": self._id, "method": "tools/call",
                               "params": {"name": tool, "arguments": arguments}})

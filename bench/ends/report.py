@@ -10,7 +10,7 @@ def percentile(samples, share):
 
 
 def figure(value):
-    """Three digits that count."""
+    """The value with three significant digits."""
     if value >= 1000:
         return f"{value:,.0f}".replace(",", " ")
     return f"{value:.0f}" if value >= 100 else f"{value:.1f}" if value >= 10 else f"{value:.2f}"
@@ -22,15 +22,15 @@ def table(header, rows):
 
 
 def ratio(some, others):
-    """How many times the others. When both were measured equally often, the median of what each pair of samples says,
-    so that a minute in which everything is slow counts for both; else the ratio of the medians."""
+    """How many times as large as the others. With equally many samples this is the median of the ratios of the pairs,
+    so a slow minute counts for both. Otherwise it is the ratio of the medians."""
     if len(some) == len(others):
         return statistics.median(one / other for one, other in zip(some, others))
     return statistics.median(some) / statistics.median(others)
 
 
 def comparison(contenders, unit, own="tarnwell"):
-    """One row for each contender: {name: samples}. The ratio says how many times that of the program's own."""
+    """A table with one row for each contender ({name: samples}) and its ratio to the program's own samples."""
     name, divisor = unit
     rows = []
     for contender, samples in contenders.items():
@@ -42,7 +42,7 @@ def comparison(contenders, unit, own="tarnwell"):
 
 
 class Targets:
-    """What was wished for, and what was measured."""
+    """The targets and the measured values."""
 
     def __init__(self):
         self._rows = []

@@ -13,7 +13,7 @@ JAPANESE = "来週の会議の資料をお送りします。ご確認のうえ�
 
 
 def prose(number, length):
-    """Sentences with at least so many characters, in lines of at most 72 columns."""
+    """At least `length` characters of text, in lines of at most 72 columns."""
     text, line, step = [], "", number
     while sum(map(len, text)) + len(line) < length:
         step = (step * 31 + 7) % 10007

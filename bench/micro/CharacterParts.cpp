@@ -15,7 +15,7 @@ struct Close {
   void operator()(UBreakIterator* iterator) const { ubrk_close(iterator); }
 };
 
-/// Opened once, as in the program.
+/// Opened only once, as in the program.
 UBreakIterator* characterIterator() {
   static const std::unique_ptr<UBreakIterator, Close> iterator = [] {
     UErrorCode status = U_ZERO_ERROR;

@@ -17,27 +17,27 @@ namespace {
 
 using Read = std::function<std::size_t(std::string_view)>;
 
-/// Making the input writes the files, so only reading and parsing are measured.
+/// Making the input also writes the file, so only reading and parsing are measured.
 void addSettingsShapes(std::vector<Shape>& shapes) {
   constexpr std::size_t longestFile = std::size_t{1024} * 1024;
   const auto directory = std::make_shared<test::TemporaryDirectory>();
   const ConfigStore store(directory->path());
   struct Row {
-    std::string_view before, fragment, behind;
+    std::string_view before, fragment, after;
   };
   for (const Row& row :
        {Row{"{\"email\":\"user@example.org\",\"other\":[0", ",{\"a\":1}", "]}"},
         Row{"{\"email\":\"", "a", "\"}"}, Row{"{", " ", "}"}, Row{"{\"email\":\"\"", ",\"email\":\"\"", "}"},
         Row{"", "[", ""}, Row{"", "{\"a\":", ""}}) {
     std::string name(row.before);
-    name.append(row.fragment).append("…").append(row.behind);
+    name.append(row.fragment).append("…").append(row.after);
     shapes.push_back({.reader = "settings file",
                       .name = std::move(name),
                       .input =
                           [row, directory, store](std::size_t size) {
                             std::string text(row.before);
-                            text += repeated(row.fragment, size - row.before.size() - row.behind.size());
-                            text += row.behind;
+                            text += repeated(row.fragment, size - row.before.size() - row.after.size());
+                            text += row.after;
                             std::ofstream(store.configURL(), std::ios::binary) << text;
                             return text;
                           },
@@ -76,7 +76,7 @@ void addDetectorShapes(std::vector<Shape>& shapes) {
 }
 
 void addSecretMailShapes(std::vector<Shape>& shapes) {
-  // The work of the rule on every byte, without its limit of 64 KiB. A text of that size fits into the
+  // The work of the rule on each byte, without the rule's limit of 64 KiB. A text of that size fits into the
   // processor's caches and does not show how the time grows.
   const Read signals = [](std::string_view text) { return wordsIn(text).size() + codeGroupsIn(text).size(); };
   const Read masked = [](std::string_view text) { return SecretMailRule::maskedCodes(text).size(); };

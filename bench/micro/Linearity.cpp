@@ -1,16 +1,19 @@
-// linearity [LARGEST [READER]]: reads every shape of input at 1 MB, 2 MB and so on up to LARGEST MB (32
-// unless given; a reader whose input is bounded, up to its bound), and prints for each reader what the worst
-// doubling of an input cost. READER chooses those whose names begin so. The status is 1 when a doubling
-// cost 2.3 times as much or more.
+// linearity [LARGEST [READER]]
 //
-// Two kinds of doublings are shown but not judged, since they tell about the memory and not about the reader:
-// those up to 8 MB, where an input and what is made of it outgrow the caches of the processor one after the
-// other (of a reader whose input is bounded, all are judged), and those of readings faster than 500 MB/s,
-// which work that grows with the square could not be at such sizes.
+// Reads every shape of input at 1 MB, 2 MB and so on up to LARGEST MB (default 32). A reader whose input is
+// bounded is measured up to its bound. For each reader, prints how much more time the worst doubling of an
+// input took. READER chooses the readers whose names begin with it. The status is 1 when a doubling took 2.3
+// times as long or longer.
 //
-// Noise only ever makes a run slower, so that the fastest of several runs counts. A doubling that looks too
-// dear is measured again, in pairs: the two sizes one right after the other, so that a slow minute meets
-// both. The median of the pairs counts then.
+// Two kinds of doublings are shown but not judged. They say something about the memory and not about the
+// reader.
+// - Doublings up to 8 MB. At these sizes the input and the result outgrow the caches of the processor, one
+//   after the other. Bounded inputs are judged at every size.
+// - Doublings of readings faster than 500 MB/s. Work in quadratic time cannot be so fast at these sizes.
+//
+// Noise only makes a run slower, so the fastest of several runs counts. A doubling that looks too slow is
+// measured again in pairs. The two sizes of a pair are read one right after the other, so a slow minute
+// affects both. Then the median of the pairs counts.
 
 #include <malloc.h>
 #include <time.h>
@@ -53,8 +56,8 @@ double processorSeconds() {
 
 volatile std::size_t sink;
 
-/// The fastest of several runs; of an input beyond the caches one run, unless it is measured again. Short
-/// ones are repeated until the clock can tell them.
+/// The processor time of one reading: the fastest of at least two batches. A batch repeats short readings
+/// until it is long enough for the clock.
 double secondsToRead(const Shape& shape, std::string_view input) {
   constexpr double shortestBatch = 2e-3;
   constexpr double enough = 0.05;
@@ -91,7 +94,7 @@ struct Result {
   double megabytesPerSecond = 0;  // at the largest size
 };
 
-/// Reads the shape at a size, and once more in pairs when that took too long beside the size before it.
+/// Reads the shape at a size. Measures again in pairs when this took too long compared with half the size.
 Doubling measureDoubling(const Shape& shape, std::size_t size, double secondsBefore, double& seconds) {
   constexpr std::size_t pairs = 7;
   seconds = secondsToRead(shape, shape.input(size));
@@ -115,7 +118,7 @@ Result measure(const Shape& shape, std::size_t largestAllowed) {
   const bool isBounded = shape.longest != 0;
   std::size_t size = isBounded ? shape.longest >> doublings : megabyte;
   const std::size_t largest = isBounded ? shape.longest : largestAllowed;
-  // Once without the clock, so that the pages that the kernel hands out afresh are there.
+  // The first reading is not measured: the kernel hands out new pages of memory during it.
   sink = shape.read(shape.input(largest));
   double seconds = secondsToRead(shape, shape.input(size));
   Result result;
@@ -139,7 +142,7 @@ std::string sizeText(std::size_t bytes) {
   return bytes >= megabyte ? std::to_string(bytes / megabyte) + " MB" : std::to_string(bytes / 1000) + " kB";
 }
 
-/// Nothing for a doubling that was not measured.
+/// The empty text for a doubling that was not measured.
 std::string ratioText(double ratio) {
   char text[16] = "";
   if (ratio > 0) {
@@ -148,7 +151,7 @@ std::string ratioText(double ratio) {
   return text;
 }
 
-/// What a table can show of a shape: one short line without its column sign.
+/// The name as a table can show it: one short line without the sign between columns.
 std::string printable(std::string_view name) {
   constexpr std::size_t longest = 60;
   constexpr std::string_view ellipsis = "…";
@@ -215,7 +218,7 @@ std::vector<Shape> allShapes() {
   addTextShapes(shapes);
   addMessageShapes(shapes);
   addCoreShapes(shapes);
-  // One row for a reader, in the order in which the readers were added.
+  // Each reader gets one row. The rows have the order in which the readers were added.
   std::vector<std::string> readers;
   for (const Shape& shape : shapes) {
     if (std::ranges::find(readers, shape.reader) == readers.end()) {
@@ -229,10 +232,10 @@ std::vector<Shape> allShapes() {
 }
 
 int run(std::size_t largest, std::string_view chosen) {
-  // The readers are to be measured, not the kernel's handing out of fresh pages: memory is kept.
+  // Memory is kept. Otherwise the time would include the kernel's work for new pages.
   mallopt(M_MMAP_MAX, 0);
   mallopt(M_TRIM_THRESHOLD, -1);
-  // A broken settings file is an entry of the log; nobody listens there.
+  // A broken settings file makes a log entry. Nobody listens at this address.
   static const SystemLog nowhere("linearity", "/nowhere/tarnwell-linearity");
   AppLogger::replaceSystemLog(nowhere);
 

@@ -180,7 +180,7 @@ std::string bodyStructure(Choice& choice, std::string_view number) {
   }
 }
 
-/// One block of a newsletter, laid out with tables as real ones are.
+/// One block of a newsletter. Like real ones, it uses tables for its layout.
 std::string newsletterBlock(Choice& choice) {
   const std::string link =
       joined({"https://news.example.com/c/", encodedInBase64(latinSentence(choice)), "?u=20240305"});

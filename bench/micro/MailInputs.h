@@ -1,10 +1,10 @@
 #pragma once
 
-/// Artificial mail for the measurements: the same bytes in every run, in the shapes of real mail.
+/// Artificial mail for the measurements. It has the shapes of real mail and the same bytes in every run.
 ///
 ///     std::string page = newsletter(1'000'000);  // HTML of at least a million bytes
 ///
-/// Sizes are in bytes and are minimums: a text ends with the sentence or block that reaches the size. Only
+/// Sizes are in bytes and are minimums. A text ends with the sentence or block that reaches the size. Only
 /// `repeated` stays within its size.
 
 #include <cstddef>
@@ -39,8 +39,8 @@ std::string quotedPrintableLines(std::string_view text);
 /// Bytes without a pattern, like a compressed attachment.
 std::string randomBytes(std::size_t size);
 
-/// The fragment as often as it fits into `size` bytes, at least once, and never a part of it. Half a
-/// character or half a sequence at the end would be read differently at different sizes.
+/// The whole fragment as often as it fits into `size` bytes, but at least once. A part of it at the end, such
+/// as half a character, would be read differently at different sizes.
 std::string repeated(std::string_view fragment, std::size_t size);
 
 }  // namespace tarnwell::bench

@@ -10,21 +10,21 @@ namespace {
 using Read = std::function<std::size_t(std::string_view)>;
 
 struct Frame {
-  std::string_view before, fragment, behind;
+  std::string_view before, fragment, after;
 };
 
-/// Fragments up to the size, in a frame that makes the whole well formed.
+/// Adds shapes whose inputs are fragments up to the size, inside a frame.
 void addFramed(std::vector<Shape>& shapes, const std::string& reader, const std::vector<Frame>& frames,
                const Read& read) {
   for (const Frame& frame : frames) {
     std::string name(frame.before);
-    name.append(frame.fragment).append("…").append(frame.behind);
+    name.append(frame.fragment).append("…").append(frame.after);
     shapes.push_back({.reader = reader,
                       .name = std::move(name),
                       .input =
                           [frame](std::size_t size) {
                             std::string text(frame.before);
-                            return text.append(repeated(frame.fragment, size)).append(frame.behind);
+                            return text.append(repeated(frame.fragment, size)).append(frame.after);
                           },
                       .read = read});
   }

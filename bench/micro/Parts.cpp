@@ -1,6 +1,6 @@
-// Measures the pure parts one by one and prints a Markdown table: for each the median and the best
-// repetition, in processor time, and whether it reached its goal. Takes the options of Google Benchmark;
-// --benchmark_filter selects parts. The status is 1 when a goal was missed.
+// Measures the pure parts one by one and prints a Markdown table. For each part the table has the median and
+// the best repetition in processor time, and whether the part reached its goal. Takes the options of Google
+// Benchmark. --benchmark_filter selects parts. The status is 1 when a goal was missed.
 
 #include <benchmark/benchmark.h>
 
@@ -17,7 +17,7 @@ namespace {
 constexpr int repetitions = 9;
 constexpr double secondsOfEach = 0.05;
 
-/// Collects the seconds that one round took in each repetition.
+/// Collects the seconds of one round in each repetition.
 class Collector : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(const Context&) override { return true; }

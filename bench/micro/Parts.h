@@ -4,8 +4,8 @@
 ///
 ///     add({.name = "base64", .bytes = text.size(), .goal = atLeast(1000), .work = [text] { ... }});
 ///
-/// `work` does one round over its whole input. It returns a number that depends on the result, so no compiler
-/// can remove the work. The input is made before the measurement.
+/// `work` does one round over its whole input. It returns a number that depends on the result, so the
+/// compiler cannot remove the work. The input is made before the measurement.
 
 #include <cstddef>
 #include <functional>
@@ -15,7 +15,7 @@
 
 namespace tarnwell::bench {
 
-/// The goals of a part, in any combination. A comparator has none.
+/// The goals of a part, in any combination. A comparator has no goals.
 struct Goal {
   std::optional<double> megabytesPerSecond = std::nullopt;  // at least
   std::optional<double> microseconds = std::nullopt;        // at most, for one round

@@ -9,17 +9,17 @@ namespace {
 
 using Read = std::function<std::size_t(std::string_view)>;
 
-/// `before`, fragments up to the size, `behind`.
+/// A shape whose input is `before`, fragments up to the size, and `after`.
 Shape between(const std::string& reader, std::string_view before, std::string_view fragment,
-              std::string_view behind, const Read& read) {
+              std::string_view after, const Read& read) {
   std::string name(before);
-  name.append(fragment).append("…").append(behind);
+  name.append(fragment).append("…").append(after);
   return {.reader = reader,
           .name = std::move(name),
           .input =
               [=](std::size_t size) {
                 std::string text(before);
-                return text.append(repeated(fragment, size)).append(behind);
+                return text.append(repeated(fragment, size)).append(after);
               },
           .read = read};
 }
