@@ -14,7 +14,7 @@ void requireOutcome(HTTPRequestReader& reader, std::string_view request) {
     const std::size_t bodyBegin = request.find("\r\n\r\n") + 4;
     const std::string body = reader.takeBody();
     fuzz::require(body.size() == reader.head().contentLength, "the body has the announced length");
-    fuzz::require(request.substr(bodyBegin).starts_with(body), "the body stands behind the head");
+    fuzz::require(request.substr(bodyBegin).starts_with(body), "the body follows the head");
   }
   if (reader.state() == State::refused) {
     const int status = reader.refusal().status;
