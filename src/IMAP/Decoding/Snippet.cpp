@@ -22,7 +22,7 @@ class CollapsedText {
   void growTo(std::size_t size) {
     while (position_ < text_.size() && collapsed_.size() < size) {
       if (text_[position_] == ' ') {
-        isBehindSpace_ = true;
+        isAfterSpace_ = true;
         ++position_;
         continue;
       }
@@ -34,7 +34,7 @@ class CollapsedText {
       }
       const char32_t codePoint = nextCodePoint(text_, position_);
       if (isWhitespace(codePoint)) {
-        isBehindSpace_ = true;
+        isAfterSpace_ = true;
         continue;
       }
       separate();
@@ -72,16 +72,16 @@ class CollapsedText {
   }
 
   void separate() {
-    if (isBehindSpace_ && !collapsed_.empty()) {
+    if (isAfterSpace_ && !collapsed_.empty()) {
       collapsed_.push_back(' ');
     }
-    isBehindSpace_ = false;
+    isAfterSpace_ = false;
   }
 
   std::string_view text_;
   std::size_t position_ = 0;
   std::string collapsed_;
-  bool isBehindSpace_ = false;
+  bool isAfterSpace_ = false;
 };
 
 }  // namespace
