@@ -190,7 +190,7 @@ INSTANTIATE_TEST_SUITE_P(
         WordRow{"japaneseTermAlone", "認証", "「認証」", true},
         WordRow{"invalidBytesBeside", "otp", "\xFFotp\xFF", true},
         WordRow{"voicingMarkBeforeIsPassedOver", "otp", "\uFF9Eotp", true},
-        WordRow{"voicingMarkBehindJoins", "otp", "otp\uFF9E", false},
+        WordRow{"voicingMarkAfterJoins", "otp", "otp\uFF9E", false},
         WordRow{"letterBeforeAMark", "otp", "a\u0301otp", false},
         WordRow{"strayContinuationBefore", "otp", "a\x80otp", true},
         WordRow{"onlyTheLastIsAWord", "otp", "日otp otps 日otp otp", true}),

@@ -98,7 +98,7 @@ std::vector<Attack> tagAttacks() {
       listing("tagTooNew", "an answer with a tag not yet used", "waits for its own",
               "A9999 NO new\r\nTAG OK done\r\n"),
       listing("statusInLowerCase", "the status word in lower case", "accepts it", "TAG ok done\r\n"),
-      listing("noTextBehindStatus", "a status word with nothing after it", "accepts it", "TAG OK\r\n"),
+      listing("noTextAfterStatus", "a status word with nothing after it", "accepts it", "TAG OK\r\n"),
       listing("strayContinuation", "a \"+\" where nothing was announced", "passes over it",
               "+ go on\r\n+\r\nTAG OK done\r\n"),
       listing("byeAmidAnAnswer", "BYE before the tagged answer", "waits for the answer",

@@ -90,7 +90,7 @@ class ReferenceMail {
     }
     for (const Word& word : words_) {
       const std::string_view after = std::string_view(text_).substr(word.end);
-      if (isIn(location, word.begin) && word.is(codeName) && word.is(password) && isPasswordBehind(word)) {
+      if (isIn(location, word.begin) && word.is(codeName) && word.is(password) && isPasswordAfter(word)) {
         return std::string(word.term);
       }
       if (isIn(location, word.begin) && word.is(codeName) &&
@@ -157,7 +157,7 @@ class ReferenceMail {
     });
   }
 
-  bool isPasswordBehind(const Word& name) const {
+  bool isPasswordAfter(const Word& name) const {
     const std::string after = text_.substr(name.end, 60);
     const std::string tie = name.term.ends_with(" is")
                                 ? "(?: is)?+(?:は)?+ ?+:?+ ?+(?:「)?+"

@@ -83,11 +83,11 @@ inline std::vector<FoundWord> referenceWords(std::string_view text) {
   for (std::size_t begin = 0; begin < text.size(); ++begin) {
     const bool isInside = (text[begin] & 0xC0) == 0x80;
     const std::string_view before = text.substr(0, begin);
-    const bool isBehindLetter =
+    const bool isAfterLetter =
         begin > 0 && (isWordByte(before.back()) || (begin > 1 && (before.back() & 0xC0) == 0x80 &&
                                                     static_cast<unsigned char>(before[begin - 2]) >= 0xC3 &&
                                                     static_cast<unsigned char>(before[begin - 2]) < 0xE0));
-    if (begin < free || isInside || (isASCIILetterOrDigit(text[begin]) && isBehindLetter)) {
+    if (begin < free || isInside || (isASCIILetterOrDigit(text[begin]) && isAfterLetter)) {
       continue;
     }
     for (const auto& [term, roles, pattern] : terms) {
@@ -190,7 +190,7 @@ inline bool isReferenceCode(const ReferenceUnit& unit) {
 inline std::vector<CodeGroup> referenceGroups(std::string_view text) {
   const std::vector<ReferenceUnit> units = referenceUnits(text);
   const auto isNumber = [&](std::size_t at) { return at < units.size() && isLike(units[at].text, "[0-9]+"); };
-  const auto isBehindBlank = [&](std::size_t at) {
+  const auto isAfterBlank = [&](std::size_t at) {
     return at < units.size() && units[at - 1].end + 1 == units[at].begin && text[units[at - 1].end] == ' ';
   };
   std::vector<CodeGroup> groups;
@@ -203,7 +203,7 @@ inline std::vector<CodeGroup> referenceGroups(std::string_view text) {
       }
       return areSingle;
     };
-    while (isNumber(at) && isNumber(end) && isBehindBlank(end) &&
+    while (isNumber(at) && isNumber(end) && isAfterBlank(end) &&
            !(areSingleDigits() && units[end].text.size() > 1)) {
       ++end;
     }
@@ -222,7 +222,7 @@ inline std::vector<CodeGroup> referenceGroups(std::string_view text) {
     } else if (end - at > 1 && ((!arePlain && digits >= 7) ||
                                 (digits >= 9 && isLike(whole, "0.*|[0-9]{1,4}(?: [0-9]{1,4}){2,}")))) {
       // No code.
-    } else if (end - at == 1 && end < units.size() && !isNumber(at) && isBehindBlank(end) &&
+    } else if (end - at == 1 && end < units.size() && !isNumber(at) && isAfterBlank(end) &&
                units[at].isPlain && units[end].isPlain && units[at].text.size() == units[end].text.size() &&
                isLike(units[at].text, std::string(half) + "[A-Z0-9]{3,5}") &&
                isLike(units[end].text, std::string(half) + "[A-Z0-9]{3,5}")) {

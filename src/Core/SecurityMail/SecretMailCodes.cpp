@@ -79,7 +79,7 @@ class CodeQuestion {
   /// have letters only.
   bool isCodeHandedOver(const FoundWord& name) const {
     const std::string_view after = mail_.text().substr(name.end);
-    if (name.is(password) && isPasswordBehind(name)) {
+    if (name.is(password) && isPasswordAfter(name)) {
       return true;
     }
     const bool isHandedOver = isIntroduced(name) || after.starts_with(':') || after.starts_with(" is ");
@@ -88,7 +88,7 @@ class CodeQuestion {
 
  private:
   /// True for "temporary password: tulip-Rk42", where a word with a digit follows.
-  bool isPasswordBehind(const FoundWord& name) const {
+  bool isPasswordAfter(const FoundWord& name) const {
     std::string_view after = mail_.text().substr(name.end, longestPassword);
     const auto passOver = [&after](std::string_view tie) {
       const bool isThere = after.starts_with(tie);

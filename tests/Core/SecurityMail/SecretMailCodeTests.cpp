@@ -14,7 +14,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         SecretMailRow{
             "inTheSubject", "493021 is your Acme code", "", "", {{"one_time_code", "code", "subject"}}},
-        SecretMailRow{"inTheSubjectBehindAColon",
+        SecretMailRow{"inTheSubjectAfterAColon",
                       "Your Acme code: 493 021",
                       "",
                       "",
@@ -31,7 +31,7 @@ INSTANTIATE_TEST_SUITE_P(
                       "",
                       "Verification code: 493021",
                       {{"one_time_code", "verification code", "body"}}},
-        SecretMailRow{"nameBehindTheGroup",
+        SecretMailRow{"nameAfterTheGroup",
                       "Acme",
                       "",
                       "493021 is the authentication code.",

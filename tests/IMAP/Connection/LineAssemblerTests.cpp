@@ -57,7 +57,7 @@ const std::vector<StreamRow> streamRows{
     {"aLiteralOfNoBytes", "a {0}\r\n b\r\n", {"a {0}\r\n b"}},
     {"aLiteralAtTheEndOfTheLine", "a {2}\r\nhi\r\nb\r\n", {"a {2}\r\nhi", "b"}},
     {"literalAfterLiteral", "a {1}\r\nb {2}\r\ncd {0}\r\n\r\n", {"a {1}\r\nb {2}\r\ncd {0}\r\n"}},
-    {"aLiteralDirectlyBehindAnother", "{1}\r\nb{1}\r\nc\r\n", {"{1}\r\nb{1}\r\nc"}},
+    {"aLiteralDirectlyAfterAnother", "{1}\r\nb{1}\r\nc\r\n", {"{1}\r\nb{1}\r\nc"}},
     {"lineEndsWithinALiteral", "a {6}\r\nb\r\nc\r\n d\r\n", {"a {6}\r\nb\r\nc\r\n d"}},
     {"anAnnouncementWithinALiteral", "a {5}\r\n{9}\r\n b\r\n", {"a {5}\r\n{9}\r\n b"}},
     {"theCROfALiteralEndsNoLine", "a {1}\r\n\r\n b\r\n", {"a {1}\r\n\r\n b"}},

@@ -55,7 +55,7 @@ INSTANTIATE_TEST_SUITE_P(
             1,
             {"\U0001F468\u200D\U0001F469\u200D\U0001F467…", true}},
         Row{"markOnABlank", "a \u0301b", 2, {"a \u0301…", true}},
-        Row{"markBehindLeadingBlank", " \u0301", 1, {"\u0301", false}},
+        Row{"markAfterLeadingBlank", " \u0301", 1, {"\u0301", false}},
         Row{"lineBreakInsideIsABlank", "a\r\nb", 2, {"a…", true}}),
     rowName);
 
@@ -117,7 +117,7 @@ TEST(Snippet, aLongTextHasTheSamePreviewAsItsSteps) {
   }
 }
 
-TEST(Snippet, blanksBehindTheLimitAreNoMoreText) {
+TEST(Snippet, blanksAfterTheLimitAreNoMoreText) {
   const std::string text = std::string(4096, 'a') + std::string(100'000, ' ');
   EXPECT_EQ(snippet(text, 4096), (Snippet{std::string(4096, 'a'), false}));
   EXPECT_TRUE(snippet(text + "b", 4096).truncated);

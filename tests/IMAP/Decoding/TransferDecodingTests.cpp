@@ -34,7 +34,7 @@ INSTANTIATE_TEST_SUITE_P(
         Base64Row{"goesOnAfterPadding", "Zg==Zm8=Zm9v", "ffofoo"},
         Base64Row{"paddingBetweenGroups", "Zm9v=Zm9v", "foofoo"}, Base64Row{"onlyPadding", "====", ""},
         Base64Row{"onlyStrayCharacters", " -\r\n", ""}, Base64Row{"loneCharacter", "Z", std::nullopt},
-        Base64Row{"loneCharacterBehindBytes", "Zm9vZ", "foo"},
+        Base64Row{"loneCharacterAfterBytes", "Zm9vZ", "foo"},
         Base64Row{"loneCharactersWithPadding", "Z=Z=", std::nullopt},
         Base64Row{"lastTwoOfTheAlphabet", "+/+/", "\xFB\xFF\xBF"},
         Base64Row{"highBits", "////", "\xFF\xFF\xFF"}, Base64Row{"zeroBytes", "AAAA", "\0\0\0"s},
@@ -140,7 +140,7 @@ TEST_P(QuotedPrintable, yieldsTheBytesOfTheRow) {
   EXPECT_EQ(decodeQuotedPrintable(GetParam().encoded, GetParam().underscore), GetParam().bytes);
 }
 
-TEST_P(QuotedPrintable, yieldsTheSameBehindALongCleanRun) {
+TEST_P(QuotedPrintable, yieldsTheSameAfterALongCleanRun) {
   for (std::size_t length = 1; length < 20; ++length) {
     const std::string run(length, 'x');
     EXPECT_EQ(decodeQuotedPrintable(run + GetParam().encoded, GetParam().underscore), run + GetParam().bytes);

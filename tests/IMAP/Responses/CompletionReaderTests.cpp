@@ -65,7 +65,7 @@ TEST(CompletionReader, anotherTagOrStatusIsAbsent) {
 }
 
 // Deliberate: the caller hands over lines of its own tag only, so that prefixes decide.
-TEST(CompletionReader, asksForNoBlankBehindTagAndStatus) {
+TEST(CompletionReader, asksForNoBlankAfterTagAndStatus) {
   expectCompletions({
       {"A7OK done", "A7", "ok:done"},
       {"A7 OKdone", "A7", "ok:done"},

@@ -90,7 +90,7 @@ TEST(FetchReader, messageWithOnlyAUIDHasTheDefaults) {
   EXPECT_TRUE(message->bodyInfo == IMAPBodyInfo::unknown);
 }
 
-TEST(FetchReader, findsTheAttributesBehindTheFirstWordFETCH) {
+TEST(FetchReader, findsTheAttributesAfterTheFirstWordFETCH) {
   expectMessages({
       {"* 1 FETCH (UID 17)", "17"},
       {"* 1 fetch (UID 17)", "17"},

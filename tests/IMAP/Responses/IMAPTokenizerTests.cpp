@@ -196,7 +196,7 @@ TEST(IMAPTokenizer, lengthThatDoesNotFitIsZero) {
   });
 }
 
-TEST(IMAPTokenizer, oneLineEndBehindAnAnnouncementIsSkipped) {
+TEST(IMAPTokenizer, oneLineEndAfterAnAnnouncementIsSkipped) {
   expectTokens({
       {"{1}\r\n\r\n", "[\"\\r\" \\n]"},
       {"{1}\nab", "[\"a\" b]"},

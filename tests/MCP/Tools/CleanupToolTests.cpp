@@ -175,7 +175,7 @@ INSTANTIATE_TEST_SUITE_P(
                    BodyIs::fetched, withheld},
         PreviewRow{"cutInTwo", withBody("4711 " + repeated("x", 187) + " security code"), BodyIs::fetched,
                    withheld},
-        PreviewRow{"cutInTwoBehindBlanks",
+        PreviewRow{"cutInTwoAfterBlanks",
                    withBody(repeated("\n", 2000) + "4711 " + repeated("x", 187) + " security code"),
                    BodyIs::fetched, withheld},
         PreviewRow{"cutInTwoWithBlanksAtTheCut",
@@ -190,7 +190,7 @@ INSTANTIATE_TEST_SUITE_P(
                    BodyIs::fetched, withheld},
         PreviewRow{"inlineTagsInTheKeyword", html("4711 is your <b>s</b>ecurity co<i>de</i>"),
                    BodyIs::fetched, withheld},
-        PreviewRow{"farBehindThePreview", withBody("x " + repeated("x", 2000) + " security code"),
+        PreviewRow{"farAfterThePreview", withBody("x " + repeated("x", 2000) + " security code"),
                    BodyIs::fetched, "x " + repeated("x", 198) + "…"}),
     rowName);
 

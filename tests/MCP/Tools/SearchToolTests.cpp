@@ -111,14 +111,14 @@ INSTANTIATE_TEST_SUITE_P(
         ScanRow{"keywordSplitByManyBlanks", "4711 is your security \t\n  code", true},
         ScanRow{"keywordSplitByANoBreakSpace", "4711 is your security\u00a0code", true},
         ScanRow{"keywordSplitByAnIdeographicSpace", "4711 is your security\u3000code", true},
-        ScanRow{"keywordBehindAPageOfBlanks", std::string(5000, ' ') + "4711 is your security code", true},
-        ScanRow{"keywordBehindTheCutOfTheSnippet", "4711 " + std::string(300, 'x') + " security code", true},
-        ScanRow{"keywordUnderTheCutBehindBlanks",
+        ScanRow{"keywordAfterAPageOfBlanks", std::string(5000, ' ') + "4711 is your security code", true},
+        ScanRow{"keywordAfterTheCutOfTheSnippet", "4711 " + std::string(300, 'x') + " security code", true},
+        ScanRow{"keywordUnderTheCutAfterBlanks",
                 std::string(2000, '\n') + "4711 " + std::string(187, 'x') + " security code", true},
-        ScanRow{"keywordFarBehindTheCutOfANewsletter",
+        ScanRow{"keywordFarAfterTheCutOfANewsletter",
                 "4712 " + repeated("tea, cake,     ", 80) + "security code", false},
-        ScanRow{"keywordFarBehindEverythingThatIsScanned",
-                "4712 " + std::string(2000, 'x') + " security code", false}),
+        ScanRow{"keywordFarAfterEverythingThatIsScanned", "4712 " + std::string(2000, 'x') + " security code",
+                false}),
     rowName);
 
 TEST_F(SearchTool, noMoreMessagesThanTheLimitAreFetchedWhateverIsFound) {
