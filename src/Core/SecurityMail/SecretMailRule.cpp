@@ -26,8 +26,8 @@ struct Piece {
   std::vector<Origin> origins;  // of each byte of the folded text
 };
 
-constexpr std::size_t enoughForPiece = 16 * 1024;
-constexpr std::size_t mostOfPiece = 64 * 1024;  // for a text without a place to cut
+constexpr std::size_t enoughForPiece = 16'384;
+constexpr std::size_t mostOfPiece = 65'536;  // for a text without a place to cut
 
 bool isLetter(char byte) { return isASCIILetterOrDigit(byte) && (byte < '0' || byte > '9'); }
 

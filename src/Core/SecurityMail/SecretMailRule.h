@@ -58,7 +58,7 @@ class SecretMailRule {
   static std::vector<RiskSignal> signals(const Mail& mail);
 
   /// The most bytes of the subject, of the sender and of the text that `signals` reads.
-  static constexpr std::size_t mostLookedAt = 64 * 1024;
+  static constexpr std::size_t mostLookedAt = 65'536;
 
   /// The text with each character of each code-shaped group replaced by "•", including blanks and hyphens
   /// inside the group. All other bytes stay the same. A long text is read in pieces, so the memory besides
