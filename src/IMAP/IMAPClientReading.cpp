@@ -9,15 +9,13 @@
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/Decoding/TextDecoding.h"
 #include "IMAP/IMAPClient.h"
+#include "Text/ASCIICase.h"
 #include "Text/DecimalNumber.h"
+#include "Text/UTF8.h"
 
 namespace tarnwell {
 
 namespace {
-
-bool isASCII(std::string_view text) {
-  return std::ranges::all_of(text, [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
-}
 
 std::string commaSeparated(const std::vector<std::uint32_t>& uids) {
   std::string text;

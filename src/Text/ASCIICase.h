@@ -1,7 +1,8 @@
 #pragma once
 
-/// Letters and letter case of ASCII, for the words of protocols, which may come in any letter case (RFC 3501,
-/// sections 1.2 and 9). A byte beyond ASCII equals only itself. The user's language changes nothing.
+/// Digits, letters and letter case of ASCII, for the words of protocols, which may come in any letter case
+/// (RFC 3501, sections 1.2 and 9). A byte beyond ASCII equals only itself. The user's language changes
+/// nothing.
 ///
 /// Threads: all functions are pure.
 
@@ -11,13 +12,17 @@
 
 namespace tarnwell {
 
+constexpr bool isASCIIDigit(char byte) { return byte >= '0' && byte <= '9'; }
+
+constexpr bool isASCIICapital(char byte) { return byte >= 'A' && byte <= 'Z'; }
+
 constexpr char asciiLowercasedByte(char byte) {
-  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+  return isASCIICapital(byte) ? static_cast<char>(byte - 'A' + 'a') : byte;
 }
 
 constexpr bool isASCIILetterOrDigit(char byte) {
   const char lower = asciiLowercasedByte(byte);
-  return (lower >= 'a' && lower <= 'z') || (lower >= '0' && lower <= '9');
+  return (lower >= 'a' && lower <= 'z') || isASCIIDigit(byte);
 }
 
 inline std::string asciiLowercased(std::string text) {

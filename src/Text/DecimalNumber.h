@@ -19,8 +19,6 @@
 
 namespace tarnwell {
 
-constexpr bool isASCIIDigit(char byte) { return byte >= '0' && byte <= '9'; }
-
 enum class Sign { none, plus, plusOrMinus };
 
 template <std::integral Integer>

@@ -5,12 +5,11 @@
 
 #include "Core/SecurityMail/CodeUnits.h"
 #include "Core/SecurityMail/SecretMailScan.h"
+#include "Text/ASCIICase.h"
 
 namespace tarnwell {
 
 namespace {
-
-bool isCapital(char byte) { return byte >= 'A' && byte <= 'Z'; }
 
 bool isYear(std::string_view digits) {
   return digits.size() == 4 && (digits.starts_with("19") || digits.starts_with("20"));
@@ -37,7 +36,7 @@ bool isCodeOfLettersAndDigits(const CodePart& part, std::string_view text) {
     return false;
   }
   if (part.isInCapitals()) {
-    return part.changes >= 2 || (part.digits >= 3 && isCapital(text.front()));
+    return part.changes >= 2 || (part.digits >= 3 && isASCIICapital(text.front()));
   }
   return part.changes >= 2 && part.digits >= 2;
 }

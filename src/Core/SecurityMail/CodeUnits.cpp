@@ -30,9 +30,6 @@ constexpr std::string_view unitsAfter[] = {
     "seconds", "steps",   "usd", "users", "views",     "words",  "years",   "yen"};
 static_assert(std::ranges::is_sorted(unitsAfter));
 
-bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
-bool isCapital(char byte) { return byte >= 'A' && byte <= 'Z'; }
-
 char byteOrNothing(std::string_view text, std::size_t position) {
   return position < text.size() ? text[position] : '\0';
 }
@@ -41,9 +38,9 @@ CodePart readPart(std::string_view text, std::size_t begin) {
   CodePart part{.begin = begin, .end = begin};
   for (; part.end < text.size() && isASCIILetterOrDigit(text[part.end]); ++part.end) {
     const char byte = text[part.end];
-    part.digits += isDigit(byte) ? 1U : 0U;
-    part.capitals += isCapital(byte) ? 1U : 0U;
-    part.changes += part.end > begin && isDigit(byte) != isDigit(text[part.end - 1]) ? 1U : 0U;
+    part.digits += isASCIIDigit(byte) ? 1U : 0U;
+    part.capitals += isASCIICapital(byte) ? 1U : 0U;
+    part.changes += part.end > begin && isASCIIDigit(byte) != isASCIIDigit(text[part.end - 1]) ? 1U : 0U;
   }
   return part;
 }
@@ -54,9 +51,9 @@ bool isTie(char tie, char before, char after) {
   switch (tie) {
     case '.':
     case ',':
-      return isDigit(after);
+      return isASCIIDigit(after);
     case ':':
-      return isDigit(before) && isDigit(after);
+      return isASCIIDigit(before) && isASCIIDigit(after);
     case '/':
     case '@':
     case '_':
@@ -87,7 +84,7 @@ bool isOtherNumberBefore(std::string_view before) {
     before.remove_suffix(1);
     // An amount, or a number after an area code in parentheses.
     return endsWithAny(before, currencies) ||
-           (before.ends_with(')') && before.size() >= 2 && isDigit(before[before.size() - 2]));
+           (before.ends_with(')') && before.size() >= 2 && isASCIIDigit(before[before.size() - 2]));
   }
   if (before.size() >= 2 && isContinuationByte(before.back())) {
     const unsigned char lead = byteAt(before, before.size() - 2);
@@ -189,7 +186,8 @@ std::vector<CodeUnit> codeUnitsIn(std::string_view text) {
   std::size_t next = 0;
   for (;;) {
     // Most of a text has no digits, so only the characters around digits are read.
-    const auto found = std::find_if(text.begin() + static_cast<std::ptrdiff_t>(next), text.end(), isDigit);
+    const auto found =
+        std::find_if(text.begin() + static_cast<std::ptrdiff_t>(next), text.end(), isASCIIDigit);
     if (found == text.end()) {
       return units;
     }

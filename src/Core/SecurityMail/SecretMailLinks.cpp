@@ -21,7 +21,6 @@ constexpr std::size_t sameMatter = 120;  // other subjects of the mail
 constexpr std::size_t sameMail = 400;    // words of expiring
 
 bool isJapanese(std::string_view text) { return (text.front() & 0x80) != 0; }
-bool isCapital(char byte) { return byte >= 'A' && byte <= 'Z'; }
 
 MailRoles objectsOf(const FoundWord& action) {
   MailRoles objects = action.is(resets) ? password : 0;
@@ -116,8 +115,9 @@ class LinkQuestion {
 
   bool isOver(const MailPlace& link) const {
     const std::span<const FoundWord> after = mail_.wordsAround({link.end, link.end}, 0, linkToDone);
-    return std::ranges::any_of(
-        after, [&](const FoundWord& word) { return word.is(done) && !isCapital(mail_.text()[word.begin]); });
+    return std::ranges::any_of(after, [&](const FoundWord& word) {
+      return word.is(done) && !isASCIICapital(mail_.text()[word.begin]);
+    });
   }
 
   /// True when the text looks like the label of a button: "Confirm email", "Verify Your Account", "Reset your
@@ -129,18 +129,18 @@ class LinkQuestion {
       constexpr std::string_view todo = "する";
       return after.starts_with(todo) && (after.size() == todo.size() || after[todo.size()] == ' ');
     }
-    if (!isCapital(label.front())) {
+    if (!isASCIICapital(label.front())) {
       return false;
     }
     const std::size_t lastBlank = label.rfind(' ');
-    if (lastBlank != std::string_view::npos && isCapital(label[lastBlank + 1])) {
+    if (lastBlank != std::string_view::npos && isASCIICapital(label[lastBlank + 1])) {
       return true;
     }
     for (const std::string_view more : {" address", " now"}) {
       after.remove_prefix(startsWithIgnoringASCIICase(after, more) ? more.size() : 0);
     }
     return after.empty() ||
-           (after.size() > 1 && after[0] == ' ' && (isCapital(after[1]) || isJapanese(after.substr(1))));
+           (after.size() > 1 && after[0] == ' ' && (isASCIICapital(after[1]) || isJapanese(after.substr(1))));
   }
 
   const SecretMailReading& mail_;

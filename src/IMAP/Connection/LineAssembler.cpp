@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Text/ASCIICase.h"
 #include "Text/DecimalNumber.h"
 
 namespace tarnwell {

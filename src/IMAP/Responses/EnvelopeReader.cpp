@@ -1,5 +1,3 @@
-#include <utility>
-
 #include "IMAP/Decoding/Readings.h"
 #include "IMAP/Decoding/TextDecoding.h"
 #include "IMAP/Responses/IMAPParser.h"

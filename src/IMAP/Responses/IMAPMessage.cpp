@@ -1,7 +1,5 @@
 #include "IMAP/Responses/IMAPMessage.h"
 
-#include <algorithm>
-
 #include "IMAP/Responses/JSONFields.h"
 #include "Text/ASCIICase.h"
 

@@ -5,7 +5,6 @@
 
 #include "IMAP/Responses/IMAPParser.h"
 #include "Text/ASCIICase.h"
-#include "Text/DecimalNumber.h"
 
 namespace tarnwell {
 namespace {
