@@ -66,7 +66,8 @@ inline std::vector<ReferenceTerm> referenceTerms() {
   for (const auto& [term, rolesOfTerm] : roles) {
     terms.push_back({term, rolesOfTerm, patternOfTerm(term)});
   }
-  std::ranges::stable_sort(terms, std::greater<>(), [](const auto& term) { return term.term.size(); });
+  std::ranges::sort(terms, std::greater<>(),
+                    [](const auto& term) { return std::pair(term.term.size(), term.term); });
   return terms;
 }
 

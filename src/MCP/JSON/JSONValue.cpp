@@ -36,11 +36,24 @@ void JSONObject::putInOrder() {
   if (std::ranges::is_sorted(members_, std::less_equal(), &JSONMember::first)) {
     return;
   }
-  std::ranges::stable_sort(members_, {}, &JSONMember::first);
-  // Goes from the last member to the first, so the last of several with the same key stays.
-  const auto kept = std::unique(members_.rbegin(), members_.rend(),
-                                [](const JSONMember& a, const JSONMember& b) { return a.first == b.first; });
-  members_.erase(members_.begin(), kept.base());
+  // Not with a stable sort: the one of Debian 12's library uses what C++17 deprecates, and Clang 19 warns.
+  std::vector<JSONMember*> places;
+  places.reserve(members_.size());
+  for (JSONMember& member : members_) {
+    places.push_back(&member);
+  }
+  std::ranges::sort(places, {}, [](JSONMember* place) {
+    return std::pair<std::string_view, JSONMember*>(place->first, place);
+  });
+  std::vector<JSONMember> ordered;
+  ordered.reserve(members_.size());
+  for (JSONMember* place : places) {
+    if (!ordered.empty() && ordered.back().first == place->first) {
+      ordered.pop_back();  // the last of several with the same key stays
+    }
+    ordered.push_back(std::move(*place));
+  }
+  members_ = std::move(ordered);
 }
 
 std::vector<JSONMember>::const_iterator JSONObject::placeOf(std::string_view key) const {
