@@ -17,6 +17,7 @@ namespace {
 
 class UnreachableServer : public ByteStream {
  public:
+  void endBy(std::chrono::steady_clock::time_point) override {}
   void connect() override { throw IMAPError::connectionFailed("nobody there"); }
   void send(std::string_view) override { throw IMAPError::connectionClosed(); }
   std::string_view receive() override { return {}; }

@@ -32,6 +32,10 @@ inline constexpr int bodyHardMaxChars = 10000;
 
 /// The time limit for each single wait for the network, in seconds.
 inline constexpr std::chrono::duration<double> networkTimeoutSeconds{30.0};
+/// The time limit for a whole session with the mail server, in seconds. Clients give a call up after 60.
+inline constexpr std::chrono::duration<double> sessionTimeoutSeconds{50.0};
+/// The time limit for the end of a session: LOGOUT and its answer, in seconds.
+inline constexpr std::chrono::duration<double> logoutTimeoutSeconds{2.0};
 
 inline constexpr int defaultHTTPPort = 8765;
 

@@ -1,5 +1,6 @@
 #include "IMAP/IMAPClient.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "Core/AppLogger.h"
@@ -10,8 +11,21 @@
 
 namespace tarnwell {
 
+namespace {
+
+std::chrono::steady_clock::time_point after(std::chrono::duration<double> seconds) {
+  using Clock = std::chrono::steady_clock;
+  return Clock::now() + std::chrono::duration_cast<Clock::duration>(seconds);
+}
+
+std::string_view selectionCommand(IMAPClient::Access access) {
+  return access == IMAPClient::Access::readOnly ? "EXAMINE INBOX" : "SELECT INBOX";
+}
+
+}  // namespace
+
 IMAPClient::IMAPClient(std::string host, std::int64_t port, std::string email, Secret password,
-                       std::chrono::duration<double> timeout)
+                       std::chrono::duration<double> timeout, SessionLimits limits)
     : IMAPClient(
           [host = std::move(host), port, timeout] {
             if (!std::in_range<std::uint16_t>(port)) {
@@ -19,19 +33,49 @@ IMAPClient::IMAPClient(std::string host, std::int64_t port, std::string email, S
             }
             return std::make_unique<IMAPConnection>(host, port, timeout);
           },
-          std::move(email), std::move(password)) {}
+          std::move(email), std::move(password), limits) {}
 
-IMAPClient::IMAPClient(ConnectionFactory makeConnection, std::string email, Secret password)
-    : makeConnection_(std::move(makeConnection)), email_(std::move(email)), password_(std::move(password)) {}
+IMAPClient::IMAPClient(ConnectionFactory makeConnection, std::string email, Secret password,
+                       SessionLimits limits)
+    : makeConnection_(std::move(makeConnection)),
+      email_(std::move(email)),
+      password_(std::move(password)),
+      limits_(limits) {}
 
 void IMAPClient::connect() {
+  beginSession();
+  ensureOK(execute("CAPABILITY", [this](const std::string& line) { readCapabilities(line); }), "CAPABILITY");
+  logAuthenticated();
+}
+
+void IMAPClient::connectToInbox(Access access) {
+  beginSession();
+  const std::string capability = queue("CAPABILITY");
+  const std::string_view selection = selectionCommand(access);
+  queue(selection);
+  sendQueued();
+  while (!underWay_.empty()) {
+    const Tagged answer = readTagged([this](const std::string& line) { readCapabilities(line); });
+    ensureOK(answer.completion, answer.tag == capability ? "CAPABILITY" : selection);
+  }
+  logAuthenticated();
+  selectedMailbox_ = "INBOX";
+}
+
+void IMAPClient::beginSession() {
   capabilities_.clear();
   selectedMailbox_.reset();
+  queued_.clear();
+  underWay_.clear();
   connection_ = makeConnection_();
+  sessionEnd_ = after(limits_.whole);
+  connection_->endBy(sessionEnd_);
   connection_->connect();
   readGreeting();
   logIn();
-  loadCapabilities();
+}
+
+void IMAPClient::logAuthenticated() const {
   AppLogger::info(AppLogger::Category::imap, "Authenticated to IMAP for " + AppLogger::redact(email_));
 }
 
@@ -51,10 +95,6 @@ void IMAPClient::logIn() {
   if (execute(command.view()).status != IMAPParser::Completion::Status::ok) {
     throw IMAPError::authenticationFailed();
   }
-}
-
-void IMAPClient::loadCapabilities() {
-  ensureOK(execute("CAPABILITY", [this](const std::string& line) { readCapabilities(line); }), "CAPABILITY");
 }
 
 void IMAPClient::readCapabilities(std::string_view response) {
@@ -87,7 +127,7 @@ std::vector<IMAPFolder> IMAPClient::listFolders() {
 }
 
 void IMAPClient::selectInbox(Access access) {
-  const std::string_view command = access == Access::readOnly ? "EXAMINE INBOX" : "SELECT INBOX";
+  const std::string_view command = selectionCommand(access);
   ensureOK(execute(command), command);
   selectedMailbox_ = "INBOX";
 }
@@ -101,6 +141,7 @@ void IMAPClient::requireInbox() const {
 void IMAPClient::disconnect() noexcept {
   if (connection_ && connection_->isAlive()) {
     try {
+      connection_->endBy(std::min(sessionEnd_, after(limits_.logout)));
       execute("LOGOUT");
     } catch (const std::exception&) {
       // The session ends here in any case.

@@ -16,10 +16,17 @@
 /// the caller disconnects. Texts of the server enter an error only through `safeSummary`, with the password
 /// masked.
 ///
+/// Distance costs time, so a command that needs no earlier answer does not wait for one (RFC 3501, section
+/// 5.5): CAPABILITY and the selection go out together, and so do the fetches of many bodies. LOGIN and the
+/// commands that write are alone: they wait for every answer before them, and nothing is sent before theirs.
+///
+/// A session as a whole is bounded too, so a server that sends a byte now and then cannot hold it.
+///
 /// Threads: one at a time. Several clients may exist at once.
 
 #include <chrono>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -28,6 +35,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Core/BridgeConstants.h"
 #include "Core/Secret.h"
 #include "IMAP/Connection/IMAPConnection.h"
 #include "IMAP/Decoding/Readings.h"
@@ -39,16 +47,23 @@
 
 namespace tarnwell {
 
+/// How long a session may last, in seconds.
+struct SessionLimits {
+  /// From the beginning of `connect`. At its end every wait ends with `timeout`.
+  std::chrono::duration<double> whole = BridgeConstants::sessionTimeoutSeconds;
+  /// For `disconnect`, within the bound of the whole session.
+  std::chrono::duration<double> logout = BridgeConstants::logoutTimeoutSeconds;
+};
+
 class IMAPClient {
  public:
   using ConnectionFactory = std::function<std::unique_ptr<IMAPConnection>()>;
-
   /// Does not use the network. `timeout` bounds each single wait. `connect` checks the port.
   IMAPClient(std::string host, std::int64_t port, std::string email, Secret password,
-             std::chrono::duration<double> timeout);
+             std::chrono::duration<double> timeout, SessionLimits limits = {});
 
   /// Uses the connections that the factory makes.
-  IMAPClient(ConnectionFactory makeConnection, std::string email, Secret password);
+  IMAPClient(ConnectionFactory makeConnection, std::string email, Secret password, SessionLimits limits = {});
 
   /// Connects, checks the greeting, logs in and asks for the capabilities. Throws `invalidArgument` before
   /// any connection for a port outside 0 to 65535, and `authenticationFailed` when the server refuses the
@@ -67,6 +82,9 @@ class IMAPClient {
 
   /// EXAMINE for `readOnly`, SELECT for `readWrite`.
   void selectInbox(Access access);
+
+  /// The same as `connect` and `selectInbox`, in one round trip less.
+  void connectToInbox(Access access);
 
   /// The UIDs of the matching messages, newest first, at most `limit` of them. `limit` is not negative.
   std::vector<std::uint32_t> searchInbox(const IMAPSearchCriteria& criteria, std::size_t limit);
@@ -92,8 +110,8 @@ class IMAPClient {
 
   using BodyReader = std::function<void(const IMAPMessage&, BodyText)>;
   /// The same for several messages. Calls `read` once for each: first for those without a text, then for the
-  /// others in order. While the client decodes and reads one body, the server already prepares the next one.
-  /// So `read` must not use the client. Only one command is open at a time.
+  /// others as their bodies arrive, which is in order from every server that is known. Asks for all bodies at
+  /// once, so `read` must not use the client. Holds one body at a time.
   void fetchBodyTexts(const std::vector<const IMAPMessage*>& messages, const BodyReader& read);
 
   /// Whether COPY and the \Deleted flag may replace a MOVE that the server rejects.
@@ -106,7 +124,8 @@ class IMAPClient {
   /// Sets the \Seen flag of one message.
   void markRead(std::uint32_t uid);
 
-  /// Sends LOGOUT if the connection is still open, then closes it. Never fails.
+  /// Sends LOGOUT if the connection is still open, reads what is under way and its answer, then closes. Never
+  /// fails.
   void disconnect() noexcept;
 
   /// The text in double quotes, with backslashes and quotes escaped. Throws `invalidArgument` for a text with
@@ -140,28 +159,48 @@ class IMAPClient {
   static void appendQuoted(Secret& line, std::string_view text);
   static std::optional<std::string_view> extractFirstLiteral(std::string_view response);
 
+  /// The answer to one of the commands under way.
+  struct Tagged {
+    std::string tag;
+    IMAPParser::Completion completion;
+  };
+
+  /// The fetch of one body.
+  struct BodyRequest {
+    const IMAPMessage* message;
+    std::string command;
+    std::string tag{};  // once it was sent
+    std::optional<std::string> body{};
+  };
+
   std::string nextTag();
   IMAPParser::Completion execute(std::string_view command, const ResponseReader& read = passOver);
   IMAPParser::Completion executeArgs(const std::vector<IMAPArg>& arguments, const ResponseReader& read);
-  std::string send(std::string_view command);
+  std::string queue(std::string_view command);
+  void sendQueued();
   IMAPParser::Completion readUntilTagged(const std::string& tag, const ResponseReader& read);
+  Tagged readTagged(const ResponseReader& read);
   void requestContinuation(Secret& line, std::size_t literalSize);
 
   IMAPConnection& connection();
   void requireInbox() const;
+  void beginSession();
   void readGreeting();
   void logIn();
-  void loadCapabilities();
   void readCapabilities(std::string_view response);
+  void logAuthenticated() const;
   void copyThenFlagDeleted(std::uint32_t uid, const std::string& target);
-  std::string requestBody(const IMAPMessage& message);
-  std::optional<std::string> readBody(const std::string& tag);
+  static void keepBody(std::deque<BodyRequest>& sent, std::string response);
 
   ConnectionFactory makeConnection_;
   std::string email_;
   Secret password_;
+  SessionLimits limits_;
+  std::chrono::steady_clock::time_point sessionEnd_;
   std::unique_ptr<IMAPConnection> connection_;
   unsigned tagCounter_ = 0;
+  Secret queued_;                      // commands to send
+  std::vector<std::string> underWay_;  // the tags of the commands without an answer
   std::set<std::string> capabilities_;
   std::optional<std::string> selectedMailbox_;
 };

@@ -1,5 +1,7 @@
 /// How the client writes commands and collects the answers (RFC 3501, sections 2.2 and 7.5).
 
+#include <algorithm>
+
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/IMAPClient.h"
 #include "Text/Text.h"
@@ -61,24 +63,35 @@ std::string IMAPClient::nextTag() {
 }
 
 IMAPParser::Completion IMAPClient::execute(std::string_view command, const ResponseReader& read) {
-  return readUntilTagged(send(command), read);
+  const std::string tag = queue(command);
+  sendQueued();
+  return readUntilTagged(tag, read);
 }
 
-/// Returns the tag of the command. The answer is still to be read.
-std::string IMAPClient::send(std::string_view command) {
+/// Returns the tag of the command, which goes out with the next `sendQueued`.
+std::string IMAPClient::queue(std::string_view command) {
   connection();  // throws before a tag is used
   std::string tag = nextTag();
-  Secret line(tag + " ");
-  line.append(command);
-  line.append(lineEnd);
-  connection().sendBytes(line.view());
+  underWay_.push_back(tag);
+  queued_.append(tag);
+  queued_.append(' ');
+  queued_.append(command);
+  queued_.append(lineEnd);
   return tag;
+}
+
+void IMAPClient::sendQueued() {
+  if (!queued_.empty()) {
+    connection().sendBytes(queued_.view());
+    queued_.clear();
+  }
 }
 
 IMAPParser::Completion IMAPClient::executeArgs(const std::vector<IMAPArg>& arguments,
                                                const ResponseReader& read) {
   connection();  // throws before a tag is used
   const std::string tag = nextTag();
+  underWay_.push_back(tag);
   Secret line(tag + " ");
   for (const IMAPArg& argument : arguments) {
     if (argument.kind == IMAPArg::Kind::literal) {
@@ -108,16 +121,28 @@ void IMAPClient::requestContinuation(Secret& line, std::size_t literalSize) {
   }
 }
 
+/// Passes over the answers to earlier commands.
 IMAPParser::Completion IMAPClient::readUntilTagged(const std::string& tag, const ResponseReader& read) {
-  const std::string completionBegin = tag + " ";
+  for (;;) {
+    if (Tagged answer = readTagged(read); answer.tag == tag) {
+      return std::move(answer.completion);
+    }
+  }
+}
+
+/// Reads until one of the commands under way is answered. A server may answer them in any order.
+IMAPClient::Tagged IMAPClient::readTagged(const ResponseReader& read) {
   for (;;) {
     std::string line = connection().readLogicalLine();
-    if (line.starts_with(completionBegin)) {
-      std::optional<IMAPParser::Completion> completion = IMAPParser::parseCompletion(line, tag);
+    const auto answered = std::ranges::find(underWay_, std::string_view(line).substr(0, line.find(' ')));
+    if (answered != underWay_.end() && line.size() > answered->size()) {
+      std::optional<IMAPParser::Completion> completion = IMAPParser::parseCompletion(line, *answered);
       if (!completion) {
         throw IMAPError::unexpectedResponse(serverText(line));
       }
-      return *std::move(completion);
+      Tagged answer{std::move(*answered), *std::move(completion)};
+      underWay_.erase(answered);
+      return answer;
     }
     if (!line.starts_with('+')) {
       read(std::move(line));

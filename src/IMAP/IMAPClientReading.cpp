@@ -1,4 +1,4 @@
-/// Searching the inbox and fetching from it (RFC 3501, sections 6.4.4, 6.4.5 and 6.4.8).
+/// Searching the inbox and fetching summaries from it (RFC 3501, sections 6.4.4, 6.4.5 and 6.4.8).
 
 #include <algorithm>
 #include <chrono>
@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "IMAP/Connection/IMAPError.h"
-#include "IMAP/Decoding/TextDecoding.h"
 #include "IMAP/IMAPClient.h"
 #include "Text/ASCIICase.h"
 #include "Text/DecimalNumber.h"
@@ -26,18 +25,6 @@ std::string commaSeparated(const std::vector<std::uint32_t>& uids) {
     text += std::to_string(uid);
   }
   return text;
-}
-
-IMAPClient::BodyText bodyText(const IMAPTextPart& part, std::optional<std::string> body) {
-  if (!body || body->empty()) {
-    return {};
-  }
-  TextDecoding::DecodedPart decoded = TextDecoding::decodePart(*std::move(body), part.encoding, part.charset);
-  decoded.source.isHTML = part.isHTML;
-  if (part.isHTML) {
-    TextDecoding::reduceHTMLToText(decoded.text);
-  }
-  return {std::move(decoded.text), true, std::move(decoded.source)};
 }
 
 }  // namespace
@@ -139,88 +126,6 @@ std::vector<IMAPMessage> IMAPClient::fetchMessages(const std::vector<std::uint32
 std::optional<IMAPMessage> IMAPClient::fetchMessage(std::uint32_t uid) {
   std::vector<IMAPMessage> messages = fetchMessages({uid});
   return messages.empty() ? std::nullopt : std::optional(std::move(messages.front()));
-}
-
-IMAPClient::BodyText IMAPClient::fetchBodyText(std::uint32_t uid) {
-  const std::optional<IMAPMessage> message = fetchMessage(uid);
-  if (!message) {
-    throw IMAPError::unexpectedResponse("Message not found for UID " + std::to_string(uid));
-  }
-  return fetchBodyText(*message);
-}
-
-IMAPClient::BodyText IMAPClient::fetchBodyText(const IMAPMessage& message) {
-  BodyText body;
-  fetchBodyTexts({&message}, [&body](const IMAPMessage&, BodyText read) { body = std::move(read); });
-  return body;
-}
-
-void IMAPClient::fetchBodyTexts(const std::vector<const IMAPMessage*>& messages, const BodyReader& read) {
-  requireInbox();
-  std::vector<const IMAPMessage*> withText;
-  for (const IMAPMessage* message : messages) {
-    if (message->bodyInfo.preferredText) {
-      withText.push_back(message);
-    } else {
-      read(*message, {});
-    }
-  }
-  std::string tag = withText.empty() ? "" : requestBody(*withText.front());
-  for (auto message = withText.begin(); message != withText.end(); ++message) {
-    std::optional<std::string> body = readBody(tag);
-    if (const auto next = message + 1; next != withText.end()) {
-      tag = requestBody(**next);
-    }
-    read(**message, bodyText(*(*message)->bodyInfo.preferredText, std::move(body)));
-  }
-}
-
-/// PEEK leaves the message unread. The command asks for the whole part.
-std::string IMAPClient::requestBody(const IMAPMessage& message) {
-  const std::string& section = message.bodyInfo.preferredText->section;
-  return send("UID FETCH " + std::to_string(message.uid) + " (BODY.PEEK[" + section + "])");
-}
-
-/// A body may have tens of megabytes, so the response is cut down to the body in place.
-std::optional<std::string> IMAPClient::readBody(const std::string& tag) {
-  std::optional<std::string> body;
-  const auto read = [&body](std::string line) {
-    if (body) {
-      return;
-    }
-    if (const std::optional<std::string_view> literal = extractFirstLiteral(line)) {
-      const auto begin = static_cast<std::size_t>(literal->data() - line.data());
-      line.resize(begin + literal->size());
-      line.erase(0, begin);
-      body = std::move(line);
-    }
-  };
-  ensureOK(readUntilTagged(tag, read), "UID FETCH");
-  return body;
-}
-
-std::optional<std::string_view> IMAPClient::extractFirstLiteral(std::string_view response) {
-  const std::size_t brace = response.find('{');
-  if (brace == std::string_view::npos) {
-    return std::nullopt;
-  }
-  response.remove_prefix(brace + 1);
-  const auto digitsEnd = std::ranges::find_if_not(response, isASCIIDigit);
-  const std::string_view digits(response.begin(), digitsEnd);
-  const std::optional<std::int64_t> size = decimalNumber<std::int64_t>(digits);
-  if (!size) {
-    return std::nullopt;
-  }
-  response.remove_prefix(digits.size());
-  if (response.starts_with('+')) {
-    response.remove_prefix(1);
-  }
-  constexpr std::string_view announcementEnd = "}\r\n";
-  if (!response.starts_with(announcementEnd)) {
-    return std::nullopt;
-  }
-  response.remove_prefix(announcementEnd.size());
-  return response.substr(0, static_cast<std::size_t>(*size));
 }
 
 }  // namespace tarnwell

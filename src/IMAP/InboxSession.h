@@ -23,8 +23,7 @@ auto withInbox(IMAPClient& client, IMAPClient::Access access, Body&& body) {
   std::optional<std::invoke_result_t<Body, IMAPClient&>> result;
   std::exception_ptr failure;
   try {
-    client.connect();
-    client.selectInbox(access);
+    client.connectToInbox(access);
     result = std::forward<Body>(body)(client);
   } catch (...) {
     failure = std::current_exception();

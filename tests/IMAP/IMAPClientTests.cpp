@@ -621,46 +621,6 @@ TEST(IMAPClient, bodiesOfSeveralMessagesAreReadInOrderAfterThoseWithoutAText) {
   EXPECT_EQ(server.mismatch(), "");
 }
 
-TEST(IMAPClient, nextBodyIsAskedForBeforeThisOneIsRead) {
-  FakeIMAPServer server(loginDialogue() + Dialogue{expect(bodyCommand("A0004", 9)),
-                                                   answer("* 1 FETCH (BODY[1] {3}\r\none)\r\nA0004 OK\r\n"),
-                                                   expect(bodyCommand("A0005", 7)), pauseHere(),
-                                                   answer("* 2 FETCH (BODY[1] {3}\r\ntwo)\r\nA0005 OK\r\n"),
-                                                   closeHere()});
-  IMAPClient client = clientOf(server);
-  client.connect();
-  client.selectInbox(Access::readOnly);
-  const std::vector<IMAPMessage> messages = withPlainText({9, 7});
-  std::vector<std::string> read;
-  client.fetchBodyTexts({&messages[0], &messages[1]},
-                        [&](const IMAPMessage&, const IMAPClient::BodyText& body) {
-                          if (read.empty()) {
-                            EXPECT_TRUE(server.awaitPause()) << "the next command has not come";
-                            server.resume();
-                          }
-                          read.push_back(body.text);
-                        });
-  EXPECT_THAT(read, ElementsAre("one", "two"));
-  EXPECT_EQ(server.mismatch(), "");
-}
-
-TEST(IMAPClient, refusedBodyEndsTheReadingOfSeveral) {
-  FakeIMAPServer server(loginDialogue() + Dialogue{expect(bodyCommand("A0004", 9)),
-                                                   answer("A0004 NO gone\r\n"), expect("A0005 LOGOUT\r\n"),
-                                                   answer("* BYE\r\nA0005 OK\r\n"), closeHere()});
-  IMAPClient client = clientOf(server);
-  client.connect();
-  client.selectInbox(Access::readOnly);
-  const std::vector<IMAPMessage> messages = withPlainText({9, 7});
-  const auto fetch = [&] {
-    client.fetchBodyTexts({&messages[0], &messages[1]},
-                          [](const IMAPMessage&, const IMAPClient::BodyText&) { ADD_FAILURE(); });
-  };
-  EXPECT_EQ(descriptionOf(fetch), IMAPError::commandFailed("UID", "gone").description());
-  client.disconnect();
-  EXPECT_EQ(server.mismatch(), "");
-}
-
 TEST(IMAPClient, completionThatIsNoneIsUnexpected) {
   playExactly({{expect("A0004 LIST \"\" \"*\"\r\n"), answer("A0004 WHAT\r\n")}, [](IMAPClient& client) {
                  EXPECT_EQ(descriptionOf([&] { client.listFolders(); }),

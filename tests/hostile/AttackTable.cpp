@@ -8,6 +8,7 @@ std::vector<AttackGroup> attackTable() {
       {"Greeting", "The greeting", greetingAttacks},
       {"Closing", "The connection ends", closingAttacks},
       {"Silence", "The server falls silent", silenceAttacks},
+      {"Dripping", "The server sends a byte now and then", dripAttacks},
       {"Literals", "Literals", literalAttacks},
       {"Lines", "Lines", lineAttacks},
       {"Tags", "Tags, continuations and refusals", tagAttacks},

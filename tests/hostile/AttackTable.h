@@ -42,6 +42,7 @@ std::vector<Attack> peerAttacks();
 std::vector<Attack> greetingAttacks();
 std::vector<Attack> closingAttacks();
 std::vector<Attack> silenceAttacks();
+std::vector<Attack> dripAttacks();
 std::vector<Attack> literalAttacks();
 std::vector<Attack> lineAttacks();
 std::vector<Attack> tagAttacks();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace tarnwell::test {
 
@@ -40,10 +41,11 @@ std::string summaryLine() {
 
 Session::Session(std::string toolName, JSONObject toolArguments, const std::string& select)
     : tool(std::move(toolName)), arguments(std::move(toolArguments)) {
-  exchanges.push_back({"greeting", "", "* OK ready\r\n"});
+  exchanges.push_back({"greeting", "", "", "* OK ready\r\n"});
   then("LOGIN", "LOGIN \"user@example.org\" \"app-pass-word\"");
   then("CAPABILITY", "CAPABILITY", "* CAPABILITY IMAP4rev1 UIDPLUS MOVE\r\n");
   then(select, select + " INBOX");
+  exchanges[position("CAPABILITY")].command += std::exchange(exchanges.back().command, "");
 }
 
 std::string Session::tag(std::size_t number) const {
@@ -53,18 +55,19 @@ std::string Session::tag(std::size_t number) const {
 
 Session& Session::then(const std::string& name, const std::string& command, const std::string& untagged) {
   const std::string ownTag = tag(++commands_);
-  exchanges.push_back({name, ownTag + " " + command + "\r\n", untagged + taggedOK(ownTag)});
+  exchanges.push_back({name, ownTag, ownTag + " " + command + "\r\n", untagged + taggedOK(ownTag)});
   return *this;
 }
 
 Session& Session::thenLiteral(const std::string& name, const std::string& piece) {
   const bool isBegin = piece.starts_with("UID ");
-  exchanges.push_back({name, (isBegin ? tag(++commands_) + " " : "") + piece + "\r\n", "+ go\r\n"});
+  const std::string begin = isBegin ? tag(++commands_) + " " : "";
+  exchanges.push_back({name, tag(commands_), begin + piece + "\r\n", "+ go\r\n"});
   return *this;
 }
 
 Session& Session::thenRest(const std::string& name, const std::string& rest, const std::string& untagged) {
-  exchanges.push_back({name, rest + "\r\n", untagged + taggedOK(tag(commands_))});
+  exchanges.push_back({name, tag(commands_), rest + "\r\n", untagged + taggedOK(tag(commands_))});
   return *this;
 }
 
@@ -72,19 +75,20 @@ Session Session::answering(const std::string& name, const std::string& answer) c
   Session changed = *this;
   Exchange& exchange = changed.exchanges[position(name)];
   exchange.answer = answer;
-  const std::string ownTag = exchange.command.substr(0, 5);
   for (std::size_t mark = 0; (mark = exchange.answer.find("TAG", mark)) != std::string::npos;) {
-    exchange.answer.replace(mark, 3, ownTag);
+    exchange.answer.replace(mark, 3, exchange.tag);
   }
   return changed;
 }
 
 Session Session::leavingAfter(std::string_view name) const {
   Session changed = *this;
-  changed.exchanges.resize(position(name) + 1);
-  const auto tagged = std::ranges::count_if(
-      changed.exchanges, [](const Exchange& exchange) { return exchange.command.starts_with("A0"); });
-  changed.commands_ = static_cast<unsigned>(tagged);
+  std::size_t kept = position(name) + 1;
+  while (kept < exchanges.size() && exchanges[kept].command.empty()) {
+    ++kept;
+  }
+  changed.exchanges.resize(kept);
+  changed.commands_ = static_cast<unsigned>(std::stoi(changed.exchanges.back().tag.substr(1)));
   return changed.then("LOGOUT", "LOGOUT");
 }
 

@@ -17,9 +17,11 @@
 
 namespace tarnwell::test {
 
-/// One command of the client and the server's answer. The greeting has no command.
+/// One command of the client and the server's answer. The greeting has no command. CAPABILITY and the
+/// selection go out together: the bytes of both stand with CAPABILITY, and the selection has none.
 struct Exchange {
   std::string name;
+  std::string tag;
   std::string command;
   std::string answer;
 
@@ -40,7 +42,7 @@ class Session {
   Session& thenRest(const std::string& name, const std::string& rest, const std::string& untagged = "");
   /// The same session with another answer to one exchange. TAG stands for the command's tag.
   Session answering(const std::string& name, const std::string& answer) const;
-  /// The session up to this exchange, and then LOGOUT.
+  /// The session up to this exchange and those that go out together with it, and then LOGOUT.
   Session leavingAfter(std::string_view name) const;
 
   /// The tool's name, with one more word for the move by COPY and STORE.

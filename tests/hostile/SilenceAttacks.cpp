@@ -22,7 +22,7 @@ Place placeOf(const Exchange& exchange) {
     return {"the server gives no greeting", "says that no answer came in time; no login is sent"};
   }
   if (exchange.name == "LOGOUT") {
-    return {"the server gives no farewell", "gives the result after the bound of 30 seconds"};
+    return {"the server gives no farewell", "gives the result after the bound of 2 seconds"};
   }
   if (exchange.changesTheMailbox()) {
     return {"the server falls silent after a command that changes the mailbox",

@@ -145,6 +145,9 @@ struct FakeIMAPServer::State {
           return {};
         case Step::Kind::cut:
           return {};
+        case Step::Kind::drip:
+          drip(stream, step);
+          return {};
         case Step::Kind::halfClose:
           peer.shutdown(tcp::socket::shutdown_send, error);
           drain(stream);
@@ -175,6 +178,18 @@ struct FakeIMAPServer::State {
     pausing = true;
     idle.notify_all();
     idle.wait(lock, [this] { return !pausing || stopping; });
+  }
+
+  template <class Stream>
+  void drip(Stream& stream, const Step& step) {
+    error_code error;
+    for (std::size_t position = 0; !error; ++position) {
+      asio::write(stream, asio::buffer(&step.bytes[position % step.bytes.size()], 1), error);
+      std::unique_lock lock(mutex);
+      if (idle.wait_for(lock, step.interval, [this] { return stopping; })) {
+        return;
+      }
+    }
   }
 
   /// Repeats the bytes of an answer in blocks. Short bytes then do not need one TLS record each.

@@ -17,6 +17,7 @@
 /// (`WireGuard`): one that expunges, that creates, renames or deletes a mailbox, or that fills one or changes
 /// its access rights.
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -33,6 +34,7 @@ struct Step {
     answerSlowly,  // send them one byte at a time
     close,         // close with the closing message of TLS
     cut,           // close without it
+    drip,          // send the bytes for ever, one byte after each `interval`, until the client leaves
     halfClose,     // close only the server's direction, and go on reading
     pause,         // send nothing until `resume`
     reset,         // TCP reset
@@ -43,6 +45,7 @@ struct Step {
   /// How many times the answer is sent. It is repeated while it is sent, so a hundred megabytes need no
   /// memory.
   std::size_t times = 1;
+  std::chrono::milliseconds interval{0};
 };
 
 inline Step expect(std::string bytes) { return {Step::Kind::expect, std::move(bytes)}; }
@@ -52,6 +55,9 @@ inline Step answer(std::string bytes, std::size_t times = 1) {
 inline Step answerSlowly(std::string bytes) { return {Step::Kind::answerSlowly, std::move(bytes)}; }
 inline Step closeHere() { return {Step::Kind::close, {}}; }
 inline Step cutHere() { return {Step::Kind::cut, {}}; }
+inline Step dripHere(std::string bytes, std::chrono::milliseconds interval) {
+  return {Step::Kind::drip, std::move(bytes), 1, interval};
+}
 inline Step halfCloseHere() { return {Step::Kind::halfClose, {}}; }
 inline Step pauseHere() { return {Step::Kind::pause, {}}; }
 inline Step resetHere() { return {Step::Kind::reset, {}}; }

@@ -6,6 +6,7 @@
 ///
 /// Threads: one at a time.
 
+#include <chrono>
 #include <string_view>
 
 namespace tarnwell {
@@ -24,6 +25,9 @@ class ByteStream {
   /// The next bytes that arrived: at least one, at most 65536. Empty when the peer has closed. They are valid
   /// until the next call. Throws as `connect` does.
   virtual std::string_view receive() = 0;
+
+  /// From now on every wait also ends at this instant, with `timeout`.
+  virtual void endBy(std::chrono::steady_clock::time_point instant) = 0;
 
   /// Ends the connection at once. Sends nothing and never fails.
   virtual void close() noexcept = 0;

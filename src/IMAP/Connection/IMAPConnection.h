@@ -34,6 +34,9 @@ class IMAPConnection {
   /// programming error and aborts the process.
   static std::uint16_t endpointPort(std::int64_t port);
 
+  /// From now on every wait also ends at this instant, with `timeout`.
+  void endBy(std::chrono::steady_clock::time_point instant) { stream_->endBy(instant); }
+
   /// Throws `IMAPError`: `connectionFailed` or `timeout`.
   void connect();
 

@@ -3,6 +3,7 @@
 #include <openssl/err.h>
 #include <openssl/x509v3.h>
 
+#include <algorithm>
 #include <array>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -111,13 +112,14 @@ struct TLSStream::State {
   std::string host;
   std::uint16_t port;
   std::chrono::duration<double> timeout;
+  Clock::time_point lastInstant = Clock::time_point::max();
 
   asio::io_context queue{1};
   std::optional<asio::ssl::stream<tcp::socket>> stream;
   std::array<char, 65536> received;
 
   Clock::time_point deadline() const {
-    return Clock::now() + std::chrono::duration_cast<Clock::duration>(timeout);
+    return std::min(Clock::now() + std::chrono::duration_cast<Clock::duration>(timeout), lastInstant);
   }
 
   struct Outcome {
@@ -223,6 +225,8 @@ TLSStream::TLSStream(std::string host, std::uint16_t port, std::chrono::duration
     : state_(std::make_unique<State>(std::move(host), port, timeout)) {}
 
 TLSStream::~TLSStream() = default;
+
+void TLSStream::endBy(Clock::time_point instant) { state_->lastInstant = instant; }
 
 void TLSStream::connect() {
   State& state = *state_;

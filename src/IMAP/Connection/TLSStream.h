@@ -28,6 +28,7 @@ class TLSStream final : public ByteStream {
   TLSStream(std::string host, std::uint16_t port, std::chrono::duration<double> timeout);
   ~TLSStream() override;
 
+  void endBy(std::chrono::steady_clock::time_point instant) override;
   void connect() override;
   void send(std::string_view bytes) override;
   std::string_view receive() override;

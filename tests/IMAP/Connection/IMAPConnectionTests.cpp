@@ -15,6 +15,7 @@ class ScriptedStream : public ByteStream {
   explicit ScriptedStream(std::deque<std::string> pieces, std::optional<IMAPError> ending = std::nullopt)
       : pieces_(std::move(pieces)), ending_(std::move(ending)) {}
 
+  void endBy(std::chrono::steady_clock::time_point) override {}
   void connect() override {}
   void send(std::string_view bytes) override {
     if (ending_) {
