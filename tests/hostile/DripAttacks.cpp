@@ -4,8 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <optional>
+
 #include "hostile/ServerAttack.h"
 #include "hostile/Sessions.h"
+#include "hostile/TestSecrets.h"
+#include "support/ChildProgram.h"
 
 namespace tarnwell::test {
 
@@ -58,6 +63,48 @@ ServerAttack drippingABody() {
   return row;
 }
 
+/// The command test-connection with a server that drips at one step of its session.
+class DrippedTest {
+ public:
+  explicit DrippedTest(const Session& session, std::size_t position)
+      : server_(brokenAt(session, position, dripHere(lines, 5s))) {
+    home_.useServer(server_.port());
+    storePassword(testPassword);
+    program_.emplace(
+        std::vector<std::string>{"sh", "-c", "exec \"$@\" 2>&1", "sh", TARNWELL_PROGRAM, "test-connection"},
+        home_.environmentList());
+  }
+
+  void expectEnd(int status, const std::string& report) {
+    EXPECT_TRUE(program_->readAll().starts_with(report));
+    EXPECT_EQ(program_->wait(), status);
+    EXPECT_EQ(server_.mismatch(), "");
+  }
+
+ private:
+  FakeIMAPServer server_;
+  Home home_;
+  std::optional<ChildProgram> program_;
+};
+
+/// At each step at the same time.
+void dripAtEveryStepOfTheTest() {
+  const Session session = Session("", {}).then("LOGOUT", "LOGOUT");
+  const auto start = std::chrono::steady_clock::now();
+  std::vector<std::unique_ptr<DrippedTest>> tests;
+  for (std::size_t position = 0; position < session.exchanges.size(); ++position) {
+    tests.push_back(std::make_unique<DrippedTest>(session, position));
+  }
+  for (std::size_t position = 0; position < session.exchanges.size(); ++position) {
+    SCOPED_TRACE(session.exchanges[position].name);
+    const bool isFarewell = session.exchanges[position].name == "LOGOUT";
+    tests[position]->expectEnd(isFarewell ? 0 : 1, isFarewell
+                                                       ? "✅ Connected to localhost:"
+                                                       : std::string("❌ Connection failed: ") + timeoutText);
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - start, patience);
+}
+
 }  // namespace
 
 std::vector<Attack> dripAttacks() {
@@ -66,7 +113,12 @@ std::vector<Attack> dripAttacks() {
     rows.push_back(drippingAt(step));
   }
   rows.push_back(drippingABody());
-  return byServersAtOnce(std::move(rows));
+  std::vector<Attack> attacks = byServersAtOnce(std::move(rows));
+  attacks.push_back({"testConnectionDripping",
+                     "the server answers test-connection a byte every 5 seconds, at each step",
+                     "says after 50 seconds that no answer came in time; a slow farewell costs 2 seconds",
+                     dripAtEveryStepOfTheTest});
+  return attacks;
 }
 
 }  // namespace tarnwell::test

@@ -32,14 +32,6 @@ std::set<std::string> namesIn(const fs::path& directory) {
   return names;
 }
 
-std::vector<std::string> listed(const std::map<std::string, std::string>& variables) {
-  std::vector<std::string> list;
-  for (const auto& [name, value] : variables) {
-    list.push_back(name + "=" + value);
-  }
-  return list;
-}
-
 /// The output of a command on both streams, and its exit status.
 struct Report {
   int status = 0;
@@ -52,7 +44,7 @@ Report run(const Home& home, const std::string& word, const Launcher& launcher =
   std::vector<std::string> command{"sh", "-c", "exec \"$@\" 2>&1", "sh"};
   command.insert(command.end(), launcher.begin(), launcher.end());
   command.insert(command.end(), {TARNWELL_PROGRAM, word});
-  ChildProgram program(command, listed(home.environment));
+  ChildProgram program(command, home.environmentList());
   Report report;
   report.text = program.readAll();
   report.status = program.wait();
@@ -146,7 +138,7 @@ void killAtEverySystemCall() {
   for (int number = 1; number < tooMany; ++number) {
     home.writeSettings(old);
     const TracedEnd end =
-        TracedProgram({TARNWELL_PROGRAM, "test-connection"}, listed(home.environment)).runKilledAt(number);
+        TracedProgram({TARNWELL_PROGRAM, "test-connection"}, home.environmentList()).runKilledAt(number);
     const std::string text = bytesOf(home.settingsFile());
     EXPECT_TRUE(text == old || withoutDate(text) == saved)
         << "killed at system call " << number << ": " << text;

@@ -79,6 +79,14 @@ void Home::writeSettings(std::string_view bytes) const {
   std::ofstream(settingsFile(), std::ios::binary | std::ios::trunc) << bytes;
 }
 
+std::vector<std::string> Home::environmentList() const {
+  std::vector<std::string> list;
+  for (const auto& [name, value] : environment) {
+    list.push_back(name + "=" + value);
+  }
+  return list;
+}
+
 void Home::removeSettings() const { std::filesystem::remove(settingsFile()); }
 
 ServeProgram::ServeProgram(const Home& home) : errorFile_(home.path() / "standard-error") {
@@ -89,10 +97,7 @@ ServeProgram::ServeProgram(const Home& home) : errorFile_(home.path() / "standar
   }
   std::vector<std::string> command = home.launcher;
   command.insert(command.end(), {TARNWELL_PROGRAM, "serve"});
-  std::vector<std::string> environment;
-  for (const auto& [name, value] : home.environment) {
-    environment.push_back(name + "=" + value);
-  }
+  std::vector<std::string> environment = home.environmentList();
   const std::string errorPath = errorFile_.string();
   const std::vector<char*> words = argumentVector(command);
   const std::vector<char*> variables = argumentVector(environment);

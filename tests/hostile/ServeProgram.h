@@ -60,6 +60,8 @@ class Home {
 
   /// The environment of programs that start from now on, by name. May be changed.
   std::map<std::string, std::string> environment;
+  /// The environment as NAME=VALUE.
+  std::vector<std::string> environmentList() const;
   /// Words before the program's own, as in {"prlimit", "--nofile=16"}. The launcher must become the program
   /// (exec), so that `processID` is the program's.
   std::vector<std::string> launcher;

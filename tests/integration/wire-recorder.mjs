@@ -1,5 +1,6 @@
 // A TLS server between the program and the mail server. It passes on every byte in both directions and
-// records what the program sends: one JSON line for each command line or literal, with its connection.
+// records what the program sends: one JSON line for each command line or literal, with its connection and its
+// burst. Pieces of one burst came together, as one piece of bytes.
 //
 //   node wire-recorder.mjs DIRECTORY UPSTREAM_PORT
 //
@@ -19,13 +20,15 @@ const server = tls.createServer({
 }, (client) => {
   const connection = ++connections;
   const reader = new CommandReader();
+  let bursts = 0;
   const upstream = tls.connect({
     host: '127.0.0.1', port: Number(upstreamPort), servername: 'localhost',
     ca: fs.readFileSync(`${directory}/ca.pem`),
   });
   client.on('data', (bytes) => {
+    const burst = ++bursts;
     for (const piece of reader.push(bytes)) {
-      fs.writeSync(record, JSON.stringify({ connection, ...piece }) + '\n');
+      fs.writeSync(record, JSON.stringify({ connection, burst, ...piece }) + '\n');
     }
     upstream.write(bytes);
   });

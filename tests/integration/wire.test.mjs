@@ -7,7 +7,7 @@ import { CommandReader } from './support/command-reader.mjs';
 import { IMAPSession } from './support/imap-session.mjs';
 import { environment, resultObject, startClient, writeSettings } from './support/program.mjs';
 import { samples } from './support/samples.mjs';
-import { assertOnlyReading, isNeverSent, isReadingCommand, recordLines, recordedCommands }
+import { assertOnlyReading, isNeverSent, isReadingCommand, recordLines, recordedBursts, recordedCommands }
   from './support/wire.mjs';
 
 const [program, directory, port, serverPort] = process.argv.slice(2);
@@ -71,6 +71,28 @@ test('eachReadingToolSendsExactlyItsCommands', async (t) => {
       'EXAMINE INBOX', ...between, 'LOGOUT'];
     const tagged = expected.map((command, i) => `A${String(i + 1).padStart(4, '0')} ${command}`);
     assert.deepEqual(commands, tagged, `${tool} ${JSON.stringify(args)}`);
+  }
+  await session.finish();
+});
+
+test('commandsThatNeedNoAnswerGoOutTogether', async (t) => {
+  const session = await startClient(program, directory, environment);
+  t.after(() => session.client.close());
+  const bursts = async (tool, args) => {
+    const before = recordLines(directory).length;
+    resultObject(await session.call(tool, args));
+    return recordedBursts(directory, before);
+  };
+  const begin = ['LOGIN', 'CAPABILITY, EXAMINE'];
+  assert.deepEqual(await bursts('list_folders'), [...begin, 'LIST', 'LOGOUT']);
+  assert.deepEqual(await bursts('get_message_body', { uid: 1 }), [...begin, 'UID FETCH', 'UID FETCH', 'LOGOUT']);
+  const search = await bursts('search_inbox', { subject: 'lunch' });
+  assert.deepEqual(search, [...begin, 'UID SEARCH', 'UID FETCH', 'UID FETCH', 'LOGOUT']);
+  for (const tool of ['search_inbox', 'propose_inbox_cleanup']) {
+    const all = await bursts(tool);
+    const bodies = all.splice(4, 1)[0].split(', ');
+    assert.deepEqual(all, [...begin, 'UID SEARCH', 'UID FETCH', 'LOGOUT']);
+    assert.ok(bodies.length > 5 && bodies.every((word) => word === 'UID FETCH'), bodies.join(', '));
   }
   await session.finish();
 });

@@ -2,24 +2,34 @@
 import assert from 'node:assert/strict';
 import fs from 'node:fs';
 
-// The commands of the record from line `start` on, each as {connection, text}. A command with literals is one
-// text; each literal stands as «bytes» after its announcement.
+// The commands of the record from line `start` on, each as {connection, burst, text}. A command with literals is
+// one text; each literal stands as «bytes» after its announcement. Its burst is that of its first piece.
 export function recordedCommands(directory, start = 0) {
   const open = new Map();
   const commands = [];
-  for (const { connection, kind, text } of recordLines(directory).slice(start).map((x) => JSON.parse(x))) {
+  for (const { connection, burst, kind, text } of recordLines(directory).slice(start).map((x) => JSON.parse(x))) {
     const begun = open.get(connection);
     if (kind === 'literal') {
       begun.text += `«${Buffer.from(text, 'latin1')}»`;
       continue;
     }
     if (begun) begun.text += text;
-    const command = begun ?? { connection, text };
+    const command = begun ?? { connection, burst, text };
     if (!begun) commands.push(command);
     if (/\{0*[1-9]\d*\+?\}$/.test(text)) open.set(connection, command);
     else open.delete(connection);
   }
   return commands;
+}
+
+// The words of the commands that went out together, as texts in the order of sending.
+export function recordedBursts(directory, start = 0) {
+  const bursts = new Map();
+  for (const { connection, burst, text } of recordedCommands(directory, start)) {
+    const key = `${connection} ${burst}`;
+    bursts.set(key, [...bursts.get(key) ?? [], /^\S+ ((?:UID )?\S+)/.exec(text)[1]]);
+  }
+  return [...bursts.values()].map((words) => words.join(', '));
 }
 
 export const recordLines = (directory) =>
