@@ -5,8 +5,10 @@ program can go below. scripts/bench starts the services and then this script.
 
 BUILD is the build folder. DIRECTORY has ca.pem, certificates/, wire, and in micro/ the tables of the parts. The
 contenders take turns within each measurement, so a disturbance affects all of them. The tables become
-DOCUMENTS/measurements.md. The values that a user notices become the picture DOCUMENTS/performance.svg.
+DOCUMENTS/measurements.md. The values that a user notices become the picture DOCUMENTS/performance.svg, and the
+searches near and far the table in DOCUMENTS/performance.md and the picture DOCUMENTS/distance.svg.
 """
+import itertools
 import json
 import os
 import random
@@ -20,7 +22,10 @@ from processes import Answering, Comparator, MCPServer, run_timer
 from report import MILLISECONDS, Targets, comparison, figure, ratio, table
 
 HITS = 20
-ROUND_TRIPS = 29  # TCP, TLS, greeting; LOGIN, CAPABILITY, EXAMINE, SEARCH, FETCH; a body each; LOGOUT
+# Messages found, and milliseconds to the server in each direction.
+COUNTS, DISTANCES = (1, 20, 100), (0, 20, 75)
+# TCP, TLS, greeting; LOGIN; CAPABILITY with EXAMINE; SEARCH; FETCH; all bodies; LOGOUT
+ROUND_TRIPS = 9
 USER, PASSWORD = "user@example.org", "app-pass-word"
 
 PEERS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "peers")
@@ -64,7 +69,8 @@ class Bench:
     def use_port(self, port):
         """Writes the settings. The program reads them again for every call."""
         with open(f"{self.settings}/config.json", "w") as file:
-            json.dump({"email": USER, "imapHost": "localhost", "imapPort": port}, file)
+            json.dump({"email": USER, "imapHost": "localhost", "imapPort": port,
+                       "safety": {"maxFetch": max(COUNTS), "maxMessagesPerCall": max(COUNTS)}}, file)
 
     def tarnwell(self):
         return MCPServer(self.servers["tarnwell"])
@@ -76,21 +82,24 @@ class Bench:
     def replay(self, port, commands):
         return Comparator([f"{self.ends}/TLSReplay", str(port), f"{self.directory}/certificates", commands])
 
-    def loop(self, port):
+    def loop(self, port, hits=HITS):
         return Comparator([sys.executable, f"{PEERS}/imap_loop.py", str(port), f"{self.directory}/ca.pem", USER,
-                          PASSWORD, str(HITS)])
+                          PASSWORD, str(hits)])
 
     def record(self, name, tool, **arguments):
-        """Writes the commands that the program sends for one call to a file. Returns its path."""
+        """Writes the commands that the program sends for one call to a file, with an empty line after those that it
+        sends together. Returns its path."""
         self.use_port(self.recorder_port)
         with self.tarnwell() as server:
             server.call(tool, **arguments)
         with open(f"{self.directory}/wire") as file:
             pieces = [json.loads(line) for line in file]
-        own = [piece["text"] for piece in pieces if piece["connection"] == pieces[-1]["connection"]]
+        own = [piece for piece in pieces if piece["connection"] == pieces[-1]["connection"]]
         path = f"{self.directory}/{name}.commands"
         with open(path, "w", encoding="latin1") as file:
-            file.writelines(f"{line}\n" for line in own)
+            for _, together in itertools.groupby(own, lambda piece: piece["burst"]):
+                file.writelines(f"{piece['text']}\n" for piece in together)
+                file.write("\n")
         self.use_port(self.dovecot_port)
         return path
 
@@ -155,38 +164,82 @@ class Bench:
                  f"{figure(median(secrets) / 1e6)} ms (get_status, which looks for it too); the others are given "
                  "theirs.\n")
         self.show("Processor time of a search", "ms", {name: median(times) / 1e6 for name, times in processor.items()})
-        self.show(f"Search of {HITS} messages, same machine", "ms",
-                  {name: median(times) / 1e6 for name, times in wall.items()})
-        self.targets.at_most("search, of the raw replay's time", ratio(wall["tarnwell"], wall[REPLAY]), 1.15, "x")
-        self.targets.at_least("search, faster than imapflow", ratio(wall[SDK], wall["tarnwell"]), 3, "x")
         self.targets.at_most("search, processor time", median(processor["tarnwell"]) / 1e6, 10, "ms")
-        return commands
 
-    def far_away(self, commands, one_way, rounds):
-        proxy = [f"{self.ends}/DelayProxy", str(one_way), str(self.dovecot_port)]
+    def search_from(self, one_way, hits, rounds):
+        """The times and the round trips of each contender, {name: samples}. There are none on this machine."""
+        commands = self.record(f"search-{hits}", "search_inbox", limit=hits)
         wall, trips = {}, {}
+        proxy = [f"{self.ends}/DelayProxy", str(one_way), str(self.dovecot_port)]
         with Answering(proxy) as far:
-            port = int(far.read())
+            port = int(far.read()) if one_way else self.dovecot_port
             self.use_port(port)
-            with self.tarnwell() as own, self.sdk(port) as sdk, self.loop(port) as loop, \
+            with self.tarnwell() as own, self.sdk(port) as sdk, self.loop(port, hits) as loop, \
                     self.replay(port, commands) as replay:
-                takes = {REPLAY: replay.round, "tarnwell": lambda: own.call("search_inbox", limit=HITS),
-                         SDK: lambda: sdk.call("search_inbox", limit=HITS), LOOP: loop.round}
+                takes = {"tarnwell": lambda: own.call("search_inbox", limit=hits), REPLAY: replay.round,
+                         SDK: lambda: sdk.call("search_inbox", limit=hits), LOOP: loop.round}
                 for number in range(rounds + 1):
-                    for name, take in takes.items():
-                        taken, counted = take()["wall"], json.loads(far.read())["roundTrips"]
+                    for name, take in in_any_order(takes):
+                        result = take()
+                        if result["result"].get("count", hits) != hits:
+                            raise RuntimeError(f"{name} found {result['result']['count']} messages, not {hits}")
+                        counted = json.loads(far.read())["roundTrips"] if one_way else None
                         if number >= 1:  # before that, the comparators load their libraries
-                            wall.setdefault(name, []).append(taken)
+                            wall.setdefault(name, []).append(result["wall"])
                             trips.setdefault(name, []).append(counted)
         self.use_port(self.dovecot_port)
-        expected = median(trips["tarnwell"]) * 2 * one_way * 1e6
-        self.add(f"The same, {one_way} ms away in each direction", comparison(wall, MILLISECONDS),
-                 "Round trips: " + ", ".join(f"{name} {median(count):g}" for name, count in trips.items()) + ".\n")
-        self.show(f"The same, {one_way} ms away in each direction", "ms",
-                  {name: median(times) / 1e6 for name, times in wall.items()})
-        self.targets.exactly(f"round trips, {one_way} ms away", median(trips["tarnwell"]), ROUND_TRIPS, "")
-        self.targets.at_most(f"time above the round trips, {one_way} ms away",
-                             (median(wall["tarnwell"]) / expected - 1) * 100, 5, "%")
+        return wall, trips
+
+    def distances(self):
+        """Searches of few and many messages, near and far."""
+        contenders = ("tarnwell", REPLAY, SDK, LOOP)
+        rows, panels = [], []
+        for one_way in DISTANCES:
+            for hits in COUNTS:
+                wall, trips = self.search_from(one_way, hits, 5 if one_way else 30)
+                place = f"{one_way} ms" if one_way else "same machine"
+                row = [place, str(hits)]
+                for name in contenders:
+                    steps = f" ({median(trips[name]):g})" if one_way else ""
+                    row.append(figure(median(wall[name]) / 1e6) + steps)
+                best = min((SDK, LOOP), key=lambda name: median(wall[name]))
+                gain, above = ratio(wall[best], wall["tarnwell"]), ratio(wall["tarnwell"], wall[REPLAY])
+                rows.append([*row, f"{figure(gain)} x", f"{figure(above)} x"])
+                panels.append((f"{hits} message{'s' if hits > 1 else ''}, "
+                               + (f"{one_way} ms away" if one_way else "same machine"), "ms",
+                               [(name, median(wall[name]) / 1e6) for name in ("tarnwell", SDK, LOOP)]))
+                case = f"search of {hits}, {place}"
+                if one_way:
+                    self.targets.at_most(f"{case}: round trips", median(trips["tarnwell"]), ROUND_TRIPS, "")
+                    self.targets.at_least(f"{case}: faster than the best comparator", gain, 1.4, "x")
+                else:
+                    self.targets.at_least(f"{case}: faster than imapflow", ratio(wall[SDK], wall["tarnwell"]), 3, "x")
+                self.targets.at_most(f"{case}: of the raw replay's time", above, 1.25, "x")
+        text = table(["each way", "messages", *(f"{name}, ms" for name in contenders), "best other to tarnwell",
+                      "tarnwell to replay"], rows)
+        self.add("search_inbox near and far", text, "In brackets: the round trips, that of TCP included.\n")
+        return text, panels
+
+    def round_trips(self):
+        """The round trips of each tool that reads."""
+        uid = LARGE_BASE64 + 1  # an ordinary message
+        calls = [("list_folders", {}, 7), ("get_message_summary", {"uid": uid}, 8), ("get_message_body", {"uid": uid}, 8)]
+        for hits in (20, 100):
+            calls += [("search_inbox", {"limit": hits}, 9), ("search_inbox", {"limit": hits, "from": "colleague"}, 10),
+                      ("search_inbox", {"limit": hits, "from": "colleague", "subject": "week"}, 11),
+                      ("propose_inbox_cleanup", {"limit": hits}, 9)]
+        rows = []
+        with Answering([f"{self.ends}/DelayProxy", "20", str(self.dovecot_port)]) as far:
+            self.use_port(int(far.read()))
+            with self.tarnwell() as own:
+                for tool, arguments, wanted in calls:
+                    own.call(tool, **arguments)
+                    counted = json.loads(far.read())["roundTrips"]
+                    words = " ".join(f"{name} {value}" for name, value in arguments.items())
+                    rows.append([tool, words, str(counted)])
+                    self.targets.at_most(f"{tool} {words}".strip() + ": round trips", counted, wanted, "")
+        self.use_port(self.dovecot_port)
+        self.add("Round trips of the tools that read", table(["tool", "arguments", "round trips"], rows))
 
     def large_body(self, title, uid):
         commands = self.record(f"body-{uid}", "get_message_body", uid=uid)
@@ -214,6 +267,15 @@ def tables_of_parts(directory):
     return "\n".join(tables)
 
 
+def replace_table(path, text):
+    """Puts the table between the two marks of the document."""
+    begin, end = "<!-- distances -->\n", "<!-- end -->\n"
+    with open(path, encoding="utf-8") as file:
+        before, rest = file.read().split(begin)
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(before + begin + text + end + rest.split(end)[1])
+
+
 def main():
     settings, build, directory, dovecot_port, recorder_port, *documents = sys.argv[1:]
     bench = Bench(settings, build, directory, dovecot_port, recorder_port)
@@ -223,9 +285,9 @@ def main():
     bench.use_port(bench.dovecot_port)
     bench.start()
     bench.memory()
-    commands = bench.search()
-    bench.far_away(commands, 20, 5)
-    bench.far_away(commands, 75, 5)
+    bench.search()
+    distances, panels = bench.distances()
+    bench.round_trips()
     bench.large_body("8bit", LARGE_8BIT)
     bench.large_body("base64", LARGE_BASE64)
     targets = f"## Targets\n\n{bench.targets.table()}"
@@ -237,6 +299,9 @@ def main():
             file.write("\n".join([HEADING, introduction, targets, *bench.sections, parts]))
         with open(f"{documents[0]}/performance.svg", "w", encoding="utf-8") as file:
             file.write(picture("What a user notices", bench.panels))
+        with open(f"{documents[0]}/distance.svg", "w", encoding="utf-8") as file:
+            file.write(picture("A search near and far", panels, columns=len(DISTANCES)))
+        replace_table(f"{documents[0]}/performance.md", distances)
 
 
 if __name__ == "__main__":

@@ -3,7 +3,7 @@ from xml.sax.saxutils import escape
 
 from report import figure
 
-COLUMNS, COLUMN_WIDTH, PADDING = 2, 430, 16
+COLUMN_WIDTH, PADDING = 430, 16
 NAME_WIDTH, BAR_WIDTH = 184, 150
 TITLE_HEIGHT, BAR_HEIGHT, BAR_STEP, PANEL_GAP = 26, 14, 22, 18
 
@@ -28,11 +28,11 @@ def bars(rows, left, top, unit):
         yield f'<text x="{left + NAME_WIDTH + width + 6:.1f}" y="{y + 12}">{figure(value)} {unit}</text>'
 
 
-def picture(title, panels):
+def picture(title, panels, columns=2):
     """The panels (title, unit, [(name, value), ...]), one column after the other."""
-    rows_of_panels = -(-len(panels) // COLUMNS)
+    rows_of_panels = -(-len(panels) // columns)
     panel_height = TITLE_HEIGHT + max(len(rows) for _, _, rows in panels) * BAR_STEP + PANEL_GAP
-    width, height = COLUMNS * COLUMN_WIDTH + PADDING, rows_of_panels * panel_height + PADDING
+    width, height = columns * COLUMN_WIDTH + PADDING, rows_of_panels * panel_height + PADDING
     lines = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{width}" height="{height}" '
              f'viewBox="0 0 {width} {height}" role="img">',
              f"<title>{escape(title)}: shorter bars are better</title>", f"<style>\n{STYLE}\n</style>"]

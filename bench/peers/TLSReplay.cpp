@@ -4,7 +4,8 @@
 ///
 ///   TLSReplay PORT CERTIFICATE_DIRECTORY COMMANDS
 ///
-/// COMMANDS has one command on each line, in the order of sending. No command has a literal.
+/// COMMANDS has one command on each line, in the order of sending. No command has a literal. An empty line
+/// ends a burst: the commands before it are sent together, and the next burst waits for all their answers.
 
 #include <netdb.h>
 #include <netinet/in.h>
@@ -37,7 +38,6 @@ struct Free {
 
 using Context = std::unique_ptr<SSL_CTX, Free>;
 
-/// The context that all sessions share. It keeps the authority's certificate after the first use.
 Context makeContext(const char* certificates) {
   Context context(SSL_CTX_new(TLS_client_method()));
   require(SSL_CTX_set_min_proto_version(context.get(), TLS1_2_VERSION) == 1, "the version");
@@ -48,7 +48,8 @@ Context makeContext(const char* certificates) {
 
 class Session {
  public:
-  Session(const char* port, SSL_CTX* context) : stream_(SSL_new(context)) {
+  Session(const char* port, const char* certificates)
+      : context_(makeContext(certificates)), stream_(SSL_new(context_.get())) {
     require(SSL_set1_host(stream_.get(), "localhost") == 1, "the host name");
     require(SSL_set_tlsext_host_name(stream_.get(), "localhost") == 1, "the server name");
 
@@ -103,19 +104,41 @@ class Session {
     return lineFeed == std::string_view::npos ? text : text.substr(lineFeed + 1);
   }
 
+  Context context_;
   std::unique_ptr<SSL, Free> stream_;
   int socket_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   std::array<char, 65536> received_;
 };
 
-std::size_t replay(const char* port, SSL_CTX* context, const std::vector<std::string>& commands) {
-  Session session(port, context);
+/// Commands that go out together, and the tag of the last.
+struct Burst {
+  std::string commands;
+  std::string lastTag;
+};
+
+std::size_t replay(const char* port, const char* certificates, const std::vector<Burst>& bursts) {
+  Session session(port, certificates);
   std::size_t bytes = session.readUntil("* ");
-  for (const std::string& command : commands) {
-    session.send(command);
-    bytes += session.readUntil(command.substr(0, command.find(' ') + 1));
+  for (const Burst& burst : bursts) {
+    session.send(burst.commands);
+    bytes += session.readUntil(burst.lastTag);
   }
   return bytes;
+}
+
+std::vector<Burst> readBursts(const char* path) {
+  std::vector<Burst> bursts(1);
+  std::ifstream file(path);
+  for (std::string line; std::getline(file, line);) {
+    if (line.empty()) {
+      bursts.emplace_back();
+    } else {
+      bursts.back().commands += line + "\r\n";
+      bursts.back().lastTag = line.substr(0, line.find(' ') + 1);
+    }
+  }
+  std::erase_if(bursts, [](const Burst& burst) { return burst.commands.empty(); });
+  return bursts;
 }
 
 }  // namespace
@@ -125,15 +148,10 @@ int main(int count, char* arguments[]) {
     std::cerr << "usage: TLSReplay PORT CERTIFICATE_DIRECTORY COMMANDS\n";
     return 2;
   }
-  std::vector<std::string> commands;
-  std::ifstream file(arguments[3]);
-  for (std::string line; std::getline(file, line);) {
-    commands.push_back(line + "\r\n");
-  }
   try {
-    const Context context = makeContext(arguments[2]);
+    const std::vector<Burst> bursts = readBursts(arguments[3]);
     for (std::string go; std::getline(std::cin, go);) {
-      std::cout << "{\"bytes\": " << replay(arguments[1], context.get(), commands) << "}" << std::endl;
+      std::cout << "{\"bytes\": " << replay(arguments[1], arguments[2], bursts) << "}" << std::endl;
     }
   } catch (const std::exception& error) {
     std::cerr << "TLSReplay: failed at " << error.what() << "\n";
