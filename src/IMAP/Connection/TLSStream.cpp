@@ -69,9 +69,9 @@ struct TLSStream::State {
 
   /// The one time-out helper. It starts an operation whose handler stores the outcome, and runs the queue
   /// until the handler was called or `end` is reached. It cancels a late operation by closing the socket, and
-  /// still waits for its handler, which refers to this stack frame. Then the outcome is absent.
+  /// still waits for its handler, which refers to this stack frame. Then it throws `IMAPError::timeout`.
   template <class Start>
-  std::optional<Outcome> awaitUntil(Clock::time_point end, Start start) {
+  Outcome await(Clock::time_point end, Start start) {
     std::optional<Outcome> outcome;
     start([&](error_code error, std::size_t count = 0) { outcome = Outcome{error, count}; });
     queue.restart();
@@ -80,16 +80,6 @@ struct TLSStream::State {
       close();
       queue.restart();
       queue.run();
-      return std::nullopt;
-    }
-    return outcome;
-  }
-
-  /// The same, but throws `IMAPError::timeout` for a late operation.
-  template <class Start>
-  Outcome await(Clock::time_point end, Start start) {
-    const std::optional<Outcome> outcome = awaitUntil(end, start);
-    if (!outcome) {
       throw IMAPError::timeout();
     }
     return *outcome;
