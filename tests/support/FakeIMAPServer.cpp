@@ -279,7 +279,7 @@ struct FakeIMAPServer::State {
   FakeServerOptions options;
   asio::io_context context;
   asio::ssl::context tls{asio::ssl::context::tls_server};
-  tcp::acceptor acceptor{context, tcp::endpoint(asio::ip::address_v4::loopback(), 0)};
+  tcp::acceptor acceptor{context, tcp::endpoint(asio::ip::make_address_v4(options.address), 0)};
   std::uint16_t port = acceptor.local_endpoint().port();
   /// Used by the server's thread only.
   WireGuard guard;

@@ -73,6 +73,8 @@ struct FakeServerOptions {
   int maximumTLSVersion = 0;
   /// Accepts the connection and sends nothing, not even for TLS.
   bool mute = false;
+  /// Where it listens: an IPv4 address of loopback.
+  std::string address = "127.0.0.1";
 };
 
 class FakeIMAPServer {

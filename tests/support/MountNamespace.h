@@ -13,14 +13,17 @@
 #include <stdexcept>
 #include <string>
 
+#include "support/TemporaryDirectory.h"
+
 namespace tarnwell::test {
 
 /// Enters a new mount namespace and puts empty file systems over these directories. Works for root, and for
-/// any user where user namespaces are allowed. Otherwise throws.
-inline void enterMountNamespace(std::initializer_list<const char*> emptied) {
+/// any user where user namespaces are allowed. Otherwise throws. `others` are flags of unshare(2) for more
+/// namespaces.
+inline void enterMountNamespace(std::initializer_list<const char*> emptied, int others = 0) {
   uid_t user = ::getuid();
   gid_t group = ::getgid();
-  if (::unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER) < 0) {
+  if (::unshare(CLONE_NEWNS | others | (user == 0 ? 0 : CLONE_NEWUSER)) < 0) {
     throw std::runtime_error("this test needs unshare(2): root, or user namespaces");
   }
   if (user != 0) {
@@ -33,6 +36,16 @@ inline void enterMountNamespace(std::initializer_list<const char*> emptied) {
     if (::mount("tmpfs", directory, "tmpfs", 0, "mode=0755") < 0) {
       throw std::runtime_error(std::string("cannot mount over ") + directory + ": " + std::strerror(errno));
     }
+  }
+}
+
+/// Gives an existing file this content, in the namespace that was entered.
+inline void replaceFile(const char* path, const std::string& content) {
+  const TemporaryDirectory directory;
+  const std::string file = (directory / "replacement").string();
+  std::ofstream(file) << content;
+  if (::mount(file.c_str(), path, nullptr, MS_BIND, nullptr) < 0) {
+    throw std::runtime_error(std::string(path) + " cannot be replaced: " + std::strerror(errno));
   }
 }
 

@@ -9,13 +9,10 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/ssl.hpp>
 #include <boost/asio/write.hpp>
-#include <condition_variable>
-#include <mutex>
 #include <optional>
-#include <system_error>
-#include <thread>
-#include <vector>
 
+#include "IMAP/Connection/ConnectionRace.h"
+#include "IMAP/Connection/HostLookup.h"
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/Connection/TLSContext.h"
 
@@ -27,61 +24,6 @@ namespace asio = boost::asio;
 using asio::ip::tcp;
 using boost::system::error_code;
 using Clock = std::chrono::steady_clock;
-using Endpoints = std::vector<tcp::endpoint>;
-
-/// A name look-up on its own thread, because nothing can interrupt the system's resolver. The thread ends
-/// when the resolver returns.
-class Lookup {
- public:
-  Lookup(const std::string& host, std::uint16_t port) {
-    const auto address = asio::ip::make_address(host, result_->error);
-    if (!result_->error) {
-      result_->endpoints = {{address, port}};
-      result_->isThere = true;
-      return;
-    }
-    try {
-      std::thread(lookUp, result_, host, port).detach();
-    } catch (const std::system_error& noThread) {
-      result_->error = noThread.code();
-      result_->isThere = true;
-    }
-  }
-
-  /// The addresses of the host. Absent when the look-up did not end in time.
-  std::optional<Endpoints> await(Clock::time_point end, error_code& error) {
-    std::unique_lock lock(result_->mutex);
-    if (!result_->arrived.wait_until(lock, end, [&] { return result_->isThere; })) {
-      return std::nullopt;
-    }
-    error = result_->error;
-    return result_->endpoints;
-  }
-
- private:
-  /// Both threads share ownership of it.
-  struct Result {
-    std::mutex mutex;
-    std::condition_variable arrived;
-    bool isThere = false;
-    error_code error;
-    Endpoints endpoints;
-  };
-
-  static void lookUp(const std::shared_ptr<Result>& result, const std::string& host, std::uint16_t port) {
-    asio::io_context context;
-    tcp::resolver resolver(context);
-    error_code error;
-    const auto found = resolver.resolve(host, std::to_string(port), tcp::resolver::numeric_service, error);
-    const std::lock_guard lock(result->mutex);
-    result->error = error;
-    result->endpoints.assign(found.begin(), found.end());
-    result->isThere = true;
-    result->arrived.notify_one();
-  }
-
-  std::shared_ptr<Result> result_ = std::make_shared<Result>();
-};
 
 /// Requires the host's name or address in the certificate. False when that cannot be checked.
 bool authenticate(SSL* connection, const std::string& host) {
@@ -129,9 +71,9 @@ struct TLSStream::State {
 
   /// The one time-out helper. It starts an operation whose handler stores the outcome, and runs the queue
   /// until the handler was called or `end` is reached. It cancels a late operation by closing the socket, and
-  /// still waits for its handler, which refers to this stack frame. Then the outcome is absent.
+  /// still waits for its handler, which refers to this stack frame. Then it throws `IMAPError::timeout`.
   template <class Start>
-  std::optional<Outcome> awaitUntil(Clock::time_point end, Start start) {
+  Outcome await(Clock::time_point end, Start start) {
     std::optional<Outcome> outcome;
     start([&](error_code error, std::size_t count = 0) { outcome = Outcome{error, count}; });
     queue.restart();
@@ -140,16 +82,6 @@ struct TLSStream::State {
       close();
       queue.restart();
       queue.run();
-      return std::nullopt;
-    }
-    return outcome;
-  }
-
-  /// The same, but throws `IMAPError::timeout` for a late operation.
-  template <class Start>
-  Outcome await(Clock::time_point end, Start start) {
-    const std::optional<Outcome> outcome = awaitUntil(end, start);
-    if (!outcome) {
       throw IMAPError::timeout();
     }
     return *outcome;
@@ -164,28 +96,6 @@ struct TLSStream::State {
     } catch (const boost::system::system_error& noDescriptor) {  // the queue itself needs descriptors
       fail(noDescriptor.code().message());
     }
-  }
-
-  /// Connects to the first address that answers. Each address gets an equal share of the time that is left,
-  /// so an address that never answers leaves time for the others. If all fail, the last failure is reported.
-  void connectToOneOf(const Endpoints& endpoints, Clock::time_point end) {
-    tcp::socket& socket = stream->next_layer();
-    std::optional<Outcome> connected = Outcome{asio::error::host_not_found};
-    for (std::size_t tried = 0; tried < endpoints.size(); ++tried) {
-      const Clock::time_point now = Clock::now();
-      const Clock::time_point shareEnd =
-          now + (end - now) / static_cast<Clock::rep>(endpoints.size() - tried);
-      connected = awaitUntil(
-          shareEnd, [&](auto handler) { socket.async_connect(endpoints[tried], std::move(handler)); });
-      if (connected && !connected->error) {
-        return;
-      }
-      close();
-    }
-    if (!connected) {
-      throw IMAPError::timeout();
-    }
-    throwIfFailed(connected->error);
   }
 
   void throwIfFailed(error_code error) {
@@ -237,20 +147,25 @@ void TLSStream::connect() {
   }
   const Clock::time_point end = state.deadline();
 
-  Lookup lookup(state.host, state.port);
+  HostLookup lookup(state.host, state.port);
   state.openStream();
-  error_code error;
-  const std::optional<Endpoints> endpoints = lookup.await(end, error);
-  if (!endpoints) {
+  const std::optional<HostLookup::Answer> found = lookup.await(end);
+  if (!found) {
     throw IMAPError::timeout();
   }
-  state.throwIfFailed(error);
+  state.throwIfFailed(found->error);
   if (!authenticate(state.stream->native_handle(), state.host)) {
     state.fail("the host name cannot be checked against a certificate");
   }
 
-  state.connectToOneOf(*endpoints, end);
-  state.stream->next_layer().set_option(tcp::no_delay(true), error);
+  tcp::socket& socket = state.stream->next_layer();
+  const auto connected = connectToFirst(state.queue, alternatingFamilies(found->endpoints), end, socket);
+  if (!connected) {
+    throw IMAPError::timeout();
+  }
+  state.throwIfFailed(*connected);
+  error_code ignored;
+  socket.set_option(tcp::no_delay(true), ignored);
   const auto secured = state.await(
       end, [&](auto handler) { state.stream->async_handshake(asio::ssl::stream_base::client, handler); });
   state.throwIfFailed(secured.error);

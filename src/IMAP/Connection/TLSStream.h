@@ -8,8 +8,8 @@
 ///
 /// Each operation starts one asynchronous call on the object's own queue and runs that queue until the
 /// time-out at most. A failure is reported at once. The system cannot cancel a name look-up, so that runs on
-/// its own thread, which is abandoned when the answer is late. The addresses of a host are tried one after
-/// the other, each for an equal share of the time that is left.
+/// its own thread, which is abandoned when the answer is late (HostLookup.h). The addresses of a host race
+/// for the connection, so that a dead one costs little (ConnectionRace.h).
 ///
 /// Threads: one at a time.
 

@@ -11,16 +11,15 @@
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
-#include <deque>
-#include <fstream>
 #include <iterator>
 
+#include "IMAP/Connection/ConnectionRace.h"
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/Connection/TLSStream.h"
 #include "support/FakeIMAPServer.h"
 #include "support/ForkedProcess.h"
+#include "support/FullListener.h"
 #include "support/MountNamespace.h"
-#include "support/TemporaryDirectory.h"
 
 namespace tarnwell::test {
 namespace {
@@ -90,62 +89,62 @@ TEST(TLSStream, missingDescriptorFailsToConnect) {
   EXPECT_EQ(outcome, "Could not connect to the IMAP server: 127.0.0.1:993: Too many open files");
 }
 
-/// Takes no connection and refuses none: its queue is full, and the system drops every further attempt.
-class FullListener {
- public:
-  explicit FullListener(const tcp::endpoint& endpoint) : listener_(context_, endpoint.protocol()) {
-    listener_.bind(endpoint);
-    listener_.listen(0);
-    for (int count = 0; count < 4; ++count) {
-      tcp::socket& waiting = waiting_.emplace_back(context_, endpoint.protocol());
-      waiting.async_connect(endpoint, [](boost::system::error_code) {});  // begins at once
-    }
-  }
-
- private:
-  boost::asio::io_context context_;
-  tcp::acceptor listener_;
-  std::deque<tcp::socket> waiting_;
-};
-
 /// In a view of the file system in which "localhost" has these addresses, in this order.
 void nameLocalhost(const std::string& hosts) {
-  const TemporaryDirectory directory;
-  const std::string file = (directory / "hosts").string();
-  std::ofstream(file) << hosts;
   enterMountNamespace({});
-  if (::mount(file.c_str(), "/etc/hosts", nullptr, MS_BIND, nullptr) < 0) {
-    throw std::runtime_error("/etc/hosts cannot be replaced");
-  }
+  replaceFile("/etc/hosts", hosts);
 }
 
-TEST(TLSStream, addressThatSwallowsEverythingLeavesTimeForTheNext) {
+TEST(TLSStream, addressThatSwallowsEverythingDoesNotHoldUpTheNext) {
   const std::string outcome = inForkedProcess([]() -> std::string {
     nameLocalhost("::1 localhost\n127.0.0.1 localhost\n");
     FakeIMAPServer server({stallHere()});
-    const FullListener mute({boost::asio::ip::address_v6::loopback(), server.port()});
-    TLSStream stream("localhost", server.port(), 4s);
+    const FullListener silent({boost::asio::ip::address_v6::loopback(), server.port()});
+    TLSStream stream("localhost", server.port(), 20s);
     const auto begin = std::chrono::steady_clock::now();
     const std::string connecting = outcomeOfConnecting(stream);
-    if (std::chrono::steady_clock::now() - begin < 1s) {
-      return "the mute address was not tried first: " + connecting;
+    const auto duration = std::chrono::steady_clock::now() - begin;
+    if (duration < connectionAttemptDelay) {
+      return "the silent address was not tried first: " + connecting;
     }
-    return connecting;
+    return duration < 10s ? connecting : "too late: " + connecting;
   });
   EXPECT_EQ(outcome, "connected");
 }
 
-TEST(TLSStream, lastAddressTellsHowConnectingFailed) {
+TEST(TLSStream, certificateOfTheAddressThatAnswersIsHeldAgainstTheName) {
+  const std::string outcome = inForkedProcess([] {
+    nameLocalhost("::1 localhost\n127.0.0.1 localhost\n");
+    FakeIMAPServer server({stallHere()}, {.certificate = {.subjectAltName = "DNS:mail.example.org"}});
+    const FullListener silent({boost::asio::ip::address_v6::loopback(), server.port()});
+    TLSStream stream("localhost", server.port(), 20s);
+    return outcomeOfConnecting(stream);
+  });
+  EXPECT_THAT(outcome, HasSubstr("(hostname mismatch)"));
+}
+
+TEST(TLSStream, addressThatIsSilentToTheEndMakesATimeoutOfARefusal) {
   const std::string outcome = inForkedProcess([] {
     nameLocalhost("::1 localhost\n127.0.0.1 localhost\n");
     boost::asio::io_context context;
     const tcp::socket bound(context, tcp::endpoint(boost::asio::ip::address_v4::loopback(), 0));
     const std::uint16_t port = bound.local_endpoint().port();  // bound, but nobody listens
-    const FullListener mute({boost::asio::ip::address_v6::loopback(), port});
+    const FullListener silent({boost::asio::ip::address_v6::loopback(), port});
     TLSStream stream("localhost", port, 1s);
     return outcomeOfConnecting(stream);
   });
-  EXPECT_THAT(outcome, HasSubstr("Connection refused"));
+  EXPECT_EQ(outcome, IMAPError::timeout().description());
+}
+
+TEST(TLSStream, refusalByEveryAddressIsToldAtOnce) {
+  const std::string outcome = inForkedProcess([] {
+    nameLocalhost("::1 localhost\n127.0.0.1 localhost\n");
+    boost::asio::io_context context;
+    const tcp::socket bound(context, tcp::endpoint(boost::asio::ip::address_v4::loopback(), 0));
+    TLSStream stream("localhost", bound.local_endpoint().port(), 600s);
+    return outcomeOfConnecting(stream);
+  });
+  EXPECT_THAT(outcome, HasSubstr(": Connection refused"));
 }
 
 }  // namespace
