@@ -77,9 +77,9 @@ Endpoints alternatingFamilies(const Endpoints& endpoints) {
   }
   Endpoints turns;
   for (std::size_t turn = 0; turn < endpoints.size(); ++turn) {
-    for (const Endpoints& family : {first, second}) {
-      if (turn < family.size()) {
-        turns.push_back(family[turn]);
+    for (const Endpoints* family : {&first, &second}) {
+      if (turn < family->size()) {
+        turns.push_back((*family)[turn]);
       }
     }
   }
