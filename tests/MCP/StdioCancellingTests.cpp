@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <memory>
 #include <thread>
 
@@ -113,6 +115,14 @@ class StdioDuringACall : public Stdio {
   std::string output_;
 };
 
+/// Waits until the client can write no more.
+void awaitStandstill(const std::atomic<int>& written) {
+  for (int before = -1; before != written || before == 0;) {
+    before = written;
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  }
+}
+
 TEST_F(StdioDuringACall, cancelledMoveThatWaitsIsNeitherRunNorAnswered) {
   FakeIMAPServer& searched = begin(search, searchThatPauses());
   FakeIMAPServer& moved = thenServe(moving());
@@ -188,10 +198,7 @@ TEST_F(StdioDuringACall, floodWaitsAtThePipeAndIsAnsweredInOrder) {
     }
     in_.closeWriter();
   });
-  for (int before = -1; before != written;) {
-    before = written;
-    std::this_thread::sleep_for(std::chrono::milliseconds(200));
-  }
+  awaitStandstill(written);
   EXPECT_LT(written, requests / 10) << "the pipe and one piece of the reader hold 128 KiB";
   searched.resume();
   client.join();
@@ -201,6 +208,26 @@ TEST_F(StdioDuringACall, floodWaitsAtThePipeAndIsAnsweredInOrder) {
     expected += pong(id);
   }
   EXPECT_TRUE(answers.ends_with(expected)) << answers.substr(0, 1000);
+}
+
+TEST_F(StdioDuringACall, longLineWaitsAtThePipeAndIsAnswered) {
+  FakeIMAPServer& searched = begin(search, searchThatPauses());
+  constexpr int pieces = 200;
+  const std::string piece(std::size_t{64} * 1024, 'x');
+  std::atomic<int> written = 0;
+  std::thread client([&] {
+    in_.write(R"({"id":2,"method":"ping","params":")");
+    for (; written < pieces; ++written) {
+      in_.write(piece);
+    }
+    in_.write("\"}\n");
+    in_.closeWriter();
+  });
+  awaitStandstill(written);
+  EXPECT_LT(written, 24) << "a mebibyte is read ahead, and the pipe holds a piece";
+  searched.resume();
+  client.join();
+  EXPECT_TRUE(end().ends_with(pong(2)));
 }
 
 }  // namespace
