@@ -11,6 +11,7 @@
 #include "MCP/MCPServer.h"
 #include "MCP/MCPTransportStdio.h"
 #include "MCP/Tools/MCPTools.h"
+#include "Platform/EndSignals.h"
 #include "Platform/Process.h"
 #include "Text/Text.h"
 
@@ -71,6 +72,7 @@ int CLIRunner::run(const std::vector<std::string>& arguments) {
 }
 
 int CLIRunner::serve() {
+  EndSignals::install();
   AppLogger::info(AppLogger::Category::mcp, "tarnwell serve starting");
   MCPServer server(MCPTools::shared());
   MCPTransportStdio(server).run();

@@ -3,6 +3,7 @@
 
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/IMAPClient.h"
+#include "Platform/EndSignals.h"
 
 namespace tarnwell {
 
@@ -22,8 +23,10 @@ MoveOutcome IMAPClient::move(std::uint32_t uid, std::string_view toFolderPath, C
   return MoveOutcome::copiedAndFlaggedDeleted;
 }
 
-/// If the flag cannot be set, the copy stays: the message is then in both places.
+/// If the flag cannot be set, the copy stays: the message is then in both places. A signal that asks the
+/// program to end waits until both commands are answered, because the message would be in both places too.
 void IMAPClient::copyThenFlagDeleted(std::uint32_t uid, const std::string& target) {
+  const EndSignals::Postponed bothOrNone;
   ensureOK(execute("UID COPY " + target), "UID COPY");
   ensureOK(execute("UID STORE " + std::to_string(uid) + " +FLAGS (\\Deleted)"), "UID STORE");
 }

@@ -9,6 +9,7 @@
 /// Threads: plain values.
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -66,6 +67,9 @@ class NDJSONFramer {
 
   /// The lines that this piece completes, in order.
   std::vector<std::string> push(std::string_view chunk);
+
+  /// The bytes of the line that has begun and not ended.
+  std::size_t begunSize() const { return buffer_.size(); }
 
   /// At the end of the stream: the last line without an LF. Absent when there is none.
   std::optional<std::string> finish();

@@ -18,7 +18,10 @@ bool needsNoAnswer(std::string_view method) {
 }  // namespace
 
 std::optional<std::string> MCPServer::handleRaw(std::string_view data) {
-  std::optional<JSONRPCRequest> request = JSONRPCRequest::parse(data);
+  return handleParsed(JSONRPCRequest::parse(data));
+}
+
+std::optional<std::string> MCPServer::handleParsed(std::optional<JSONRPCRequest>&& request) {
   if (!request) {
     return JSONRPC::failure(std::nullopt, JSONRPCErrorCode::parseError, "Parse error").serialized();
   }

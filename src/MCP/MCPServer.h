@@ -25,6 +25,9 @@ class MCPServer {
   /// there is nothing to send.
   std::optional<std::string> handleRaw(std::string_view data);
 
+  /// The same for a message that was parsed already. Absent means that it was unreadable.
+  std::optional<std::string> handleParsed(std::optional<JSONRPCRequest>&& request);
+
   std::optional<JSONValue> handle(JSONRPCRequest&& request);
 
  private:

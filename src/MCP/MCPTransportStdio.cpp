@@ -6,6 +6,8 @@
 #include <array>
 #include <cerrno>
 #include <span>
+#include <thread>
+#include <utility>
 
 #include "Core/AppLogger.h"
 #include "MCP/JSONRPC.h"
@@ -57,21 +59,36 @@ void writeFrame(int descriptor, std::string_view frame) {
 void MCPTransportStdio::run() {
   AppLogger::info(AppLogger::Category::mcp, "stdio MCP server started");
   NDJSONFramer framer;
-  std::array<char, 65536> chunk;
-  while (const std::size_t count = readSome(input_, chunk)) {
-    framer.push({chunk.data(), count}, [this](std::string_view line) { dispatch(line); });
+  RequestQueue queue;
+  std::thread reader([&] { read(framer, queue); });
+  while (std::optional<RequestQueue::Message> message = queue.next()) {
+    answer(std::move(message->request));
   }
+  reader.join();
   // Deliberate: only the end of the input ends the loop. It is logged as an error, to distinguish it from a
   // client that still waits.
   AppLogger::error(AppLogger::Category::mcp, "stdio input stream ended");
   if (const std::optional<std::string> line = framer.finish()) {
-    dispatch(*line);
+    answer(JSONRPCRequest::parse(*line));
   }
   AppLogger::info(AppLogger::Category::mcp, "stdio MCP server stopped");
 }
 
-void MCPTransportStdio::dispatch(std::string_view line) {
-  if (std::optional<std::string> response = server_.handleRaw(line)) {
+/// Runs on the reader's thread.
+void MCPTransportStdio::read(NDJSONFramer& framer, RequestQueue& queue) const {
+  std::array<char, 65536> chunk;
+  while (const std::size_t count = readSome(input_, chunk)) {
+    framer.push({chunk.data(), count}, [&queue](std::string_view line) {
+      queue.awaitRoom(line.size());
+      queue.push(JSONRPCRequest::parse(line), line.size());
+    });
+    queue.awaitRoom(framer.begunSize());
+  }
+  queue.end();
+}
+
+void MCPTransportStdio::answer(std::optional<JSONRPCRequest>&& request) {
+  if (std::optional<std::string> response = server_.handleParsed(std::move(request))) {
     response->push_back('\n');
     writeFrame(output_, *response);
   }

@@ -79,6 +79,16 @@ TEST(NDJSONFramer, aLineWithinThePieceIsAViewOfIt) {
   EXPECT_EQ(cutLine, "cd");
 }
 
+TEST(NDJSONFramer, sizeOfTheBegunLineIsKnown) {
+  NDJSONFramer framer;
+  const std::pair<const char*, std::size_t> rows[] = {
+      {"", 0}, {"abc", 3}, {"d\r", 5}, {"\nef", 2}, {"\n", 0}};
+  for (const auto& [piece, size] : rows) {
+    framer.push(piece);
+    EXPECT_EQ(framer.begunSize(), size) << piece;
+  }
+}
+
 TEST(NDJSONFramer, lastLineLosesItsCarriageReturnToo) {
   NDJSONFramer framer;
   framer.push("a\r");

@@ -16,6 +16,7 @@ std::vector<AttackGroup> attackTable() {
       {"Folders", "Folders", folderAttacks},
       {"Texts", "Texts of the user and the client", textAttacks},
       {"Writes", "Changes to the mailbox", writeAttacks},
+      {"Signals", "Signals to end", signalAttacks},
       {"Client", "The MCP client", clientAttacks},
       {"Settings", "The settings file", settingsAttacks},
       {"Saving", "Saving the settings", savingAttacks},

@@ -50,6 +50,7 @@ std::vector<Attack> responseAttacks();
 std::vector<Attack> folderAttacks();
 std::vector<Attack> textAttacks();
 std::vector<Attack> writeAttacks();
+std::vector<Attack> signalAttacks();
 std::vector<Attack> clientAttacks();
 std::vector<Attack> settingsAttacks();
 std::vector<Attack> savingAttacks();

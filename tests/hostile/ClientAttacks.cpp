@@ -2,7 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <future>
+#include <iostream>
+#include <thread>
+
+#include "hostile/ProcessFacts.h"
 #include "hostile/ServerAttack.h"
+#include "hostile/Sessions.h"
 
 namespace tarnwell::test {
 
@@ -141,6 +148,68 @@ void endInputWithinALine() {
   expectQuietEnd(program);
 }
 
+/// The client sends a hundred thousand requests during a call, and reads no answer before it has ended.
+void floodDuringACall() {
+  FakeIMAPServer server(slowListing());
+  Home home;
+  ServeProgram program(home);
+  expectSound(home, program);
+  home.useServer(server.port());
+  const long ordinary = processFigure(program.processID(), "VmHWM");
+  program.send(R"({"id":1,"method":"tools/call","params":{"name":"list_folders"}})"
+               "\n");
+  ASSERT_TRUE(server.awaitPause());
+  constexpr int requests = 100'000;
+  std::future<void> sender = std::async(std::launch::async, [&program] {
+    for (int id = 2; id < requests + 2; ++id) {
+      program.send("{\"id\":" + std::to_string(id) + ",\"method\":\"ping\"}\n");
+    }
+  });
+  std::this_thread::sleep_for(std::chrono::seconds(1));  // time for a program that would read everything
+  const long flooded = processFigure(program.processID(), "VmHWM");
+  server.resume();
+  EXPECT_EQ(program.readLine(), noFolders);
+  for (int id = 2; id < requests + 2; ++id) {
+    const std::string expected = "{\"id\":" + std::to_string(id) + R"(,"jsonrpc":"2.0","result":{}})";
+    if (const std::string answer = program.readLine(); answer != expected) {
+      ADD_FAILURE() << answer << " instead of " << expected;
+      break;
+    }
+  }
+  sender.get();
+  std::cout << "memory: " << ordinary << " KiB, " << flooded << " KiB in the flood\n";
+  if (!isSanitized) {
+    EXPECT_LT(flooded - ordinary, 3 * 1024);
+  }
+  expectSound(home, program);
+  expectQuietEnd(program);
+}
+
+/// The client sends a move behind a call that runs, and cancels it before its turn.
+void cancelAMoveThatWaits() {
+  FakeIMAPServer listing(slowListing());
+  FakeIMAPServer moving(honest(moveSession()));
+  Home home;
+  home.useServer(listing.port());
+  ServeProgram program(home);
+  program.send(R"({"id":1,"method":"tools/call","params":{"name":"list_folders"}})"
+               "\n");
+  ASSERT_TRUE(listing.awaitPause());
+  home.useServer(moving.port());
+  program.send(R"({"id":2,"method":"tools/call","params":{"name":"move_message",)"
+               R"("arguments":{"uid":7,"targetFolder":"Archive"}}})"
+               "\n"
+               R"({"method":"notifications/cancelled","params":{"requestId":2,"reason":"time-out"}})"
+               "\n");
+  program.awaitInputRead();
+  listing.resume();
+  EXPECT_EQ(program.readLine(), noFolders);
+  EXPECT_EQ(listing.mismatch(), "");
+  expectSound(home, program);
+  EXPECT_EQ(moving.acceptCount(), 0);
+  expectQuietEnd(program);
+}
+
 /// Nobody reads the answers any more. The running session still ends normally, and so does another one.
 void closeOutputDuringACall() {
   FakeIMAPServer server(slowListing());
@@ -165,7 +234,11 @@ void closeOutputDuringACall() {
 std::vector<Attack> clientAttacks() {
   std::vector<Attack> attacks = strangeLines();
   attacks.insert(attacks.end(),
-                 {{"inputEndsDuringACall", "the client closes the standard input during a call",
+                 {{"floodDuringACall", "100,000 requests during a call",
+                   "lets the client wait, within 3 MiB more; answers all in order", floodDuringACall},
+                  {"cancelledMove", "a move is sent during a call and cancelled before its turn",
+                   "does not move; gives no answer to it", cancelAMoveThatWaits},
+                  {"inputEndsDuringACall", "the client closes the standard input during a call",
                    "finishes the call, says LOGOUT, answers, ends with status 0", endInputDuringACall},
                   {"inputEndsWithinALine", "the standard input ends within a line",
                    "takes it for a whole line, answers, ends with status 0", endInputWithinALine},

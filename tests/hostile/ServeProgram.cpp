@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/ioctl.h>
 #include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -152,6 +153,20 @@ void ServeProgram::send(std::string_view bytes) {
       awaitReady(input_, POLLOUT, deadline, "it takes no more input");
     } else if (errno != EINTR) {
       throw std::runtime_error("the program has closed its input");
+    }
+  }
+}
+
+void ServeProgram::awaitInputRead() {
+  const Clock::time_point deadline = Clock::now() + patience;
+  // The program reads the empty line only after it has taken in what it read before.
+  for (const std::string_view more : {"", "\n"}) {
+    send(more);
+    for (int unread = 1; ::ioctl(input_, FIONREAD, &unread) == 0 && unread > 0;) {
+      if (Clock::now() > deadline) {
+        throw std::runtime_error("the program hangs: it reads no more input");
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
   }
 }

@@ -108,8 +108,10 @@ class ServeProgram {
   /// Its memory and descriptors. Useless when the home has a launcher: it would be the launcher's memory.
   const ProcessView& view() const { return *view_; }
 
-  /// Sends any bytes unchanged.
+  /// Sends any bytes unchanged. May run in another thread than the functions that read.
   void send(std::string_view bytes);
+  /// Waits until the program has read all that was sent and has taken in each complete line of it.
+  void awaitInputRead();
   /// The next line of the output, without its line feed.
   std::string readLine();
 

@@ -22,6 +22,7 @@ void HTTPConnection::start() {
 
 void HTTPConnection::close() {
   isOpen_ = false;
+  withdrawCall();
   error_code ignored;
   socket_.close(ignored);
   timer_.cancel();
@@ -73,7 +74,9 @@ void HTTPConnection::process() {
     send({204});
   } else if (method == "POST") {
     unbound();
+    call_ = dispatch_.unfinished++ == 0 ? Call::begun : Call::waiting;
     asio::post(dispatch_.worker, [self = shared_from_this()] { self->call(); });
+    discard();
   } else {
     send({405, "text/plain", "This endpoint accepts JSON-RPC via POST."});
   }
@@ -81,10 +84,13 @@ void HTTPConnection::process() {
 
 /// Runs on the worker's thread. The queue's thread no longer uses the reader.
 void HTTPConnection::call() {
-  if (!isOpen_) {
+  Call waiting = Call::waiting;
+  if (!call_.compare_exchange_strong(waiting, Call::begun) && waiting == Call::withdrawn) {
+    --dispatch_.unfinished;
     return;
   }
   std::optional<std::string> answer = dispatch_.server.handleRaw(reader_.takeBody());
+  --dispatch_.unfinished;
   HTTPResponse response =
       answer ? HTTPResponse{200, "application/json", std::move(*answer)} : HTTPResponse{202};
   asio::post(socket_.get_executor(), [self = shared_from_this(), response = std::move(response)] {
@@ -92,6 +98,12 @@ void HTTPConnection::call() {
       self->send(response);
     }
   });
+}
+
+/// True when the call was waiting. Then it never begins.
+bool HTTPConnection::withdrawCall() {
+  Call waiting = Call::waiting;
+  return call_.compare_exchange_strong(waiting, Call::withdrawn);
 }
 
 void HTTPConnection::send(const HTTPResponse& response) {
@@ -110,13 +122,27 @@ void HTTPConnection::finish() {
   bound(patience);
   error_code ignored;
   socket_.shutdown(tcp::socket::shutdown_send, ignored);
-  drain();
+  isAnswered_ = true;
+  if (isInputOver_) {
+    close();
+  } else if (call_ == Call::none) {  // a connection with a call discards since the call was made
+    discard();
+  }
 }
 
-void HTTPConnection::drain() {
-  socket_.async_read_some(
-      asio::buffer(received_),
-      [self = shared_from_this()](error_code error, std::size_t) { error ? self->close() : self->drain(); });
+void HTTPConnection::discard() {
+  socket_.async_read_some(asio::buffer(received_),
+                          [self = shared_from_this()](error_code error, std::size_t) {
+                            error ? self->inputEnded(error) : self->discard();
+                          });
+}
+
+void HTTPConnection::inputEnded(error_code error) {
+  isInputOver_ = true;
+  const bool mayStillReceive = error == asio::error::eof && !isAnswered_ && !withdrawCall();
+  if (!mayStillReceive) {
+    close();
+  }
 }
 
 }  // namespace tarnwell

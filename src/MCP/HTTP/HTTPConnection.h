@@ -2,6 +2,12 @@
 
 /// One accepted connection of the HTTP endpoint: reads one request, sends its answer, then ends.
 ///
+/// A call whose connection ends before the call begins is not run. So the connection reads on after a POST,
+/// and discards what it reads. A call begins when the calls before it have ended, so at once when there are
+/// none. A client that closes only its sending side looks the same as one that has gone (TCP shows both as
+/// the end of the stream). While its call waits, this counts as closing. After the call has begun, it gets
+/// its answer.
+///
 /// Include this header only in source files of the HTTP endpoint: it brings Asio with it.
 ///
 /// Threads: all socket operations run on the queue's thread, and `close` is called there. Only the tool call
@@ -14,6 +20,7 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/thread_pool.hpp>
+#include <boost/system/error_code.hpp>
 #include <chrono>
 #include <memory>
 #include <string>
@@ -25,10 +32,12 @@
 
 namespace tarnwell {
 
-/// Shared by all connections: the dispatcher, and the worker, the only thread that calls it.
+/// Shared by all connections: the dispatcher, and the worker, the only thread that calls it. `unfinished`
+/// counts the calls that were handed to the worker and have not ended.
 struct HTTPDispatch {
   MCPServer& server;
   std::chrono::steady_clock::duration requestTimeout;
+  std::atomic<int> unfinished = 0;
   boost::asio::thread_pool worker{1};
 };
 
@@ -49,14 +58,21 @@ class HTTPConnection : public std::enable_shared_from_this<HTTPConnection> {
   void inviteBody();
   void process();
   void call();
+  bool withdrawCall();
   void send(const HTTPResponse& response);
   void finish();
-  void drain();
+  void discard();
+  void inputEnded(boost::system::error_code error);
 
   boost::asio::ip::tcp::socket socket_;
   boost::asio::steady_timer timer_;
   HTTPDispatch& dispatch_;
-  std::atomic<bool> isOpen_ = true;  // read by the worker
+  /// The worker begins a call, and the queue's thread withdraws it. Only one of them can change `waiting`.
+  enum class Call { none, waiting, begun, withdrawn };
+  std::atomic<Call> call_ = Call::none;
+  bool isOpen_ = true;
+  bool isInputOver_ = false;
+  bool isAnswered_ = false;
   HTTPRequestReader reader_;
   std::array<char, 16384> received_;
   std::string answer_;

@@ -9,7 +9,9 @@
 ///
 /// An answer is 200 with the response, 202 for a message without a response (a notification), 204 to OPTIONS,
 /// 405 to any other method, or a refusal (HTTPRequestReader.h). Then the connection is closed. A client that
-/// closes early, or whose request does not arrive within 30 seconds, gets no answer.
+/// closes early, or whose request does not arrive within 30 seconds, gets no answer. A call whose client
+/// closes before the call begins is not run. Closing the sending side alone counts as closing while the call
+/// waits for others, and no longer when it has begun.
 ///
 /// Many connections may be open at once. One thread, the queue, moves their bytes. Another thread, the
 /// worker, handles the messages in the order in which they are complete. A slow tool call delays only the

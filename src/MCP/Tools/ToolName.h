@@ -1,6 +1,6 @@
 #pragma once
 
-/// The names of the nine tools. The rows of `ToolTable.cpp` hold them.
+/// The names of the nine tools, and which of them change the mailbox. The rows of `ToolTable.cpp` hold both.
 
 #include <optional>
 #include <string_view>
@@ -27,5 +27,8 @@ std::vector<ToolName> allToolNames();
 std::string_view rawValue(ToolName name);
 /// Letter case counts. Absent for any other text.
 std::optional<ToolName> toolName(std::string_view rawValue);
+
+/// True for a tool that can change the mailbox, whatever its arguments and the settings say.
+bool changesMailbox(ToolName name);
 
 }  // namespace tarnwell

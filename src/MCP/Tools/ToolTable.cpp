@@ -108,20 +108,23 @@ std::span<const ToolRow> ToolRow::all() {
                 {"targetFolder", prop("string", "Destination folder path or name. Must already exist.")},
                 {"dryRun", dryRunProperty()}},
                {"uid", "targetFolder"})},
-       &MCPTools::moveMessage},
+       &MCPTools::moveMessage,
+       /*changesMailbox=*/true},
       {ToolName::markAsRead,
        {"mark_as_read",
         "Mark ONE message as read (sets the \\Seen flag) via UID STORE. Blocked under read-only; "
         "simulated under dry-run.",
         object({{"uid", uidProperty()}, {"dryRun", dryRunProperty()}}, {"uid"})},
-       &MCPTools::markAsRead},
+       &MCPTools::markAsRead,
+       /*changesMailbox=*/true},
       {ToolName::trashMessage,
        {"trash_message",
         "Move ONE message from INBOX to the Trash folder via UID MOVE. Disabled by default in Safety "
         "settings. Blocked under read-only; simulated under dry-run. Never performs a physical delete or "
         "EXPUNGE.",
         object({{"uid", uidProperty()}, {"dryRun", dryRunProperty()}}, {"uid"})},
-       &MCPTools::trashMessage},
+       &MCPTools::trashMessage,
+       /*changesMailbox=*/true},
   };
   return rows;
 }
@@ -143,5 +146,7 @@ std::optional<ToolName> toolName(std::string_view rawText) {
   const auto row = std::ranges::find_if(ToolRow::all(), hasName);
   return row == ToolRow::all().end() ? std::nullopt : std::optional(row->tool);
 }
+
+bool changesMailbox(ToolName name) { return ToolRow::of(name).changesMailbox; }
 
 }  // namespace tarnwell

@@ -17,6 +17,7 @@ struct ToolRow {
   ToolName tool;
   MCPToolDefinition definition;
   ToolOutcome (MCPTools::*run)(const JSONValue& arguments) const;
+  bool changesMailbox = false;
 
   /// In the order of the catalogue.
   static std::span<const ToolRow> all();

@@ -92,6 +92,12 @@ TEST(MCPToolSchemas, everyToolHasADefinitionAndANameBothWays) {
   EXPECT_EQ(toolName(""), std::nullopt);
 }
 
+TEST(MCPToolSchemas, threeToolsChangeTheMailbox) {
+  std::vector<ToolName> changing = allToolNames();
+  std::erase_if(changing, [](ToolName tool) { return !changesMailbox(tool); });
+  EXPECT_EQ(changing, (std::vector{ToolName::moveMessage, ToolName::markAsRead, ToolName::trashMessage}));
+}
+
 TEST(MCPToolSchemas, propertyTakesExtraMembers) {
   EXPECT_EQ(MCPToolSchemas::prop("integer", "d", {{"minimum", 1}}),
             JSONValue(JSONObject{{"type", "integer"}, {"description", "d"}, {"minimum", 1}}));

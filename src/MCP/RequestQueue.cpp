@@ -1,0 +1,81 @@
+#include "MCP/RequestQueue.h"
+
+#include <string>
+#include <utility>
+#include <variant>
+
+#include "MCP/Tools/ToolName.h"
+
+namespace tarnwell {
+
+namespace {
+
+bool canNameARequest(const JSONValue& id) {
+  return std::holds_alternative<std::string>(id.payload()) ||
+         std::holds_alternative<std::int64_t>(id.payload()) || std::holds_alternative<double>(id.payload());
+}
+
+bool isWritingCall(const JSONRPCRequest& request) {
+  if (request.method != "tools/call" || !request.params) {
+    return false;
+  }
+  const std::optional<std::string> name = (*request.params)["name"].stringValue();
+  const std::optional<ToolName> tool = name ? toolName(*name) : std::nullopt;
+  return tool && changesMailbox(*tool);
+}
+
+}  // namespace
+
+void RequestQueue::awaitRoom(std::size_t bytes) {
+  std::unique_lock lock(mutex_);
+  changed_.wait(lock, [this, bytes] {
+    return unfinishedBytes_ == 0 ||
+           (waiting_.size() < bounds_.count && unfinishedBytes_ + bytes <= bounds_.bytes);
+  });
+}
+
+void RequestQueue::push(std::optional<JSONRPCRequest> request, std::size_t bytes) {
+  const std::lock_guard lock(mutex_);
+  if (request && request->method == "notifications/cancelled") {
+    return cancel(*request);
+  }
+  waiting_.push_back({std::move(request), bytes});
+  unfinishedBytes_ += bytes;
+  changed_.notify_all();
+}
+
+/// Deliberate: also with an id, which a notification should not have. The client does not want the change.
+void RequestQueue::cancel(const JSONRPCRequest& cancellation) {
+  const JSONValue* id = cancellation.params ? cancellation.params->member("requestId") : nullptr;
+  if (!id || !canNameARequest(*id)) {
+    return;
+  }
+  std::erase_if(waiting_, [this, id](const Message& message) {
+    const bool isCancelled = message.request && message.request->id == *id && isWritingCall(*message.request);
+    unfinishedBytes_ -= isCancelled ? message.bytes : 0;
+    return isCancelled;
+  });
+}
+
+void RequestQueue::end() {
+  const std::lock_guard lock(mutex_);
+  isEnded_ = true;
+  changed_.notify_all();
+}
+
+std::optional<RequestQueue::Message> RequestQueue::next() {
+  std::unique_lock lock(mutex_);
+  unfinishedBytes_ -= std::exchange(begunBytes_, 0);
+  changed_.notify_all();
+  changed_.wait(lock, [this] { return !waiting_.empty() || isEnded_; });
+  if (waiting_.empty()) {
+    return std::nullopt;
+  }
+  Message message = std::move(waiting_.front());
+  waiting_.pop_front();
+  begunBytes_ = message.bytes;
+  changed_.notify_all();
+  return message;
+}
+
+}  // namespace tarnwell
