@@ -23,6 +23,10 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 . "$root/scripts/lib/dovecot.sh"
 # shellcheck source=scripts/lib/dovecot-without-move.sh
 . "$root/scripts/lib/dovecot-without-move.sh"
+# shellcheck source=scripts/lib/courier.sh
+. "$root/scripts/lib/courier.sh"
+# shellcheck source=scripts/lib/cyrus.sh
+. "$root/scripts/lib/cyrus.sh"
 # shellcheck source=scripts/lib/keyring.sh
 . "$root/scripts/lib/keyring.sh"
 # shellcheck source=scripts/lib/settings.sh

@@ -6,6 +6,9 @@
 mail_address=user@example.org
 mail_password=app-pass-word
 
+# What differs between mail servers (tests/integration/support/server-traits.mjs).
+dovecot_traits='{"prefix": "", "separator": "/", "specialUse": true, "refuses": [], "searchesOldCharsets": true}'
+
 # start_dovecot DIRECTORY [EXTRA_CONFIGURATION_FILE]: DIRECTORY has server.pem and server.key, and the mail in
 # mail/home/Maildir. Sets dovecot_port and dovecot_process once the server has greeted.
 start_dovecot() {
@@ -49,15 +52,15 @@ use_dovecot_version() {
   . "$root/scripts/lib/dovecot-$version.sh"
 }
 
-# await_greeting CA PORT PROCESS: waits until the server answers "* OK ... ready." over TLS. Before that, the
-# server first says that it waits for its own parts.
+# await_greeting CA PORT PROCESS: waits until the server answers "* OK ... ready" over TLS. Before that, Dovecot
+# first says that it waits for its own parts.
 await_greeting() {
   local ca=$1 port=$2 process=$3 tries greeting
   for ((tries = 0; tries < 100; tries++)); do
     process_is_running "$process" || return 1
     greeting=$(printf 'a1 LOGOUT\n' | timeout 5 openssl s_client -connect "127.0.0.1:$port" -quiet -crlf \
       -CAfile "$ca" -verify_hostname localhost -verify_return_error 2>/dev/null | head -n 1) || true
-    case $greeting in "* OK "*"ready."*) return 0 ;; esac
+    case $greeting in "* OK "*ready*) return 0 ;; esac
     sleep 0.05
   done
   return 1

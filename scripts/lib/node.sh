@@ -6,8 +6,10 @@
 # needed_node: prints the purpose "node" of packages.table, unless NodeJS is already there.
 needed_node() { node_is_usable || echo node; }
 
-node_is_usable() {
-  command -v npm >/dev/null && command -v node >/dev/null &&
+node_is_usable() { command -v npm >/dev/null && node_is_new; }
+
+node_is_new() {
+  command -v node >/dev/null &&
     [ "$(node -p 'Number(process.versions.node.split(".")[0]) >= 18')" = true ]
 }
 

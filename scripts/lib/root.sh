@@ -83,3 +83,19 @@ inside() {
     PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin "${inside_environment[@]}" \
     bash -euo pipefail -c 'cd && "$@"' bash "$@"
 }
+
+# find_package RELEASE SYSTEM: sets package, the Debian package that bare-system left in build/packages/RELEASE.
+# Without that, scripts/package makes it first, as root on a bare system in the folder SYSTEM.
+find_package() {
+  local release=$1 system=$2 packages="$root/build/packages/$1"
+  package=$(echo "$packages"/tarnwell_*.deb)
+  [ ! -f "$package" ] || return 0
+  say "$release: making the package in a bare system"
+  make_bare_system "$system" "$release"
+  copy_checkout "$system/srv/tarnwell"
+  inside "$system" root /srv/tarnwell/scripts/package >&2 || fail "scripts/package failed"
+  mkdir -p "${packages%/*}"
+  rm -rf "$packages"
+  cp -r "$system/srv/tarnwell/build/release/packages" "$packages"
+  package=$(echo "$packages"/tarnwell_*.deb)
+}

@@ -8,7 +8,7 @@ import fs from 'node:fs';
 import test from 'node:test';
 import tls from 'node:tls';
 import { promisify } from 'node:util';
-import { IMAPSession } from './support/imap-session.mjs';
+import { capabilitiesOf } from './support/imap-session.mjs';
 import { environment, readSettings, writeSettings } from './support/program.mjs';
 import { toolNames } from './support/samples.mjs';
 import { assertOnlyReading, isReadingCommand, recordLines, recordedCommands } from './support/wire.mjs';
@@ -27,16 +27,8 @@ function run(words, env = environment) {
 const withoutCertificate = { ...environment };
 delete withoutCertificate.SSL_CERT_FILE;
 
-// The server's capabilities after a login, as another program gets them.
-async function capabilities(serverPort) {
-  const session = await IMAPSession.open(serverPort, `${directory}/ca.pem`, account.email, 'app-pass-word');
-  const [line] = await session.command('CAPABILITY');
-  await session.close();
-  return [...new Set(line.toUpperCase().split(' ').slice(2))].sort();
-}
-
 async function assertConnects(settings, ownPort, move) {
-  const words = await capabilities(ownPort);
+  const words = await capabilitiesOf(directory, ownPort);
   const before = recordLines(directory).length;
   writeSettings(settings);
   assert.deepEqual(run(['test-connection']), {

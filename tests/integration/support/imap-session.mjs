@@ -39,12 +39,17 @@ export class IMAPSession {
     }
   }
 
-  async command(text) {
+  // The literal, if there is one, ends the command. It has one character for each byte (latin1).
+  async command(text, literal) {
     const tag = `T${++this.#tag}`;
-    this.#socket.write(`${tag} ${text}\r\n`);
+    this.#socket.write(`${tag} ${text}${literal === undefined ? '' : ` {${literal.length}}`}\r\n`);
     const lines = [];
     for (;;) {
       const line = await this.#line();
+      if (literal !== undefined && line.startsWith('+')) {
+        this.#socket.write(`${literal}\r\n`, 'latin1');
+        continue;
+      }
       if (line.startsWith(`${tag} OK`)) return lines;
       if (line.startsWith(`${tag} `)) throw new Error(`${text}: ${line}`);
       lines.push(line);
@@ -55,6 +60,14 @@ export class IMAPSession {
     await this.command('LOGOUT').catch(() => {});
     this.#socket.destroy();
   }
+}
+
+// The server's capabilities after a login, in a separate session: in upper case, sorted, each once.
+export async function capabilitiesOf(directory, port) {
+  const onlooker = await IMAPSession.open(port, `${directory}/ca.pem`, 'user@example.org', 'app-pass-word');
+  const [line] = await onlooker.command('CAPABILITY');
+  await onlooker.close();
+  return [...new Set(line.toUpperCase().split(' ').slice(2))].sort();
 }
 
 // The content of a folder in a separate session: UID, flags and header lines of each message.
