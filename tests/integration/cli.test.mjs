@@ -5,6 +5,7 @@
 import assert from 'node:assert/strict';
 import { execFile, spawnSync } from 'node:child_process';
 import fs from 'node:fs';
+import readline from 'node:readline';
 import test from 'node:test';
 import tls from 'node:tls';
 import { promisify } from 'node:util';
@@ -66,8 +67,8 @@ async function startAgreeingServer(atLogin) {
   const server = tls.createServer(files, (socket) => {
     socket.on('error', () => {});
     socket.write('* OK ready\r\n');
-    socket.setEncoding('latin1').on('data', (line) => {
-      assert.ok(isReadingCommand(line.trimEnd()), line);
+    readline.createInterface({ input: socket, crlfDelay: Infinity }).on('line', (line) => {
+      assert.ok(isReadingCommand(line), line);
       if (line.includes(' LOGIN ')) atLogin();
       socket.write(`${line.split(' ')[0]} OK done\r\n`);
     });
