@@ -15,17 +15,14 @@ import random
 import statistics
 import sys
 
+import distance
 import machine
 from picture import picture
 from sample_mailbox import BODY_BYTES, LARGE_8BIT, LARGE_BASE64
-from processes import Answering, Comparator, MCPServer, run_timer
+from processes import FLOOR, LOOP, REPLAY, SDK, Comparator, MCPServer, in_any_order, run_timer
 from report import MILLISECONDS, Targets, comparison, figure, ratio, table
 
-HITS = 20
-# Messages found, and milliseconds to the server in each direction.
-COUNTS, DISTANCES = (1, 20, 100), (0, 20, 75)
-# TCP, TLS, greeting; LOGIN; CAPABILITY with EXAMINE; SEARCH; FETCH; all bodies; LOGOUT
-ROUND_TRIPS = 9
+HITS, MOST_HITS = 20, 100
 USER, PASSWORD = "user@example.org", "app-pass-word"
 
 PEERS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "peers")
@@ -33,16 +30,10 @@ HEADING = """# Measurements
 
 Written by `scripts/bench --write`. [performance.md](performance.md) tells how each number is taken.
 """
-FLOOR, SDK, REPLAY, LOOP = "C floor", "TypeScript SDK, imapflow", "raw TLS replay", "Python imaplib"
 
 
 def median(samples):
     return statistics.median(samples)
-
-
-def in_any_order(rounds):
-    """The contenders of one round in random order, so none always comes after the same other."""
-    return random.sample(list(rounds.items()), len(rounds))
 
 
 class Bench:
@@ -70,7 +61,7 @@ class Bench:
         """Writes the settings. The program reads them again for every call."""
         with open(f"{self.settings}/config.json", "w") as file:
             json.dump({"email": USER, "imapHost": "localhost", "imapPort": port,
-                       "safety": {"maxFetch": max(COUNTS), "maxMessagesPerCall": max(COUNTS)}}, file)
+                       "safety": {"maxFetch": MOST_HITS, "maxMessagesPerCall": MOST_HITS}}, file)
 
     def tarnwell(self):
         return MCPServer(self.servers["tarnwell"])
@@ -166,81 +157,6 @@ class Bench:
         self.show("Processor time of a search", "ms", {name: median(times) / 1e6 for name, times in processor.items()})
         self.targets.at_most("search, processor time", median(processor["tarnwell"]) / 1e6, 10, "ms")
 
-    def search_from(self, one_way, hits, rounds):
-        """The times and the round trips of each contender, {name: samples}. There are none on this machine."""
-        commands = self.record(f"search-{hits}", "search_inbox", limit=hits)
-        wall, trips = {}, {}
-        proxy = [f"{self.ends}/DelayProxy", str(one_way), str(self.dovecot_port)]
-        with Answering(proxy) as far:
-            port = int(far.read()) if one_way else self.dovecot_port
-            self.use_port(port)
-            with self.tarnwell() as own, self.sdk(port) as sdk, self.loop(port, hits) as loop, \
-                    self.replay(port, commands) as replay:
-                takes = {"tarnwell": lambda: own.call("search_inbox", limit=hits), REPLAY: replay.round,
-                         SDK: lambda: sdk.call("search_inbox", limit=hits), LOOP: loop.round}
-                for number in range(rounds + 1):
-                    for name, take in in_any_order(takes):
-                        result = take()
-                        if result["result"].get("count", hits) != hits:
-                            raise RuntimeError(f"{name} found {result['result']['count']} messages, not {hits}")
-                        counted = json.loads(far.read())["roundTrips"] if one_way else None
-                        if number >= 1:  # before that, the comparators load their libraries
-                            wall.setdefault(name, []).append(result["wall"])
-                            trips.setdefault(name, []).append(counted)
-        self.use_port(self.dovecot_port)
-        return wall, trips
-
-    def distances(self):
-        """Searches of few and many messages, near and far."""
-        contenders = ("tarnwell", REPLAY, SDK, LOOP)
-        rows, panels = [], []
-        for one_way in DISTANCES:
-            for hits in COUNTS:
-                wall, trips = self.search_from(one_way, hits, 5 if one_way else 30)
-                place = f"{one_way} ms" if one_way else "same machine"
-                row = [place, str(hits)]
-                for name in contenders:
-                    steps = f" ({median(trips[name]):g})" if one_way else ""
-                    row.append(figure(median(wall[name]) / 1e6) + steps)
-                best = min((SDK, LOOP), key=lambda name: median(wall[name]))
-                gain, above = ratio(wall[best], wall["tarnwell"]), ratio(wall["tarnwell"], wall[REPLAY])
-                rows.append([*row, f"{figure(gain)} x", f"{figure(above)} x"])
-                panels.append((f"{hits} message{'s' if hits > 1 else ''}, "
-                               + (f"{one_way} ms away" if one_way else "same machine"), "ms",
-                               [(name, median(wall[name]) / 1e6) for name in ("tarnwell", SDK, LOOP)]))
-                case = f"search of {hits}, {place}"
-                if one_way:
-                    self.targets.at_most(f"{case}: round trips", median(trips["tarnwell"]), ROUND_TRIPS, "")
-                    self.targets.at_least(f"{case}: faster than the best comparator", gain, 1.4, "x")
-                else:
-                    self.targets.at_least(f"{case}: faster than imapflow", ratio(wall[SDK], wall["tarnwell"]), 3, "x")
-                self.targets.at_most(f"{case}: of the raw replay's time", above, 1.25, "x")
-        text = table(["each way", "messages", *(f"{name}, ms" for name in contenders), "best other to tarnwell",
-                      "tarnwell to replay"], rows)
-        self.add("search_inbox near and far", text, "In brackets: the round trips, that of TCP included.\n")
-        return text, panels
-
-    def round_trips(self):
-        """The round trips of each tool that reads."""
-        uid = LARGE_BASE64 + 1  # an ordinary message
-        calls = [("list_folders", {}, 7), ("get_message_summary", {"uid": uid}, 8), ("get_message_body", {"uid": uid}, 8)]
-        for hits in (20, 100):
-            calls += [("search_inbox", {"limit": hits}, 9), ("search_inbox", {"limit": hits, "from": "colleague"}, 10),
-                      ("search_inbox", {"limit": hits, "from": "colleague", "subject": "week"}, 11),
-                      ("propose_inbox_cleanup", {"limit": hits}, 9)]
-        rows = []
-        with Answering([f"{self.ends}/DelayProxy", "20", str(self.dovecot_port)]) as far:
-            self.use_port(int(far.read()))
-            with self.tarnwell() as own:
-                for tool, arguments, wanted in calls:
-                    own.call(tool, **arguments)
-                    counted = json.loads(far.read())["roundTrips"]
-                    words = " ".join(f"{name} {value}" for name, value in arguments.items())
-                    rows.append([tool, words, str(counted)])
-                    self.targets.at_most(f"{tool} {words}".strip() + ": round trips", counted, wanted, "")
-        self.use_port(self.dovecot_port)
-        self.add("Round trips of the tools that read", table(["tool", "arguments", "round trips"], rows))
-
     def large_body(self, title, uid):
         commands = self.record(f"body-{uid}", "get_message_body", uid=uid)
         with self.tarnwell() as fresh:
@@ -267,15 +183,6 @@ def tables_of_parts(directory):
     return "\n".join(tables)
 
 
-def replace_table(path, text):
-    """Puts the table between the two marks of the document."""
-    begin, end = "<!-- distances -->\n", "<!-- end -->\n"
-    with open(path, encoding="utf-8") as file:
-        before, rest = file.read().split(begin)
-    with open(path, "w", encoding="utf-8") as file:
-        file.write(before + begin + text + end + rest.split(end)[1])
-
-
 def main():
     settings, build, directory, dovecot_port, recorder_port, *documents = sys.argv[1:]
     bench = Bench(settings, build, directory, dovecot_port, recorder_port)
@@ -286,8 +193,8 @@ def main():
     bench.start()
     bench.memory()
     bench.search()
-    distances, panels = bench.distances()
-    bench.round_trips()
+    distances, panels = distance.measure(bench)
+    distance.count_round_trips(bench)
     bench.large_body("8bit", LARGE_8BIT)
     bench.large_body("base64", LARGE_BASE64)
     targets = f"## Targets\n\n{bench.targets.table()}"
@@ -300,8 +207,8 @@ def main():
         with open(f"{documents[0]}/performance.svg", "w", encoding="utf-8") as file:
             file.write(picture("What a user notices", bench.panels))
         with open(f"{documents[0]}/distance.svg", "w", encoding="utf-8") as file:
-            file.write(picture("A search near and far", panels, columns=len(DISTANCES)))
-        replace_table(f"{documents[0]}/performance.md", distances)
+            file.write(picture("A search near and far", panels, columns=len(distance.DISTANCES)))
+        distance.replace_table(f"{documents[0]}/performance.md", distances)
 
 
 if __name__ == "__main__":

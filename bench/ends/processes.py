@@ -1,8 +1,17 @@
 """The measured programs, as processes that answer each line with one line."""
 import json
 import os
+import random
 import subprocess
 import time
+
+
+FLOOR, SDK, REPLAY, LOOP = "C floor", "TypeScript SDK, imapflow", "raw TLS replay", "Python imaplib"
+
+
+def in_any_order(rounds):
+    """The contenders of one round in random order, so none always comes after the same other."""
+    return random.sample(list(rounds.items()), len(rounds))
 
 
 class Answering:

@@ -56,9 +56,12 @@ void IMAPClient::connectToInbox(Access access) {
   sendQueued();
   while (!underWay_.empty()) {
     const Tagged answer = readTagged([this](const std::string& line) { readCapabilities(line); });
-    ensureOK(answer.completion, answer.tag == capability ? "CAPABILITY" : selection);
+    const bool isCapability = answer.tag == capability;
+    ensureOK(answer.completion, isCapability ? "CAPABILITY" : selection);
+    if (isCapability) {
+      logAuthenticated();
+    }
   }
-  logAuthenticated();
   selectedMailbox_ = "INBOX";
 }
 

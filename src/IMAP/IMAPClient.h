@@ -3,8 +3,7 @@
 /// One authenticated session on the user's mailbox (RFC 3501).
 ///
 ///     IMAPClient client("imap.example.org", 993, "user@example.org", std::move(password), timeout);
-///     client.connect();
-///     client.selectInbox(IMAPClient::Access::readOnly);
+///     client.connectToInbox(IMAPClient::Access::readOnly);
 ///     for (const IMAPMessage& message : client.fetchMessages(client.searchInbox(criteria, 20))) ...
 ///     client.disconnect();
 ///
@@ -49,7 +48,8 @@ namespace tarnwell {
 
 /// How long a session may last, in seconds.
 struct SessionLimits {
-  /// From the beginning of `connect`. At its end every wait ends with `timeout`.
+  /// From the beginning of `connect`. At its end every wait ends with `timeout`. Only a flag that completes a
+  /// move by copy has at least 5 seconds.
   std::chrono::duration<double> whole = BridgeConstants::sessionTimeoutSeconds;
   /// For `disconnect`, within the bound of the whole session.
   std::chrono::duration<double> logout = BridgeConstants::logoutTimeoutSeconds;
@@ -110,8 +110,8 @@ class IMAPClient {
 
   using BodyReader = std::function<void(const IMAPMessage&, BodyText)>;
   /// The same for several messages. Calls `read` once for each: first for those without a text, then for the
-  /// others as their bodies arrive, which is in order from every server that is known. Asks for all bodies at
-  /// once, so `read` must not use the client. Holds one body at a time.
+  /// others as their answers arrive. Asks for all bodies at once, so `read` must not use the client. Holds
+  /// one body at a time when the server answers in order, as all do that were tried.
   void fetchBodyTexts(const std::vector<const IMAPMessage*>& messages, const BodyReader& read);
 
   /// Whether COPY and the \Deleted flag may replace a MOVE that the server rejects.
@@ -178,6 +178,7 @@ class IMAPClient {
   IMAPParser::Completion executeArgs(const std::vector<IMAPArg>& arguments, const ResponseReader& read);
   std::string queue(std::string_view command);
   void sendQueued();
+  void awaitAnswers();
   IMAPParser::Completion readUntilTagged(const std::string& tag, const ResponseReader& read);
   Tagged readTagged(const ResponseReader& read);
   void requestContinuation(Secret& line, std::size_t literalSize);

@@ -80,6 +80,13 @@ std::string IMAPClient::queue(std::string_view command) {
   return tag;
 }
 
+/// After a failure answers may be under way. They are dropped.
+void IMAPClient::awaitAnswers() {
+  while (!underWay_.empty()) {
+    readTagged(passOver);
+  }
+}
+
 void IMAPClient::sendQueued() {
   if (!queued_.empty()) {
     connection().sendBytes(queued_.view());
@@ -91,7 +98,6 @@ IMAPParser::Completion IMAPClient::executeArgs(const std::vector<IMAPArg>& argum
                                                const ResponseReader& read) {
   connection();  // throws before a tag is used
   const std::string tag = nextTag();
-  underWay_.push_back(tag);
   Secret line(tag + " ");
   for (const IMAPArg& argument : arguments) {
     if (argument.kind == IMAPArg::Kind::literal) {
@@ -101,6 +107,7 @@ IMAPParser::Completion IMAPClient::executeArgs(const std::vector<IMAPArg>& argum
   }
   line.append(lineEnd);
   connection().sendBytes(line.view());
+  underWay_.push_back(tag);  // a refused literal has had its answer
   return readUntilTagged(tag, read);
 }
 

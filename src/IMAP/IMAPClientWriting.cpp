@@ -1,6 +1,8 @@
 /// The three changes to the mailbox: move, copy and flag, mark as read (RFC 3501, section 6.4, and RFC 6851).
 /// No command here or elsewhere expunges.
 
+#include <algorithm>
+
 #include "IMAP/Connection/IMAPError.h"
 #include "IMAP/IMAPClient.h"
 #include "Platform/EndSignals.h"
@@ -11,6 +13,7 @@ namespace tarnwell {
 /// UID that no longer exists, because servers ignore such a UID silently (RFC 3501, section 6.4.8).
 MoveOutcome IMAPClient::move(std::uint32_t uid, std::string_view toFolderPath, CopyFallback fallback) {
   requireInbox();
+  awaitAnswers();
   const std::string target = std::to_string(uid) + " " + quoted(toFolderPath);
   const IMAPParser::Completion completion = execute("UID MOVE " + target);
   if (completion.status == IMAPParser::Completion::Status::ok) {
@@ -23,16 +26,21 @@ MoveOutcome IMAPClient::move(std::uint32_t uid, std::string_view toFolderPath, C
   return MoveOutcome::copiedAndFlaggedDeleted;
 }
 
-/// If the flag cannot be set, the copy stays: the message is then in both places. A signal that asks the
-/// program to end waits until both commands are answered, because the message would be in both places too.
+/// If the flag cannot be set, the copy stays: the message is then in both places. So a signal that asks the
+/// program to end waits until both commands are answered, and the end of the session leaves time for the
+/// flag.
 void IMAPClient::copyThenFlagDeleted(std::uint32_t uid, const std::string& target) {
-  const EndSignals::Postponed bothOrNone;
+  constexpr std::chrono::seconds timeToFlag{5};
+  const EndSignals::Postponed untilFlagged;
   ensureOK(execute("UID COPY " + target), "UID COPY");
+  sessionEnd_ = std::max(sessionEnd_, std::chrono::steady_clock::now() + timeToFlag);
+  connection().endBy(sessionEnd_);
   ensureOK(execute("UID STORE " + std::to_string(uid) + " +FLAGS (\\Deleted)"), "UID STORE");
 }
 
 void IMAPClient::markRead(std::uint32_t uid) {
   requireInbox();
+  awaitAnswers();
   ensureOK(execute("UID STORE " + std::to_string(uid) + " +FLAGS (\\Seen)"), "UID STORE");
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 #include <variant>
 
+#include "Core/AppLogger.h"
 #include "MCP/Tools/ToolName.h"
 
 namespace tarnwell {
@@ -52,7 +53,12 @@ void RequestQueue::cancel(const JSONRPCRequest& cancellation) {
   }
   std::erase_if(waiting_, [this, id](const Message& message) {
     const bool isCancelled = message.request && message.request->id == *id && isWritingCall(*message.request);
-    unfinishedBytes_ -= isCancelled ? message.bytes : 0;
+    if (isCancelled) {
+      unfinishedBytes_ -= message.bytes;
+      AppLogger::info(AppLogger::Category::mcp,
+                      "cancelled by the client before it began: " +
+                          (*message.request->params)["name"].stringValue().value_or(""));
+    }
     return isCancelled;
   });
 }

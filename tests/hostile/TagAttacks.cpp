@@ -66,6 +66,20 @@ ServerAttack answerBeforeItsCommand() {
   return row;
 }
 
+/// The answers to both commands that go out together come with the answer to LOGIN.
+ServerAttack answersBeforeTheirCommands() {
+  const std::string early = "* CAPABILITY IMAP4rev1\r\nA0003 OK early\r\nA0002 OK early\r\n";
+  const Session session = listSession()
+                              .answering("LOGIN", "TAG OK in\r\n" + early)
+                              .answering("CAPABILITY", "")
+                              .answering("EXAMINE", "");
+  ServerAttack row =
+      attackDuring(session, "answersBeforeTheirCommands", "two answers sent before their commands",
+                   "takes them for the answers once the commands are sent");
+  row.check = listsThreeFolders;
+  return row;
+}
+
 ServerAttack manyCapabilities() {
   std::string names;
   for (int number = 0; number < 10000; ++number) {
@@ -107,6 +121,7 @@ std::vector<Attack> tagAttacks() {
       noCompletion("tagInLowerCase", "an answer with its tag in lower case", "a0004 OK done\r\n"),
       noCompletion("starInsteadOfTag", "an untagged OK in the place of the answer", "* OK done\r\n"),
       answerBeforeItsCommand(),
+      answersBeforeTheirCommands(),
       refused("unknownStatus", "a status word that does not exist", "shows the line and leaves",
               listSession(), "LIST", "TAG PERHAPS later\r\n",
               "Unexpected IMAP response: A0004 PERHAPS later"),

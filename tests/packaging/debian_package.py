@@ -21,6 +21,7 @@ FILES = """
 ./usr/share/doc/tarnwell/docs/architecture.md
 ./usr/share/doc/tarnwell/docs/attacks.md
 ./usr/share/doc/tarnwell/docs/decisions.md
+./usr/share/doc/tarnwell/docs/distance.svg
 ./usr/share/doc/tarnwell/docs/fuzzing.md
 ./usr/share/doc/tarnwell/docs/logs.md
 ./usr/share/doc/tarnwell/docs/macos.md

@@ -17,6 +17,7 @@ EXPECTED = {
     "share/doc/tarnwell/docs/architecture.md": 0o644,
     "share/doc/tarnwell/docs/attacks.md": 0o644,
     "share/doc/tarnwell/docs/decisions.md": 0o644,
+    "share/doc/tarnwell/docs/distance.svg": 0o644,
     "share/doc/tarnwell/docs/fuzzing.md": 0o644,
     "share/doc/tarnwell/docs/logs.md": 0o644,
     "share/doc/tarnwell/docs/macos.md": 0o644,

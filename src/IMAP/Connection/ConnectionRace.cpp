@@ -50,6 +50,8 @@ struct Race {
     --unanswered;
     outcome = error;
     if (error) {
+      error_code ignored;
+      socket.close(ignored);
       startNext();
     } else {
       winner = std::move(socket);

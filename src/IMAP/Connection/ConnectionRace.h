@@ -28,8 +28,8 @@ inline constexpr std::chrono::milliseconds connectionAttemptDelay{250};
 std::vector<boost::asio::ip::tcp::endpoint> alternatingFamilies(
     const std::vector<boost::asio::ip::tcp::endpoint>& endpoints);
 
-/// Tries the addresses in this order. The next attempt starts when the last one has failed, or has been
-/// without an answer for the delay. Earlier attempts go on meanwhile. The first that connects becomes
+/// Tries the addresses in this order. The next attempt starts when one has failed, or when the last one has
+/// been without an answer for the delay. Earlier attempts go on meanwhile. The first that connects becomes
 /// `winner`, a socket of the queue; all others are closed before this returns.
 ///
 /// Gives the error of the attempt that failed last when all have failed, and "host not found" when there is

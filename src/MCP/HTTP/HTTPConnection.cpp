@@ -5,6 +5,8 @@
 #include <optional>
 #include <utility>
 
+#include "Core/AppLogger.h"
+
 namespace tarnwell {
 
 namespace asio = boost::asio;
@@ -74,12 +76,29 @@ void HTTPConnection::process() {
     send({204});
   } else if (method == "POST") {
     unbound();
-    call_ = dispatch_.unfinished++ == 0 ? Call::begun : Call::waiting;
-    asio::post(dispatch_.worker, [self = shared_from_this()] { self->call(); });
+    handOver();
     discard();
   } else {
     send({405, "text/plain", "This endpoint accepts JSON-RPC via POST."});
   }
+}
+
+/// A call that waits does not keep its connection alive. So a client that has gone leaves nothing behind but
+/// a place in the line.
+void HTTPConnection::handOver() {
+  if (dispatch_.unfinished++ == 0) {
+    call_ = Call::begun;
+    asio::post(dispatch_.worker, [self = shared_from_this()] { self->call(); });
+    return;
+  }
+  call_ = Call::waiting;
+  asio::post(dispatch_.worker, [waiting = weak_from_this(), &dispatch = dispatch_] {
+    if (const auto self = waiting.lock()) {
+      self->call();
+    } else {
+      --dispatch.unfinished;
+    }
+  });
 }
 
 /// Runs on the worker's thread. The queue's thread no longer uses the reader.
@@ -103,7 +122,11 @@ void HTTPConnection::call() {
 /// True when the call was waiting. Then it never begins.
 bool HTTPConnection::withdrawCall() {
   Call waiting = Call::waiting;
-  return call_.compare_exchange_strong(waiting, Call::withdrawn);
+  const bool isWithdrawn = call_.compare_exchange_strong(waiting, Call::withdrawn);
+  if (isWithdrawn) {
+    AppLogger::info(AppLogger::Category::http, "a call was not run: its connection closed before it began");
+  }
+  return isWithdrawn;
 }
 
 void HTTPConnection::send(const HTTPResponse& response) {

@@ -57,6 +57,7 @@ class HTTPConnection : public std::enable_shared_from_this<HTTPConnection> {
   void take(std::string_view bytes);
   void inviteBody();
   void process();
+  void handOver();
   void call();
   bool withdrawCall();
   void send(const HTTPResponse& response);

@@ -63,8 +63,8 @@ class MCPHTTPServer {
   /// failure it can be called again. Does nothing while the server listens.
   void start();
 
-  /// Closes the listener and every connection. A running call finishes, because it cannot be undone halfway;
-  /// its answer is dropped. Calls that have not begun never begin. `start` may be called again.
+  /// Closes the listener and every connection. A call that has begun finishes, because it cannot be undone
+  /// halfway; its answer is dropped. Calls that wait for it never begin. `start` may be called again.
   void stop();
 
  private:

@@ -71,8 +71,8 @@ class MailScreen {
   /// Takes the body of the message at an index.
   using BodyUser = std::function<void(std::size_t index, ScreenedBody body)>;
   /// The same for several messages. Calls `use` once for each of them, in any order. Reads the next body only
-  /// after `use` has returned, so only one text is in memory. The server may already send the next body
-  /// meanwhile, so `use` must not use the client.
+  /// after `use` has returned, so only one text is in memory when the server answers in order. The server
+  /// already sends the other bodies meanwhile, so `use` must not use the client.
   void fetchBodies(IMAPClient& client, std::span<const IMAPMessage> messages, Leaving leaving,
                    const BodyUser& use) const;
 

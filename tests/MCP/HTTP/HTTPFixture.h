@@ -101,6 +101,9 @@ class HTTPTest : public testing::Test {
     return client.readAll();
   }
 
+  /// When it returns, the endpoint has seen all that happened before: this needs several turns of its queue.
+  void awaitQueue() { EXPECT_EQ(answerTo("OPTIONS / HTTP/1.1\r\n\r\n"), HTTPResponse{204}.serialized()); }
+
   static std::string post(std::string_view body) {
     return "POST /mcp HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Type: application/json\r\nContent-Length: " +
            std::to_string(body.size()) + "\r\n\r\n" + std::string(body);

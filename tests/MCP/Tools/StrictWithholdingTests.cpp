@@ -173,5 +173,31 @@ TEST_F(StrictWithholding, statusTellsTheNineSafetySettingsAlone) {
   EXPECT_THAT(call("get_status").structured.serialized(), Not(HasSubstr("strictWithholding")));
 }
 
+/// Each body is judged with the header of its own message, in whatever order the answers come.
+TEST_F(StrictWithholding, answersInAnotherOrderChangeNoJudgement) {
+  FakeMail harmless = receipt;
+  harmless.uid = 8;
+  FakeMail withLink = link;
+  withLink.uid = 7;
+  SessionScript script;
+  script.command("UID SEARCH ALL", "* SEARCH 7 8 9\r\n")
+      .command("UID FETCH 9,8,7 (UID FLAGS INTERNALDATE ENVELOPE BODYSTRUCTURE)",
+               codeInBody.summary() + harmless.summary() + withLink.summary());
+  FakeIMAPServer& server =
+      serve(script.dialogue() +
+            Dialogue{expect("A0006 " + codeInBody.fetchBody() + "\r\nA0007 " + harmless.fetchBody() +
+                            "\r\nA0008 " + withLink.fetchBody() + "\r\n"),
+                     answer(harmless.bodyPart() + withLink.bodyPart() + "A0008 OK\r\nA0007 OK\r\n" +
+                            codeInBody.bodyPart() + "A0006 OK\r\n"),
+                     expect("A0009 LOGOUT\r\n"), answer("A0009 OK\r\n")});
+  const JSONValue result = call("search_inbox", JSONObject{}).structured;
+  EXPECT_EQ(server.mismatch(), "");
+  const JSONArray* messages = result["messages"].arrayValue();
+  ASSERT_TRUE(messages && messages->size() == 3) << result.prettyString();
+  EXPECT_THAT((*messages)[0]["snippet"].stringValue().value_or(""), HasSubstr("withheld"));
+  EXPECT_EQ((*messages)[1]["snippet"], "Thank you for your order. Total: 12.50 EUR.");
+  EXPECT_THAT((*messages)[2]["snippet"].stringValue().value_or(""), HasSubstr("withheld"));
+}
+
 }  // namespace
 }  // namespace tarnwell::test
