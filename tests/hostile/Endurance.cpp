@@ -32,6 +32,11 @@ Bulk mebibytes(std::size_t count, std::string bytes) {
   return {std::move(bytes), count * inOne};
 }
 
+std::string tagged(int number) {
+  const std::string digits = std::to_string(number);
+  return "A" + std::string(4 - digits.size(), '0') + digits;
+}
+
 Dialogue readingOf(const Dialogue& summary, const Dialogue& body) {
   return loginDialogue() + Dialogue{expect(std::string("A0004 ") + fetchOfSeven + "\r\n")} + summary +
          Dialogue{answer("A0004 OK done\r\n"), expect("A0005 UID FETCH 7 (BODY.PEEK[1])\r\n")} + body +
@@ -116,6 +121,34 @@ void listBigSubject(const Bulk& bulk) {
   EXPECT_TRUE(subject == repeated(bulk.block, bulk.times));
 }
 
+/// Twenty messages with this body each, whose fetches are all under way at the same time.
+void searchBigBodies(const Bulk& bulk) {
+  constexpr int count = 20;
+  std::string found = "* SEARCH";
+  std::string asked;
+  std::string summaries;
+  std::string commands;
+  for (int uid = count; uid > 0; --uid) {
+    const std::string number = std::to_string(uid);
+    found += " " + number;
+    asked += (asked.empty() ? "" : ",") + number;
+    summaries += "* 1 FETCH (UID " + number + " " + structure("\"PLAIN\" NIL NIL NIL \"8BIT\"") + ")\r\n";
+    commands += tagged(6 + count - uid) + " UID FETCH " + number + " (BODY.PEEK[1])\r\n";
+  }
+  Dialogue dialogue =
+      loginDialogue() +
+      Dialogue{expect("A0004 UID SEARCH ALL\r\n"), answer(found + "\r\nA0004 OK\r\n"),
+               expect("A0005 UID FETCH " + asked + " (UID FLAGS INTERNALDATE ENVELOPE BODYSTRUCTURE)\r\n"),
+               answer(summaries + "A0005 OK\r\n"), expect(commands)};
+  for (int uid = count; uid > 0; --uid) {
+    dialogue = dialogue + Dialogue{answer("* 1 FETCH (UID " + std::to_string(uid) + " BODY[1] ")} +
+               bulk.literal() + Dialogue{answer(")\r\n" + tagged(6 + count - uid) + " OK\r\n")};
+  }
+  const std::string end = tagged(6 + count);
+  dialogue = dialogue + Dialogue{expect(end + " LOGOUT\r\n"), answer(end + " OK\r\n")};
+  EXPECT_EQ(callWithinBound(bulk, dialogue, "search_inbox", {})["count"], JSONValue(count));
+}
+
 Attack bigBody(const std::string& name, const std::string& attack, const std::string& type, Bulk bulk,
                const std::string& beginning = "") {
   return {name, attack, boundInWords,
@@ -164,6 +197,9 @@ std::vector<Attack> bigMessages() {
          readBigMessage(envelopeOf("NIL ", expandingSubject, " NIL NIL NIL NIL NIL NIL NIL NIL"),
                         expandingSubject);
        }},
+      {"twentyBodies", "twenty bodies of 4 MiB each in a search",
+       "holds one at a time; the same bound, for one",
+       [found = mebibytes(4, words)] { searchBigBodies(found); }},
       {"listedSubject", "a subject of 4 MiB in a list of results", "gives it whole; the same bound",
        [listedSubject] { listBigSubject(listedSubject); }},
   };
