@@ -35,12 +35,14 @@ std::string maxCharsDescription() {
 std::span<const ToolRow> ToolRow::all() {
   static const ToolRow rows[] = {
       {ToolName::getStatus,
+       Effect::reads,
        {"get_status",
         "Return the bridge's connection readiness, the active safety mode (read-only / dry-run / "
         "write-enabled), and all safety settings. Takes no arguments.",
         object({})},
        &MCPTools::getStatus},
       {ToolName::listFolders,
+       Effect::reads,
        {"list_folders",
         "List IMAP mailboxes/folders with their path, hierarchy delimiter and special-use attribute. "
         "Read-only.",
@@ -51,6 +53,7 @@ std::span<const ToolRow> ToolRow::all() {
         })},
        &MCPTools::listFolders},
       {ToolName::searchInbox,
+       Effect::reads,
        {"search_inbox",
         "Search INBOX and return lightweight message headers (uid, subject, from, date, flags, a short "
         "snippet, hasAttachments). Never returns full bodies. Read-only.",
@@ -66,6 +69,7 @@ std::span<const ToolRow> ToolRow::all() {
         })},
        &MCPTools::searchInbox},
       {ToolName::getMessageSummary,
+       Effect::reads,
        {"get_message_summary",
         "Return safe summary fields for one message (subject, from, to, cc, date, flags, hasAttachments, "
         "detected risk signals, and a bounded body snippet ≤1000 chars). Snippets of "
@@ -77,6 +81,7 @@ std::span<const ToolRow> ToolRow::all() {
             {"uid"})},
        &MCPTools::getMessageSummary},
       {ToolName::getMessageBody,
+       Effect::reads,
        {"get_message_body",
         "Return the (text) body of one message, HTML flattened, truncated to maxChars. Bodies of "
         "OTP/2FA/verification-code/password-reset/security-alert mail are NOT returned — the tool "
@@ -87,6 +92,7 @@ std::span<const ToolRow> ToolRow::all() {
                {"uid"})},
        &MCPTools::getMessageBody},
       {ToolName::proposeInboxCleanup,
+       Effect::reads,
        {"propose_inbox_cleanup",
         "Return recent INBOX messages with lightweight rule-based category hints so the *client* AI can "
         "propose an organization plan. Performs NO moves and makes NO LLM classification itself. Read-only.",
@@ -100,6 +106,7 @@ std::span<const ToolRow> ToolRow::all() {
         })},
        &MCPTools::proposeInboxCleanup},
       {ToolName::moveMessage,
+       Effect::changes,
        {"move_message",
         "Move ONE message out of INBOX into an existing folder using IMAP UID MOVE. Blocked under read-only; "
         "simulated under dry-run. The target folder must already exist (never created). Source is always "
@@ -108,23 +115,22 @@ std::span<const ToolRow> ToolRow::all() {
                 {"targetFolder", prop("string", "Destination folder path or name. Must already exist.")},
                 {"dryRun", dryRunProperty()}},
                {"uid", "targetFolder"})},
-       &MCPTools::moveMessage,
-       /*changesMailbox=*/true},
+       &MCPTools::moveMessage},
       {ToolName::markAsRead,
+       Effect::changes,
        {"mark_as_read",
         "Mark ONE message as read (sets the \\Seen flag) via UID STORE. Blocked under read-only; "
         "simulated under dry-run.",
         object({{"uid", uidProperty()}, {"dryRun", dryRunProperty()}}, {"uid"})},
-       &MCPTools::markAsRead,
-       /*changesMailbox=*/true},
+       &MCPTools::markAsRead},
       {ToolName::trashMessage,
+       Effect::changes,
        {"trash_message",
         "Move ONE message from INBOX to the Trash folder via UID MOVE. Disabled by default in Safety "
         "settings. Blocked under read-only; simulated under dry-run. Never performs a physical delete or "
         "EXPUNGE.",
         object({{"uid", uidProperty()}, {"dryRun", dryRunProperty()}}, {"uid"})},
-       &MCPTools::trashMessage,
-       /*changesMailbox=*/true},
+       &MCPTools::trashMessage},
   };
   return rows;
 }
@@ -147,6 +153,6 @@ std::optional<ToolName> toolName(std::string_view rawText) {
   return row == ToolRow::all().end() ? std::nullopt : std::optional(row->tool);
 }
 
-bool changesMailbox(ToolName name) { return ToolRow::of(name).changesMailbox; }
+bool changesMailbox(ToolName name) { return ToolRow::of(name).effect == ToolRow::Effect::changes; }
 
 }  // namespace tarnwell

@@ -14,10 +14,13 @@
 namespace tarnwell {
 
 struct ToolRow {
+  /// On the mailbox.
+  enum class Effect { reads, changes };
+
   ToolName tool;
+  Effect effect;
   MCPToolDefinition definition;
   ToolOutcome (MCPTools::*run)(const JSONValue& arguments) const;
-  bool changesMailbox = false;
 
   /// In the order of the catalogue.
   static std::span<const ToolRow> all();
