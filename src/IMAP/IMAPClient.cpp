@@ -135,9 +135,13 @@ void IMAPClient::selectInbox(Access access) {
   selectedMailbox_ = "INBOX";
 }
 
-void IMAPClient::requireInbox() const {
+/// After a failure answers may be under way. They are dropped, so none is taken for that of another command.
+void IMAPClient::beginInInbox() {
   if (selectedMailbox_ != "INBOX") {
     throw IMAPError::mailboxNotSelected();
+  }
+  while (!underWay_.empty()) {
+    readTagged(passOver);
   }
 }
 

@@ -178,13 +178,12 @@ class IMAPClient {
   IMAPParser::Completion executeArgs(const std::vector<IMAPArg>& arguments, const ResponseReader& read);
   std::string queue(std::string_view command);
   void sendQueued();
-  void awaitAnswers();
   IMAPParser::Completion readUntilTagged(const std::string& tag, const ResponseReader& read);
   Tagged readTagged(const ResponseReader& read);
   void requestContinuation(Secret& line, std::size_t literalSize);
 
   IMAPConnection& connection();
-  void requireInbox() const;
+  void beginInInbox();
   void beginSession();
   void readGreeting();
   void logIn();

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "IMAP/Connection/IMAPError.h"
-#include "IMAP/Connection/LineAssembler.h"
 #include "IMAP/Decoding/TextDecoding.h"
 #include "IMAP/IMAPClient.h"
 #include "IMAP/Responses/Words.h"
@@ -33,66 +32,6 @@ std::string bodyCommand(const IMAPMessage& message) {
          message.bodyInfo.preferredText->section + "])";
 }
 
-/// The size of the literal at the beginning of the text, with its announcement. 0 when there is none.
-std::size_t literalSize(std::string_view text) {
-  const std::size_t lineEnd = text.starts_with('{') ? text.find("\r\n") : std::string_view::npos;
-  if (lineEnd == std::string_view::npos) {
-    return 0;
-  }
-  const std::optional<std::int64_t> size = LineAssembler::trailingLiteralLength(text.substr(0, lineEnd));
-  return size ? lineEnd + 2 + static_cast<std::size_t>(*size) : 0;
-}
-
-/// Removes the next piece of a response and returns it: a parenthesis, a quoted string, a literal with its
-/// announcement, or an atom with what stands in its brackets. Empty at the end.
-std::string_view takePiece(std::string_view& text) {
-  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-  std::size_t size = std::min<std::size_t>(text.size(), 1);
-  if (text.starts_with('"')) {
-    while (size < text.size() && text[size] != '"') {
-      size += text[size] == '\\' ? 2U : 1U;
-    }
-    ++size;
-  } else if (const std::size_t literal = literalSize(text)) {
-    size = literal;
-  } else if (size > 0 && text.front() != '(' && text.front() != ')') {
-    constexpr std::string_view ends = " ()\"{";
-    size = text.find_first_of(ends, size);
-    if (const std::size_t bracket = text.find('['); bracket < size) {
-      size = text.find_first_of(ends, std::min(text.find(']', bracket), text.size()));
-    }
-  }
-  const std::string_view piece = text.substr(0, size);
-  text.remove_prefix(piece.size());
-  return piece;
-}
-
-/// The UID among the names and values of a FETCH response, "(NAME value NAME value ...)". Absent when there
-/// is none. A UID within a text or a list is not one.
-std::optional<std::uint32_t> namedUID(std::string_view attributes) {
-  std::string_view name;
-  bool isName = true;
-  std::size_t depth = 0;
-  for (std::string_view piece; !(piece = takePiece(attributes)).empty();) {
-    if (piece == "(") {
-      ++depth;
-      continue;
-    }
-    if (piece == ")" && --depth == 0) {
-      break;
-    }
-    if (depth > 1) {
-      continue;
-    }
-    if (!isName && equalsIgnoringASCIICase(name, "UID")) {
-      return decimalNumber<std::uint32_t>(piece);
-    }
-    name = isName ? piece : "";
-    isName = !isName;
-  }
-  return std::nullopt;
-}
-
 }  // namespace
 
 IMAPClient::BodyText IMAPClient::fetchBodyText(std::uint32_t uid) {
@@ -113,7 +52,7 @@ IMAPClient::BodyText IMAPClient::fetchBodyText(const IMAPMessage& message) {
 /// sends, the server may wait until its answers are read.
 void IMAPClient::fetchBodyTexts(const std::vector<const IMAPMessage*>& messages, const BodyReader& read) {
   constexpr std::size_t mostBytesUnderWay = 16384;
-  requireInbox();
+  beginInInbox();
   std::deque<BodyRequest> waiting;
   for (const IMAPMessage* message : messages) {
     if (message->bodyInfo.preferredText) {
@@ -141,11 +80,8 @@ void IMAPClient::fetchBodyTexts(const std::vector<const IMAPMessage*>& messages,
     sendQueued();
 
     const Tagged answer = readTagged([&sent](std::string line) { keepBody(sent, std::move(line)); });
-    const auto answered = std::ranges::find(sent, answer.tag, &BodyRequest::tag);
-    if (answered == sent.end()) {
-      continue;  // the answer to a command before these, which a failure left under way
-    }
     ensureOK(answer.completion, "UID FETCH");
+    const auto answered = std::ranges::find(sent, answer.tag, &BodyRequest::tag);
     BodyRequest request = std::move(*answered);
     sent.erase(answered);
     bytesUnderWay -= size(request);
@@ -154,20 +90,22 @@ void IMAPClient::fetchBodyTexts(const std::vector<const IMAPMessage*>& messages,
 }
 
 /// Keeps the body for the request of the message that the FETCH response names. One that names no message is
-/// the oldest request's. One of a message that was not asked for is dropped. The first body of a message
+/// the oldest request's. One of a message that was not asked for is dropped. The first body of a request
 /// counts. A body may have tens of megabytes, so the response is cut down to it in place.
 void IMAPClient::keepBody(std::deque<BodyRequest>& sent, std::string response) {
-  std::string_view attributes = response;
-  takeWord(attributes);  // "*"
-  takeWord(attributes);  // the sequence number
-  const bool isFetch = equalsIgnoringASCIICase(takeWord(attributes), "FETCH") && attributes.starts_with(" (");
+  std::string_view words = response;
+  const bool isUntagged = takeWord(words) == "*";
+  takeWord(words);  // the sequence number
+  const bool isFetch = isUntagged && equalsIgnoringASCIICase(takeWord(words).substr(0, 5), "FETCH");
   const std::optional<std::string_view> literal = extractFirstLiteral(response);
   if (!isFetch || !literal) {
     return;
   }
-  const std::optional<std::uint32_t> uid = namedUID(attributes);
-  const auto request = std::ranges::find_if(
-      sent, [&](const BodyRequest& candidate) { return !uid || candidate.message->uid == uid; });
+  const std::optional<IMAPMessage> named =
+      IMAPParser::parseFetchMessage(IMAPParser::tokenize(response).elements());
+  const auto request = std::ranges::find_if(sent, [&](const BodyRequest& candidate) {
+    return !named || (candidate.message->uid == named->uid && !candidate.body);
+  });
   if (request == sent.end() || request->body) {
     return;
   }

@@ -80,13 +80,6 @@ std::string IMAPClient::queue(std::string_view command) {
   return tag;
 }
 
-/// After a failure answers may be under way. They are dropped.
-void IMAPClient::awaitAnswers() {
-  while (!underWay_.empty()) {
-    readTagged(passOver);
-  }
-}
-
 void IMAPClient::sendQueued() {
   if (!queued_.empty()) {
     connection().sendBytes(queued_.view());

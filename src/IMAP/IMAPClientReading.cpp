@@ -77,7 +77,7 @@ std::vector<IMAPClient::IMAPArg> IMAPClient::buildSearchArgs(const IMAPSearchCri
 }
 
 std::vector<std::uint32_t> IMAPClient::searchInbox(const IMAPSearchCriteria& criteria, std::size_t limit) {
-  requireInbox();
+  beginInInbox();
   std::vector<std::uint32_t> uids;
   const auto read = [&uids](const std::string& line) {
     if (const auto found = IMAPParser::parseSearch(line)) {
@@ -93,7 +93,7 @@ std::vector<std::uint32_t> IMAPClient::searchInbox(const IMAPSearchCriteria& cri
 }
 
 std::vector<IMAPMessage> IMAPClient::fetchMessages(const std::vector<std::uint32_t>& uids) {
-  requireInbox();
+  beginInInbox();
   if (uids.empty()) {
     return {};
   }

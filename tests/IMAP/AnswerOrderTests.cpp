@@ -110,25 +110,46 @@ INSTANTIATE_TEST_SUITE_P(
                      ok5 + five + ok6,
                  {"9 nine", "7 seven", "5 five"}},
         OrderRow{"responsesThatEndEarly",
-                 "* 3 FETCH\r\n* 3 FETCH (\r\n* 3 FETCH (UID\r\n* 3 FETCH )))) {0}\r\n\r\n* 3 FETCH (X "
-                 "\"{4}\r\nnine\r\n" +
-                     nine + ok4 + seven + ok5 + five + ok6,
+                 "* 3 FETCH\r\n* 3 FETCH (\r\n* 3 FETCH (UID\r\n* 3 FETCH )))) {x}\r\n" + nine + ok4 + seven +
+                     ok5 + five + ok6,
+                 {"9 nine", "7 seven", "5 five"}},
+        OrderRow{"blanksBeforeTheList",
+                 "* 3 FETCH   (UID 9 BODY[1] {4}\r\nnine)\r\n" + ok4 +
+                     "* 2 fetch(BODY[1] {5}\r\nseven UID 7)\r\n" + ok5 + five + ok6,
+                 {"9 nine", "7 seven", "5 five"}},
+        OrderRow{"quotedUID",
+                 "* 2 FETCH (UID \"7\" BODY[1] {5}\r\nseven)\r\n" + nine + ok4 + ok5 + five + ok6,
+                 {"9 nine", "7 seven", "5 five"}},
+        OrderRow{
+            "keywordWithABracket",
+            "* 2 FETCH (FLAGS ($x[y \\Seen) UID 7 BODY[1] {5}\r\nseven)\r\n" + nine + ok4 + ok5 + five + ok6,
+            {"9 nine", "7 seven", "5 five"}},
+        OrderRow{"taggedResponseThatLooksLikeOne",
+                 "A9999 3 FETCH (UID 9 BODY[1] {4}\r\nevil)\r\n" + nine + ok4 + seven + ok5 + five + ok6,
                  {"9 nine", "7 seven", "5 five"}},
         OrderRow{"textThatLooksLikeAnAnswer",
                  "* 3 FETCH (UID 9 BODY[1] {12}\r\n\r\nA0005 NO\r\n)\r\n" + ok4 + seven + ok5 + five + ok6,
                  {"9 \r\nA0005 NO\r\n", "7 seven", "5 five"}}),
     rowName);
 
-TEST(AnswerOrder, messageThatIsAskedForTwiceIsReadTwice) {
+class AskedForTwice : public testing::TestWithParam<OrderRow> {};
+
+TEST_P(AskedForTwice, isReadTwice) {
   FakeIMAPServer server(
       loginDialogue() +
       Dialogue{expect("A0004 UID FETCH 9 (BODY.PEEK[1])\r\nA0005 UID FETCH 9 (BODY.PEEK[1])\r\n"),
-               answer(nine + ok4 + nine + ok5), closeHere()});
+               answer(GetParam().answers), closeHere()});
   IMAPClient client = clientOf(server);
   client.connectToInbox(Access::readOnly);
-  EXPECT_THAT(bodiesOf(client, messagesWithText({9, 9})), testing::ElementsAre("9 nine", "9 nine"));
+  EXPECT_EQ(bodiesOf(client, messagesWithText({9, 9})), GetParam().bodies);
   EXPECT_EQ(server.mismatch(), "");
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, AskedForTwice,
+    testing::Values(OrderRow{"oneAfterTheOther", nine + ok4 + nine + ok5, {"9 nine", "9 nine"}},
+                    OrderRow{"bodiesFirst", nine + nine + ok4 + ok5, {"9 nine", "9 nine"}}),
+    rowName);
 
 }  // namespace
 }  // namespace tarnwell::test

@@ -91,6 +91,7 @@ class DrippedTest {
 class DrippedTests {
  public:
   void start() {
+    start_ = std::chrono::steady_clock::now();
     for (std::size_t position = 0; position < session_.exchanges.size(); ++position) {
       tests_.push_back(std::make_unique<DrippedTest>(session_, position));
     }
@@ -108,10 +109,13 @@ class DrippedTests {
           isFarewell ? 0 : 1,
           isFarewell ? "✅ Connected to localhost:" : std::string("❌ Connection failed: ") + timeoutText);
     }
+    // Not earlier. Then a byte every five seconds would not be needed.
+    EXPECT_GE(std::chrono::steady_clock::now() - start_, 49s);
     tests_.clear();
   }
 
  private:
+  std::chrono::steady_clock::time_point start_;
   const Session session_ = Session("", {}).then("LOGOUT", "LOGOUT");
   std::vector<std::unique_ptr<DrippedTest>> tests_;
 };

@@ -96,6 +96,18 @@ ServerAttack bodyAs(std::string name, std::string attack, const std::string& val
   return row;
 }
 
+/// `get_message_body`. Between an empty literal and the end of the response these bytes stand so many times.
+ServerAttack bodyBeside(std::string name, std::string attack, const std::string& bytes, std::size_t times) {
+  const Session session = bodySession();
+  ServerAttack row = attackDuring(
+      session,
+      answeredBy(session, "BODY",
+                 {answer("* 1 FETCH (X {0}\r\n "), answer(bytes, times), answer(")\r\nA0005 OK done\r\n")}),
+      std::move(name), std::move(attack), "reads it in linear time; says that there is no readable text");
+  row.check = [](const JSONValue& result) { EXPECT_EQ(result["returned"], JSONValue(false)); };
+  return row;
+}
+
 /// A structure whose text is 100,000 parts deep. The section number is just as long.
 ServerAttack deepText() {
   constexpr std::size_t depth = 100000;
@@ -148,6 +160,8 @@ std::vector<ServerAttack> shapes() {
       siblings(),
       manyParts(),
       manyAddresses(),
+      bodyBeside("bodyBesideWords", "four million words in the answer with a body", "a ", 4000000),
+      bodyBeside("bodyBesideBraces", "four million braces in the answer with a body", "{ ", 4000000),
       deepText(),
   };
 }

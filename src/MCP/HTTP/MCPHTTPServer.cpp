@@ -99,7 +99,9 @@ struct MCPHTTPServer::State {
         return acceptLater();
       }
       std::erase_if(connections, [](const auto& connection) { return connection.expired(); });
-      const auto connection = std::make_shared<HTTPConnection>(std::move(socket), dispatch);
+      // Not by make_shared: a call that was withdrawn still holds a weak pointer, and the memory of the whole
+      // connection with it.
+      const std::shared_ptr<HTTPConnection> connection(new HTTPConnection(std::move(socket), dispatch));
       connections.push_back(connection);
       connection->start();
       accept();
