@@ -58,6 +58,7 @@ struct SessionLimits {
 class IMAPClient {
  public:
   using ConnectionFactory = std::function<std::unique_ptr<IMAPConnection>()>;
+
   /// Does not use the network. `timeout` bounds each single wait. `connect` checks the port.
   IMAPClient(std::string host, std::int64_t port, std::string email, Secret password,
              std::chrono::duration<double> timeout, SessionLimits limits = {});
