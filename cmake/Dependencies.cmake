@@ -17,3 +17,13 @@ if(NOT APPLE)
   find_package(PkgConfig REQUIRED)
   pkg_check_modules(LIBSYSTEMD REQUIRED IMPORTED_TARGET libsystemd>=246)
 endif()
+
+if(TARNWELL_APP)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network LinguistTools)
+  if(NOT APPLE)
+    find_package(Qt6 6.4 REQUIRED COMPONENTS DBus)  # the desktop's light or dark scheme
+  endif()
+  if(TARNWELL_TESTS)
+    find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+  endif()
+endif()

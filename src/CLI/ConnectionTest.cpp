@@ -2,14 +2,13 @@
 
 #include <optional>
 
+#include "Account/AccountSetup.h"
+#include "Account/ConnectionTest.h"
 #include "CLI/CLIRunner.h"
 #include "CLI/Output.h"
 #include "Core/AppLogger.h"
-#include "Core/BridgeConstants.h"
 #include "Core/ConfigStore.h"
 #include "Core/KeychainStore.h"
-#include "IMAP/Connection/IMAPError.h"
-#include "IMAP/InboxSession.h"
 
 namespace tarnwell {
 
@@ -27,18 +26,10 @@ std::optional<Secret> savedPassword(const std::string& email) {
   }
 }
 
-/// Saves the outcome for the companion app. The app may have changed the settings during the test, so they
-/// are read again. If they are now for another account, they stay unchanged.
 /// Deliberate: the test still counts when the outcome cannot be saved.
-void saveOutcome(const ConfigStore& store, const std::string& email, bool succeeded) {
-  AppConfig config = store.load();
-  if (config.email != email) {
-    return;
-  }
-  config.lastConnectionTestDate = currentInstant();
-  config.lastConnectionTestSuccess = succeeded;
+void saveOutcome(const std::string& email, bool succeeded) {
   try {
-    store.save(config);
+    AccountSetup::shared().recordTest(email, succeeded);
   } catch (const std::exception& error) {
     AppLogger::error(AppLogger::Category::app,
                      "test outcome not saved: " + AppLogger::redactAddresses(error.what()));
@@ -54,25 +45,16 @@ std::string joined(const std::vector<std::string>& words) {
 }
 
 /// The report about a successful session.
-std::string report(const AppConfig& config, const IMAPClient& client) {
+std::string report(const AppConfig& config, const ConnectionOutcome& outcome) {
   return "✅ Connected to " + config.imapHost + ":" + std::to_string(config.imapPort) + " as " +
-         config.email + "\n   INBOX selected OK · MOVE supported: " + (client.supportsMove() ? "yes" : "no") +
-         "\n   Capabilities: " + joined(client.serverCapabilities());
-}
-
-/// Logs in and selects the inbox. Returns the report. Throws only after the session has ended.
-std::string tryConnection(const AppConfig& config, Secret password) {
-  IMAPClient client(config.imapHost, config.imapPort, config.email, std::move(password),
-                    BridgeConstants::networkTimeoutSeconds);
-  return withInbox(client, IMAPClient::Access::readOnly,
-                   [&](const IMAPClient& session) { return report(config, session); });
+         config.email + "\n   INBOX selected OK · MOVE supported: " + (outcome.supportsMove ? "yes" : "no") +
+         "\n   Capabilities: " + joined(outcome.capabilities);
 }
 
 }  // namespace
 
 int CLIRunner::testConnection() {
-  const ConfigStore store = ConfigStore::shared();
-  const AppConfig config = store.load();
+  const AppConfig config = ConfigStore::shared().load();
   if (!config.isConfigured()) {
     printError("Not configured. Open the app and save your iCloud email + app password.\n");
     return 1;
@@ -82,19 +64,14 @@ int CLIRunner::testConnection() {
     printError("No app password in Keychain for " + AppLogger::redact(config.email) + ".\n");
     return 1;
   }
-  std::string message;
-  try {
-    const std::string text = tryConnection(config, std::move(*password));
-    saveOutcome(store, config.email, true);
-    print(text);
+  const ConnectionOutcome outcome = tarnwell::testConnection(config, std::move(*password));
+  saveOutcome(config.email, outcome.succeeded());
+  if (outcome.succeeded()) {
+    print(report(config, outcome));
     return 0;
-  } catch (const IMAPError& error) {
-    message = error.description();
-  } catch (const std::exception&) {
-    message = "An error occurred.";
   }
-  saveOutcome(store, config.email, false);
-  printError("❌ Connection failed: " + message + "\n");
+  printError("❌ Connection failed: " +
+             (outcome.error ? outcome.error->description() : "An error occurred.") + "\n");
   return 1;
 }
 

@@ -8,6 +8,8 @@
 /// Threads: any. A store has no state of its own.
 
 #include <filesystem>
+#include <functional>
+#include <string>
 
 #include "Core/AppConfig.h"
 
@@ -15,6 +17,19 @@ namespace tarnwell {
 
 class ConfigStore {
  public:
+  enum class FileState {
+    missing,  // there is none, or it cannot be read
+    good,
+    damaged,    // not a JSON object of the right types, or larger than a settings file is
+    untrusted,  // somebody else may have written it
+  };
+
+  struct Inspection {
+    AppConfig config;  // the defaults unless the file is good
+    FileState state = FileState::missing;
+    std::string reason;  // a few words for `damaged` and `untrusted`, such as "imapPort: expected an integer"
+  };
+
   explicit ConfigStore(std::filesystem::path directory) : directory_(std::move(directory)) {}
 
   /// The store in the user's own directory: the folder named after the application identifier in Application
@@ -30,11 +45,23 @@ class ConfigStore {
   /// Platform/PrivateFiles.h), returns the defaults and logs an error.
   AppConfig load() const;
 
+  /// What `load` would return, and why. Logs nothing.
+  Inspection inspect() const;
+
+  /// Reads the file afresh, changes what `edit` changes and writes it. Keys that this program does not know
+  /// stay. A damaged file is copied beside itself first, to "config.json.damaged-" and the time; the settings
+  /// then begin with the defaults. Throws as `save` does, and `std::runtime_error` for an untrusted file,
+  /// which stays as it is.
+  void update(const std::function<void(AppConfig&)>& edit) const;
+
   /// Throws `std::filesystem::filesystem_error` naming the path, or `std::exception` for an encoding error.
   /// The old file is then unchanged.
   void save(const AppConfig& config) const;
 
  private:
+  void keepCopy() const;
+  void write(const std::string& text) const;
+
   std::filesystem::path directory_;
 };
 

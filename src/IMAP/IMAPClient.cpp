@@ -63,6 +63,7 @@ void IMAPClient::connectToInbox(Access access) {
     }
   }
   selectedMailbox_ = "INBOX";
+  watch_.report(SessionStage::inboxOpened);
 }
 
 void IMAPClient::beginSession() {
@@ -73,9 +74,11 @@ void IMAPClient::beginSession() {
   connection_ = makeConnection_();
   sessionEnd_ = after(limits_.whole);
   connection_->endBy(sessionEnd_);
+  connection_->watch(watch_);
   connection_->connect();
   readGreeting();
   logIn();
+  watch_.report(SessionStage::signedIn);
 }
 
 void IMAPClient::logAuthenticated() const {
@@ -133,6 +136,7 @@ void IMAPClient::selectInbox(Access access) {
   const std::string_view command = selectionCommand(access);
   ensureOK(execute(command), command);
   selectedMailbox_ = "INBOX";
+  watch_.report(SessionStage::inboxOpened);
 }
 
 /// After a failure answers may be under way. They are dropped, so none is taken for that of another command.

@@ -11,9 +11,9 @@
 /// as literals or escaped in quotes, so no text can become a second command. There is no command that
 /// expunges, and none that creates, renames or deletes a mailbox.
 ///
-/// Every operation but `disconnect` throws `IMAPError`. The client does not repair a session after a failure;
-/// the caller disconnects. Texts of the server enter an error only through `safeSummary`, with the password
-/// masked.
+/// Every operation but `disconnect` throws `IMAPError`, and `Cancelled` when its watch gave the session up.
+/// The client does not repair a session after a failure; the caller disconnects. Texts of the server enter an
+/// error only through `safeSummary`, with the password masked.
 ///
 /// Distance costs time, so a command that needs no earlier answer does not wait for one (RFC 3501, section
 /// 5.5): CAPABILITY and the selection go out together, and so do the fetches of many bodies. LOGIN and the
@@ -65,6 +65,10 @@ class IMAPClient {
 
   /// Uses the connections that the factory makes.
   IMAPClient(ConnectionFactory makeConnection, std::string email, Secret password, SessionLimits limits = {});
+
+  /// Reports the stages of the next sessions to the watch. Its cancellation ends a session at its next wait:
+  /// the operation throws `Cancelled`. A command that writes and is on the wire is finished all the same.
+  void watch(SessionWatch watch) { watch_ = std::move(watch); }
 
   /// Connects, checks the greeting, logs in and asks for the capabilities. Throws `invalidArgument` before
   /// any connection for a port outside 0 to 65535, and `authenticationFailed` when the server refuses the
@@ -185,6 +189,7 @@ class IMAPClient {
 
   IMAPConnection& connection();
   void beginInInbox();
+  void beginChange();
   void beginSession();
   void readGreeting();
   void logIn();
@@ -197,6 +202,7 @@ class IMAPClient {
   std::string email_;
   Secret password_;
   SessionLimits limits_;
+  SessionWatch watch_;
   std::chrono::steady_clock::time_point sessionEnd_;
   std::unique_ptr<IMAPConnection> connection_;
   unsigned tagCounter_ = 0;

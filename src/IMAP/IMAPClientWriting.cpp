@@ -9,10 +9,18 @@
 
 namespace tarnwell {
 
+/// Nobody would know whether a change happened that was given up between its command and its answer. So from
+/// here on the session is not given up.
+void IMAPClient::beginChange() {
+  beginInInbox();
+  watch_.cancellation.throwIfCancelled();
+  connection().watch({});
+}
+
 /// Deliberate: sends MOVE whatever the capabilities say; the server's answer decides. Trusts an OK even for a
 /// UID that no longer exists, because servers ignore such a UID silently (RFC 3501, section 6.4.8).
 MoveOutcome IMAPClient::move(std::uint32_t uid, std::string_view toFolderPath, CopyFallback fallback) {
-  beginInInbox();
+  beginChange();
   const std::string target = std::to_string(uid) + " " + quoted(toFolderPath);
   const IMAPParser::Completion completion = execute("UID MOVE " + target);
   if (completion.status == IMAPParser::Completion::Status::ok) {
@@ -38,7 +46,7 @@ void IMAPClient::copyThenFlagDeleted(std::uint32_t uid, const std::string& targe
 }
 
 void IMAPClient::markRead(std::uint32_t uid) {
-  beginInInbox();
+  beginChange();
   ensureOK(execute("UID STORE " + std::to_string(uid) + " +FLAGS (\\Seen)"), "UID STORE");
 }
 

@@ -26,7 +26,7 @@ def links_of_folders(text):
     for name, values in re.findall(r"^\s*set\((\w+) ([^)]*)\)", text, re.MULTILINE):
         lists.setdefault(name, []).extend(values.split())
     folders = {}
-    for call in re.findall(r"^tarnwell_module\(([^)]*)\)", text, re.MULTILINE):
+    for call in re.findall(r"^ *tarnwell_module\(([^)]*)\)", text, re.MULTILINE):
         folder, *words = re.sub(r"\$\{(\w+)\}", lambda list_: " ".join(lists[list_[1]]), call).split()
         links = {"PUBLIC": [], "PRIVATE": []}
         for word in words:

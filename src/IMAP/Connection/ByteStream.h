@@ -9,6 +9,8 @@
 #include <chrono>
 #include <string_view>
 
+#include "IMAP/Connection/SessionWatch.h"
+
 namespace tarnwell {
 
 class ByteStream {
@@ -28,6 +30,10 @@ class ByteStream {
 
   /// From now on every wait also ends at this instant, with `timeout`.
   virtual void endBy(std::chrono::steady_clock::time_point instant) = 0;
+
+  /// From now on reports its stages to the watch, and a cancellation ends every wait at once with
+  /// `Cancelled`. A stream that never waits may ignore it.
+  virtual void watch(const SessionWatch& /*watch*/) {}
 
   /// Ends the connection at once. Sends nothing and never fails.
   virtual void close() noexcept = 0;

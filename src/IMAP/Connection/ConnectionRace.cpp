@@ -92,7 +92,6 @@ std::optional<error_code> connectToFirst(asio::io_context& queue, const Endpoint
                                          std::chrono::steady_clock::time_point end, tcp::socket& winner) {
   Race race{queue, endpoints, winner};
   race.startNext();
-  queue.restart();
   queue.run_until(end);
   const bool isLate = !race.isOver && race.unanswered > 0;
   race.finish();

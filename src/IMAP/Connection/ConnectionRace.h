@@ -9,7 +9,8 @@
 ///
 /// Only TCP is raced. What follows, such as TLS, begins with the winner.
 ///
-/// Threads: one at a time, and nobody else may run the queue.
+/// Threads: one at a time, and nobody else may run the queue. Another thread may stop it: the race then ends
+/// at once, like one that is late. The queue must not be stopped at the beginning.
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>

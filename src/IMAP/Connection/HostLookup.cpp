@@ -17,6 +17,7 @@ struct HostLookup::Shared {
   std::mutex mutex;
   std::condition_variable arrived;
   std::optional<Answer> answer;
+  bool isGivenUp = false;
 };
 
 HostLookup::HostLookup(const std::string& host, std::uint16_t port) : shared_(std::make_shared<Shared>()) {
@@ -45,9 +46,19 @@ void HostLookup::lookUp(const std::shared_ptr<Shared>& shared, const std::string
   shared->arrived.notify_one();
 }
 
-std::optional<HostLookup::Answer> HostLookup::await(std::chrono::steady_clock::time_point end) {
+std::optional<HostLookup::Answer> HostLookup::await(std::chrono::steady_clock::time_point end,
+                                                    const Cancellation& cancellation) {
+  const Cancellation::Waker giveUp(cancellation, [&] {
+    const std::lock_guard lock(shared_->mutex);
+    shared_->isGivenUp = true;
+    shared_->arrived.notify_one();
+  });
+  cancellation.throwIfCancelled();
   std::unique_lock lock(shared_->mutex);
-  shared_->arrived.wait_until(lock, end, [&] { return shared_->answer.has_value(); });
+  shared_->arrived.wait_until(lock, end, [&] { return shared_->answer || shared_->isGivenUp; });
+  if (shared_->isGivenUp) {
+    throw Cancelled();
+  }
   return shared_->answer;
 }
 

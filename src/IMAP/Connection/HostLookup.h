@@ -21,6 +21,8 @@
 #include <string>
 #include <vector>
 
+#include "IMAP/Connection/Cancellation.h"
+
 namespace tarnwell {
 
 class HostLookup {
@@ -33,8 +35,9 @@ class HostLookup {
   /// Begins at once. `host` must not be empty, which the resolver would take for this machine.
   HostLookup(const std::string& host, std::uint16_t port);
 
-  /// Absent when the look-up did not end in time.
-  std::optional<Answer> await(std::chrono::steady_clock::time_point end);
+  /// Absent when the look-up did not end in time. Throws `Cancelled`.
+  std::optional<Answer> await(std::chrono::steady_clock::time_point end,
+                              const Cancellation& cancellation = {});
 
  private:
   struct Shared;

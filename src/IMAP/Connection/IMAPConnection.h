@@ -37,6 +37,9 @@ class IMAPConnection {
   /// From now on every wait also ends at this instant, with `timeout`.
   void endBy(std::chrono::steady_clock::time_point instant) { stream_->endBy(instant); }
 
+  /// See `ByteStream::watch`.
+  void watch(const SessionWatch& watch) { stream_->watch(watch); }
+
   /// Throws `IMAPError`: `connectionFailed` or `timeout`.
   void connect();
 

@@ -59,6 +59,7 @@ struct TLSStream::State {
   asio::io_context queue{1};
   std::optional<asio::ssl::stream<tcp::socket>> stream;
   std::array<char, 65536> received;
+  SessionWatch watch;
 
   Clock::time_point deadline() const {
     return std::min(Clock::now() + std::chrono::duration_cast<Clock::duration>(timeout), lastInstant);
@@ -69,22 +70,42 @@ struct TLSStream::State {
     std::size_t count = 0;
   };
 
+  /// Stops the queue on a cancellation.
+  Cancellation::Waker waker() {
+    return {watch.cancellation, [this] { queue.stop(); }};
+  }
+
   /// The one time-out helper. It starts an operation whose handler stores the outcome, and runs the queue
-  /// until the handler was called or `end` is reached. It cancels a late operation by closing the socket, and
-  /// still waits for its handler, which refers to this stack frame. Then it throws `IMAPError::timeout`.
+  /// until the handler was called, `end` is reached, or the session is given up. It cancels an unfinished
+  /// operation by closing the socket, and still waits for its handler, which refers to this stack frame. Then
+  /// it throws `IMAPError::timeout` or `Cancelled`.
   template <class Start>
   Outcome await(Clock::time_point end, Start start) {
     std::optional<Outcome> outcome;
-    start([&](error_code error, std::size_t count = 0) { outcome = Outcome{error, count}; });
     queue.restart();
-    queue.run_until(end);
+    {
+      const Cancellation::Waker stop = waker();
+      watch.cancellation.throwIfCancelled();
+      start([&](error_code error, std::size_t count = 0) { outcome = Outcome{error, count}; });
+      queue.run_until(end);
+    }
     if (!outcome) {
       close();
       queue.restart();
       queue.run();
+      watch.cancellation.throwIfCancelled();
       throw IMAPError::timeout();
     }
     return *outcome;
+  }
+
+  std::optional<error_code> connectToFirstOf(const std::vector<tcp::endpoint>& endpoints,
+                                             Clock::time_point end) {
+    const Cancellation::Waker stop = waker();
+    watch.cancellation.throwIfCancelled();
+    const auto outcome = connectToFirst(queue, endpoints, end, stream->next_layer());
+    watch.cancellation.throwIfCancelled();
+    return outcome;
   }
 
   void openStream() {
@@ -138,6 +159,8 @@ TLSStream::~TLSStream() = default;
 
 void TLSStream::endBy(Clock::time_point instant) { state_->lastInstant = instant; }
 
+void TLSStream::watch(const SessionWatch& watch) { state_->watch = watch; }
+
 void TLSStream::connect() {
   State& state = *state_;
   // The system's resolver takes an empty name for this machine, and ignores what follows a zero byte.
@@ -149,26 +172,29 @@ void TLSStream::connect() {
 
   HostLookup lookup(state.host, state.port);
   state.openStream();
-  const std::optional<HostLookup::Answer> found = lookup.await(end);
+  const std::optional<HostLookup::Answer> found = lookup.await(end, state.watch.cancellation);
   if (!found) {
     throw IMAPError::timeout();
   }
   state.throwIfFailed(found->error);
+  state.watch.report(SessionStage::nameFound);
   if (!authenticate(state.stream->native_handle(), state.host)) {
     state.fail("the host name cannot be checked against a certificate");
   }
 
   tcp::socket& socket = state.stream->next_layer();
-  const auto connected = connectToFirst(state.queue, alternatingFamilies(found->endpoints), end, socket);
+  const auto connected = state.connectToFirstOf(alternatingFamilies(found->endpoints), end);
   if (!connected) {
     throw IMAPError::timeout();
   }
   state.throwIfFailed(*connected);
+  state.watch.report(SessionStage::connected);
   error_code ignored;
   socket.set_option(tcp::no_delay(true), ignored);
   const auto secured = state.await(
       end, [&](auto handler) { state.stream->async_handshake(asio::ssl::stream_base::client, handler); });
   state.throwIfFailed(secured.error);
+  state.watch.report(SessionStage::secured);
 }
 
 void TLSStream::send(std::string_view bytes) {

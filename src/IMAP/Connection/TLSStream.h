@@ -29,6 +29,7 @@ class TLSStream final : public ByteStream {
   ~TLSStream() override;
 
   void endBy(std::chrono::steady_clock::time_point instant) override;
+  void watch(const SessionWatch& watch) override;
   void connect() override;
   void send(std::string_view bytes) override;
   std::string_view receive() override;

@@ -1,0 +1,99 @@
+#pragma once
+
+/// Runs what waits off the thread that shows the window.
+///
+///     task_.run([setup, account] { setup.save(account, std::nullopt); },
+///               [this](Outcome<void> outcome) { show(outcome); });
+///
+/// A newer run makes the answer of the older one worthless: it is dropped. So is the answer to a task that no
+/// longer exists. Nobody waits for the thread, which ends when its work returns. So the work must not refer
+/// to anything that may be gone by then, and the program must not run destructors of static objects at its
+/// end.
+///
+/// Threads: that of the task's owner, which needs an event loop. `done` runs there.
+
+#include <QMetaObject>
+#include <QObject>
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+namespace tarnwell {
+
+/// What a piece of work came to: a value, or the exception that it ended with.
+template <class Value>
+struct Outcome {
+  std::optional<std::conditional_t<std::is_void_v<Value>, std::monostate, Value>> value{};
+  std::exception_ptr failure{};
+};
+
+class BackgroundTask {
+ public:
+  BackgroundTask() : link_(std::make_shared<Link>()) {}
+  ~BackgroundTask();
+  BackgroundTask(const BackgroundTask&) = delete;
+  BackgroundTask& operator=(const BackgroundTask&) = delete;
+
+  bool isRunning() const { return isRunning_; }
+
+  /// Drops the answer of what runs.
+  void abandon();
+
+  template <class Work, class Done>
+  void run(Work work, Done done) {
+    using Value = std::invoke_result_t<Work&>;
+    const unsigned number = ++number_;
+    isRunning_ = true;
+    std::thread([this, link = link_, number, work = std::move(work), done = std::move(done)]() mutable {
+      link->post([this, number, outcome = outcomeOf<Value>(work), done = std::move(done)]() mutable {
+        // Runs only while the task exists.
+        if (number == number_) {
+          isRunning_ = false;
+          done(std::move(outcome));
+        }
+      });
+    }).detach();
+  }
+
+ private:
+  /// How the thread finds its owner, or finds that there is none any more.
+  struct Link {
+    std::mutex mutex;
+    std::unique_ptr<QObject> receiver = std::make_unique<QObject>();
+
+    template <class Call>
+    void post(Call call) {
+      const std::lock_guard lock(mutex);
+      if (receiver) {
+        QMetaObject::invokeMethod(receiver.get(), std::move(call), Qt::QueuedConnection);
+      }
+    }
+  };
+
+  template <class Value, class Work>
+  static Outcome<Value> outcomeOf(Work& work) {
+    Outcome<Value> outcome;
+    try {
+      if constexpr (std::is_void_v<Value>) {
+        work();
+        outcome.value.emplace();
+      } else {
+        outcome.value.emplace(work());
+      }
+    } catch (...) {
+      outcome.failure = std::current_exception();
+    }
+    return outcome;
+  }
+
+  std::shared_ptr<Link> link_;
+  unsigned number_ = 0;
+  bool isRunning_ = false;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,14 @@
+/// Runs the tests of what is shown. No display is needed.
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
+  const QApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}
