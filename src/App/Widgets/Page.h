@@ -19,6 +19,8 @@ class Page : public QWidget {
  public:
   explicit Page(QWidget* parent = nullptr);
 
+  QString title() const { return title_->text(); }
+
  protected:
   virtual void setTexts() = 0;
 

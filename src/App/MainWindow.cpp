@@ -1,0 +1,100 @@
+#include "App/MainWindow.h"
+
+#include <QEvent>
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QShortcut>
+#include <algorithm>
+
+#include "Core/BridgeConstants.h"
+
+namespace tarnwell {
+
+namespace {
+
+QString productName() {
+  return QString::fromUtf8(BridgeConstants::productName.data(),
+                           static_cast<qsizetype>(BridgeConstants::productName.size()));
+}
+
+}  // namespace
+
+MainWindow::MainWindow() : navigation_(new QListWidget), pages_(new QStackedWidget) {
+  setWindowTitle(productName());
+  resize(940, 700);
+
+  auto* const name = new QLabel(productName());
+  QFont bold = name->font();
+  bold.setBold(true);
+  bold.setPointSizeF(bold.pointSizeF() * 1.2);
+  name->setFont(bold);
+  name->setContentsMargins(12, 4, 0, 8);
+
+  navigation_->setObjectName("navigation");
+  navigation_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  navigation_->setSpacing(2);
+
+  auto* const left = new QVBoxLayout;
+  left->setContentsMargins(10, 16, 0, 10);
+  left->addWidget(name);
+  left->addWidget(navigation_, 1);
+  auto* const contents = new QWidget;
+  auto* const columns = new QHBoxLayout(contents);
+  columns->setContentsMargins(0, 0, 0, 0);
+  columns->setSpacing(0);
+  columns->addLayout(left);
+  columns->addWidget(pages_, 1);
+  setCentralWidget(contents);
+
+  connect(navigation_, &QListWidget::currentRowChanged, pages_, &QStackedWidget::setCurrentIndex);
+  connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this), &QShortcut::activated, this,
+          &QWidget::close);
+  setTexts();
+}
+
+void MainWindow::addPage(Page* page) {
+  const int number = pages_->addWidget(page);
+  new QListWidgetItem(navigation_);
+  auto* const chooses =
+      new QShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + number)), this);
+  connect(chooses, &QShortcut::activated, this, [this, number] { choose(number); });
+  setTexts();
+  if (number == 0) {
+    choose(0);
+  }
+}
+
+void MainWindow::choose(int page) { navigation_->setCurrentRow(page); }
+
+/// The names are those of the pages, and the column is as wide as the longest.
+void MainWindow::setTexts() {
+  navigation_->setAccessibleName(tr("Pages"));
+  int width = 140;
+  for (int row = 0; row < pages_->count(); ++row) {
+    QListWidgetItem* const item = navigation_->item(row);
+    item->setText(static_cast<Page*>(pages_->widget(row))->title());
+    const QFontMetrics metrics(navigation_->font());
+    item->setSizeHint({0, metrics.height() + 18});
+    width = std::max(width, metrics.horizontalAdvance(item->text()) + 48);
+  }
+  navigation_->setFixedWidth(width);
+}
+
+void MainWindow::raiseToFront() {
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  show();
+  raise();
+  activateWindow();
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::LanguageChange) {
+    // The pages hear of the change after their window, and their titles are its names.
+    QMetaObject::invokeMethod(this, &MainWindow::setTexts, Qt::QueuedConnection);
+  } else if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+    Q_EMIT activated();
+  }
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,85 @@
+#include "App/MainWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace tarnwell::test {
+namespace {
+
+class TitledPage : public Page {
+ public:
+  explicit TitledPage(const QString& title) : field(new QLineEdit) {
+    setHeading(title, {});
+    body()->addWidget(field);
+  }
+  void setTexts() override {}
+
+  QLineEdit* field;
+};
+
+class MainWindowTest : public testing::Test {
+ protected:
+  MainWindowTest() : account(new TitledPage("Account")), activity(new TitledPage("Activity")) {
+    window.addPage(account);
+    window.addPage(activity);
+    window.show();
+    QApplication::setActiveWindow(&window);
+  }
+
+  MainWindow window;
+  TitledPage* account;
+  TitledPage* activity;
+};
+
+TEST_F(MainWindowTest, opensOnTheFirstPage) {
+  EXPECT_EQ(window.chosen(), 0);
+  EXPECT_TRUE(account->isVisible());
+  EXPECT_FALSE(activity->isVisible());
+  EXPECT_EQ(window.windowTitle(), "Tarnwell");
+}
+
+TEST_F(MainWindowTest, keysChooseAPage) {
+  QTest::keyClick(&window, Qt::Key_2, Qt::ControlModifier);
+  EXPECT_TRUE(activity->isVisible());
+  QTest::keyClick(&window, Qt::Key_1, Qt::ControlModifier);
+  EXPECT_TRUE(account->isVisible());
+  auto* const names = window.findChild<QListWidget*>();
+  names->setFocus();
+  QTest::keyClick(names, Qt::Key_Down);
+  EXPECT_TRUE(activity->isVisible());
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  EXPECT_EQ(QApplication::focusWidget(), activity->field);
+}
+
+TEST_F(MainWindowTest, quitKeyClosesIt) {
+  QTest::keyClick(&window, Qt::Key_Q, Qt::ControlModifier);
+  EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(MainWindowTest, screenReadersHearAWindowAndTheNamesOfThePages) {
+  QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(&window);
+  EXPECT_EQ(accessible->role(), QAccessible::Window);
+  auto* const names = window.findChild<QListWidget*>();
+  EXPECT_EQ(names->accessibleName(), "Pages");
+  EXPECT_EQ(names->item(1)->text(), "Activity");
+}
+
+TEST_F(MainWindowTest, namesFollowTheLanguage) {
+  struct Renamed : TitledPage {
+    using TitledPage::TitledPage;
+    void setTexts() override { setHeading("名前", {}); }
+  };
+  window.addPage(new Renamed("Name"));
+  auto* const names = window.findChild<QListWidget*>();
+  EXPECT_EQ(names->item(2)->text(), "Name");
+  QEvent changed(QEvent::LanguageChange);
+  QCoreApplication::sendEvent(&window, &changed);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return names->item(2)->text() == "名前"; }, 10'000));
+}
+
+}  // namespace
+}  // namespace tarnwell::test
