@@ -21,7 +21,8 @@ TEST(Language, chosenOneIsSpokenAtOnce) {
 
 TEST(Language, absentMeansTheSystems) {
   Language language;
-  const ScopedEnvironment systems(ScopedEnvironment::Variables{{"LANGUAGE", "ja_JP"}});
+  const ScopedEnvironment systems(
+      ScopedEnvironment::Variables{{"LANGUAGE", std::nullopt}, {"LC_ALL", "ja_JP.UTF-8"}});
   language.choose(std::nullopt);
   EXPECT_EQ(word(), "詳細");
   language.choose(AppLanguage::english);
