@@ -1,0 +1,142 @@
+"""app-window.py APP HELPER PORT PASSWORD: a person who uses a screen reader sets the app up, from the first start to a
+tested account that the helper can use. Everything is found by its role and its accessible name; nothing by its place.
+
+Runs under a display with a window manager and the bus of screen readers (AT-SPI), with a private keyring.
+"""
+
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi  # noqa: E402
+
+PATIENCE = 20  # seconds, for a machine that does much else
+ADDRESS = "user@example.org"
+
+
+class Missing(Exception):
+    """There is no such thing on the screen."""
+
+
+def eventually(look, what):
+    """What `look` finds, once it does not fail any more."""
+    end = time.monotonic() + PATIENCE
+    while True:
+        try:
+            found = look()
+            if found:
+                return found
+        except (gi.repository.GLib.Error, Missing):
+            pass  # it is being built or has just gone
+        if time.monotonic() > end:
+            raise Missing(what)
+        time.sleep(0.05)
+
+
+def children(node):
+    for place in range(node.get_child_count()):
+        child = node.get_child_at_index(place)
+        if child is not None:
+            yield child
+
+
+def descendants(node):
+    for child in children(node):
+        yield child
+        yield from descendants(child)
+
+
+def is_shown(node):
+    return node.get_state_set().contains(Atspi.StateType.SHOWING)
+
+
+class Window:
+    def __init__(self, process):
+        self.process = process
+
+    def root(self):
+        for application in children(Atspi.get_desktop(0)):
+            if application.get_process_id() == self.process.pid:
+                return application
+        raise Missing("the app on the bus of screen readers")
+
+    def all(self):
+        return [node for node in descendants(self.root()) if is_shown(node)]
+
+    def find(self, role, name):
+        return eventually(
+            lambda: next((node for node in self.all()
+                          if node.get_role_name() == role and node.get_name() == name), None),
+            f"{role} “{name}”; there are " + ", ".join(
+                sorted({f"{node.get_role_name()} “{node.get_name()}”" for node in self.all()})))
+
+    def hears(self, words):
+        """Waits until something on the screen says these words."""
+        eventually(lambda: any(words in node.get_name() for node in self.all()),
+                   f"the words “{words}”; there are " + ", ".join(
+                       sorted({f"“{node.get_name()}”" for node in self.all() if node.get_name()})))
+
+    def write(self, role, name, text):
+        field = self.find(role, name)
+        assert Atspi.EditableText.set_text_contents(field.get_editable_text_iface(), text), name
+
+    def press(self, name):
+        button = self.find("push button", name)
+        eventually(lambda: button.get_state_set().contains(Atspi.StateType.ENABLED), f"“{name}” to press")
+        assert Atspi.Action.do_action(button.get_action_iface(), 0), name
+
+
+def end(process):
+    process.terminate()
+    process.wait(PATIENCE)
+
+
+def main(app, helper, port, password):
+    started = time.monotonic()
+    process = subprocess.Popen([app])
+    try:
+        window = Window(process)
+        eventually(window.root, "the window")
+        set_up(window, port, password)
+        assert subprocess.run([app], timeout=PATIENCE, check=False).returncode == 0, "a second start ends"
+        assert process.poll() is None, "the first window stays"
+    finally:
+        end(process)
+    check_what_was_saved(helper, port, password)
+    print(f"From the first start to a tested account: {time.monotonic() - started:.1f} s")
+
+
+def set_up(window, port, password):
+    window.write("text", "E-mail address", ADDRESS)
+    window.write("text", "Mail server", "localhost")
+    window.write("text", "Port", port)
+    window.write("password text", "App password", "wrong")
+    window.press("Test connection")
+    window.hears("Sign in: failed")
+    window.write("password text", "App password", password)
+    window.press("Test connection")
+    window.hears("Inbox: done")
+    window.press("Save")
+    window.hears("saved")
+
+
+def check_what_was_saved(helper, port, password):
+    file = pathlib.Path(os.environ["HOME"], ".local/share/app.tarnwell.Tarnwell/config.json")
+    settings = json.loads(file.read_text(encoding="utf-8"))
+    assert settings["email"] == ADDRESS and settings["imapHost"] == "localhost", settings
+    assert settings["imapPort"] == int(port) and settings["strictWithholding"] is True, settings
+    assert settings["safety"]["readOnly"] is True, settings
+    assert password not in file.read_text(encoding="utf-8")
+    stored = subprocess.run(["secret-tool", "lookup", "service", "app.tarnwell.Tarnwell", "account", ADDRESS],
+                            capture_output=True, text=True, timeout=PATIENCE, check=True).stdout
+    assert stored == password, "the keyring has the password"
+    subprocess.run([helper, "test-connection"], timeout=PATIENCE, check=True)
+
+
+main(*sys.argv[1:])
