@@ -90,10 +90,6 @@ SafetySummary summaryOf(const AppConfig& config) {
   return summary;
 }
 
-QString text(std::string_view words) {
-  return QString::fromUtf8(words.data(), static_cast<qsizetype>(words.size()));
-}
-
 }  // namespace
 
 SafetyModel::SafetyModel(SettingsFile& settings, QObject* parent) : QObject(parent), settings_(settings) {
@@ -181,21 +177,22 @@ void SafetyModel::backToSafeValues() {
 QString refusal(SafetySwitch item) {
   switch (item) {
     case SafetySwitch::readOnly:
-      return text(readOnlyRefusal(WriteOperation::move));
+      return QString::fromUtf8(readOnlyRefusal(WriteOperation::move));
     case SafetySwitch::blockAuthCodeBodies:
-      return text(EmailRiskDetector::shared().assess({.subject = "verification code"}).reason());
+      return QString::fromUtf8(EmailRiskDetector::shared().assess({.subject = "verification code"}).reason());
     case SafetySwitch::strictWithholding:
-      return text(RiskAssessment{SecretMailRule::signals({.subject = "Confirm your email"})}.reason());
+      return QString::fromUtf8(
+          RiskAssessment{SecretMailRule::signals({.subject = "Confirm your email"})}.reason());
     case SafetySwitch::allowMarkRead:
-      return text(disabledRefusal(WriteOperation::markRead));
+      return QString::fromUtf8(disabledRefusal(WriteOperation::markRead));
     case SafetySwitch::allowMove:
-      return text(disabledRefusal(WriteOperation::move));
+      return QString::fromUtf8(disabledRefusal(WriteOperation::move));
     case SafetySwitch::allowTrash:
-      return text(disabledRefusal(WriteOperation::trash));
+      return QString::fromUtf8(disabledRefusal(WriteOperation::trash));
     case SafetySwitch::allowCopyMoveFallback:
       break;
   }
-  return text(IMAPError::moveRejected("…").description());
+  return QString::fromUtf8(IMAPError::moveRejected("…").description());
 }
 
 bool forbidsWhileOn(SafetySwitch item) {
