@@ -11,14 +11,17 @@ struct OperationRow {
   std::string_view rawValue;
   bool SafetySettings::* allowed;
   std::string_view disabledText;
+  std::string_view readOnlyText;
 };
 
 constexpr OperationRow operations[] = {
     {WriteOperation::move, "move", &SafetySettings::allowMove,
-     "Folder moves are disabled in Safety settings."},
+     "Folder moves are disabled in Safety settings.", "Read-only mode is on; no message was moved."},
     {WriteOperation::markRead, "markRead", &SafetySettings::allowMarkRead,
-     "Mark-as-read is disabled in Safety settings."},
-    {WriteOperation::trash, "trash", &SafetySettings::allowTrash, "Trash is disabled in Safety settings."},
+     "Mark-as-read is disabled in Safety settings.",
+     "Read-only mode is on; the message was not marked as read."},
+    {WriteOperation::trash, "trash", &SafetySettings::allowTrash, "Trash is disabled in Safety settings.",
+     "Read-only mode is on; the message was not moved to Trash."},
 };
 
 const OperationRow& rowOf(WriteOperation operation) {
@@ -37,6 +40,10 @@ std::optional<WriteOperation> writeOperation(std::string_view rawValue) {
   const auto* const row = std::ranges::find(operations, rawValue, &OperationRow::rawValue);
   return row == std::end(operations) ? std::nullopt : std::optional(row->operation);
 }
+
+std::string_view disabledRefusal(WriteOperation operation) { return rowOf(operation).disabledText; }
+
+std::string_view readOnlyRefusal(WriteOperation operation) { return rowOf(operation).readOnlyText; }
 
 SafetyMode SafetyPolicy::mode() const {
   return settings_.readOnly ? SafetyMode::readOnly : SafetyMode::writeEnabled;

@@ -28,6 +28,11 @@ std::string_view rawValue(WriteOperation operation);
 /// Absent for any other text.
 std::optional<WriteOperation> writeOperation(std::string_view rawValue);
 
+/// What an assistant reads when the operation is disabled.
+std::string_view disabledRefusal(WriteOperation operation);
+/// What an assistant reads when the whole program is read-only.
+std::string_view readOnlyRefusal(WriteOperation operation);
+
 /// The decision on one write.
 struct WriteDecision {
   enum class Kind {

@@ -29,9 +29,9 @@ IMAPError IMAPError::moveRejected(std::string detail) {
   return {Kind::moveRejected,
           "The mail server rejected the move (" + std::move(detail) +
               "). This is a server-side limitation — it is NOT fixed by changing read-only, dry-run, or the "
-              "allow toggles. To move anyway without permanent deletion, enable \"Move on servers without "
-              "MOVE (COPY + mark deleted)\" in Safety settings. (The bridge never performs a physical delete "
-              "/ EXPUNGE.)"};
+              "allow toggles. To move anyway without permanent deletion, enable \"" +
+              std::string(copyFallbackLabel) +
+              "\" in Safety settings. (The bridge never performs a physical delete / EXPUNGE.)"};
 }
 
 IMAPError IMAPError::invalidArgument(std::string text) {

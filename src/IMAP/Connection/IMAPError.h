@@ -9,8 +9,12 @@
 
 #include <exception>
 #include <string>
+#include <string_view>
 
 namespace tarnwell {
+
+/// What `moveRejected` and the companion app call the setting `allowCopyMoveFallback`.
+inline constexpr std::string_view copyFallbackLabel = "Move on servers without MOVE (COPY + mark deleted)";
 
 class IMAPError : public std::exception {
  public:

@@ -54,12 +54,12 @@ class WritePlan {
   }
 
   /// Absent unless the settings refuse the call.
-  std::optional<ToolOutcome> refusal(std::string_view readOnlyText) const {
+  std::optional<ToolOutcome> refusal() const {
     if (!decision_.isBlocked()) {
       return std::nullopt;
     }
     const bool isReadOnly = decision_.kind == WriteDecision::Kind::blockedReadOnly;
-    return outcome(blocked, isReadOnly ? readOnlyText : decision_.text, {});
+    return outcome(blocked, isReadOnly ? readOnlyRefusal(operation_) : decision_.text, {});
   }
 
   /// Moves the message to the folder, or only reports that it would.
@@ -94,6 +94,7 @@ class WritePlan {
  private:
   WritePlan(ToolName tool, WriteOperation operation, const AppConfig& config, const JSONValue& arguments)
       : tool_(rawValue(tool)),
+        operation_(operation),
         mode_(SafetyPolicy(config.safety).mode()),
         fallback_(config.safety.allowCopyMoveFallback ? IMAPClient::CopyFallback::allowed
                                                       : IMAPClient::CopyFallback::forbidden),
@@ -117,6 +118,7 @@ class WritePlan {
   }
 
   std::string_view tool_;
+  WriteOperation operation_;
   SafetyMode mode_;
   IMAPClient::CopyFallback fallback_;
   WriteDecision decision_;
@@ -138,7 +140,7 @@ ToolOutcome MCPTools::moveMessage(const JSONValue& arguments) const {
   const AppConfig config = configStore_.load();
   const WritePlan plan =
       WritePlan::decideAndLog(ToolName::moveMessage, WriteOperation::move, config, arguments);
-  if (std::optional<ToolOutcome> refusal = plan.refusal("Read-only mode is on; no message was moved.")) {
+  if (std::optional<ToolOutcome> refusal = plan.refusal()) {
     return *refusal;
   }
   // Deliberate: the decision comes first, so a refused call reports the refusal.
@@ -165,8 +167,7 @@ ToolOutcome MCPTools::trashMessage(const JSONValue& arguments) const {
   const AppConfig config = configStore_.load();
   const WritePlan plan =
       WritePlan::decideAndLog(ToolName::trashMessage, WriteOperation::trash, config, arguments);
-  if (std::optional<ToolOutcome> refusal =
-          plan.refusal("Read-only mode is on; the message was not moved to Trash.")) {
+  if (std::optional<ToolOutcome> refusal = plan.refusal()) {
     return *refusal;
   }
   return withIMAP(config, plan.access(), [&](IMAPClient& client) {
@@ -186,8 +187,7 @@ ToolOutcome MCPTools::markAsRead(const JSONValue& arguments) const {
   const AppConfig config = configStore_.load();
   const WritePlan plan =
       WritePlan::decideAndLog(ToolName::markAsRead, WriteOperation::markRead, config, arguments);
-  if (std::optional<ToolOutcome> refusal =
-          plan.refusal("Read-only mode is on; the message was not marked as read.")) {
+  if (std::optional<ToolOutcome> refusal = plan.refusal()) {
     return *refusal;
   }
   const MailScreen screen(detector_, config);
