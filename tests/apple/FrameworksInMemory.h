@@ -54,6 +54,11 @@ struct FrameworksInMemory {
   std::int32_t interactionStatus = 0;
   bool mayInteract = true;
 
+  std::int32_t keychainStateStatus = 0;
+  std::uint32_t keychainState = 0;
+  std::int32_t unlockStatus = 0;
+  int unlockRequests = 0;
+
   std::vector<std::pair<std::uint8_t, std::string>> disabledLogs;  // type and category
   std::vector<LogCall> logCalls;
 

@@ -83,3 +83,16 @@ OSStatus SecKeychainSetUserInteractionAllowed(Boolean isAllowed) {
   state().mayInteract = isAllowed;
   return state().interactionStatus;
 }
+
+OSStatus SecKeychainGetStatus(SecKeychainRef keychain, SecKeychainStatus* status) {
+  *status = keychain == nullptr ? state().keychainState : 0;
+  return state().keychainStateStatus;
+}
+
+OSStatus SecKeychainUnlock(SecKeychainRef keychain, UInt32, const void*, Boolean usePassword) {
+  if (keychain != nullptr || usePassword != 0) {
+    return errSecParam;
+  }
+  ++state().unlockRequests;
+  return state().unlockStatus;
+}

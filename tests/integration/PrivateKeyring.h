@@ -96,7 +96,8 @@ class PrivateBus {
 /// A bus with a keyring whose default collection is "login" and unlocked.
 class PrivateKeyring {
  public:
-  PrivateKeyring() { start("right"); }
+  /// With an empty password there is the service, and no collection.
+  explicit PrivateKeyring(const std::string& password = "right") { start(password); }
 
   const PrivateBus& bus() const { return bus_; }
 

@@ -76,6 +76,8 @@ class BusMessage {
   std::string_view readBytes();
   void skip(const char* contents);
 
+  bool isSignal(const std::string& path, const char* interface, const char* member) const;
+
  private:
   friend class SessionBus;
 
@@ -100,6 +102,12 @@ class SessionBus {
 
   /// Sends the request and waits for its answer.
   BusMessage call(const BusMessage& request, Deadline deadline);
+
+  /// Asks the bus for the signals that fit a rule (D-Bus specification, "Match Rules").
+  void subscribe(const std::string& rule, Deadline deadline);
+
+  /// The next signal. Absent when none comes before the deadline.
+  std::optional<BusMessage> nextSignal(Deadline deadline);
 
  private:
   struct Close {

@@ -136,6 +136,12 @@ std::string_view BusMessage::readBytes() {
 
 void BusMessage::skip(const char* contents) { orThrow(sd_bus_message_skip(message_.get(), contents)); }
 
+bool BusMessage::isSignal(const std::string& path, const char* interface, const char* member) const {
+  const char* sentPath = sd_bus_message_get_path(message_.get());
+  return orThrow(sd_bus_message_is_signal(message_.get(), interface, member)) > 0 && sentPath != nullptr &&
+         sentPath == path;
+}
+
 SessionBus::SessionBus(const std::string& address, Deadline deadline) {
   sd_bus* bus = nullptr;
   orThrow(sd_bus_new(&bus));
@@ -180,6 +186,31 @@ BusMessage SessionBus::call(const BusMessage& request, Deadline deadline) {
     throw BusError(errorName);
   }
   return BusMessage(reply);
+}
+
+void SessionBus::subscribe(const std::string& rule, Deadline deadline) {
+  constexpr const char* bus = "org.freedesktop.DBus";
+  BusMessage request = methodCall(bus, "/org/freedesktop/DBus", bus, "AddMatch");
+  request.appendText(rule);
+  call(request, deadline);
+}
+
+std::optional<BusMessage> SessionBus::nextSignal(Deadline deadline) {
+  for (;;) {
+    sd_bus_message* received = nullptr;
+    const int work = orThrow(sd_bus_process(bus_.get(), &received));
+    if (received != nullptr) {
+      BusMessage message(received);
+      if (orThrow(sd_bus_message_is_signal(received, nullptr, nullptr)) > 0) {
+        return message;
+      }
+    } else if (work == 0) {
+      if (std::chrono::steady_clock::now() >= deadline) {
+        return std::nullopt;
+      }
+      orThrow(sd_bus_wait(bus_.get(), microsecondsUntil(deadline)));
+    }
+  }
 }
 
 }  // namespace tarnwell

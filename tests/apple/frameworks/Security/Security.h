@@ -28,6 +28,8 @@ enum : OSStatus {
   errSecInteractionNotAllowed = -25308,
   errSecInternalError = -26276,
   errSecMissingEntitlement = -34018,
+  errSecNoDefaultKeychain = -25307,
+  errSecUserCanceled = -128,
 };
 
 OSStatus SecItemCopyMatching(CFDictionaryRef query, CFTypeRef* result);
@@ -37,4 +39,11 @@ CFStringRef SecCopyErrorMessageString(OSStatus status, void* reserved);
 
 __attribute__((deprecated)) OSStatus SecKeychainGetUserInteractionAllowed(Boolean* state);
 __attribute__((deprecated)) OSStatus SecKeychainSetUserInteractionAllowed(Boolean state);
+
+using SecKeychainRef = struct OpaqueSecKeychainRef*;
+using SecKeychainStatus = UInt32;
+enum : SecKeychainStatus { kSecUnlockStateStatus = 1 };
+__attribute__((deprecated)) OSStatus SecKeychainGetStatus(SecKeychainRef keychain, SecKeychainStatus* status);
+__attribute__((deprecated)) OSStatus SecKeychainUnlock(SecKeychainRef keychain, UInt32 length,
+                                                       const void* password, Boolean usePassword);
 }
