@@ -118,7 +118,9 @@ TEST(ConnectionTest, portOutOfRangeIsAnInvalidArgument) {
 }
 
 TEST(ConnectionTest, cancelledTestIsNoFailure) {
-  FakeIMAPServer server({pauseHere(), stallHere()});
+  FakeIMAPServer server({answer("* OK ready\r\n"),
+                         expect("A0001 LOGIN \"user@example.org\" \"app-pass-word\"\r\n"), pauseHere(),
+                         stallHere()});
   const SessionWatch watch;
   std::thread canceller([&] {
     server.awaitPause();
