@@ -1,13 +1,11 @@
 #include "Platform/SystemLog.h"
 
-#include <signal.h>
-
 #include <thread>
 
 #include "support/ChildProgram.h"
 #include "support/DatagramSocket.h"
 #include "support/ForkedProcess.h"
-#include "support/MountNamespace.h"
+#include "support/RealJournal.h"
 #include "support/TemporaryDirectory.h"
 
 namespace tarnwell::test {
@@ -177,27 +175,16 @@ TEST(SystemLogLinux, threadsWriteAtTheSameTime) {
 /// For a forked process in a namespace: a real journal that is up, what this writes to it, and what
 /// journalctl finds of it.
 std::string roundTripThroughTheJournal() {
-  enterMountNamespace({"/run", "/var/log"});
-  std::filesystem::create_directories("/run/systemd/journal");
-  std::filesystem::create_directories("/run/log/journal");
-  ChildProgram journal({"/lib/systemd/systemd-journald"}, {"PATH=/usr/bin:/bin"});
-  for (int attempt = 0; !std::filesystem::exists(SystemLog::defaultAddress()); ++attempt) {
-    if (attempt == 3000) {
-      throw std::runtime_error("systemd-journald did not open its socket");
-    }
-    ::usleep(10'000);
-  }
+  RealJournal journal;
   SystemLog log("app.tarnwell.Tarnwell");
   log.write(SystemLogType::standard, "imap", "one line");
   log.write(SystemLogType::error, "app", "two\nPRIORITY=0");
-  ChildProgram({"journalctl", "--sync"}, {"PATH=/usr/bin:/bin"}).wait();
+  journal.sync();
   ChildProgram query(
       {"journalctl", "-o", "json", "--no-pager",
        "--output-fields=MESSAGE,PRIORITY,CATEGORY,SYSLOG_IDENTIFIER", "SUBSYSTEM=app.tarnwell.Tarnwell"},
       {"PATH=/usr/bin:/bin", "LC_ALL=C.UTF-8"});
-  std::string output = query.readAll();
-  journal.end(SIGTERM);
-  return output;
+  return query.readAll();
 }
 
 TEST(SystemLogLinux, realJournalHasTheEntries) {

@@ -1,0 +1,45 @@
+#pragma once
+
+/// One line of the activity page, from this program's own log or from the system's.
+///
+/// Threads: plain values.
+
+#include <QString>
+#include <chrono>
+#include <optional>
+
+#include "App/Models/LogText.h"
+#include "Core/AppLogger.h"
+#include "Core/LogBuffer.h"
+#include "Platform/Desktop/LogFollower.h"
+
+namespace tarnwell {
+
+struct ActivityEntry {
+  std::chrono::system_clock::time_point date;
+  /// As it is shown: a client's normal goodbye is logged as an error and is none.
+  LogLevel level = LogLevel::info;
+  /// Absent for a category that is not ours.
+  std::optional<AppLogger::Category> subject{};
+  QString category{};
+  /// As it was logged, on one line: white space and control characters are blanks.
+  QString original{};
+  LogText text{};
+  /// 0 when the log does not tell it.
+  qint64 processID = 0;
+};
+
+ActivityEntry activityEntry(const LogEntry& own);
+ActivityEntry activityEntry(const FollowedEntry& followed);
+
+enum class ActivityColumn { time, level, subject, text };
+
+/// How the parts of an entry are said. The models know no words.
+class ActivityWords {
+ public:
+  virtual ~ActivityWords() = default;
+  virtual QString heading(ActivityColumn column) const = 0;
+  virtual QString words(const ActivityEntry& entry, ActivityColumn column) const = 0;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,116 @@
+#pragma once
+
+/// The log of this program and of all others of its kind that this user runs, ordered by time.
+///
+///     ActivityModel model(LogBuffer::shared(), words);
+///     model.follow();  // the system's log as well
+///
+/// Entries arrive from other threads and are shown in batches, so the window stays alive in a flood. The
+/// newest 10,000 are kept. A search hides what does not match, and `clear` hides what is there so far; the
+/// logs themselves stay as they are.
+///
+/// Threads: that of the window. One model for a `LogBuffer`, whose one callback it sets.
+
+#include <QAbstractTableModel>
+#include <QTimer>
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "App/Models/ActivityEntry.h"
+#include "App/Models/ActivityInbox.h"
+#include "App/Models/BackgroundTask.h"
+
+namespace tarnwell {
+
+class ActivityModel : public QAbstractTableModel {
+  Q_OBJECT
+
+ public:
+  static constexpr std::size_t keptEntries = 10'000;
+  /// The role of an entry's level, as the number of a `LogLevel`.
+  static constexpr int levelRole = Qt::UserRole;
+
+  /// Starts to follow the system's log. What it returns ends that when it goes away.
+  using Follow = std::function<std::shared_ptr<void>(LogFollower::Query, LogFollower::Heard)>;
+
+  /// The words must outlive the model.
+  ActivityModel(LogBuffer& own, const ActivityWords& words, Follow follow = followSystemLog,
+                QObject* parent = nullptr);
+  ~ActivityModel() override;
+  ActivityModel(const ActivityModel&) = delete;
+  ActivityModel& operator=(const ActivityModel&) = delete;
+
+  /// Follows the system's log from now on. A second call does nothing.
+  void follow();
+  /// Whether the system's log can be read. Absent until that is known.
+  std::optional<LogAccess> access() const { return access_; }
+
+  /// Shows only entries that have this text in one of their columns. Letter case does not count.
+  void search(const QString& text);
+  bool isSearching() const { return !search_.isEmpty(); }
+
+  void clear();
+
+  /// The words have changed, because the language has.
+  void retranslate();
+
+  const ActivityEntry& entry(int row) const { return shown_[static_cast<std::size_t>(row)]->entry; }
+
+  /// The rows as lines of text, with the original where it differs from what is shown.
+  QString lines(const std::vector<int>& rows) const;
+  QString allLines() const;
+
+  /// Writes all lines into the file, off this thread.
+  void save(const QString& path);
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ Q_SIGNALS:
+  void accessChanged();
+  /// A batch of entries has been taken in.
+  void grown();
+  void saved(const QString& path);
+  /// The file could not be written, for this reason in the system's words.
+  void notSaved(const QString& path, const QString& reason);
+
+ private:
+  struct Item {
+    ActivityEntry entry;
+    /// What the columns show, for the search.
+    QString words;
+  };
+
+  static std::shared_ptr<void> followSystemLog(LogFollower::Query query, LogFollower::Heard heard);
+  void beginWithOwnEntries();
+  void hear(LogAccess access);
+  void take();
+  void insertShown(const std::vector<Item*>& items);
+  void dropOldest();
+  QString wordsOf(const ActivityEntry& entry) const;
+  bool matches(const Item& item) const;
+  void showMatches();
+
+  LogBuffer& own_;
+  const ActivityWords& words_;
+  Follow startFollowing_;
+  std::shared_ptr<ActivityInbox> inbox_;
+  QTimer batch_;
+  std::deque<std::unique_ptr<Item>> items_;
+  /// The items that match the search, in the same order.
+  std::deque<Item*> shown_;
+  QString search_;
+  std::chrono::system_clock::time_point ownSince_;
+  std::optional<std::chrono::system_clock::time_point> cleared_;
+  std::optional<LogAccess> access_;
+  std::shared_ptr<void> follower_;
+  BackgroundTask saving_;
+};
+
+}  // namespace tarnwell
