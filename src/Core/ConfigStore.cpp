@@ -1,5 +1,6 @@
 #include "Core/ConfigStore.h"
 
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
@@ -111,6 +112,9 @@ AppConfig ConfigStore::load() const {
 }
 
 void ConfigStore::update(const std::function<void(AppConfig&)>& edit) const {
+  // Else of two changes at the same time the first would be lost.
+  static std::mutex oneAtATime;
+  const std::lock_guard lock(oneAtATime);
   auto [json, file] = contentsOf(configURL());
   if (file.state == FileState::untrusted) {
     throw std::runtime_error(configURL().string() + " is set aside: " + file.reason);

@@ -5,7 +5,7 @@
 /// The file belongs to one user: its folder has mode 0700, the file 0600. A write is all or nothing: after a
 /// crash, a full disk or a power cut there is either the old file or the new one.
 ///
-/// Threads: any. A store has no state of its own.
+/// Threads: any. A store has no state of its own. Within one process, updates wait for each other.
 
 #include <filesystem>
 #include <functional>

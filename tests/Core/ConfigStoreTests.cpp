@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <fstream>
+#include <thread>
 
 #include "Core/AppLogger.h"
 #include "Core/LogBuffer.h"
@@ -270,6 +271,22 @@ TEST(SharedConfigStore, withoutThatDirectoryItLiesInTheHomeOfTheUserDatabase) {
   EXPECT_TRUE(path.is_absolute());
   EXPECT_TRUE(path.string().ends_with("/Library/Application Support/app.tarnwell.Tarnwell/config.json"))
       << path;
+}
+
+// The account and the safety settings are written by different threads.
+TEST_F(ConfigStoreTest, changesAtTheSameTimeAreAllKept) {
+  constexpr int rounds = 20;
+  std::thread first([this] {
+    for (int round = 0; round < rounds; ++round) {
+      store.update([](AppConfig& config) { ++config.httpPort; });
+    }
+  });
+  for (int round = 0; round < rounds; ++round) {
+    store.update([](AppConfig& config) { ++config.safety.maxFetch; });
+  }
+  first.join();
+  EXPECT_EQ(store.load().httpPort, AppConfig().httpPort + rounds);
+  EXPECT_EQ(store.load().safety.maxFetch, SafetySettings().maxFetch + rounds);
 }
 
 }  // namespace

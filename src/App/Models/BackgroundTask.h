@@ -15,6 +15,7 @@
 #include <QMetaObject>
 #include <QObject>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -43,6 +44,20 @@ class BackgroundTask {
 
   /// Drops the answer of what runs.
   void abandon();
+
+  /// For work that tells how far it came: a function for its thread. What it is given arrives at `shown` on
+  /// the owner's thread, in order, before the answer of the run that begins next. A later run makes it
+  /// worthless.
+  template <class Value>
+  std::function<void(Value)> reporter(std::function<void(Value)> shown) {
+    return [this, link = link_, number = number_ + 1, shown = std::move(shown)](Value value) {
+      link->post([this, number, shown, value = std::move(value)] {
+        if (number == number_) {
+          shown(value);
+        }
+      });
+    };
+  }
 
   template <class Work, class Done>
   void run(Work work, Done done) {

@@ -85,6 +85,33 @@ TEST(BackgroundTask, abandonedRunIsNotAnswered) {
   EXPECT_FALSE(isAnswered);
 }
 
+TEST(BackgroundTask, reportsArriveInOrderBeforeTheAnswer) {
+  BackgroundTask task;
+  std::string arrived;
+  const auto report = task.reporter<int>([&](int step) {
+    EXPECT_TRUE(task.isRunning());
+    arrived += std::to_string(step);
+  });
+  task.run(
+      [report] {
+        report(1);
+        report(2);
+      },
+      [&](const Outcome<void>&) { arrived += "."; });
+  ASSERT_TRUE(eventually([&] { return arrived.ends_with('.'); }));
+  EXPECT_EQ(arrived, "12.");
+}
+
+TEST(BackgroundTask, reportOfAnAbandonedRunIsDropped) {
+  BackgroundTask task;
+  std::string arrived;
+  const auto report = task.reporter<int>([&](int) { arrived += "report"; });
+  task.run([report] { report(1); }, [&](const Outcome<void>&) { arrived += "answer"; });
+  task.abandon();
+  QTest::qWait(50);
+  EXPECT_EQ(arrived, "");
+}
+
 /// The owner goes while the work runs, and after the work has posted its answer.
 TEST(BackgroundTask, destroyedTaskIsNotAnswered) {
   auto isAnswered = std::make_shared<std::atomic<bool>>(false);
