@@ -46,6 +46,12 @@ void Page::setHeading(const QString& title, const QString& lead) {
   setAccessibleDescription(lead);
 }
 
+void Page::fillRoom() {
+  auto* const column = static_cast<QVBoxLayout*>(body_->parentWidget()->layout());
+  column->setStretch(0, 1);
+  column->setStretch(1, 0);
+}
+
 void Page::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::LanguageChange) {

@@ -26,6 +26,8 @@ class Page : public QWidget {
 
   void setHeading(const QString& title, const QString& lead);
   QVBoxLayout* body() { return body_; }
+  /// Gives the body all the room that there is: for a page whose table or text scrolls by itself.
+  void fillRoom();
   /// No room is taken while it is empty.
   QHBoxLayout* footer() { return footer_; }
 

@@ -1,0 +1,172 @@
+#include "App/Pages/ActivityPage.h"
+
+#include <QClipboard>
+#include <QDate>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QShortcut>
+
+#include "App/Pages/ActivityTexts.h"
+
+namespace tarnwell {
+
+ActivityPage::ActivityPage(ActivityModel& activity, FileChoice& files, QWidget* parent)
+    : Page(parent),
+      activity_(activity),
+      files_(files),
+      accessNotice_(new Notice),
+      savedNotice_(new Notice),
+      search_(new QLineEdit),
+      followLabel_(new QLabel),
+      follow_(new Switch),
+      table_(new ActivityTable(activity)),
+      entryText_(new ToneLabel),
+      entryOriginal_(new ToneLabel(Tone::faint)),
+      clear_(new QPushButton),
+      copy_(new QPushButton),
+      save_(new QPushButton) {
+  arrange();
+  connectModel();
+  setTexts();
+}
+
+void ActivityPage::arrange() {
+  fillRoom();
+  search_->setClearButtonEnabled(true);
+  follow_->setChecked(table_->isFollowing());
+  for (ToneLabel* const label : {entryText_, entryOriginal_}) {
+    label->setTextFormat(Qt::PlainText);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  }
+
+  auto* const tools = new QHBoxLayout;
+  tools->addWidget(search_, 1);
+  tools->addSpacing(8);
+  tools->addWidget(followLabel_);
+  tools->addWidget(follow_);
+  body()->addWidget(accessNotice_);
+  body()->addWidget(savedNotice_);
+  body()->addLayout(tools);
+  body()->addWidget(table_, 1);
+  body()->addWidget(entryText_);
+  body()->addWidget(entryOriginal_);
+  footer()->addWidget(clear_);
+  footer()->addStretch(1);
+  footer()->addWidget(copy_);
+  footer()->addWidget(save_);
+  followLabel_->setBuddy(follow_);
+
+  auto* const find = new QShortcut(QKeySequence::Find, this);
+  find->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(find, &QShortcut::activated, search_, [this] {
+    search_->setFocus(Qt::ShortcutFocusReason);
+    search_->selectAll();
+  });
+  connect(search_, &QLineEdit::textChanged, &activity_, &ActivityModel::search);
+  connect(follow_, &QCheckBox::toggled, table_, &ActivityTable::setFollowing);
+  connect(table_, &ActivityTable::followingChanged, follow_, &QCheckBox::setChecked);
+  connect(table_, &ActivityTable::copyWanted, this, &ActivityPage::copy);
+  connect(clear_, &QPushButton::clicked, &activity_, &ActivityModel::clear);
+  connect(copy_, &QPushButton::clicked, this, &ActivityPage::copy);
+  connect(save_, &QPushButton::clicked, this, &ActivityPage::save);
+}
+
+void ActivityPage::connectModel() {
+  connect(&activity_, &ActivityModel::accessChanged, this, &ActivityPage::showAccess);
+  connect(&activity_, &ActivityModel::saved, this, [this](const QString& path) {
+    savedFile_ = {path, {}};
+    showSaved();
+  });
+  connect(&activity_, &ActivityModel::notSaved, this, [this](const QString& path, const QString& reason) {
+    savedFile_ = {path, reason};
+    showSaved();
+  });
+  connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &ActivityPage::showEntry);
+  connect(&activity_, &ActivityModel::grown, this, &ActivityPage::showEntry);
+  connect(&activity_, &QAbstractItemModel::modelReset, this, &ActivityPage::showEntry);
+}
+
+void ActivityPage::showEvent(QShowEvent* event) {
+  Page::showEvent(event);
+  activity_.follow();
+}
+
+void ActivityPage::setTexts() {
+  setHeading(tr("Activity"),
+             tr("What this app and the helpers of your assistants did. No mail and no password is in it."));
+  search_->setPlaceholderText(tr("Search the entries"));
+  search_->setAccessibleName(tr("Search"));
+  followLabel_->setText(tr("&Follow"));
+  follow_->setAccessibleName(tr("Follow"));
+  follow_->setToolTip(tr("Stays at the newest entry."));
+  follow_->setAccessibleDescription(follow_->toolTip());
+  table_->setAccessibleName(tr("Entries"));
+  clear_->setText(tr("C&lear"));
+  clear_->setToolTip(tr("Hides all entries so far. The logs themselves stay as they are."));
+  clear_->setAccessibleDescription(clear_->toolTip());
+  copy_->setText(tr("&Copy"));
+  copy_->setToolTip(tr("Copies the selected entries, or all when none is selected."));
+  copy_->setAccessibleDescription(copy_->toolTip());
+  save_->setText(tr("&Save to a file…"));
+  save_->setToolTip(tr("Saves all entries that are shown."));
+  save_->setAccessibleDescription(save_->toolTip());
+  table_->fitColumns();
+  activity_.retranslate();
+  showAccess();
+  showSaved();
+  showEntry();
+}
+
+void ActivityPage::showAccess() {
+  const LogAccess access = activity_.access().value_or(LogAccess::readable);
+  if (access == LogAccess::readable) {
+    accessNotice_->fallSilent();
+  } else {
+    accessNotice_->tell(Notice::Kind::warning, ActivityTexts::missing(access), ActivityTexts::remedy(access));
+  }
+}
+
+void ActivityPage::showSaved() {
+  if (savedFile_.path.isEmpty()) {
+    savedNotice_->fallSilent();
+  } else if (savedFile_.failure.isEmpty()) {
+    savedNotice_->tell(Notice::Kind::success, tr("Saved to %1.").arg(savedFile_.path));
+  } else {
+    savedNotice_->tell(Notice::Kind::error, tr("The entries could not be saved to %1.").arg(savedFile_.path),
+                       savedFile_.failure);
+  }
+}
+
+void ActivityPage::showEntry() {
+  const QModelIndex current = table_->currentIndex();
+  QString original;
+  if (activity_.rowCount() == 0) {
+    entryText_->setText(activity_.isSearching() ? tr("No entry has this text.")
+                                                : tr("There is no entry yet."));
+  } else if (current.isValid()) {
+    const ActivityEntry& entry = activity_.entry(current.row());
+    const QString sentence = ActivityTexts::sentence(entry.text);
+    entryText_->setText(sentence.isEmpty() ? entry.original : sentence);
+    original = sentence.isEmpty() ? QString() : entry.original;
+  } else {
+    entryText_->clear();
+  }
+  entryText_->setVisible(!entryText_->text().isEmpty());
+  entryOriginal_->setText(original);
+  entryOriginal_->setVisible(!original.isEmpty());
+}
+
+void ActivityPage::copy() {
+  const std::vector<int> rows = table_->selectedRowNumbers();
+  QGuiApplication::clipboard()->setText(rows.empty() ? activity_.allLines() : activity_.lines(rows));
+}
+
+void ActivityPage::save() {
+  savedFile_ = {};
+  showSaved();
+  const QString name = "tarnwell-" + QDate::currentDate().toString(Qt::ISODate) + ".txt";
+  files_.askWhereToSave(this, tr("Save the entries"), name,
+                        [this](const QString& path) { activity_.save(path); });
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,65 @@
+#pragma once
+
+/// The page "Activity": the log of this app and of all running helpers, as it grows.
+///
+/// Threads: that of the window. The model and the file choice must outlive the page.
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "App/Models/ActivityModel.h"
+#include "App/Pages/ActivityTable.h"
+#include "App/Widgets/FileChoice.h"
+#include "App/Widgets/Notice.h"
+#include "App/Widgets/Page.h"
+#include "App/Widgets/Switch.h"
+
+namespace tarnwell {
+
+class ActivityPage : public Page {
+  Q_OBJECT
+
+ public:
+  ActivityPage(ActivityModel& activity, FileChoice& files, QWidget* parent = nullptr);
+
+ protected:
+  void setTexts() override;
+  /// The system's log is first read when somebody wants to see it.
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  void arrange();
+  void connectModel();
+
+  void showAccess();
+  void showSaved();
+  /// The entry that the keyboard is on, in full; or why the table is empty.
+  void showEntry();
+  void copy();
+  void save();
+
+  /// What became of the last file.
+  struct SavedFile {
+    QString path{};
+    /// Empty when it was saved.
+    QString failure{};
+  };
+
+  ActivityModel& activity_;
+  FileChoice& files_;
+  Notice* accessNotice_;
+  Notice* savedNotice_;
+  QLineEdit* search_;
+  QLabel* followLabel_;
+  Switch* follow_;
+  ActivityTable* table_;
+  ToneLabel* entryText_;
+  ToneLabel* entryOriginal_;
+  QPushButton* clear_;
+  QPushButton* copy_;
+  QPushButton* save_;
+  SavedFile savedFile_;
+};
+
+}  // namespace tarnwell

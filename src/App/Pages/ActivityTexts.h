@@ -1,0 +1,30 @@
+#pragma once
+
+/// The texts of the page "Activity", in the language of the window.
+
+#include <QCoreApplication>
+#include <QString>
+
+#include "App/Models/ActivityEntry.h"
+
+namespace tarnwell {
+
+class ActivityTexts : public ActivityWords {
+  Q_DECLARE_TR_FUNCTIONS(ActivityTexts)
+
+ public:
+  QString heading(ActivityColumn column) const override;
+  QString words(const ActivityEntry& entry, ActivityColumn column) const override;
+
+  static QString level(LogLevel level);
+  static QString subject(AppLogger::Category subject);
+  /// A sentence. Empty for a text that is not one of ours.
+  static QString sentence(const LogText& text);
+
+  /// What is missing when the system's log cannot be read, and why. Empty when it can be.
+  static QString missing(LogAccess access);
+  /// What can be done about it. May be empty.
+  static QString remedy(LogAccess access);
+};
+
+}  // namespace tarnwell
