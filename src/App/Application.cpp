@@ -1,16 +1,13 @@
 #include "App/Application.h"
 
 #include <QApplication>
-#include <cstdlib>
 
+#include "App/AppWindow.h"
 #include "App/DesktopScheme.h"
-#include "App/MainWindow.h"
 #include "App/Models/Language.h"
-#include "App/Models/SettingsFile.h"
 #include "App/SingleInstance.h"
 #include "App/Widgets/Theme.h"
 #include "Core/BridgeConstants.h"
-#include "Platform/PrivateMemory.h"
 
 namespace tarnwell {
 
@@ -33,10 +30,9 @@ int runApplication(int argc, char** argv) {
   QObject::connect(&desktop, &DesktopScheme::changed, &application,
                    [&](Scheme scheme) { applyTheme(application, scheme); });
 
-  MainWindow window;
-  QObject::connect(&instance, &SingleInstance::startedAgain, &window, &MainWindow::raiseToFront);
-  QObject::connect(&window, &MainWindow::activated, &settings, &SettingsFile::reload);
-  window.show();
+  AppWindow app(settings, KeychainStore::shared());
+  QObject::connect(&instance, &SingleInstance::startedAgain, &app.window(), &MainWindow::raiseToFront);
+  app.window().show();
   return QApplication::exec();
 }
 

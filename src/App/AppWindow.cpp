@@ -1,0 +1,25 @@
+#include "App/AppWindow.h"
+
+#include "App/Pages/AboutPage.h"
+#include "App/Pages/AccountPage.h"
+#include "App/Pages/ActivityPage.h"
+#include "App/Pages/SafetyPage.h"
+#include "Core/LogBuffer.h"
+
+namespace tarnwell {
+
+AppWindow::AppWindow(SettingsFile& settings, const KeychainStore& passwords)
+    : account_(settings, passwords),
+      safety_(settings),
+      activity_(LogBuffer::shared(), activityTexts_),
+      about_(settings, passwords) {
+  window_.addPage(new AccountPage(account_, questions_));
+  window_.addPage(new SafetyPage(safety_, questions_));
+  window_.addPage(new ActivityPage(activity_, files_));
+  window_.addPage(new AboutPage(about_));
+  // The person may have unlocked the keyring, or changed the settings, in another program.
+  QObject::connect(&window_, &MainWindow::activated, &settings, &SettingsFile::reload);
+  QObject::connect(&window_, &MainWindow::activated, &account_, &AccountModel::refreshKeyring);
+}
+
+}  // namespace tarnwell
