@@ -2,6 +2,77 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ja">
 <context>
+    <name>tarnwell::AboutPage</name>
+    <message>
+        <source>The settings could not be saved. The page shows what holds.</source>
+        <translation>設定を保存できませんでした。画面には現在有効な設定を表示しています。</translation>
+    </message>
+    <message>
+        <source>The diagnostics are on the clipboard. They hold no address, no server and no password.</source>
+        <translation>診断情報をクリップボードにコピーしました。メールアドレス、サーバー名、パスワードは含まれていません。</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>このアプリについて</translation>
+    </message>
+    <message>
+        <source>An assistant works with your mail, and you decide how far.</source>
+        <translation>アシスタントにメールの作業を任せる範囲は、あなたが決めます。</translation>
+    </message>
+    <message>
+        <source>Tarnwell %1 lets an AI assistant work with one mailbox. Assistants reach it by the &lt;a href=&quot;%2&quot;&gt;Model Context Protocol&lt;/a&gt;. It is free software under the &lt;a href=&quot;%3&quot;&gt;MIT licence&lt;/a&gt;.</source>
+        <translation>Tarnwell %1 は、AI アシスタントが一つのメールボックスを扱えるようにします。アシスタントとは &lt;a href=&quot;%2&quot;&gt;Model Context Protocol&lt;/a&gt; でつながります。&lt;a href=&quot;%3&quot;&gt;MIT ライセンス&lt;/a&gt;の自由ソフトウェアです。</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>言語</translation>
+    </message>
+    <message>
+        <source>&amp;Language of this window</source>
+        <translation>このウィンドウの言語(&amp;L)</translation>
+    </message>
+    <message>
+        <source>That of the system (%1)</source>
+        <translation>システムの言語（%1）</translation>
+    </message>
+    <message>
+        <source>Where things are</source>
+        <translation>保存場所</translation>
+    </message>
+    <message>
+        <source>The &amp;settings</source>
+        <translation>設定(&amp;S)</translation>
+    </message>
+    <message>
+        <source>The helper reads this file afresh for every call.</source>
+        <translation>ヘルパーは呼び出しのたびにこのファイルを読み直します。</translation>
+    </message>
+    <message>
+        <source>The &amp;password</source>
+        <translation>パスワード(&amp;P)</translation>
+    </message>
+    <message>
+        <source>It lies in the keyring of your desktop, under this name and your address.</source>
+        <translation>デスクトップのキーリングに、この名前とメールアドレスで保存されています。</translation>
+    </message>
+    <message>
+        <source>The l&amp;og</source>
+        <translation>ログ(&amp;O)</translation>
+    </message>
+    <message>
+        <source>This command shows it in a terminal. The page “Activity” shows the same.</source>
+        <translation>端末でこのコマンドを実行すると表示されます。「動作記録」のページでも同じ内容を確認できます。</translation>
+    </message>
+    <message>
+        <source>Licence</source>
+        <translation>ライセンス</translation>
+    </message>
+    <message>
+        <source>&amp;Copy diagnostics</source>
+        <translation>診断情報をコピー(&amp;C)</translation>
+    </message>
+</context>
+<context>
     <name>tarnwell::FormField</name>
     <message>
         <source>%1, invalid</source>
@@ -20,6 +91,261 @@
     <message>
         <source>Details</source>
         <translation>詳細</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::SafetyPage</name>
+    <message>
+        <source>The settings could not be saved. The page shows what holds.</source>
+        <translation>設定を保存できませんでした。画面には現在有効な設定を表示しています。</translation>
+    </message>
+    <message>
+        <source>Safety settings</source>
+        <translation>安全設定（Safety settings）</translation>
+    </message>
+    <message>
+        <source>What an assistant may read and change. Each change counts from its next call on.</source>
+        <translation>アシスタントが読める範囲と変更できる範囲を決めます。変更は、アシスタントの次の呼び出しから有効になります。</translation>
+    </message>
+    <message>
+        <source>Reading</source>
+        <translation>読み取り</translation>
+    </message>
+    <message>
+        <source>Changes</source>
+        <translation>変更</translation>
+    </message>
+    <message>
+        <source>&amp;Back to the safe values</source>
+        <translation>安全な値に戻す(&amp;B)</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::SafetyTexts</name>
+    <message>
+        <source>While this is on, an assistant changes nothing in the mailbox, whatever is allowed below. When it is off, an assistant may do what is allowed under “Changes”.</source>
+        <translation>オンの間は、下で何を許可していても、アシスタントはメールボックスを変更しません。オフにすると、アシスタントは「変更」で許可された操作を行えます。</translation>
+    </message>
+    <message>
+        <source>The text of mail with one-time codes, password resets and security alerts stays in the mailbox. When this is off, whoever steers the assistant could get into your accounts.</source>
+        <translation>ワンタイムコード、パスワード再設定、セキュリティ通知のメール本文を渡しません。オフにすると、アシスタントを操る第三者があなたのアカウントに入れるおそれがあります。</translation>
+    </message>
+    <message>
+        <source>Also withholds mail that only looks like it carries a code or an account link, now and then a harmless one. When this is off, most account links are handed out.</source>
+        <translation>コードやアカウントのリンクを含むように見えるだけのメールも渡しません。まれに無害なメールも対象になります。オフにすると、アカウントのリンクの多くが渡されます。</translation>
+    </message>
+    <message>
+        <source>An assistant may mark a message as read, one in each call. You may then take new mail for old.</source>
+        <translation>アシスタントは、1 回の呼び出しで 1 通のメールを既読にできます。新着メールを見落とすことがあります。</translation>
+    </message>
+    <message>
+        <source>An assistant may move a message from the inbox to another folder, one in each call. Nothing is lost, but you may have to look for it.</source>
+        <translation>アシスタントは、1 回の呼び出しで受信箱のメール 1 通を別のフォルダーに移動できます。なくなることはありませんが、探す手間がかかることがあります。</translation>
+    </message>
+    <message>
+        <source>An assistant may move a message from the inbox to the trash, one in each call. Many providers empty the trash by themselves after some weeks.</source>
+        <translation>アシスタントは、1 回の呼び出しで受信箱のメール 1 通をゴミ箱に移動できます。多くのプロバイダーは、数週間後にゴミ箱を自動的に空にします。</translation>
+    </message>
+    <message>
+        <source>Where the server cannot move, the message is copied and the original is marked as deleted. The original stays until a mail program removes it for good.</source>
+        <translation>サーバーが移動に対応していないとき、メールをコピーし、元のメールに削除の印を付けます。元のメールは、メールソフトが完全に削除するまで残ります。</translation>
+    </message>
+    <message>
+        <source>The most messages that one call of an assistant handles. The higher it is, the more of your mail an assistant sees at once.</source>
+        <translation>アシスタントが 1 回の呼び出しで扱えるメールの最大数です。大きいほど、一度に多くのメールが見られます。</translation>
+    </message>
+    <message>
+        <source>The most messages that are fetched from the server at once. The smaller one of this number and the one above counts.</source>
+        <translation>サーバーから一度に取得するメールの最大数です。上の数と比べて小さいほうが有効です。</translation>
+    </message>
+    <message>
+        <source>The most characters of a message&apos;s text that one call returns. A summary shows up to %1 of them in any case.</source>
+        <translation>1 回の呼び出しで渡すメール本文の最大文字数です。要約では、この設定にかかわらず最大 %1 文字まで表示されます。</translation>
+    </message>
+    <message>
+        <source>Without effect while read-only mode is on.</source>
+        <translation>読み取り専用モードがオンの間は無効です。</translation>
+    </message>
+    <message>
+        <source>Without effect while neither folder moves nor the trash are allowed.</source>
+        <translation>フォルダーへの移動もゴミ箱への移動も許可されていないため、無効です。</translation>
+    </message>
+    <message>
+        <source>Without effect while security mail is not withheld.</source>
+        <translation>「セキュリティメールを渡さない」がオフの間は無効です。</translation>
+    </message>
+    <message>
+        <source>Without effect at the moment, because the other number is smaller.</source>
+        <translation>もう一方の数のほうが小さいため、現在は無効です。</translation>
+    </message>
+    <message>
+        <source>It may mark messages as read and move them to other folders and to the trash.</source>
+        <translation>メールを既読にし、別のフォルダーやゴミ箱に移動できます。</translation>
+    </message>
+    <message>
+        <source>It may mark messages as read and move them to other folders.</source>
+        <translation>メールを既読にし、別のフォルダーに移動できます。</translation>
+    </message>
+    <message>
+        <source>It may mark messages as read and move them to the trash.</source>
+        <translation>メールを既読にし、ゴミ箱に移動できます。</translation>
+    </message>
+    <message>
+        <source>It may mark messages as read and change nothing else.</source>
+        <translation>メールを既読にできますが、ほかの変更はできません。</translation>
+    </message>
+    <message>
+        <source>It may move messages to other folders and to the trash.</source>
+        <translation>メールを別のフォルダーやゴミ箱に移動できます。</translation>
+    </message>
+    <message>
+        <source>It may move messages to other folders and change nothing else.</source>
+        <translation>メールを別のフォルダーに移動できますが、ほかの変更はできません。</translation>
+    </message>
+    <message>
+        <source>It may move messages to the trash and change nothing else.</source>
+        <translation>メールをゴミ箱に移動できますが、ほかの変更はできません。</translation>
+    </message>
+    <message>
+        <source>It may change nothing.</source>
+        <translation>変更は一切できません。</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <comment>two sentences, one after the other</comment>
+        <translation>%1%2</translation>
+    </message>
+    <message>
+        <source>Where the server cannot move, it may leave originals behind that are marked as deleted.</source>
+        <translation>サーバーが移動に対応していないときは、削除の印の付いた元のメールが残ることがあります。</translation>
+    </message>
+    <message>
+        <source>Read-only mode</source>
+        <translation>読み取り専用モード</translation>
+    </message>
+    <message>
+        <source>Withhold security mail</source>
+        <translation>セキュリティメールを渡さない</translation>
+    </message>
+    <message>
+        <source>Withhold strictly</source>
+        <translation>疑わしいメールも渡さない</translation>
+    </message>
+    <message>
+        <source>Mark-as-read</source>
+        <translation>既読にする</translation>
+    </message>
+    <message>
+        <source>Folder moves</source>
+        <translation>フォルダーへの移動</translation>
+    </message>
+    <message>
+        <source>Trash</source>
+        <translation>ゴミ箱への移動</translation>
+    </message>
+    <message>
+        <source>Move on servers without MOVE (COPY + mark deleted)</source>
+        <translation>MOVE のないサーバーでの移動（COPY ＋ 削除の印）</translation>
+    </message>
+    <message>
+        <source>Messages in one call</source>
+        <translation>1 回の呼び出しのメール数</translation>
+    </message>
+    <message>
+        <source>Messages fetched at once</source>
+        <translation>一度に取得するメール数</translation>
+    </message>
+    <message>
+        <source>Characters of a text</source>
+        <translation>本文の文字数</translation>
+    </message>
+    <message>
+        <source>While this is on, an assistant reads: “%1”</source>
+        <translation>オンの間、アシスタントには次のように表示されます：「%1」</translation>
+    </message>
+    <message>
+        <source>While this is off, an assistant reads: “%1”</source>
+        <translation>オフの間、アシスタントには次のように表示されます：「%1」</translation>
+    </message>
+    <message numerus="yes">
+        <source>An assistant may read at most %n message(s) a call.</source>
+        <translation>
+            <numerusform>アシスタントが 1 回の呼び出しで読めるメールは最大 %n 通です。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>One-time codes and account links are handed out like any other mail.</source>
+        <translation>ワンタイムコードやアカウントのリンクも、ほかのメールと同じように渡されます。</translation>
+    </message>
+    <message>
+        <source>Mail that names a one-time code or a password reset is withheld.</source>
+        <translation>ワンタイムコードやパスワード再設定と書かれたメールは渡されません。</translation>
+    </message>
+    <message>
+        <source>Mail with one-time codes and account links is withheld, as far as it is recognised.</source>
+        <translation>ワンタイムコードやアカウントのリンクを含むメールは、判別できる限り渡されません。</translation>
+    </message>
+    <message numerus="yes">
+        <source>It gets at most %Ln character(s) of a text.</source>
+        <translation>
+            <numerusform>渡される本文は最大 %Ln 文字です。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Hand out security mail?</source>
+        <translation>セキュリティメールを渡しますか？</translation>
+    </message>
+    <message>
+        <source>An assistant may then read one-time codes and links that open your accounts. What it has read cannot be taken back.</source>
+        <translation>アシスタントは、ワンタイムコードや、あなたのアカウントに入れるリンクを読めるようになります。一度読まれた内容は取り消せません。</translation>
+    </message>
+    <message>
+        <source>&amp;Hand out</source>
+        <translation>渡す(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;Keep withholding</source>
+        <translation>渡さない(&amp;K)</translation>
+    </message>
+    <message>
+        <source>Withhold less?</source>
+        <translation>渡さないメールを減らしますか？</translation>
+    </message>
+    <message>
+        <source>An assistant may then read codes and account links in mail that uses none of the usual words. What it has read cannot be taken back.</source>
+        <translation>アシスタントは、よくある言葉を使わないメールのコードやアカウントのリンクを読めるようになります。一度読まれた内容は取り消せません。</translation>
+    </message>
+    <message>
+        <source>&amp;Withhold less</source>
+        <translation>減らす(&amp;W)</translation>
+    </message>
+    <message>
+        <source>Nothing becomes possible by that alone, because every change is switched off.</source>
+        <translation>すべての変更がオフになっているため、これだけでは何もできるようになりません。</translation>
+    </message>
+    <message>
+        <source>This becomes possible for an assistant:</source>
+        <translation>アシスタントは次のことができるようになります。</translation>
+    </message>
+    <message>
+        <source>Switch read-only mode off?</source>
+        <translation>読み取り専用モードをオフにしますか？</translation>
+    </message>
+    <message>
+        <source>&amp;Switch off</source>
+        <translation>オフにする(&amp;S)</translation>
+    </message>
+    <message>
+        <source>S&amp;tay read-only</source>
+        <translation>読み取り専用のまま(&amp;T)</translation>
+    </message>
+    <message>
+        <source>The settings file is damaged, so the defaults hold, which are read-only. The next change begins a new file and keeps a copy of the damaged one beside it.</source>
+        <translation>設定ファイルが壊れているため、既定値（読み取り専用）が有効になっています。次に変更すると、新しいファイルを作り、壊れたファイルのコピーを同じ場所に残します。</translation>
+    </message>
+    <message>
+        <source>Somebody else may have written the settings file. It is set aside, and the defaults hold, which are read-only. Nothing can be saved until that is put right.</source>
+        <translation>設定ファイルをほかの人が書き換えた可能性があります。このファイルは使わず、既定値（読み取り専用）が有効になっています。この問題が解決するまで保存できません。</translation>
     </message>
 </context>
 <context>

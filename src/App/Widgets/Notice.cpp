@@ -10,20 +10,20 @@ namespace {
 
 struct Look {
   Tone tone;
-  QLatin1String mark;
+  QString mark;
 };
 
 /// The mark tells the kind apart from the colour.
 Look lookOf(Notice::Kind kind) {
   switch (kind) {
     case Notice::Kind::information:
-      return {Tone::accent, QLatin1String("i")};
+      return {Tone::accent, QStringLiteral("i")};
     case Notice::Kind::success:
-      return {Tone::success, QLatin1String("\u2713")};
+      return {Tone::success, QStringLiteral("\u2713")};
     case Notice::Kind::warning:
-      return {Tone::warning, QLatin1String("!")};
+      return {Tone::warning, QStringLiteral("!")};
     case Notice::Kind::error:
-      return {Tone::error, QLatin1String("\u2715")};
+      return {Tone::error, QStringLiteral("\u2715")};
   }
   return {Tone::text, {}};
 }

@@ -8,6 +8,7 @@
 #include <QSpinBox>
 #include <QTest>
 #include <memory>
+#include <utility>
 
 #include "App/Widgets/Card.h"
 #include "App/Widgets/FormField.h"
@@ -123,6 +124,18 @@ TEST(Notice, isHiddenUntilItTellsSomethingAndForgetsIt) {
   EXPECT_FALSE(notice.isVisible());
   EXPECT_EQ(notice.details(), "");
   EXPECT_FALSE(notice.action()->isVisible());
+}
+
+TEST(Notice, markTellsTheKindApartFromTheColour) {
+  Notice notice;
+  const std::pair<Notice::Kind, const char*> marks[] = {{Notice::Kind::information, "i"},
+                                                        {Notice::Kind::success, "✓"},
+                                                        {Notice::Kind::warning, "!"},
+                                                        {Notice::Kind::error, "✕"}};
+  for (const auto& [kind, mark] : marks) {
+    notice.tell(kind, "The keyring is locked.");
+    EXPECT_EQ(notice.findChild<QLabel*>()->text(), mark);
+  }
 }
 
 TEST(Notice, detailsOpenByKey) {
