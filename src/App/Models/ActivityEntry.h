@@ -16,7 +16,7 @@
 namespace tarnwell {
 
 struct ActivityEntry {
-  std::chrono::system_clock::time_point date;
+  std::chrono::system_clock::time_point date{};
   /// As it is shown: a client's normal goodbye is logged as an error and is none.
   LogLevel level = LogLevel::info;
   /// Absent for a category that is not ours.

@@ -153,11 +153,10 @@ QString ActivityTexts::sentence(const LogText& text) {
     case LogPhrase::writeRefusedBySetting:
       return tr("%1 is refused: it is off in the safety settings.").arg(text.name);
     case LogPhrase::foundMessages:
-      return text.withheld > 0
-                 ? tr("%1 gave %n message(s), %2 of them withheld (%3 s).", nullptr, count(text.count))
-                       .arg(text.name, QString::number(text.withheld), seconds(text))
-                 : tr("%1 gave %n message(s) (%2 s).", nullptr, count(text.count))
-                       .arg(text.name, seconds(text));
+      return text.withheld > 0 ? tr("%1 gave %n message(s), %2 withheld (%3 s).", nullptr, count(text.count))
+                                     .arg(text.name, QString::number(text.withheld), seconds(text))
+                               : tr("%1 gave %n message(s) (%2 s).", nullptr, count(text.count))
+                                     .arg(text.name, seconds(text));
     case LogPhrase::foundFolders:
       return tr("%1 gave %n folder(s) (%2 s).", nullptr, count(text.count)).arg(text.name, seconds(text));
     case LogPhrase::readText:

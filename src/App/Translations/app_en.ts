@@ -2,6 +2,37 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en">
 <context>
+    <name>ActivityTexts</name>
+    <message numerus="yes">
+        <source>%1 gave %n message(s) (%2 s).</source>
+        <translation>
+            <numerusform>%1 gave %n message (%2 s).</numerusform>
+            <numerusform>%1 gave %n messages (%2 s).</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 gave %n folder(s) (%2 s).</source>
+        <translation>
+            <numerusform>%1 gave %n folder (%2 s).</numerusform>
+            <numerusform>%1 gave %n folders (%2 s).</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 gave a text of %n character(s) (%2 s).</source>
+        <translation>
+            <numerusform>%1 gave a text of %n character (%2 s).</numerusform>
+            <numerusform>%1 gave a text of %n characters (%2 s).</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 gave %n message(s), %2 withheld (%3 s).</source>
+        <translation>
+            <numerusform>%1 gave %n message, %2 of them withheld (%3 s).</numerusform>
+            <numerusform>%1 gave %n messages, %2 of them withheld (%3 s).</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>tarnwell::SafetyTexts</name>
     <message numerus="yes">
         <source>An assistant may read at most %n message(s) a call.</source>
