@@ -32,7 +32,7 @@ constexpr std::array rows{
     Row{"gmail.com googlemail.com",
         {.name = "Gmail",
          .host = "imap.gmail.com",
-         .password = Password::appWithTwoStep,
+         .password = Password::appAfterTwoStep,
          .help = "https://support.google.com/accounts/answer/185833",
          .showsBlanks = true}},
     Row{"outlook.* hotmail.* msn.com windowslive.com live.com live.jp live.co.jp live.at live.be live.ca "
@@ -105,7 +105,8 @@ constexpr std::array rows{
          .isSwitchedOnFirst = true}},
     Row{"posteo.* posteo.net posteo.org",
         {.name = "Posteo", .host = "posteo.de", .help = "https://posteo.de/en/help/app-passwords"}},
-    Row{"mailbox.org", {.name = "mailbox.org", .host = "imap.mailbox.org", .password = Password::ordinary}},
+    Row{"mailbox.org",
+        {.name = "mailbox.org", .host = "imap.mailbox.org", .password = Password::appWithTwoStep}},
 };
 
 /// A country's ending, such as "fr", "co.uk" and "com.br"; or "com".

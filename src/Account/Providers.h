@@ -22,11 +22,12 @@ namespace tarnwell {
 struct Provider {
   /// What a program has to sign in with.
   enum class Password {
-    app,             // an app password, made on a page of the provider
-    appWithTwoStep,  // an app password, which the provider makes only after two-step verification is on
-    ownForIMAP,      // a password that the provider made for mail programs only
-    ordinary,        // the mailbox's own password
-    none,            // none at all: only a sign-in in a browser (OAuth), which this program has not
+    app,              // an app password, made on a page of the provider
+    appAfterTwoStep,  // the same; the provider makes one only after two-step verification is on
+    appWithTwoStep,   // an app password while two-step verification is on, else the ordinary one
+    ownForIMAP,       // a password that the provider made for mail programs only
+    ordinary,         // the mailbox's own password
+    none,             // none at all: only a sign-in in a browser (OAuth), which this program has not
   };
   /// What the server wants as the name.
   enum class LoginName {
