@@ -88,10 +88,14 @@ manual = output("mandoc", "-T", "markdown", build / "packaging/tarnwell.1")
 check_equal("README.md and the manual show the same servers",
             check_document("README.md", readme), check_document("the manual", manual))
 
-install = next((block for block in blocks(readme) if "apt-get install" in block and "cmake" in block), "")
-for purpose in re.findall(r"scripts/setup --list (\w+)", install):
-    check(f"README.md: scripts/setup --list {purpose} names packages",
-          "cmake" in output(source / "scripts/setup", "--list", purpose).split())
+installs = [block for block in blocks(readme) if "apt-get install" in block]
 check_equal("README.md takes the names of the packages from scripts/setup",
-            re.findall(r"recommends (.*)", install), ["$(scripts/setup --list build)"])
+            re.findall(r"recommends (.*)", "\n".join(installs)),
+            ["$(scripts/setup --list app)", "$(scripts/setup --list package)"])
+for purpose, needed in (("build", {"cmake"}), ("app", {"cmake", "qt6-base-dev"}),
+                        ("package", {"cmake", "qt6-base-dev", "dpkg-dev"})):
+    names = set(output(source / "scripts/setup", "--list", purpose).split())
+    check(f"scripts/setup --list {purpose} names packages", needed <= names, str(names))
+check("scripts/setup --list build needs no Qt",
+      not any(name.startswith("qt6") for name in output(source / "scripts/setup", "--list", "build").split()))
 finish()

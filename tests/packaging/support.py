@@ -56,9 +56,9 @@ def temporary_directory():
     return tempfile.TemporaryDirectory(prefix="tw.", dir="/tmp")
 
 
-def install(root, prefix):
+def install(root, prefix, tree=build):
     """cmake --install of the build tree below `root`, as a packager does it."""
-    output(os.environ.get("CMAKE_COMMAND", "cmake"), "--install", build, "--prefix", prefix,
+    output(os.environ.get("CMAKE_COMMAND", "cmake"), "--install", tree, "--prefix", prefix,
            env={**os.environ, "DESTDIR": str(root)})
     return pathlib.Path(root)
 
