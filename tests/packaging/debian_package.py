@@ -5,7 +5,8 @@ import os
 import pathlib
 import re
 
-from support import build, check, check_equal, finish, need, output, run, source, temporary_directory, version
+from support import (build, check, check_equal, documents, finish, need, output, run, source, temporary_directory,
+                     version)
 
 for tool, package in (("lintian", "lintian"), ("dpkg-shlibdeps", "dpkg-dev"), ("file", "file"), ("strip", "binutils")):
     need(tool, package)
@@ -18,25 +19,11 @@ HELPER_FILES = """
 ./usr/share/doc/tarnwell/changelog.Debian.gz
 ./usr/share/doc/tarnwell/changelog.gz
 ./usr/share/doc/tarnwell/copyright
-./usr/share/doc/tarnwell/docs/architecture.md
-./usr/share/doc/tarnwell/docs/attacks.md
-./usr/share/doc/tarnwell/docs/decisions.md
-./usr/share/doc/tarnwell/docs/distance.svg
-./usr/share/doc/tarnwell/docs/fuzzing.md
-./usr/share/doc/tarnwell/docs/logs.md
-./usr/share/doc/tarnwell/docs/macos.md
-./usr/share/doc/tarnwell/docs/measurements.md
-./usr/share/doc/tarnwell/docs/performance.md
-./usr/share/doc/tarnwell/docs/performance.svg
-./usr/share/doc/tarnwell/docs/safety.md
-./usr/share/doc/tarnwell/docs/settings.md
-./usr/share/doc/tarnwell/docs/troubleshooting.md
-./usr/share/doc/tarnwell/docs/withholding.md
 ./usr/share/fish/vendor_completions.d/tarnwell.fish
 ./usr/share/lintian/overrides/tarnwell
 ./usr/share/man/man1/tarnwell.1.gz
 ./usr/share/zsh/vendor-completions/_tarnwell
-""".split()
+""".split() + [f"./usr/share/doc/tarnwell/{name}" for name in documents()]
 APP_FILES = """
 ./usr/bin/tarnwell-app
 ./usr/share/applications/app.tarnwell.Tarnwell.desktop

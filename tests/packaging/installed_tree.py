@@ -7,7 +7,8 @@ import pathlib
 import shutil
 import sys
 
-from support import (build, check, check_equal, finish, install, output, run, source, temporary_directory)
+from support import (build, check, check_equal, documents, finish, install, output, run, source,
+                     temporary_directory)
 
 EXPECTED = {
     "bin/tarnwell": 0o755,
@@ -16,20 +17,7 @@ EXPECTED = {
     "share/doc/tarnwell/CONTRIBUTING.md": 0o644,
     "share/doc/tarnwell/LICENSE": 0o644,
     "share/doc/tarnwell/README.md": 0o644,
-    "share/doc/tarnwell/docs/architecture.md": 0o644,
-    "share/doc/tarnwell/docs/attacks.md": 0o644,
-    "share/doc/tarnwell/docs/decisions.md": 0o644,
-    "share/doc/tarnwell/docs/distance.svg": 0o644,
-    "share/doc/tarnwell/docs/fuzzing.md": 0o644,
-    "share/doc/tarnwell/docs/logs.md": 0o644,
-    "share/doc/tarnwell/docs/macos.md": 0o644,
-    "share/doc/tarnwell/docs/measurements.md": 0o644,
-    "share/doc/tarnwell/docs/performance.md": 0o644,
-    "share/doc/tarnwell/docs/performance.svg": 0o644,
-    "share/doc/tarnwell/docs/safety.md": 0o644,
-    "share/doc/tarnwell/docs/settings.md": 0o644,
-    "share/doc/tarnwell/docs/troubleshooting.md": 0o644,
-    "share/doc/tarnwell/docs/withholding.md": 0o644,
+    **{f"share/doc/tarnwell/{name}": 0o644 for name in documents()},
     "share/fish/vendor_completions.d/tarnwell.fish": 0o644,
     "share/man/man1/tarnwell.1": 0o644,
     "share/zsh/site-functions/_tarnwell": 0o644,

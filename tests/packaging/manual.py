@@ -28,12 +28,15 @@ check("the usage names commands", len(words) >= 4, str(words))
 for word in [*words, "help", "-h", "--help"]:
     check(f"the manual tells of {word}", re.search(rf"^ +(?:help, )?(?:-h, )?{re.escape(word)}\b", plain, re.MULTILINE))
 
-variables = set()
+variables, app_variables = {"SSL_CERT_FILE", "SSL_CERT_DIR"}, {"LC_ALL", "LC_MESSAGES", "LANG"}  # OpenSSL's; locale(7)
 for path in (source / "src").rglob("*.cpp"):
-    variables |= set(re.findall(r'(?:getenv|environment)\("([A-Z_]+)"\)', path.read_text(encoding="utf-8")))
-variables |= {"SSL_CERT_FILE", "SSL_CERT_DIR"}  # which OpenSSL names
+    asked = app_variables if path.is_relative_to(source / "src/App") else variables
+    asked |= set(re.findall(r'(?:getenv|environment)\("([A-Z_]+)"\)', path.read_text(encoding="utf-8")))
+# Which language the system speaks is asked below the app, and for it.
+variables.remove("LANGUAGE")
+app_variables.add("LANGUAGE")
 check("the program asks for variables", "XDG_DATA_HOME" in variables, str(variables))
-for variable in variables - {"LANGUAGE"}:  # the language of the companion app's texts
+for variable in variables:
     check(f"the manual tells of {variable}", variable in plain)
 
 settings = (source / "docs/settings.md").read_text(encoding="utf-8")
@@ -45,6 +48,6 @@ for status in (0, 1, 2):
     check(f"the exit status {status} is explained", re.search(rf"^ +{status} +\w", plain, re.MULTILINE))
 
 app = read_page(build / "packaging/app/tarnwell-app.1")
-for variable in ("LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"):
+for variable in app_variables:
     check(f"the app's manual tells of {variable}", re.search(rf"\b{variable}\b", app))
 finish()

@@ -52,6 +52,12 @@ def output(*words, **options):
     return done.stdout
 
 
+def documents():
+    """What docs/ holds: the texts and their pictures. All of it is installed."""
+    return sorted(str(path.relative_to(source)) for path in (source / "docs").rglob("*")
+                  if path.suffix in (".md", ".svg", ".png"))
+
+
 def temporary_directory():
     return tempfile.TemporaryDirectory(prefix="tw.", dir="/tmp")
 
