@@ -84,8 +84,9 @@ inside() {
     bash -euo pipefail -c 'cd && "$@"' bash "$@"
 }
 
-# find_package RELEASE SYSTEM: sets package, the Debian package that bare-system left in build/packages/RELEASE.
-# Without that, scripts/package makes it first, as root on a bare system in the folder SYSTEM.
+# find_package RELEASE SYSTEM: sets package, the program's Debian package that bare-system left in
+# build/packages/RELEASE, beside that of the app. Without it, scripts/package makes both first, as root on a bare
+# system in the folder SYSTEM.
 find_package() {
   local release=$1 system=$2 packages="$root/build/packages/$1"
   package=$(echo "$packages"/tarnwell_*.deb)

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Every configuration block that README.md and the manual show for an MCP client is read as that client would
 read it; its server is started in the place of /usr/local/bin/tarnwell and answers. Both show the same blocks.
-The settings file that they show makes an account."""
+The settings file that the manual and docs/without-a-desktop.md show makes an account."""
 
 import json
 import re
@@ -64,6 +64,12 @@ def check_document(title, markdown):
     check(f"{title} shows what print-config prints",
           json.loads(printed) in [json.loads(block) for block in shown if block.startswith("{")])
 
+    return found
+
+
+def check_set_up(title, text):
+    """A document that tells how to set the program up by hand: the settings and the password."""
+    shown = blocks(text)
     settings = [block for block in shown if block.startswith("{") and "email" in json.loads(block)]
     check_equal(f"{title} shows one settings file", len(settings), 1)
     with temporary_directory() as home:
@@ -79,7 +85,6 @@ def check_document(title, markdown):
     check(f"{title}: the password is stored where the program looks",
           any(block == "secret-tool store --label=Tarnwell service app.tarnwell.Tarnwell account "
               + json.loads(settings[0])["email"] for block in shown))
-    return found
 
 
 need("mandoc", "mandoc")
@@ -87,11 +92,17 @@ readme = (source / "README.md").read_text(encoding="utf-8")
 manual = output("mandoc", "-T", "markdown", build / "packaging/tarnwell.1")
 check_equal("README.md and the manual show the same servers",
             check_document("README.md", readme), check_document("the manual", manual))
+check_set_up("docs/without-a-desktop.md", (source / "docs/without-a-desktop.md").read_text(encoding="utf-8"))
+check_set_up("the manual", manual)
 
-install = next((block for block in blocks(readme) if "apt-get install" in block and "cmake" in block), "")
-for purpose in re.findall(r"scripts/setup --list (\w+)", install):
-    check(f"README.md: scripts/setup --list {purpose} names packages",
-          "cmake" in output(source / "scripts/setup", "--list", purpose).split())
+installs = [block for block in blocks(readme) if "apt-get install" in block]
 check_equal("README.md takes the names of the packages from scripts/setup",
-            re.findall(r"recommends (.*)", install), ["$(scripts/setup --list build)"])
+            re.findall(r"recommends (.*)", "\n".join(installs)),
+            ["$(scripts/setup --list app)", "$(scripts/setup --list package)"])
+for purpose, needed in (("build", {"cmake"}), ("app", {"cmake", "qt6-base-dev"}),
+                        ("package", {"cmake", "qt6-base-dev", "dpkg-dev"})):
+    names = set(output(source / "scripts/setup", "--list", purpose).split())
+    check(f"scripts/setup --list {purpose} names packages", needed <= names, str(names))
+check("scripts/setup --list build needs no Qt",
+      not any(name.startswith("qt6") for name in output(source / "scripts/setup", "--list", "build").split()))
 finish()

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The indented blocks of a Markdown text.
 
-    markdown.py FILE HEADING    writes the blocks below that heading, each followed by a NUL
+    markdown.py FILE [HEADING]    writes the blocks of the file, or those below that heading, each followed by a NUL
 """
 
 import re
@@ -32,5 +32,6 @@ def section(text, heading):
 
 if __name__ == "__main__":
     with open(sys.argv[1], encoding="utf-8") as file:
-        for block in blocks(section(file.read(), sys.argv[2])):
-            sys.stdout.write(block + "\0")
+        text = file.read()
+    for block in blocks(section(text, sys.argv[2]) if len(sys.argv) > 2 else text):
+        sys.stdout.write(block + "\0")

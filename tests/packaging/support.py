@@ -52,13 +52,19 @@ def output(*words, **options):
     return done.stdout
 
 
+def documents():
+    """What docs/ holds: the texts and their pictures. All of it is installed."""
+    return sorted(str(path.relative_to(source)) for path in (source / "docs").rglob("*")
+                  if path.suffix in (".md", ".svg", ".png"))
+
+
 def temporary_directory():
     return tempfile.TemporaryDirectory(prefix="tw.", dir="/tmp")
 
 
-def install(root, prefix):
+def install(root, prefix, tree=build):
     """cmake --install of the build tree below `root`, as a packager does it."""
-    output(os.environ.get("CMAKE_COMMAND", "cmake"), "--install", build, "--prefix", prefix,
+    output(os.environ.get("CMAKE_COMMAND", "cmake"), "--install", tree, "--prefix", prefix,
            env={**os.environ, "DESTDIR": str(root)})
     return pathlib.Path(root)
 
