@@ -1,10 +1,6 @@
 #include "App/Pages/SafetyPage.h"
 
-#include <QLineEdit>
-#include <QSignalBlocker>
-
 #include "App/Pages/SafetyTexts.h"
-#include "App/Widgets/WheelGuard.h"
 
 namespace tarnwell {
 
@@ -67,30 +63,17 @@ void SafetyPage::addSwitch(Card* card, SafetySwitch item) {
 }
 
 void SafetyPage::addLimit(Card* card, SafetyLimit limit) {
-  auto* const control = new QSpinBox;
+  auto* const control = new NumberBox;
   const auto [least, most] = SafetyModel::bounds(limit);
   control->setRange(least, most);
   control->setSingleStep(limit == SafetyLimit::maxBodyChars ? 500 : 1);
-  control->setGroupSeparatorShown(true);
-  control->setKeyboardTracking(false);  // a number counts when it is complete
-  guardFromWheel(control);
   const LimitRow row{limit, control, new SettingRow(control, card)};
   card->rows()->addWidget(row.row);
   limits_.push_back(row);
-
-  const auto set = [this, row](int value) {
-    typedIn_ = nullptr;
+  connect(control, &NumberBox::chosen, this, [this, limit](int number) {
     forgetFailure();
-    safety_.set(row.limit, value);
-  };
-  connect(control, &QSpinBox::valueChanged, this, set);
-  connect(control->findChild<QLineEdit*>(), &QLineEdit::textEdited, this,
-          [this, control] { typedIn_ = control; });
-  connect(control, &QSpinBox::editingFinished, this, [this, control, set] {
-    if (typedIn_ == control) {
-      set(control->value());
-      showModel();
-    }
+    safety_.set(limit, number);
+    showModel();
   });
 }
 
@@ -123,10 +106,7 @@ void SafetyPage::showModel() {
   }
   for (const auto& [limit, control, row] : limits_) {
     row->setTexts(SafetyTexts::label(limit), SafetyTexts::sentence(limit, safety_.withoutEffect(limit)));
-    if (control != typedIn_) {
-      const QSignalBlocker isNoWish(control);
-      control->setValue(safety_.value(limit));
-    }
+    control->showNumber(safety_.value(limit));
   }
   summary_->setText(SafetyTexts::summary(safety_.summary()));
   withheld_->setText(SafetyTexts::withheld(safety_.summary()));

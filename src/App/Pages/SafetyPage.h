@@ -4,13 +4,13 @@
 ///
 /// Threads: that of the window. The model and the questions must outlive the page.
 
-#include <QSpinBox>
 #include <optional>
 #include <vector>
 
 #include "App/Models/SafetyModel.h"
 #include "App/Widgets/Card.h"
 #include "App/Widgets/Notice.h"
+#include "App/Widgets/NumberBox.h"
 #include "App/Widgets/Page.h"
 #include "App/Widgets/Questions.h"
 #include "App/Widgets/SettingRow.h"
@@ -35,7 +35,7 @@ class SafetyPage : public Page {
   };
   struct LimitRow {
     SafetyLimit limit;
-    QSpinBox* control;
+    NumberBox* control;
     SettingRow* row;
   };
 
@@ -62,8 +62,6 @@ class SafetyPage : public Page {
   QPushButton* back_;
   /// Why the last change could not be saved.
   std::optional<QString> failure_;
-  /// The box in which somebody is typing. News does not overwrite what is typed.
-  const QSpinBox* typedIn_ = nullptr;
 };
 
 }  // namespace tarnwell

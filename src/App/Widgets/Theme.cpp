@@ -68,6 +68,7 @@ QString styleSheetOf(Scheme scheme) {
     QLineEdit:focus, QSpinBox:focus, QComboBox:focus, QPushButton:focus, QToolButton:focus,
     QTableView:focus, QPlainTextEdit:focus { border: 2px solid @accent; }
     QLineEdit:focus, QSpinBox:focus, QComboBox:focus { padding: 5px 7px; }
+    QSpinBox::up-button, QSpinBox::down-button, QComboBox::drop-down { border: none; background: transparent; width: 22px; }
     QPushButton:focus { padding: 6px 15px; }
     QToolButton:focus { padding: 3px 7px; }
     QLineEdit[invalid="true"] { border-color: @error; }
