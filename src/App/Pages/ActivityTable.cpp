@@ -1,6 +1,5 @@
 #include "App/Pages/ActivityTable.h"
 
-#include <QDateTime>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
@@ -75,6 +74,7 @@ void ActivityTable::restorePlace() {
   } else if (top_.isValid()) {
     scrollTo(top_, PositionAtTop);
   }
+  fitTime();
   top_ = indexAt({0, 0});
 }
 
@@ -102,26 +102,32 @@ std::vector<int> ActivityTable::selectedRowNumbers() const {
 
 void ActivityTable::fitColumns() {
   const ActivityTexts texts;
-  const auto widest = [this](std::initializer_list<QString> words) {
-    int width = 0;
-    for (const QString& word : words) {
-      width = std::max(width, fontMetrics().horizontalAdvance(word));
-    }
-    return width + padding;
-  };
   using enum LogLevel;
   using AppLogger::Category;
-  const int widths[] = {
-      widest({texts.heading(ActivityColumn::time), "2000-00-00 00:00:00"}),
-      widest({texts.heading(ActivityColumn::level), texts.level(debug), texts.level(info),
-              texts.level(notice), texts.level(error)}),
-      widest({texts.heading(ActivityColumn::subject), texts.subject(Category::app),
-              texts.subject(Category::mcp), texts.subject(Category::imap), texts.subject(Category::security),
-              texts.subject(Category::tool), texts.subject(Category::http)})};
-  for (int column = 0; column < 3; ++column) {
-    setColumnWidth(column, widths[column]);
-  }
+  setColumnWidth(1, widthOf({texts.heading(ActivityColumn::level), texts.level(debug), texts.level(info),
+                             texts.level(notice), texts.level(error)}));
+  setColumnWidth(2, widthOf({texts.heading(ActivityColumn::subject), texts.subject(Category::app),
+                             texts.subject(Category::mcp), texts.subject(Category::imap),
+                             texts.subject(Category::security), texts.subject(Category::tool),
+                             texts.subject(Category::http)}));
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + padding / 2);
+  fitTime();
+}
+
+/// The day takes room only where there is an entry of another day. The first one is the oldest.
+void ActivityTable::fitTime() {
+  const ActivityTexts texts;
+  const QString oldest =
+      activity_.rowCount() > 0 ? texts.words(activity_.entry(0), ActivityColumn::time) : QString();
+  setColumnWidth(0, widthOf({texts.heading(ActivityColumn::time), oldest, "00:00:00"}));
+}
+
+int ActivityTable::widthOf(std::initializer_list<QString> words) const {
+  int width = 0;
+  for (const QString& word : words) {
+    width = std::max(width, fontMetrics().horizontalAdvance(word));
+  }
+  return width + padding;
 }
 
 void ActivityTable::keyPressEvent(QKeyEvent* event) {

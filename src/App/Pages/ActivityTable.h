@@ -7,6 +7,7 @@
 
 #include <QPersistentModelIndex>
 #include <QTableView>
+#include <initializer_list>
 #include <vector>
 
 #include "App/Models/ActivityModel.h"
@@ -40,6 +41,8 @@ class ActivityTable : public QTableView {
   void changeEvent(QEvent* event) override;
 
  private:
+  void fitTime();
+  int widthOf(std::initializer_list<QString> words) const;
   void restorePlace();
   void takeScroll(int value);
 
