@@ -162,7 +162,7 @@ QString keyringAction(KeyringState state) {
     case KeyringState::locked:
       return Words::tr("&Unlock");
     case KeyringState::absent:
-      return Words::tr("&Make a keyring");
+      return Words::tr("Make a &keyring");
     case KeyringState::ready:
     case KeyringState::noService:
       break;
