@@ -31,6 +31,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 . "$root/scripts/lib/keyring.sh"
 # shellcheck source=scripts/lib/display.sh
 . "$root/scripts/lib/display.sh"
+# shellcheck source=scripts/lib/journal.sh
+. "$root/scripts/lib/journal.sh"
 # shellcheck source=scripts/lib/settings.sh
 . "$root/scripts/lib/settings.sh"
 # shellcheck source=scripts/lib/recorder.sh

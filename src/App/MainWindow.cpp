@@ -75,7 +75,7 @@ void MainWindow::setTexts() {
     item->setText(static_cast<Page*>(pages_->widget(row))->title());
     const QFontMetrics metrics(navigation_->font());
     item->setSizeHint({0, metrics.height() + 18});
-    width = std::max(width, metrics.horizontalAdvance(item->text()) + 48);
+    width = std::max(width, metrics.horizontalAdvance(item->text()) + 64);
   }
   navigation_->setFixedWidth(width);
 }

@@ -84,12 +84,12 @@ class Window:
 
     def write(self, role, name, text):
         field = self.find(role, name)
-        assert Atspi.EditableText.set_text_contents(field.get_editable_text_iface(), text), name
+        assert Atspi.EditableText.set_text_contents(field, text), name
 
     def press(self, name):
         button = self.find("push button", name)
         eventually(lambda: button.get_state_set().contains(Atspi.StateType.ENABLED), f"“{name}” to press")
-        assert Atspi.Action.do_action(button.get_action_iface(), 0), name
+        assert Atspi.Action.do_action(button, 0), name
 
 
 def end(process):

@@ -1,5 +1,7 @@
 #include "App/Models/AboutModel.h"
 
+#include <QDir>
+
 #include <QSysInfo>
 #include <utility>
 
@@ -19,6 +21,12 @@ void AboutModel::setLanguage(std::optional<AppLanguage> language) {
   if (language != this->language()) {
     settings_.change([language](AppConfig& config) { config.language = language; });
   }
+}
+
+QString AboutModel::settingsPath() const {
+  const QString path = settings_.path();
+  const QString home = QDir::homePath() + QLatin1Char('/');
+  return path.startsWith(home) ? QLatin1String("~/") + path.mid(home.size()) : path;
 }
 
 QString AboutModel::secretService() const { return QString::fromUtf8(BridgeConstants::keychainService); }

@@ -29,7 +29,8 @@ class AboutModel : public QObject {
   std::optional<AppLanguage> language() const { return settings_.config().language; }
   void setLanguage(std::optional<AppLanguage> language);
 
-  QString settingsPath() const { return settings_.path(); }
+  /// With "~" for the person's home directory.
+  QString settingsPath() const;
   /// The service under which the password lies in the secret store.
   QString secretService() const;
   /// The command that shows the entries of this program in the log of the system.

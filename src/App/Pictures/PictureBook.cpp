@@ -20,7 +20,8 @@ void settle() {
 
 }  // namespace
 
-/// A palette of 256 colours is enough for a page and a third of the size.
+/// A palette of 256 colours is enough for a page, and a third of the size. Dots of other colours would make
+/// it large.
 bool PictureBook::draw(AppWindow::PageName page, const QString& name) {
   app_.choose(page);
   for (const AppLanguage language : AppLanguages::allCases) {
@@ -32,7 +33,8 @@ bool PictureBook::draw(AppWindow::PageName page, const QString& name) {
       const QString file =
           name + QLatin1Char('-') + QString::fromUtf8(code.data(), static_cast<qsizetype>(code.size())) +
           (scheme == Scheme::light ? QLatin1String("-light.png") : QLatin1String("-dark.png"));
-      const QImage picture = app_.window().grab().toImage().convertToFormat(QImage::Format_Indexed8);
+      const QImage picture = app_.window().grab().toImage().convertToFormat(
+          QImage::Format_Indexed8, Qt::ThresholdDither | Qt::AvoidDither);
       if (!picture.save(QDir(directory_).filePath(file))) {
         return false;
       }

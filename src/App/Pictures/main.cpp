@@ -4,7 +4,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QLineEdit>
+#include <QProcess>
 #include <cstdlib>
 #include <iostream>
 #include <string>
@@ -45,6 +45,30 @@ bool setUp(AccountModel& account, char** words) {
   });
 }
 
+/// What an assistant might do on a morning.
+bool work(const QString& helper) {
+  QProcess process;
+  process.setStandardErrorFile(QProcess::nullDevice());
+  process.start(helper, {QStringLiteral("serve")});
+  int number = 0;
+  const auto call = [&](const char* tool, const char* arguments) {
+    process.write(QStringLiteral(R"({"jsonrpc":"2.0","id":%1,"method":"tools/call",)"
+                                 R"("params":{"name":"%2","arguments":%3}})")
+                      .arg(++number)
+                      .arg(QLatin1String(tool), QLatin1String(arguments))
+                      .toUtf8() +
+                  '\n');
+  };
+  call("get_status", "{}");
+  call("list_folders", "{}");
+  call("search_inbox", "{}");
+  call("get_message_body", R"({"uid": 1})");
+  call("move_message", R"({"uid": 1, "destination": "Archive"})");
+  call("propose_inbox_cleanup", "{}");
+  process.closeWriteChannel();
+  return process.waitForFinished() && process.exitCode() == 0;
+}
+
 int drawAll(int count, char** words) {
   QApplication application(count, words);
   SettingsFile settings(ConfigStore::shared());
@@ -53,9 +77,9 @@ int drawAll(int count, char** words) {
   applyTheme(application, Scheme::light);
   AppWindow app(settings, KeychainStore::shared());
   app.window().show();
-  if (count != 5 || !setUp(app.account(), words)) {
+  if (count != 6 || !setUp(app.account(), words) || !work(QString::fromUtf8(words[5]))) {
     std::cerr
-        << "usage: tarnwell-app-pictures DIRECTORY ADDRESS HOST PORT <PASSWORD, and the account must work\n";
+        << "usage: tarnwell-app-pictures DIRECTORY ADDRESS HOST PORT HELPER, with an account that works\n";
     return 1;
   }
   PictureBook book(app, language, QString::fromUtf8(words[1]));

@@ -59,16 +59,16 @@ QPalette paletteOf(Scheme scheme) {
 QString styleSheetOf(Scheme scheme) {
   const Colours& colours = coloursOf(scheme);
   return QStringLiteral(R"(
-    QLineEdit, QSpinBox, QComboBox, QPushButton, QToolButton {
-      border: 1px solid @border; border-radius: 6px; background: @base; color: @text;
+    QLineEdit, QSpinBox, QPushButton, QToolButton {
+      border: 1px solid @border; border-radius: 6px; background: @base;
     }
-    QLineEdit, QSpinBox, QComboBox { padding: 6px 8px; min-height: 20px; }
+    QLineEdit, QSpinBox { padding: 6px 8px; min-height: 20px; }
     QPushButton { padding: 7px 16px; min-height: 18px; }
     QToolButton { padding: 4px 8px; }
-    QLineEdit:focus, QSpinBox:focus, QComboBox:focus, QPushButton:focus, QToolButton:focus,
+    QLineEdit:focus, QSpinBox:focus, QPushButton:focus, QToolButton:focus,
     QTableView:focus, QPlainTextEdit:focus { border: 2px solid @accent; }
-    QLineEdit:focus, QSpinBox:focus, QComboBox:focus { padding: 5px 7px; }
-    QSpinBox::up-button, QSpinBox::down-button, QComboBox::drop-down { border: none; background: transparent; width: 22px; }
+    QLineEdit:focus, QSpinBox:focus { padding: 5px 7px; }
+    QSpinBox::up-button, QSpinBox::down-button { border: none; background: transparent; width: 22px; }
     QPushButton:focus { padding: 6px 15px; }
     QToolButton:focus { padding: 3px 7px; }
     QLineEdit[invalid="true"] { border-color: @error; }
@@ -84,7 +84,7 @@ QString styleSheetOf(Scheme scheme) {
     QListWidget#navigation::item { padding: 0 12px; border-radius: 6px; color: @text; }
     QListWidget#navigation::item:hover { background: @alternate; }
     QListWidget#navigation::item:selected { background: @accent; color: @onAccent; }
-    QListWidget#navigation:focus::item:selected { border: 2px solid @text; padding: 0 10px; }
+    QListWidget#navigation::item:focus { border: 2px solid @text; padding: 0 10px; }
     QTableView { background: @base; alternate-background-color: @alternate; border: 1px solid @border;
                  border-radius: 6px; gridline-color: @border; }
     QHeaderView::section { background: @window; color: @text; border: none;
@@ -92,6 +92,14 @@ QString styleSheetOf(Scheme scheme) {
     QPlainTextEdit { background: @base; border: 1px solid @border; border-radius: 6px; }
     QScrollArea { background: transparent; border: none; }
     QScrollArea > QWidget > QWidget { background: transparent; }
+    QScrollBar:vertical { background: transparent; width: 12px; margin: 0; border: none; }
+    QScrollBar:horizontal { background: transparent; height: 12px; margin: 0; border: none; }
+    QScrollBar::handle { background: @border; border-radius: 4px; margin: 2px; }
+    QScrollBar::handle:hover { background: @faint; }
+    QScrollBar::handle:vertical { min-height: 32px; }
+    QScrollBar::handle:horizontal { min-width: 32px; }
+    QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
+    QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
     QToolTip { background: @base; color: @text; border: 1px solid @border; padding: 4px; }
   )")
       .replace(QLatin1String("@window"), name(colours.window))
