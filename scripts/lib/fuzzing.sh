@@ -9,7 +9,7 @@ fuzz_targets() { (cd "$root/fuzz" && printf '%s\n' *Fuzz.cpp) | sed 's/Fuzz\.cpp
 # something (crash-*).
 exec_fuzz_target() {
   local target=$1 seconds=$2 learned=$3
-  exec "build/fuzz/fuzz/${target}Fuzz" "$learned" "fuzz/corpus/$target" -dict="fuzz/dictionaries/$target.dict" \
+  exec "build/asan/fuzz/${target}Fuzz" "$learned" "fuzz/corpus/$target" -dict="fuzz/dictionaries/$target.dict" \
     -artifact_prefix="$learned/" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=1024 \
     -print_final_stats=1 </dev/null
 }
