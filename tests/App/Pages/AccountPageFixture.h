@@ -57,7 +57,6 @@ class AccountPageTest : public testing::TestWithParam<AppLanguage> {
     applyTheme(*qApp, Scheme::light);
     page->resize(640, 560);
     page->show();
-    page->setFocus();
     page->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&*page));
   }
@@ -95,8 +94,11 @@ class AccountPageTest : public testing::TestWithParam<AppLanguage> {
   /// What a screen reader calls it.
   static QString nameOf(QWidget* widget) {
     QAccessibleInterface* const heard = QAccessible::queryAccessibleInterface(widget);
-    QString name = heard == nullptr ? QString() : heard->text(QAccessible::Name);
-    return name;
+    const QString name = heard == nullptr ? QString() : heard->text(QAccessible::Name);
+    // Of a button's mnemonic in Japanese, Qt takes away only the ampersand.
+    return name.endsWith(QLatin1Char(')')) && name.size() > 3 && name.at(name.size() - 3) == QLatin1Char('(')
+               ? name.chopped(3)
+               : name;
   }
   static QString focusName() { return focus() == nullptr ? QString() : nameOf(focus()); }
 
