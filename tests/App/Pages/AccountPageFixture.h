@@ -171,6 +171,29 @@ class AccountPageTest : public testing::TestWithParam<AppLanguage> {
   bool saysNews(AccountNews::Kind kind, const Provider* provider = nullptr) {
     return says(AccountTexts::news({.kind = kind, .provider = provider}));
   }
+  /// What has less room than it needs.
+  QStringList cutOff() const {
+    QStringList names;
+    for (const QLabel* const label : page->findChildren<QLabel*>()) {
+      const int needed =
+          label->hasHeightForWidth() ? label->heightForWidth(label->width()) : label->sizeHint().height();
+      if (label->isVisible() &&
+          (label->height() < needed || label->width() < label->minimumSizeHint().width())) {
+        names.append(label->text());
+      }
+    }
+    for (const QAbstractButton* const control : page->findChildren<QAbstractButton*>()) {
+      if (control->isVisible() && control->width() < control->sizeHint().width()) {
+        names.append(control->text());
+      }
+    }
+    for (const QScrollArea* const area : page->findChildren<QScrollArea*>()) {
+      if (area->widget()->width() > area->viewport()->width()) {
+        names.append(QStringLiteral("the page itself"));
+      }
+    }
+    return names;
+  }
   template <class Condition>
   static bool until(Condition condition) {
     return QTest::qWaitFor(condition, 20'000);

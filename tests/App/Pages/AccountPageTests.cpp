@@ -294,6 +294,27 @@ TEST_P(AccountPageTest, untrustedFileSaysWhyNothingCanBeSaved) {
   EXPECT_TRUE(button(testing_())->isEnabled());
 }
 
+/// Each text in the place where it stands, as wide as the page is in a window of 800 by 600.
+TEST_P(AccountPageTest, nothingIsCutOff) {
+  saveOutside("anna@example.org", "imap.example.org");
+  keyring->state = KeyringState::locked;
+  open();
+  page->resize(600, 560);
+  ASSERT_TRUE(says(AccountTexts::keyring(KeyringState::locked)));
+  for (const char* address : {"anna@icloud.com", "anna@gmail.com", "anna@hotmail.com", "anna@docomo.ne.jp",
+                              "anna@web.de", "anna@zoho.com", "anna@example.com"}) {
+    write(address);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(cutOff(), QStringList()) << address;
+  }
+  items.answers = {SecretStatus::notAvailable};
+  write("anna@icloud.com");
+  pressButton(testing_());
+  ASSERT_TRUE(saysNews(Kind::keyringMissing));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(cutOff(), QStringList());
+}
+
 TEST_P(AccountPageTest, anotherLanguageKeepsWhatWasTyped) {
   open();
   fillIn("anna@gmail.com", "imap.gmail.com", 993, "geheim");
