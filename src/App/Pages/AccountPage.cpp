@@ -3,6 +3,7 @@
 #include <QFocusEvent>
 #include <QScopedValueRollback>
 #include <QShortcut>
+#include <utility>
 
 #include "App/Pages/AccountTexts.h"
 
@@ -108,7 +109,6 @@ void AccountPage::build() {
   footer()->addStretch(1);
   footer()->addWidget(remove_);
   footer()->addWidget(save_);
-  setFocusProxy(email.input);
 }
 
 void AccountPage::listen() {
@@ -173,6 +173,9 @@ bool AccountPage::eventFilter(QObject* watched, QEvent* event) {
 void AccountPage::showEvent(QShowEvent* event) {
   Page::showEvent(event);
   account_.refreshKeyring();
+  if (!account_.isConfigured() && !std::exchange(wasShown_, true)) {
+    entries_.front().input->setFocus();
+  }
 }
 
 void AccountPage::testOrCancel() {

@@ -69,6 +69,7 @@ class AccountPage : public Page {
   QPushButton* remove_;
   QPushButton* save_;
   bool isShowingModel_ = false;
+  bool wasShown_ = false;
 };
 
 }  // namespace tarnwell

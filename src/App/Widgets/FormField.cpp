@@ -29,6 +29,7 @@ FormField::FormField(QWidget* input, QWidget* parent)
   label_->setBuddy(input_);
   hint_->setOpenExternalLinks(true);
   hint_->setTextInteractionFlags(Qt::TextBrowserInteraction);
+  setTabOrder(input_, hint_);          // only for what can take the focus
   hint_->setFocusPolicy(Qt::NoFocus);  // unless it has a link
   error_->setTextFormat(Qt::PlainText);
   auto* const rows = new QVBoxLayout(this);
@@ -49,6 +50,9 @@ void FormField::setLabel(const QString& label) {
 }
 
 void FormField::setHint(const QString& richText) {
+  if (richText == hint_->text()) {
+    return;  // a link that has the focus keeps it
+  }
   hint_->setText(richText);
   hint_->setVisible(!richText.isEmpty());
   const bool hasLink = richText.contains(QLatin1String("<a "));

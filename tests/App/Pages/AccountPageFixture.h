@@ -57,7 +57,6 @@ class AccountPageTest : public testing::TestWithParam<AppLanguage> {
     applyTheme(*qApp, Scheme::light);
     page->resize(640, 560);
     page->show();
-    page->setFocus();
     page->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&*page));
   }
@@ -95,8 +94,11 @@ class AccountPageTest : public testing::TestWithParam<AppLanguage> {
   /// What a screen reader calls it.
   static QString nameOf(QWidget* widget) {
     QAccessibleInterface* const heard = QAccessible::queryAccessibleInterface(widget);
-    QString name = heard == nullptr ? QString() : heard->text(QAccessible::Name);
-    return name;
+    const QString name = heard == nullptr ? QString() : heard->text(QAccessible::Name);
+    // Of a button's mnemonic in Japanese, Qt takes away only the ampersand.
+    return name.endsWith(QLatin1Char(')')) && name.size() > 3 && name.at(name.size() - 3) == QLatin1Char('(')
+               ? name.chopped(3)
+               : name;
   }
   static QString focusName() { return focus() == nullptr ? QString() : nameOf(focus()); }
 
@@ -168,6 +170,29 @@ class AccountPageTest : public testing::TestWithParam<AppLanguage> {
   }
   bool saysNews(AccountNews::Kind kind, const Provider* provider = nullptr) {
     return says(AccountTexts::news({.kind = kind, .provider = provider}));
+  }
+  /// What has less room than it needs.
+  QStringList cutOff() const {
+    QStringList names;
+    for (const QLabel* const label : page->findChildren<QLabel*>()) {
+      const int needed =
+          label->hasHeightForWidth() ? label->heightForWidth(label->width()) : label->sizeHint().height();
+      if (label->isVisible() &&
+          (label->height() < needed || label->width() < label->minimumSizeHint().width())) {
+        names.append(label->text());
+      }
+    }
+    for (const QAbstractButton* const control : page->findChildren<QAbstractButton*>()) {
+      if (control->isVisible() && control->width() < control->sizeHint().width()) {
+        names.append(control->text());
+      }
+    }
+    for (const QScrollArea* const area : page->findChildren<QScrollArea*>()) {
+      if (area->widget()->width() > area->viewport()->width()) {
+        names.append(QStringLiteral("the page itself"));
+      }
+    }
+    return names;
   }
   template <class Condition>
   static bool until(Condition condition) {

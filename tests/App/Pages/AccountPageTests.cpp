@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QDesktopServices>
+#include <QUrl>
 #include <fstream>
 
 #include "App/Pages/AccountPageFixture.h"
@@ -28,7 +30,9 @@ TEST_P(AccountPageTest, tabVisitsEverythingInTheOrderOfThePage) {
   ASSERT_TRUE(tabTo(email()));
   QStringList stops;
   do {
-    stops.append(focusName());
+    if (stops.value(stops.size() - 1) != focusName()) {  // a hint comes first, its link second
+      stops.append(focusName());
+    }
     press(Qt::Key_Tab);
   } while (focusName() != email() && stops.size() < 30);
   const QString hint = stops.value(4);
@@ -111,6 +115,30 @@ TEST_P(AccountPageTest, knownProviderIsFilledInAndItsPasswordExplained) {
   EXPECT_TRUE(
       shown().contains(textWord("%1 needs an app password, not your ordinary one.").arg("iCloud Mail")));
   EXPECT_TRUE(shown().contains("<a href=\"https://support.apple.com/102654\">"));
+}
+
+/// Notes the pages that would open in the browser.
+class Browser : public QObject {
+  Q_OBJECT
+
+ public:
+  Browser() { QDesktopServices::setUrlHandler("https", this, "open"); }
+  ~Browser() override { QDesktopServices::unsetUrlHandler("https"); }
+
+  Q_INVOKABLE void open(const QUrl& url) { opened.append(url.toString()); }
+
+  QStringList opened;
+};
+
+TEST_P(AccountPageTest, linkOpensByKeys) {
+  const Browser browser;
+  open();
+  write("anna@icloud.com");
+  ASSERT_TRUE(tabTo(password()));
+  press(Qt::Key_Tab);
+  press(Qt::Key_Tab);
+  press(Qt::Key_Return);
+  EXPECT_EQ(browser.opened, QStringList("https://support.apple.com/102654"));
 }
 
 TEST_P(AccountPageTest, providerWithoutPasswordsIsNamedWhileTyping) {
@@ -266,6 +294,27 @@ TEST_P(AccountPageTest, untrustedFileSaysWhyNothingCanBeSaved) {
   EXPECT_TRUE(button(testing_())->isEnabled());
 }
 
+/// Each text in the place where it stands, as wide as the page is in a window of 800 by 600.
+TEST_P(AccountPageTest, nothingIsCutOff) {
+  saveOutside("anna@example.org", "imap.example.org");
+  keyring->state = KeyringState::locked;
+  open();
+  page->resize(600, 560);
+  ASSERT_TRUE(says(AccountTexts::keyring(KeyringState::locked)));
+  for (const char* address : {"anna@icloud.com", "anna@gmail.com", "anna@hotmail.com", "anna@docomo.ne.jp",
+                              "anna@web.de", "anna@zoho.com", "anna@example.com"}) {
+    write(address);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(cutOff(), QStringList()) << address;
+  }
+  items.answers = {SecretStatus::notAvailable};
+  write("anna@icloud.com");
+  pressButton(testing_());
+  ASSERT_TRUE(saysNews(Kind::keyringMissing));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(cutOff(), QStringList());
+}
+
 TEST_P(AccountPageTest, anotherLanguageKeepsWhatWasTyped) {
   open();
   fillIn("anna@gmail.com", "imap.gmail.com", 993, "geheim");
@@ -279,3 +328,5 @@ TEST_P(AccountPageTest, anotherLanguageKeepsWhatWasTyped) {
 
 }  // namespace
 }  // namespace tarnwell::test
+
+#include "AccountPageTests.moc"
