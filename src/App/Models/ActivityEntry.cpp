@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <algorithm>
+#include <ctime>
 
 namespace tarnwell {
 namespace {
@@ -69,6 +70,16 @@ ActivityEntry activityEntry(const LogEntry& own) {
 ActivityEntry activityEntry(const FollowedEntry& followed) {
   return entryOf(followed.date, levelOf(followed.type), followed.category, followed.message,
                  followed.processID);
+}
+
+/// Every entry needs it as it arrives, and `QDateTime` takes many times as long.
+QString localTime(std::chrono::system_clock::time_point date) {
+  const std::time_t time = std::chrono::system_clock::to_time_t(date);
+  std::tm local{};
+  ::localtime_r(&time, &local);
+  char text[40];
+  const std::size_t length = std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local);
+  return QString::fromLatin1(text, static_cast<qsizetype>(length));
 }
 
 }  // namespace tarnwell

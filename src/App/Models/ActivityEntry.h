@@ -32,6 +32,9 @@ struct ActivityEntry {
 ActivityEntry activityEntry(const LogEntry& own);
 ActivityEntry activityEntry(const FollowedEntry& followed);
 
+/// Such as "2024-05-01 09:30:00", in the local time zone.
+QString localTime(std::chrono::system_clock::time_point date);
+
 enum class ActivityColumn { time, level, subject, text };
 
 /// How the parts of an entry are said. The models know no words.

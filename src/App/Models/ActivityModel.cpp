@@ -1,6 +1,5 @@
 #include "App/Models/ActivityModel.h"
 
-#include <QDateTime>
 #include <QSaveFile>
 #include <algorithm>
 #include <array>
@@ -18,9 +17,10 @@ namespace {
 
 using Clock = std::chrono::system_clock;
 
-/// A batch is small enough to leave time for the frame, and several fit into a tenth of a second.
-constexpr std::size_t batchEntries = 500;
-constexpr std::chrono::milliseconds batchPause{15};
+/// Entries are taken in for about half a frame, then the window may draw.
+constexpr std::size_t batchEntries = 100;
+constexpr std::chrono::milliseconds turn{8};
+constexpr std::chrono::milliseconds pauseBetweenTurns{10};
 
 constexpr ActivityColumn columns[] = {ActivityColumn::time, ActivityColumn::level, ActivityColumn::subject,
                                       ActivityColumn::text};
@@ -42,10 +42,10 @@ ActivityModel::ActivityModel(LogBuffer& own, const ActivityWords& words, Follow 
       words_(words),
       startFollowing_(std::move(follow)),
       inbox_(std::make_shared<ActivityInbox>(keptEntries)) {
-  batch_.setSingleShot(true);
-  batch_.setInterval(batchPause);
-  connect(&batch_, &QTimer::timeout, this, &ActivityModel::take);
-  inbox_->open(this, [this] { batch_.start(); });
+  nextTurn_.setSingleShot(true);
+  nextTurn_.setInterval(pauseBetweenTurns);
+  connect(&nextTurn_, &QTimer::timeout, this, &ActivityModel::takeTurn);
+  inbox_->open(this, [this] { nextTurn_.start(); });
   beginWithOwnEntries();
 }
 
@@ -103,13 +103,27 @@ void ActivityModel::hear(LogAccess access) {
   }
 }
 
-void ActivityModel::take() {
-  ActivityInbox::Taken taken = inbox_->take(batchEntries);
-  std::stable_sort(
-      taken.entries.begin(), taken.entries.end(),
-      [](const ActivityEntry& one, const ActivityEntry& other) { return one.date < other.date; });
+void ActivityModel::takeTurn() {
+  const auto end = std::chrono::steady_clock::now() + turn;
+  std::size_t rest = 0;
+  do {
+    ActivityInbox::Taken taken = inbox_->take(batchEntries);
+    rest = taken.rest;
+    insert(std::move(taken.entries));
+  } while (rest > 0 && std::chrono::steady_clock::now() < end);
+  dropOldest();
+  if (rest > 0) {
+    nextTurn_.start();
+  }
+  Q_EMIT grown();
+}
+
+void ActivityModel::insert(std::vector<ActivityEntry> entries) {
+  std::stable_sort(entries.begin(), entries.end(), [](const ActivityEntry& one, const ActivityEntry& other) {
+    return one.date < other.date;
+  });
   std::vector<Item*> fresh;
-  for (ActivityEntry& entry : taken.entries) {
+  for (ActivityEntry& entry : entries) {
     if (cleared_ && entry.date <= *cleared_) {
       continue;
     }
@@ -122,11 +136,6 @@ void ActivityModel::take() {
                   std::move(item));
   }
   insertShown(fresh);
-  dropOldest();
-  if (taken.rest > 0) {
-    batch_.start();
-  }
-  Q_EMIT grown();
 }
 
 /// Entries that belong at one place are inserted at once. Mostly that is all of them, at the end.
@@ -213,9 +222,7 @@ QString ActivityModel::lines(const std::vector<int>& rows) const {
   QString text;
   for (const int row : rows) {
     const ActivityEntry& shown = entry(row);
-    const qint64 time =
-        std::chrono::duration_cast<std::chrono::milliseconds>(shown.date.time_since_epoch()).count();
-    text += QDateTime::fromMSecsSinceEpoch(time).toString(u"yyyy-MM-dd HH:mm:ss");
+    text += localTime(shown.date);
     for (const ActivityColumn column :
          {ActivityColumn::level, ActivityColumn::subject, ActivityColumn::text}) {
       text += '\t' + words_.words(shown, column);

@@ -74,7 +74,7 @@ class ActivityModel : public QAbstractTableModel {
 
  Q_SIGNALS:
   void accessChanged();
-  /// A batch of entries has been taken in.
+  /// Some entries have been taken in.
   void grown();
   void saved(const QString& path);
   /// The file could not be written, for this reason in the system's words.
@@ -90,7 +90,8 @@ class ActivityModel : public QAbstractTableModel {
   static std::shared_ptr<void> followSystemLog(LogFollower::Query query, LogFollower::Heard heard);
   void beginWithOwnEntries();
   void hear(LogAccess access);
-  void take();
+  void takeTurn();
+  void insert(std::vector<ActivityEntry> entries);
   void insertShown(const std::vector<Item*>& items);
   void dropOldest();
   QString wordsOf(const ActivityEntry& entry) const;
@@ -101,7 +102,7 @@ class ActivityModel : public QAbstractTableModel {
   const ActivityWords& words_;
   Follow startFollowing_;
   std::shared_ptr<ActivityInbox> inbox_;
-  QTimer batch_;
+  QTimer nextTurn_;
   std::deque<std::unique_ptr<Item>> items_;
   /// The items that match the search, in the same order.
   std::deque<Item*> shown_;

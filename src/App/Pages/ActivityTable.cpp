@@ -68,7 +68,6 @@ void ActivityTable::setFollowing(bool isFollowing) {
 
 void ActivityTable::restorePlace() {
   const QScopedValueRollback guard(isRestoring_, true);
-  executeDelayedItemsLayout();  // a shorter table moves the scroll bar, and nobody scrolled
   if (isFollowing_) {
     scrollToBottom();
   } else if (top_.isValid()) {

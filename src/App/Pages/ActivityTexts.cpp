@@ -1,6 +1,5 @@
 #include "App/Pages/ActivityTexts.h"
 
-#include <QDateTime>
 #include <algorithm>
 #include <chrono>
 #include <limits>
@@ -10,10 +9,10 @@ namespace {
 
 /// The day only where it is not today.
 QString timeWords(std::chrono::system_clock::time_point date) {
-  const qint64 time = std::chrono::duration_cast<std::chrono::milliseconds>(date.time_since_epoch()).count();
-  const QDateTime local = QDateTime::fromMSecsSinceEpoch(time);
-  const bool isToday = local.date() == QDate::currentDate();
-  return local.toString(isToday ? QStringLiteral("HH:mm:ss") : QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+  constexpr qsizetype day = 11;  // "2024-05-01 "
+  const QString full = localTime(date);
+  const bool isToday = full.startsWith(localTime(std::chrono::system_clock::now()).first(day));
+  return isToday ? full.sliced(day) : full;
 }
 
 QString seconds(const LogText& text) {

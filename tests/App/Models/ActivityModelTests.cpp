@@ -169,25 +169,35 @@ TEST_F(ActivityModelTest, threadsLogAtTheSameTime) {
   }
 }
 
+/// Each of the 500 entries that the buffer holds arrives while the model is made: before, between, or after.
 TEST_F(ActivityModelTest, ownEntriesComeOnceWhileOthersLog) {
-  for (int round = 0; round < 50; ++round) {
+  constexpr int writers = 3;
+  constexpr int each = 160;
+  for (int round = 0; round < 100; ++round) {
     LogBuffer busy;
-    std::thread writer([&] {
-      for (int number = 0; number < 400; ++number) {
-        LogEntry entry{{}, moment(number), LogLevel::info, "app", std::to_string(number)};
-        entry.id = {static_cast<std::uint8_t>(number / 200), static_cast<std::uint8_t>(number % 200)};
-        busy.append(entry);
-      }
-    });
-    while (busy.snapshot().empty()) {
+    std::vector<std::thread> threads;
+    for (int writer = 0; writer < writers; ++writer) {
+      threads.emplace_back([&busy, writer] {
+        for (int number = 0; number < each; ++number) {
+          busy.append({{static_cast<std::uint8_t>(writer), static_cast<std::uint8_t>(number), 1},
+                       moment(number),
+                       LogLevel::info,
+                       "app",
+                       "entry"});
+        }
+      });
+    }
+    while (busy.snapshot().size() < 20) {
       std::this_thread::yield();
     }
     const ActivityModel early(busy, words, log.follow());
-    writer.join();
-    busy.append(ownEntry(400, "last"));
+    for (std::thread& thread : threads) {
+      thread.join();
+    }
+    busy.append(ownEntry(each, "last"));
     ASSERT_TRUE(QTest::qWaitFor(
         [&] { return early.rowCount() > 0 && early.entry(early.rowCount() - 1).original == "last"; }));
-    EXPECT_EQ(early.rowCount(), 401);
+    ASSERT_EQ(early.rowCount(), writers * each + 1);
   }
 }
 
