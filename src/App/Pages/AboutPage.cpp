@@ -6,8 +6,6 @@
 #include <QRegularExpression>
 #include <QTextDocumentFragment>
 
-#include "App/Widgets/WheelGuard.h"
-
 namespace tarnwell {
 
 namespace {
@@ -33,7 +31,7 @@ AboutPage::AboutPage(AboutModel& about, QWidget* parent)
       copyNotice_(new Notice(this)),
       program_(new ToneLabel(Tone::text, this)),
       languages_(new Card(this)),
-      language_(new QComboBox),
+      language_(new ChoiceBox),
       languageField_(new FormField(language_, languages_)),
       places_(new Card(this)),
       settingsPlace_(addPlace(about_.settingsPath())),
@@ -51,8 +49,6 @@ AboutPage::AboutPage(AboutModel& about, QWidget* parent)
   for (const AppLanguage language : AppLanguages::allCases) {
     language_->addItem(QString::fromUtf8(displayName(language)));
   }
-  language_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-  guardFromWheel(language_);
   languages_->rows()->addWidget(languageField_);
 
   auto* const licence = new ToneLabel(Tone::faint, licence_);
@@ -74,7 +70,7 @@ AboutPage::AboutPage(AboutModel& about, QWidget* parent)
     before = next;
   }
 
-  connect(language_, &QComboBox::activated, this, [this](int row) {
+  connect(language_, &ChoiceBox::activated, this, [this](int row) {
     failure_.reset();
     about_.setLanguage(row > 0 ? std::optional(AppLanguages::allCases.at(static_cast<std::size_t>(row) - 1))
                                : std::nullopt);

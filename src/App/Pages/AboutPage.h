@@ -4,12 +4,12 @@
 ///
 /// Threads: that of the window. The model must outlive the page.
 
-#include <QComboBox>
 #include <QLineEdit>
 #include <optional>
 
 #include "App/Models/AboutModel.h"
 #include "App/Widgets/Card.h"
+#include "App/Widgets/ChoiceBox.h"
 #include "App/Widgets/FormField.h"
 #include "App/Widgets/Notice.h"
 #include "App/Widgets/Page.h"
@@ -36,7 +36,7 @@ class AboutPage : public Page {
   Notice* copyNotice_;
   ToneLabel* program_;
   Card* languages_;
-  QComboBox* language_;
+  ChoiceBox* language_;
   FormField* languageField_;
   Card* places_;
   FormField* settingsPlace_;

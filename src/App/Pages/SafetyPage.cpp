@@ -63,9 +63,8 @@ void SafetyPage::addSwitch(Card* card, SafetySwitch item) {
 }
 
 void SafetyPage::addLimit(Card* card, SafetyLimit limit) {
-  auto* const control = new NumberBox;
   const auto [least, most] = SafetyModel::bounds(limit);
-  control->setRange(least, most);
+  auto* const control = new NumberBox(least, most);
   control->setSingleStep(limit == SafetyLimit::maxBodyChars ? 500 : 1);
   const LimitRow row{limit, control, new SettingRow(control, card)};
   card->rows()->addWidget(row.row);

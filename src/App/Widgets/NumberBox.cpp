@@ -1,15 +1,16 @@
 #include "App/Widgets/NumberBox.h"
 
 #include <QLineEdit>
-#include <QPainter>
 #include <QSignalBlocker>
 #include <QStyleOptionSpinBox>
 
+#include "App/Widgets/Chevron.h"
 #include "App/Widgets/WheelGuard.h"
 
 namespace tarnwell {
 
-NumberBox::NumberBox(QWidget* parent) : QSpinBox(parent) {
+NumberBox::NumberBox(int least, int most, QWidget* parent) : QSpinBox(parent) {
+  setRange(least, most);
   setGroupSeparatorShown(true);
   setKeyboardTracking(false);
   guardFromWheel(this);
@@ -34,25 +35,17 @@ void NumberBox::showNumber(int number) {
   }
 }
 
-/// The style sheet leaves the buttons empty, because it knows arrows only as picture files.
 void NumberBox::paintEvent(QPaintEvent* event) {
   QSpinBox::paintEvent(event);
   QStyleOptionSpinBox option;
   initStyleOption(&option);
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  for (const bool isUp : {true, false}) {
-    const bool mayStep = isEnabled() && stepEnabled().testFlag(isUp ? StepUpEnabled : StepDownEnabled);
-    painter.setPen(QPen(palette().color(mayStep ? QPalette::Text : QPalette::Mid), 1.5));
-    const QPointF middle =
-        QRectF(style()->subControlRect(QStyle::CC_SpinBox, &option,
-                                       isUp ? QStyle::SC_SpinBoxUp : QStyle::SC_SpinBoxDown, this))
-            .center();
-    const qreal tip = isUp ? -2 : 2;
-    const QPointF chevron[] = {middle + QPointF(-4, -tip), middle + QPointF(0, tip),
-                               middle + QPointF(4, -tip)};
-    painter.drawPolyline(chevron, 3);
-  }
+  const auto draw = [&](QStyle::SubControl button, StepEnabledFlag step, Pointing pointing) {
+    const QRect place = style()->subControlRect(QStyle::CC_SpinBox, &option, button, this);
+    const bool mayStep = isEnabled() && stepEnabled().testFlag(step);
+    drawChevron(this, QRectF(place).center(), pointing, mayStep ? QPalette::Text : QPalette::Mid);
+  };
+  draw(QStyle::SC_SpinBoxUp, StepUpEnabled, Pointing::up);
+  draw(QStyle::SC_SpinBoxDown, StepDownEnabled, Pointing::down);
 }
 
 }  // namespace tarnwell

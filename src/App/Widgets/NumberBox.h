@@ -13,7 +13,7 @@ class NumberBox : public QSpinBox {
   Q_OBJECT
 
  public:
-  explicit NumberBox(QWidget* parent = nullptr);
+  NumberBox(int least, int most, QWidget* parent = nullptr);
 
   /// True while a number is typed that does not count yet. News must not overwrite it.
   bool isBeingTyped() const { return isBeingTyped_; }

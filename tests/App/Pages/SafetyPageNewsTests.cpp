@@ -1,6 +1,5 @@
 /// What the page shows by itself: failures, changes from outside, texts.
 
-#include <QWheelEvent>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -176,21 +175,6 @@ TEST_P(SafetyPageIn, nothingIsCutOff) {
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(cutOff(*page_), QStringList()) << size.width();
   }
-}
-
-TEST_P(SafetyPageIn, wheelPassesANumberThatIsNotInUse) {
-  begin();
-  auto* const box = page_->findChild<QSpinBox*>();
-  const auto turn = [box] {
-    QWheelEvent event(QPointF(5, 5), box->mapToGlobal(QPointF(5, 5)), {}, {0, 120}, Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(box, &event);
-  };
-  turn();
-  EXPECT_EQ(box->value(), 20);
-  box->setFocus();
-  turn();
-  EXPECT_EQ(box->value(), 21);
 }
 
 }  // namespace
