@@ -1,6 +1,7 @@
 #include "App/Application.h"
 
 #include <QApplication>
+#include <QIcon>
 
 #include "App/AppWindow.h"
 #include "App/DesktopScheme.h"
@@ -14,7 +15,9 @@ namespace tarnwell {
 int runApplication(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setApplicationName("tarnwell-app");
-  QApplication::setDesktopFileName(QString::fromUtf8(BridgeConstants::bundleIdentifier.data()));
+  const QString identifier = QString::fromUtf8(BridgeConstants::bundleIdentifier.data());
+  QApplication::setDesktopFileName(identifier);
+  QApplication::setWindowIcon(QIcon::fromTheme(identifier));  // the installed one; Wayland takes the entry's
 
   SingleInstance instance;
   if (!instance.isFirst()) {

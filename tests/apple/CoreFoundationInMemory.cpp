@@ -44,16 +44,16 @@ std::string utf8(std::u16string_view text, std::size_t& units) {
 
 using tarnwell::test::frameworksInMemory;
 
-struct OpaqueBundle {};
-struct OpaqueAllocator {};
+struct __CFBundle {};
+struct __CFAllocator {};
 struct OpaqueKeyCallBacks {};
 struct OpaqueValueCallBacks {};
 
 const OpaqueKeyCallBacks kCFTypeDictionaryKeyCallBacks{};
 const OpaqueValueCallBacks kCFTypeDictionaryValueCallBacks{};
 const CFAllocatorRef kCFAllocatorDefault = nullptr;
-const CFAllocatorRef kCFAllocatorNull = new OpaqueAllocator;
-const CFBooleanRef kCFBooleanTrue = new OpaqueBoolean;
+const CFAllocatorRef kCFAllocatorNull = new __CFAllocator;
+const CFBooleanRef kCFBooleanTrue = new __CFBoolean;
 namespace {
 
 Object* objectOf(CFTypeRef object) { return static_cast<Object*>(const_cast<void*>(object)); }
@@ -80,7 +80,7 @@ const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index) {
 }
 
 CFBundleRef CFBundleGetMainBundle() {
-  static OpaqueBundle bundle;
+  static __CFBundle bundle;
   return frameworksInMemory().hasBundle ? &bundle : nullptr;
 }
 
@@ -88,7 +88,7 @@ CFURLRef CFBundleCopyExecutableURL(CFBundleRef /*bundle*/) {
   if (!frameworksInMemory().bundleExecutable) {
     return nullptr;
   }
-  auto* url = new OpaqueURL;
+  auto* url = new __CFURL;
   url->path = *frameworksInMemory().bundleExecutable;
   return url;
 }
@@ -98,7 +98,7 @@ CFDataRef CFDataCreateWithBytesNoCopy(CFAllocatorRef /*allocator*/, const UInt8*
   if (bytesDeallocator != kCFAllocatorNull) {
     throw std::logic_error("the bytes of another would be freed");
   }
-  return new OpaqueData(bytes, length);
+  return new __CFData(bytes, length);
 }
 
 const UInt8* CFDataGetBytePtr(CFDataRef data) { return data->bytes; }
@@ -108,7 +108,7 @@ CFTypeID CFDataGetTypeID() { return 2; }
 CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef /*allocator*/, CFIndex /*capacity*/,
                                                  const CFDictionaryKeyCallBacks* /*keyCallBacks*/,
                                                  const CFDictionaryValueCallBacks* /*valueCallBacks*/) {
-  return new OpaqueDictionary;
+  return new __CFDictionary;
 }
 
 void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key, const void* value) {
@@ -120,9 +120,9 @@ CFArrayRef CFLocaleCopyPreferredLanguages() {
   if (!frameworksInMemory().languages) {
     return nullptr;
   }
-  auto* array = new OpaqueArray;
+  auto* array = new __CFArray;
   for (const std::u16string& language : *frameworksInMemory().languages) {
-    array->values.push_back(new OpaqueString(language));
+    array->values.push_back(new __CFString(language));
   }
   return array;
 }
@@ -134,7 +134,7 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef /*allocator*/, const UInt8* b
   for (std::size_t position = 0; position < text.size();) {
     (void)tarnwell::nextCodePoint(text, position, &isValid);
   }
-  return isValid ? new OpaqueString(tarnwell::test::utf16(text)) : nullptr;
+  return isValid ? new __CFString(tarnwell::test::utf16(text)) : nullptr;
 }
 
 CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding /*encoding*/, UInt8 /*lossByte*/,

@@ -24,34 +24,34 @@ struct Object {
   int references = 1;
 };
 
-struct OpaqueString : Object {
-  explicit OpaqueString(std::u16string units) : text(std::move(units)) {}
+struct __CFString : Object {
+  explicit __CFString(std::u16string units) : text(std::move(units)) {}
   std::u16string text;  // Core Foundation counts in units of UTF-16
 };
 
-struct OpaqueData : Object {
-  OpaqueData(const UInt8* begin, CFIndex count) : bytes(begin), length(count) {}
+struct __CFData : Object {
+  __CFData(const UInt8* begin, CFIndex count) : bytes(begin), length(count) {}
   CFTypeID type() const override { return 2; }
   const UInt8* bytes;
   CFIndex length;
 };
 
-struct OpaqueDictionary : Object {
-  ~OpaqueDictionary() override { std::ranges::for_each(retained, CFRelease); }
+struct __CFDictionary : Object {
+  ~__CFDictionary() override { std::ranges::for_each(retained, CFRelease); }
   std::map<CFTypeRef, CFTypeRef> values;
   std::vector<CFTypeRef> retained;
 };
 
-struct OpaqueArray : Object {
-  ~OpaqueArray() override { std::ranges::for_each(values, CFRelease); }
+struct __CFArray : Object {
+  ~__CFArray() override { std::ranges::for_each(values, CFRelease); }
   std::vector<CFTypeRef> values;
 };
 
-struct OpaqueURL : Object {
+struct __CFURL : Object {
   std::string path;
 };
 
-struct OpaqueBoolean : Object {};
+struct __CFBoolean : Object {};
 
 namespace tarnwell::test {
 

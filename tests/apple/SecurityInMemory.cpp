@@ -13,14 +13,14 @@ namespace {
 FrameworksInMemory& state() { return frameworksInMemory(); }
 
 /// A constant of a framework, which says its own name.
-CFStringRef constant(const char* name) { return new OpaqueString(utf16(name)); }
+CFStringRef constant(const char* name) { return new __CFString(utf16(name)); }
 
 std::string described(CFTypeRef value) {
   const auto* object = static_cast<const Object*>(value);
-  if (const auto* data = dynamic_cast<const OpaqueData*>(object)) {
+  if (const auto* data = dynamic_cast<const __CFData*>(object)) {
     return {reinterpret_cast<const char*>(data->bytes), static_cast<std::size_t>(data->length)};
   }
-  if (const auto* string = dynamic_cast<const OpaqueString*>(object)) {
+  if (const auto* string = dynamic_cast<const __CFString*>(object)) {
     std::size_t units = 0;
     return utf8(string->text, units);
   }
@@ -57,10 +57,10 @@ const CFStringRef kSecValueData = constant("data");
 OSStatus SecItemCopyMatching(CFDictionaryRef query, CFTypeRef* result) {
   const OSStatus status = record("copy", query);
   if (state().found == FrameworksInMemory::Found::text) {
-    *result = new OpaqueString(utf16(state().foundBytes));
+    *result = new __CFString(utf16(state().foundBytes));
   } else if (state().found == FrameworksInMemory::Found::data) {
-    *result = new OpaqueData(reinterpret_cast<const UInt8*>(state().foundBytes.data()),
-                             static_cast<CFIndex>(state().foundBytes.size()));
+    *result = new __CFData(reinterpret_cast<const UInt8*>(state().foundBytes.data()),
+                           static_cast<CFIndex>(state().foundBytes.size()));
   }
   return status;
 }
@@ -71,7 +71,7 @@ OSStatus SecItemDelete(CFDictionaryRef query) { return record("delete", query); 
 
 CFStringRef SecCopyErrorMessageString(OSStatus status, void* /*reserved*/) {
   auto found = state().messages.find(status);
-  return found == state().messages.end() ? nullptr : new OpaqueString(utf16(found->second));
+  return found == state().messages.end() ? nullptr : new __CFString(utf16(found->second));
 }
 
 OSStatus SecKeychainGetUserInteractionAllowed(Boolean* isAllowed) {

@@ -5,6 +5,7 @@
 #include <errno.h>
 #include <os/log.h>
 #include <sys/socket.h>
+#include <QString>
 
 // expected-note@*:* 0+ {{}}
 
@@ -29,5 +30,11 @@ void wordsOfLinux(int socket) {
   (void)program_invocation_name;  // expected-error {{use of undeclared identifier 'program_invocation_name'}}
 }
 
+#ifdef Q_OS_MACOS
+int narrowed(const QString& text) { return text.size(); }  // expected-error {{implicit conversion loses}}
+#endif
+#ifdef Q_OS_LINUX
+#error Qt takes this for Linux
+#endif
 int narrowed(long size) { return size; }  // expected-error {{implicit conversion loses}}
 int deprecated() { return SecKeychainSetUserInteractionAllowed(0); }  // expected-error {{is deprecated}}

@@ -1,7 +1,8 @@
 #pragma once
 
 /// The part of Core Foundation that src/Platform uses, declared from its public documentation so that the
-/// macOS files can be compiled on a system that has no such framework. Objects are opaque.
+/// macOS files can be compiled on a system that has no such framework. Objects are opaque; their tags are
+/// those that Qt declares too.
 
 #include <stdint.h>
 
@@ -16,15 +17,15 @@ typedef long CFIndex;
 typedef unsigned long CFTypeID;
 typedef UInt32 CFStringEncoding;
 typedef const void* CFTypeRef;
-typedef const struct OpaqueAllocator* CFAllocatorRef;
-typedef const struct OpaqueArray* CFArrayRef;
-typedef const struct OpaqueBoolean* CFBooleanRef;
-typedef struct OpaqueBundle* CFBundleRef;
-typedef const struct OpaqueData* CFDataRef;
-typedef const struct OpaqueDictionary* CFDictionaryRef;
-typedef struct OpaqueDictionary* CFMutableDictionaryRef;
-typedef const struct OpaqueString* CFStringRef;
-typedef const struct OpaqueURL* CFURLRef;
+typedef const struct __CFAllocator* CFAllocatorRef;
+typedef const struct __CFArray* CFArrayRef;
+typedef const struct __CFBoolean* CFBooleanRef;
+typedef struct __CFBundle* CFBundleRef;
+typedef const struct __CFData* CFDataRef;
+typedef const struct __CFDictionary* CFDictionaryRef;
+typedef struct __CFDictionary* CFMutableDictionaryRef;
+typedef const struct __CFString* CFStringRef;
+typedef const struct __CFURL* CFURLRef;
 
 typedef struct {
   CFIndex location;
