@@ -37,7 +37,7 @@ std::optional<JSONValue> MCPServer::handle(JSONRPCRequest&& request, const MCPEx
 }
 
 bool MCPServer::isHandledAtOnce(const JSONRPCRequest& request) {
-  return CurrentRevision::isClaimedBy(request) && request.method != "tools/call";
+  return CurrentRevision::isClaimedBy(request) && !request.isNotification() && request.method != "tools/call";
 }
 
 std::optional<JSONValue> MCPServer::handleWithHandshake(JSONRPCRequest&& request) {

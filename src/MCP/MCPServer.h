@@ -44,7 +44,7 @@ class MCPServer {
 
   std::optional<JSONValue> handle(JSONRPCRequest&& request, const MCPExchange& exchange = {});
 
-  /// True for a message whose handling runs no tool and does not wait for one.
+  /// True for a request whose handling runs no tool and does not wait for one.
   static bool isHandledAtOnce(const JSONRPCRequest& request);
 
  private:
