@@ -1,12 +1,15 @@
 // Lines of a client, cut at any place, go through the framer, the JSON reader and the dispatcher to tools
-// whose connections all fail. Each request gets one answer of one line, with its own id. The JSON library
-// must accept the same texts and read the same values.
+// whose connections all fail. Each request gets one answer of one line, with its own id, by the rules of its
+// revision. The queue keeps what nobody cancels. The JSON library must accept the same texts and read the
+// same values.
 
 #include "Fuzzing.h"
 #include "IMAP/Connection/ByteStream.h"
 #include "IMAP/Connection/IMAPConnection.h"
 #include "IMAP/Connection/IMAPError.h"
+#include "MCP/CurrentRevision.h"
 #include "MCP/MCPServer.h"
+#include "MCP/RequestQueue.h"
 #include "SilentLog.h"
 #include "support/InMemorySecretItems.h"
 #include "support/ReferenceJSON.h"
@@ -74,6 +77,36 @@ std::vector<std::string> linesOf(std::string_view stream, const fuzz::Cuts& cuts
   return lines;
 }
 
+/// True for a message to which its revision has no answer.
+bool asksForNothing(const JSONRPCRequest& request) {
+  return request.isNotification() ||
+         (!CurrentRevision::isClaimedBy(request) &&
+          (request.method.ends_with("initialized") || request.method == "notifications/cancelled"));
+}
+
+void requireID(const JSONValue& answer, const std::optional<JSONRPCRequest>& request) {
+  const JSONValue* id = answer.member("id");
+  if (request && CurrentRevision::isClaimedBy(*request) && !CurrentRevision::isUsableID(request->id)) {
+    fuzz::require(!id, "an id that nobody can use is not sent back");
+    fuzz::require(answer["error"]["code"] == JSONValue(JSONRPCErrorCode::invalidRequest),
+                  "an id that nobody can use is an error");
+  } else {
+    fuzz::require(id && *id == (request ? *request->id : JSONValue()), "an answer has the id of its request");
+  }
+}
+
+void requireCurrentForm(const JSONValue& answer) {
+  if (const JSONValue* result = answer.member("result")) {
+    fuzz::require((*result)["resultType"] == JSONValue("complete"), "a result is complete");
+    return;
+  }
+  const std::int64_t code = answer["error"]["code"].intValue().value_or(0);
+  fuzz::require(code == JSONRPCErrorCode::invalidRequest || code == JSONRPCErrorCode::methodNotFound ||
+                    code == JSONRPCErrorCode::invalidParams ||
+                    code == CurrentRevision::ErrorCode::unsupportedVersion,
+                "an error of the current revision has one of its codes");
+}
+
 void requireAnswer(const std::string& answer, const std::optional<JSONRPCRequest>& request) {
   fuzz::require(answer.find('\n') == std::string::npos, "an answer is one line");
   const std::optional<JSONValue> value = JSONValue::decode(answer);
@@ -81,8 +114,31 @@ void requireAnswer(const std::string& answer, const std::optional<JSONRPCRequest
   fuzz::require((*value)["jsonrpc"] == JSONValue("2.0"), "an answer is one of JSON-RPC 2.0");
   fuzz::require((value->member("result") == nullptr) != (value->member("error") == nullptr),
                 "an answer has a result or an error");
-  fuzz::require(value->member("id") != nullptr && (*value)["id"] == (request ? *request->id : JSONValue()),
-                "an answer has the id of its request");
+  requireID(*value, request);
+  if (request && CurrentRevision::isClaimedBy(*request)) {
+    requireCurrentForm(*value);
+  }
+}
+
+/// Pushes every line, then handles what is left.
+void requireQueue(const std::vector<std::string>& lines) {
+  RequestQueue queue({.count = lines.size() + 1, .bytes = SIZE_MAX});
+  std::size_t cancellations = 0;
+  for (const std::string& line : lines) {
+    std::optional<JSONRPCRequest> request = JSONRPCRequest::parse(line);
+    cancellations += request && request->method == "notifications/cancelled" ? 1 : 0;
+    queue.push(std::move(request), line.size());
+  }
+  queue.end();
+  std::size_t handled = 0;
+  while (const std::optional<RequestQueue::Message> message = queue.next()) {
+    const bool isCurrent = message->request && CurrentRevision::isClaimedBy(*message->request);
+    fuzz::require(message->cancellation.isCancelled() == isCurrent,
+                  "the end of the input cancels the current revision alone");
+    ++handled;
+  }
+  fuzz::require(handled + cancellations <= lines.size(), "no message is handled twice");
+  fuzz::require(cancellations > 0 || handled == lines.size(), "what nobody cancels is handled");
 }
 
 void requireReading(std::string_view line) {
@@ -103,13 +159,12 @@ FUZZ_TARGET(std::string_view input) {
   const Cuts cuts(input);
   const std::vector<std::string> lines = linesOf(input, cuts);
   require(lines == linesOf(input, Cuts::intoSingleBytes()), "the cuts do not change the lines");
+  requireQueue(lines);
   for (const std::string& line : lines) {
     requireReading(line);
     const std::optional<JSONRPCRequest> request = JSONRPCRequest::parse(line);
     const std::optional<std::string> answer = bridge.handle(line);
-    require(answer || (request && (request->isNotification() || request->method.ends_with("initialized") ||
-                                   request->method == "notifications/cancelled")),
-            "only what asks for nothing has no answer");
+    require(answer || (request && asksForNothing(*request)), "only what asks for nothing has no answer");
     if (answer) {
       requireAnswer(*answer, request);
     }

@@ -17,6 +17,20 @@ check_node() {
   node_is_usable || fail "NodeJS 18 or newer with npm is needed; this is $(node --version 2>&1)"
 }
 
+# newest_node DIRECTORY: prints the path of the NodeJS 22 that its packages bring along, or of the system's if that
+# is new enough.
+newest_node() {
+  local node
+  for node in "$1"/node_modules/node-*/bin/node "$(command -v node)"; do
+    if [ -x "$node" ] && "$node" -e 'process.exit(Number(process.versions.node.split(".")[0]) >= 24 ||
+        /^22\.(19|[2-9]\d|\d{3,})\./.test(process.versions.node) ? 0 : 1)'; then
+      echo "$node"
+      return
+    fi
+  done
+  fail "NodeJS 22.19 or newer is missing: run scripts/setup"
+}
+
 # install_node_packages DIRECTORY WHAT: installs once for each state of the lock file.
 install_node_packages() {
   local directory=$1 what=$2 stamp

@@ -28,7 +28,8 @@ std::optional<JSONRPCRequest> JSONRPCRequest::parse(std::string_view data) {
     return std::nullopt;
   }
   JSONObject& members = *message->objectValue();
-  return JSONRPCRequest{taken(members, "id"), *std::move(method), taken(members, "params")};
+  return JSONRPCRequest{taken(members, "id"), *std::move(method), taken(members, "params"),
+                        (*message)["jsonrpc"] == JSONValue("2.0")};
 }
 
 JSONValue JSONRPC::success(std::optional<JSONValue> id, JSONValue result) {

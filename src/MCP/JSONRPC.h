@@ -3,7 +3,7 @@
 /// JSON-RPC 2.0 messages, and their framing as one object a line.
 ///
 /// Nothing here knows methods or streams. A message with an id, even null, is a request; one without an id is
-/// a notification. Reading is tolerant: "jsonrpc" is not checked, and unknown members are ignored. Batches
+/// a notification. Reading is tolerant: "jsonrpc" is only looked at, and unknown members are ignored. Batches
 /// are not accepted.
 ///
 /// Threads: plain values.
@@ -27,18 +27,24 @@ struct JSONRPCRequest {
   std::string method;
   /// As sent, of any type.
   std::optional<JSONValue> params;
+  /// "jsonrpc" is "2.0". Only the current revision of MCP asks for it.
+  bool isVersion2 = false;
 
   bool isNotification() const { return !id; }
 
   /// Absent unless the bytes are a JSON object with a text as "method".
   static std::optional<JSONRPCRequest> parse(std::string_view data);
 
-  bool operator==(const JSONRPCRequest&) const = default;
+  /// Compares what is asked.
+  bool operator==(const JSONRPCRequest& other) const {
+    return id == other.id && method == other.method && params == other.params;
+  }
 };
 
 /// Error codes of JSON-RPC 2.0, section 5.1.
-/// Deliberate: `invalidRequest` and `internalError` are never sent. A malformed request is a parse error. A
-/// failing tool gives a result with an error flag.
+/// Deliberate: `internalError` is never sent, because a failing tool gives a result with an error flag. And
+/// `invalidRequest` is sent only in the current revision of MCP; before, a malformed request is a parse
+/// error.
 namespace JSONRPCErrorCode {
 inline constexpr std::int64_t parseError = -32700;
 inline constexpr std::int64_t invalidRequest = -32600;

@@ -2,6 +2,7 @@
 
 #include "Core/AppLogger.h"
 #include "Core/BridgeConstants.h"
+#include "MCP/CurrentRevision.h"
 #include "MCP/Tools/LogText.h"
 #include "MCP/Tools/MCPToolSchemas.h"
 
@@ -21,15 +22,25 @@ std::optional<std::string> MCPServer::handleRaw(std::string_view data) {
   return handleParsed(JSONRPCRequest::parse(data));
 }
 
-std::optional<std::string> MCPServer::handleParsed(std::optional<JSONRPCRequest>&& request) {
+std::optional<std::string> MCPServer::handleParsed(std::optional<JSONRPCRequest>&& request,
+                                                   const MCPExchange& exchange) {
   if (!request) {
     return JSONRPC::failure(std::nullopt, JSONRPCErrorCode::parseError, "Parse error").serialized();
   }
-  const std::optional<JSONValue> response = handle(*std::move(request));
+  const std::optional<JSONValue> response = handle(*std::move(request), exchange);
   return response ? std::optional(response->serialized()) : std::nullopt;
 }
 
-std::optional<JSONValue> MCPServer::handle(JSONRPCRequest&& request) {
+std::optional<JSONValue> MCPServer::handle(JSONRPCRequest&& request, const MCPExchange& exchange) {
+  return CurrentRevision::isClaimedBy(request) ? handleCurrent(std::move(request), exchange)
+                                               : handleWithHandshake(std::move(request));
+}
+
+bool MCPServer::isHandledAtOnce(const JSONRPCRequest& request) {
+  return CurrentRevision::isClaimedBy(request) && !request.isNotification() && request.method != "tools/call";
+}
+
+std::optional<JSONValue> MCPServer::handleWithHandshake(JSONRPCRequest&& request) {
   const std::lock_guard oneAtATime(oneAtATime_);
   const std::string_view method = request.method;
   if (request.isNotification() || needsNoAnswer(method)) {
@@ -77,14 +88,18 @@ JSONValue MCPServer::toolsCall(JSONRPCRequest request) const {
                             "tools/call requires a 'name'.");
   }
   const JSONValue* arguments = params.member("arguments");
-  ToolCallResult result = tools_.handle(*name, arguments ? *arguments : JSONValue(JSONObject{}));
+  return JSONRPC::success(std::move(request.id),
+                          callResult(tools_.handle(*name, arguments ? *arguments : JSONValue(JSONObject{}))));
+}
+
+JSONObject MCPServer::callResult(ToolCallResult result) {
   JSONArray content;  // not in braces, which would copy the text
   content.push_back(JSONObject{{"type", "text"}, {"text", result.structured.prettyString()}});
-  return JSONRPC::success(std::move(request.id), JSONObject{
-                                                     {"content", std::move(content)},
-                                                     {"structuredContent", std::move(result.structured)},
-                                                     {"isError", result.isError},
-                                                 });
+  return {
+      {"content", std::move(content)},
+      {"structuredContent", std::move(result.structured)},
+      {"isError", result.isError},
+  };
 }
 
 }  // namespace tarnwell

@@ -62,36 +62,53 @@ void MCPTransportStdio::run() {
   RequestQueue queue;
   std::thread reader([&] { read(framer, queue); });
   while (std::optional<RequestQueue::Message> message = queue.next()) {
-    answer(std::move(message->request));
+    answer(std::move(message->request), message->cancellation);
   }
   reader.join();
   // Deliberate: only the end of the input ends the loop. It is logged as an error, to distinguish it from a
   // client that still waits.
   AppLogger::error(AppLogger::Category::mcp, "stdio input stream ended");
   if (const std::optional<std::string> line = framer.finish()) {
-    answer(JSONRPCRequest::parse(*line));
+    Cancellation atTheEnd;
+    atTheEnd.cancel();
+    answer(JSONRPCRequest::parse(*line), atTheEnd);
   }
   AppLogger::info(AppLogger::Category::mcp, "stdio MCP server stopped");
 }
 
 /// Runs on the reader's thread.
-void MCPTransportStdio::read(NDJSONFramer& framer, RequestQueue& queue) const {
+void MCPTransportStdio::read(NDJSONFramer& framer, RequestQueue& queue) {
   std::array<char, 65536> chunk;
   while (const std::size_t count = readSome(input_, chunk)) {
-    framer.push({chunk.data(), count}, [&queue](std::string_view line) {
+    framer.push({chunk.data(), count}, [&](std::string_view line) {
       queue.awaitRoom(line.size());
-      queue.push(JSONRPCRequest::parse(line), line.size());
+      std::optional<JSONRPCRequest> request = JSONRPCRequest::parse(line);
+      if (request && MCPServer::isHandledAtOnce(*request)) {
+        answer(std::move(request), {});
+      } else {
+        queue.push(std::move(request), line.size());
+      }
     });
     queue.awaitRoom(framer.begunSize());
   }
   queue.end();
 }
 
-void MCPTransportStdio::answer(std::optional<JSONRPCRequest>&& request) {
-  if (std::optional<std::string> response = server_.handleParsed(std::move(request))) {
+void MCPTransportStdio::answer(std::optional<JSONRPCRequest>&& request, const Cancellation& cancellation) {
+  const MCPExchange exchange{.cancellation = cancellation, .notify = [&](const JSONValue& notification) {
+                               if (!cancellation.isCancelled()) {
+                                 write(ndjsonFrame(notification));
+                               }
+                             }};
+  if (std::optional<std::string> response = server_.handleParsed(std::move(request), exchange)) {
     response->push_back('\n');
-    writeFrame(output_, *response);
+    write(*response);
   }
+}
+
+void MCPTransportStdio::write(std::string_view frame) {
+  const std::lock_guard lock(writing_);
+  writeFrame(output_, frame);
 }
 
 }  // namespace tarnwell

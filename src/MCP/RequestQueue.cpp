@@ -5,6 +5,8 @@
 #include <variant>
 
 #include "Core/AppLogger.h"
+#include "MCP/CurrentRevision.h"
+#include "MCP/Tools/LogText.h"
 #include "MCP/Tools/ToolName.h"
 
 namespace tarnwell {
@@ -25,6 +27,16 @@ bool isWritingCall(const JSONRPCRequest& request) {
   return tool && changesMailbox(*tool);
 }
 
+bool isCurrent(const std::optional<JSONRPCRequest>& request) {
+  return request && CurrentRevision::isClaimedBy(*request);
+}
+
+void logTakenOut(const JSONRPCRequest& request) {
+  const std::optional<std::string> tool = request.params ? (*request.params)["name"].stringValue() : "";
+  AppLogger::info(AppLogger::Category::mcp,
+                  "cancelled by the client before it began: " + loggable(tool.value_or("")));
+}
+
 }  // namespace
 
 void RequestQueue::awaitRoom(std::size_t bytes) {
@@ -40,7 +52,7 @@ void RequestQueue::push(std::optional<JSONRPCRequest> request, std::size_t bytes
   if (request && request->method == "notifications/cancelled") {
     return cancel(*request);
   }
-  waiting_.push_back({std::move(request), bytes});
+  waiting_.push_back({.request = std::move(request), .bytes = bytes});
   unfinishedBytes_ += bytes;
   changed_.notify_all();
 }
@@ -51,13 +63,15 @@ void RequestQueue::cancel(const JSONRPCRequest& cancellation) {
   if (!id || !canNameARequest(*id)) {
     return;
   }
+  if (begun_.id == *id) {
+    begun_.cancellation.cancel();
+  }
   std::erase_if(waiting_, [this, id](const Message& message) {
-    const bool isCancelled = message.request && message.request->id == *id && isWritingCall(*message.request);
+    const bool isCancelled = message.request && message.request->id == *id &&
+                             (isCurrent(message.request) || isWritingCall(*message.request));
     if (isCancelled) {
       unfinishedBytes_ -= message.bytes;
-      AppLogger::info(AppLogger::Category::mcp,
-                      "cancelled by the client before it began: " +
-                          (*message.request->params)["name"].stringValue().value_or(""));
+      logTakenOut(*message.request);
     }
     return isCancelled;
   });
@@ -66,12 +80,20 @@ void RequestQueue::cancel(const JSONRPCRequest& cancellation) {
 void RequestQueue::end() {
   const std::lock_guard lock(mutex_);
   isEnded_ = true;
+  if (begun_.id) {
+    begun_.cancellation.cancel();
+  }
+  for (const Message& message : waiting_) {
+    if (isCurrent(message.request)) {
+      message.cancellation.cancel();
+    }
+  }
   changed_.notify_all();
 }
 
 std::optional<RequestQueue::Message> RequestQueue::next() {
   std::unique_lock lock(mutex_);
-  unfinishedBytes_ -= std::exchange(begunBytes_, 0);
+  unfinishedBytes_ -= std::exchange(begun_, {}).bytes;
   changed_.notify_all();
   changed_.wait(lock, [this] { return !waiting_.empty() || isEnded_; });
   if (waiting_.empty()) {
@@ -79,7 +101,9 @@ std::optional<RequestQueue::Message> RequestQueue::next() {
   }
   Message message = std::move(waiting_.front());
   waiting_.pop_front();
-  begunBytes_ = message.bytes;
+  begun_ = {.id = isCurrent(message.request) ? message.request->id : std::nullopt,
+            .bytes = message.bytes,
+            .cancellation = message.cancellation};
   changed_.notify_all();
   return message;
 }

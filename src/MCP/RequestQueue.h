@@ -10,11 +10,15 @@
 /// A message begins when `next` returns it, and is finished when `next` is called again.
 ///
 /// Cancelling (`notifications/cancelled` of MCP, with the id in "requestId") takes effect when it is pushed:
-/// a `tools/call` of a tool that changes the mailbox, pushed earlier and not begun, is taken out. It is not
+/// a message of the current revision that has begun is cancelled, and one that waits is taken out. So is a
+/// `tools/call` of an older revision that waits, when its tool changes the mailbox. What is taken out is not
 /// run and not answered. The id must be a text or a number. It must have the same type and value: 1, 1.0 and
-/// "1" are three ids. Every call with this id that waits is taken out, and none that comes later. Any other
-/// message stays, and a cancellation without effect is ignored. Deliberate: calls that only read are not
-/// taken out. Clients have always received their answers, and they change nothing.
+/// "1" are three ids. Every such message with this id that waits is taken out, and none that comes later. Any
+/// other message stays, and a cancellation without effect is ignored. Deliberate: calls of older revisions
+/// that only read are not taken out. Clients have always received their answers, and they change nothing.
+///
+/// The end of the input cancels every message of the current revision that has begun or waits. It is handled
+/// all the same, so what needs no mail server is still answered.
 ///
 /// The lines of all messages that are not finished have at most `Bounds::bytes` bytes, and at most
 /// `Bounds::count` messages wait. A line has no greatest length. So a longer line is admitted alone, when
@@ -28,6 +32,7 @@
 #include <mutex>
 #include <optional>
 
+#include "IMAP/Connection/Cancellation.h"
 #include "MCP/JSONRPC.h"
 
 namespace tarnwell {
@@ -44,6 +49,8 @@ class RequestQueue {
     std::optional<JSONRPCRequest> request;
     /// The size of its line.
     std::size_t bytes = 0;
+    /// Only messages of the current revision are ever cancelled.
+    Cancellation cancellation{};
   };
 
   RequestQueue() = default;
@@ -69,7 +76,13 @@ class RequestQueue {
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<Message> waiting_;
-  std::size_t begunBytes_ = 0;
+  /// What is needed of the message that has begun. No id unless it is one of the current revision.
+  struct Begun {
+    std::optional<JSONValue> id{};
+    std::size_t bytes = 0;
+    Cancellation cancellation{};
+  };
+  Begun begun_;
   std::size_t unfinishedBytes_ = 0;  // of the begun message and of those that wait
   bool isEnded_ = false;
 };

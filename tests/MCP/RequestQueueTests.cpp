@@ -6,6 +6,7 @@
 #include <future>
 #include <thread>
 
+#include "MCP/CurrentRevisionMessages.h"
 #include "support/RowName.h"
 
 namespace tarnwell::test {
@@ -25,6 +26,10 @@ std::string move(std::string_view id) { return callOf("move_message", id); }
 
 std::string cancel(std::string_view id) {
   return R"({"method":"notifications/cancelled","params":{"requestId":)" + std::string(id) + "}}";
+}
+
+std::string current(std::string_view tool, std::string_view id) {
+  return request("tools/call", R"("name":")" + std::string(tool) + R"(")", {.id = std::string(id)});
 }
 
 void push(RequestQueue& queue, std::string_view line) {
@@ -118,6 +123,22 @@ std::vector<CancelRow> cancelRows() {
        {move("1"), R"({"method":"notifications/cancelled","params":[1]})"},
        {"1"}},
       {"WithoutARequestId", {move("1"), R"({"method":"notifications/cancelled","params":{"id":1}})"}, {"1"}},
+      {"CurrentReading", {current("search_inbox", "1"), cancel("1"), ping(2)}, {"2"}},
+      {"CurrentStatus", {current("get_status", R"("a")"), cancel(R"("a")")}, {}},
+      {"CurrentWriting", {current("move_message", "1"), cancel("1")}, {}},
+      {"CurrentUnknownTool", {current("x", "1"), cancel("1")}, {}},
+      {"CurrentZero", {current("get_status", "0"), cancel("0")}, {}},
+      {"CurrentTextForANumber", {current("get_status", "1"), cancel(R"("1")")}, {"1"}},
+      {"CurrentNumberForAText", {current("get_status", R"("1")"), cancel("1")}, {R"("1")"}},
+      {"CurrentAmongOlderOnesWithItsID",
+       {callOf("search_inbox", "1"), current("search_inbox", "1"), move("1"), ping(1), cancel("1")},
+       {"1", "1"}},
+      {"CurrentCancelledBeforeItCame", {cancel("1"), current("get_status", "1")}, {"1"}},
+      {"CancelledByAMessageOfTheCurrentRevision",
+       {current("get_status", "1"), move("2"),
+        request("notifications/cancelled", R"("requestId":1)", {.id = ""}),
+        request("notifications/cancelled", R"("requestId":2)", {.id = ""})},
+       {}},
       {"OtherNotification", {move("1"), R"({"method":"cancelled","params":{"requestId":1}})"}, {"1", "none"}},
   };
 }
@@ -143,6 +164,67 @@ TEST(RequestQueue, callThatHasBegunIsNotTakenOutAndNeitherIsAnotherInItsPlace) {
   push(queue, move("1"));
   EXPECT_EQ(idOf(*begun), "1");
   EXPECT_THAT(restOf(queue), ElementsAre("1"));
+}
+
+struct BegunRow {
+  const char* name;
+  std::string begun;
+  std::vector<std::string> then;
+  bool isCancelled;
+};
+
+std::vector<BegunRow> begunRows() {
+  return {
+      {"Current", current("search_inbox", "1"), {cancel("1")}, true},
+      {"CurrentWithAText", current("move_message", R"("1")"), {cancel(R"("1")")}, true},
+      {"CurrentAfterOthers", current("search_inbox", "1"), {ping(1), cancel("2"), cancel("1")}, true},
+      {"AnotherID", current("search_inbox", "1"), {cancel("2")}, false},
+      {"AnotherType", current("search_inbox", "1"), {cancel(R"("1")"), cancel("1.0")}, false},
+      {"Older", callOf("search_inbox", "1"), {cancel("1")}, false},
+      {"OlderWriting", move("1"), {cancel("1")}, false},
+      {"NotAMessage", "{nonsense", {cancel("null")}, false},
+  };
+}
+
+class CancellingWhatHasBegun : public testing::TestWithParam<BegunRow> {};
+
+TEST_P(CancellingWhatHasBegun, concernsTheCurrentRevisionAlone) {
+  RequestQueue queue;
+  push(queue, GetParam().begun);
+  const std::optional<RequestQueue::Message> begun = queue.next();
+  for (const std::string& line : GetParam().then) {
+    push(queue, line);
+  }
+  EXPECT_EQ(begun->cancellation.isCancelled(), GetParam().isCancelled);
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, CancellingWhatHasBegun, testing::ValuesIn(begunRows()), rowName);
+
+TEST(RequestQueue, finishedCallIsNotCancelled) {
+  RequestQueue queue;
+  push(queue, current("search_inbox", "1"));
+  push(queue, current("search_inbox", "2"));
+  const std::optional<RequestQueue::Message> finished = queue.next();
+  const std::optional<RequestQueue::Message> begun = queue.next();
+  push(queue, cancel("1"));
+  EXPECT_FALSE(finished->cancellation.isCancelled());
+  EXPECT_FALSE(begun->cancellation.isCancelled());
+}
+
+TEST(RequestQueue, endOfTheInputCancelsTheCurrentRevisionAlone) {
+  RequestQueue queue;
+  push(queue, current("search_inbox", "1"));
+  push(queue, current("get_status", "2"));
+  push(queue, callOf("search_inbox", "3"));
+  std::vector<RequestQueue::Message> messages{*queue.next()};
+  queue.end();
+  while (std::optional<RequestQueue::Message> message = queue.next()) {
+    messages.push_back(*std::move(message));
+  }
+  ASSERT_EQ(messages.size(), 3u) << "all are handled";
+  EXPECT_TRUE(messages[0].cancellation.isCancelled());
+  EXPECT_TRUE(messages[1].cancellation.isCancelled());
+  EXPECT_FALSE(messages[2].cancellation.isCancelled());
 }
 
 /// Asks for room in another thread.

@@ -5,10 +5,9 @@
 
 #include <algorithm>
 #include <atomic>
-#include <memory>
 #include <thread>
 
-#include "MCP/StdioFixture.h"
+#include "MCP/StdioDuringACall.h"
 
 namespace tarnwell::test {
 namespace {
@@ -48,72 +47,6 @@ Dialogue moving(const Dialogue& first = {}) {
          first +
          Dialogue{answer("A0005 OK moved\r\n"), expect("A0006 LOGOUT\r\n"), answer("A0006 OK bye\r\n")};
 }
-
-/// The transport runs from `begin` to `end`.
-class StdioDuringACall : public Stdio {
- protected:
-  StdioDuringACall() {
-    config.safety.readOnly = false;
-    config.safety.allowMove = true;
-  }
-  ~StdioDuringACall() override { end(); }
-
-  /// Starts the transport with this line. Returns when the server pauses.
-  FakeIMAPServer& begin(std::string_view line, Dialogue dialogue) {
-    first_ = std::make_unique<FakeIMAPServer>(std::move(dialogue));
-    useServer(*first_);
-    transport_ = std::thread([this] {
-      MCPTransportStdio(server_, in_.reader(), out_.writer()).run();
-      out_.closeWriter();
-    });
-    reader_ = std::thread([this] { output_ = out_.readAll(); });
-    in_.write(line);
-    EXPECT_TRUE(first_->awaitPause());
-    return *first_;
-  }
-
-  /// The calls that begin from now on meet this server.
-  FakeIMAPServer& thenServe(Dialogue dialogue) {
-    second_ = std::make_unique<FakeIMAPServer>(std::move(dialogue));
-    useServer(*second_);
-    return *second_;
-  }
-
-  /// Writes the lines. When it returns, they have been read, and what they cancel is taken out: the reader
-  /// read the empty line after it had taken in the others.
-  void sendAndAwaitReading(std::string_view lines) {
-    in_.write(lines);
-    in_.awaitEmpty();
-    in_.write("\n");
-    in_.awaitEmpty();
-  }
-
-  /// Ends the input and waits for the transport. Returns all that was answered.
-  std::string end() {
-    in_.closeWriter();
-    if (first_) {
-      first_->resume();
-    }
-    for (std::thread* thread : {&transport_, &reader_}) {
-      if (thread->joinable()) {
-        thread->join();
-      }
-    }
-    return output_;
-  }
-
- private:
-  void useServer(const FakeIMAPServer& server) {
-    config.imapPort = server.port();
-    save();
-  }
-
-  std::unique_ptr<FakeIMAPServer> first_;
-  std::unique_ptr<FakeIMAPServer> second_;
-  std::thread transport_;
-  std::thread reader_;
-  std::string output_;
-};
 
 /// Waits until the client can write no more.
 void awaitStandstill(const std::atomic<int>& written) {

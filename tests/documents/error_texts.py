@@ -12,7 +12,7 @@ import sys
 ALL_TEXTS = ("IMAPError.cpp", "SecretServiceStatusLinux.cpp", "KeychainStore.cpp", "SafetyPolicy.cpp")
 # Elsewhere it is the first text within one of these calls.
 MAKERS = ("ToolCallResult::error", "printError", "refusal", "fail", "unexpectedResponse", "invalidArgument",
-          "connectionFailed", "AppLogger::error", "JSONRPC::failure", "noBody")
+          "connectionFailed", "AppLogger::error", "JSONRPC::failure", "failure", "invalid", "noBody")
 # Made by such a call without being an error; or only the frame of another text.
 OTHERS = ("# Add the block", "# (This output", "No error.", "failed:", "keychain error", "error:",
           "cannot ", "an object", "true or false", "an integer", "a text", "a date", "a known language", "port")

@@ -2,26 +2,22 @@
 //   node http.test.mjs PROGRAM DIRECTORY PORT
 // PROGRAM is http_server_program. PORT is the recorder's, with the mail server behind it.
 import assert from 'node:assert/strict';
-import { execFile, spawn } from 'node:child_process';
+import { execFile } from 'node:child_process';
 import fs from 'node:fs';
-import readline from 'node:readline';
 import test, { after } from 'node:test';
 import { promisify } from 'node:util';
 import { Client } from '@modelcontextprotocol/sdk/client/index.js';
 import { StreamableHTTPClientTransport } from '@modelcontextprotocol/sdk/client/streamableHttp.js';
-import { environment, resultObject, writeSettings } from './support/program.mjs';
+import { startHTTP } from './support/http-program.mjs';
+import { resultObject, writeSettings } from './support/program.mjs';
 import { secrets, toolNames, withheld } from './support/samples.mjs';
 import { assertOnlyReading } from './support/wire.mjs';
 
 const [program, directory, port] = process.argv.slice(2);
 writeSettings({ email: 'user@example.org', imapHost: 'localhost', imapPort: Number(port) });
 
-const server = spawn(program, [], { env: environment, stdio: ['pipe', 'pipe', 'inherit'] });
-const ended = new Promise((resolve) => server.on('exit', (status, signal) => resolve({ status, signal })));
-after(() => server.kill());
-const firstLine = readline.createInterface({ input: server.stdout })[Symbol.asyncIterator]().next();
-const { value: url } = await Promise.race([firstLine,
-  ended.then(({ status }) => assert.fail(`the server ended with status ${status}`))]);
+const { url, close } = await startHTTP(program);
+after(close);
 
 // curl(WORDS...) returns {status, headers, body} of the final answer. It uses no proxy and no settings file.
 let answers = 0;
@@ -121,8 +117,7 @@ test('theOfficialClientListsAndCallsTools', async () => {
 });
 
 test('theEndOfTheInputStopsTheServer', async () => {
-  server.stdin.end();
-  assert.deepEqual(await ended, { status: 0, signal: null });
+  assert.equal(await close(), 0);
   await assert.rejects(curl(url), /Failed to connect|Could not connect|refused/i);
 });
 

@@ -163,6 +163,9 @@ struct FakeIMAPServer::State {
         case Step::Kind::stall:
           drain(stream);
           return {};
+        case Step::Kind::wait:
+          wait(step.interval);
+          break;
       }
       if (error) {
         return "could not send: " + error.message();
@@ -178,6 +181,11 @@ struct FakeIMAPServer::State {
     pausing = true;
     idle.notify_all();
     idle.wait(lock, [this] { return !pausing || stopping; });
+  }
+
+  void wait(std::chrono::milliseconds interval) {
+    std::unique_lock lock(mutex);
+    idle.wait_for(lock, interval, [this] { return stopping; });
   }
 
   template <class Stream>

@@ -39,6 +39,7 @@ struct Step {
     pause,         // send nothing until `resume`
     reset,         // TCP reset
     stall,         // send nothing more until the client leaves
+    wait,          // send nothing for this `interval`
   };
   Kind kind;
   std::string bytes;
@@ -62,6 +63,7 @@ inline Step halfCloseHere() { return {Step::Kind::halfClose, {}}; }
 inline Step pauseHere() { return {Step::Kind::pause, {}}; }
 inline Step resetHere() { return {Step::Kind::reset, {}}; }
 inline Step stallHere() { return {Step::Kind::stall, {}}; }
+inline Step waitHere(std::chrono::milliseconds interval) { return {Step::Kind::wait, {}, 1, interval}; }
 
 using Dialogue = std::vector<Step>;
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Core/AppLogger.h"
+#include "MCP/HTTP/PostedMessage.h"
 
 namespace tarnwell {
 
@@ -25,6 +26,7 @@ void HTTPConnection::start() {
 void HTTPConnection::close() {
   isOpen_ = false;
   withdrawCall();
+  cancellation_.cancel();
   error_code ignored;
   socket_.close(ignored);
   timer_.cancel();
@@ -74,6 +76,8 @@ void HTTPConnection::process() {
   const std::string& method = reader_.head().method;
   if (method == "OPTIONS") {
     send({204});
+  } else if (method == "POST" && isAnsweredAtOnce(reader_.head())) {
+    answerAtOnce();
   } else if (method == "POST") {
     unbound();
     handOver();
@@ -81,6 +85,12 @@ void HTTPConnection::process() {
   } else {
     send({405, "text/plain", "This endpoint accepts JSON-RPC via POST."});
   }
+}
+
+void HTTPConnection::answerAtOnce() {
+  const std::optional<HTTPResponse> response =
+      answerToPost(dispatch_.server, reader_.head(), reader_.takeBody(), {});
+  response ? send(*response) : close();
 }
 
 /// A call that waits does not keep its connection alive. So a client that has gone leaves nothing behind but
@@ -108,13 +118,12 @@ void HTTPConnection::call() {
     --dispatch_.unfinished;
     return;
   }
-  std::optional<std::string> answer = dispatch_.server.handleRaw(reader_.takeBody());
+  std::optional<HTTPResponse> response = answerToPost(dispatch_.server, reader_.head(), reader_.takeBody(),
+                                                      {.cancellation = cancellation_, .notify = {}});
   --dispatch_.unfinished;
-  HTTPResponse response =
-      answer ? HTTPResponse{200, "application/json", std::move(*answer)} : HTTPResponse{202};
   asio::post(socket_.get_executor(), [self = shared_from_this(), response = std::move(response)] {
     if (self->isOpen_) {
-      self->send(response);
+      response ? self->send(*response) : self->close();
     }
   });
 }
@@ -162,6 +171,7 @@ void HTTPConnection::discard() {
 
 void HTTPConnection::inputEnded(error_code error) {
   isInputOver_ = true;
+  cancellation_.cancel();
   const bool mayStillReceive = error == asio::error::eof && !isAnswered_ && !withdrawCall();
   if (!mayStillReceive) {
     close();

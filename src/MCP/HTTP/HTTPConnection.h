@@ -6,7 +6,10 @@
 /// and discards what it reads. A call begins when the calls before it have ended, so at once when there are
 /// none. A client that closes only its sending side looks the same as one that has gone (TCP shows both as
 /// the end of the stream). While its call waits, this counts as closing. After the call has begun, it gets
-/// its answer.
+/// its answer. But a call of the current revision of MCP is cancelled then, because that revision says so.
+///
+/// A request of the current revision that runs no tool is answered on the queue's thread, and does not wait
+/// for a call. Reading it as JSON takes milliseconds at most.
 ///
 /// Include this header only in source files of the HTTP endpoint: it brings Asio with it.
 ///
@@ -47,7 +50,7 @@ class HTTPConnection : public std::enable_shared_from_this<HTTPConnection> {
 
   void start();
 
-  /// Also prevents a call that has not begun. May be called again.
+  /// Also prevents a call that has not begun, and cancels one of the current revision. May be called again.
   void close();
 
  private:
@@ -57,6 +60,7 @@ class HTTPConnection : public std::enable_shared_from_this<HTTPConnection> {
   void take(std::string_view bytes);
   void inviteBody();
   void process();
+  void answerAtOnce();
   void handOver();
   void call();
   bool withdrawCall();
@@ -71,6 +75,7 @@ class HTTPConnection : public std::enable_shared_from_this<HTTPConnection> {
   /// The worker begins a call, and the queue's thread withdraws it. Only one of them can change `waiting`.
   enum class Call { none, waiting, begun, withdrawn };
   std::atomic<Call> call_ = Call::none;
+  Cancellation cancellation_;
   bool isOpen_ = true;
   bool isInputOver_ = false;
   bool isAnswered_ = false;

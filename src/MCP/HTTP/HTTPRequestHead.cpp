@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <optional>
 
 #include "Text/ASCIICase.h"
 #include "Text/DecimalNumber.h"
@@ -53,6 +52,10 @@ bool isLoopbackAddress(std::string_view text) {
     }
   }
   return true;
+}
+
+void keep(std::optional<std::string>& header, std::string_view value) {
+  header = header ? *header + ", " + std::string(value) : std::string(value);
 }
 
 /// The port after the colon may be missing (RFC 3986, section 3.2.3).
@@ -106,6 +109,12 @@ HTTPRequestHead HTTPRequestHead::parse(std::string_view block) {
       head.hosts.emplace_back(value);
     } else if (equalsIgnoringASCIICase(name, "origin")) {
       head.origins.emplace_back(value);
+    } else if (equalsIgnoringASCIICase(name, "mcp-protocol-version")) {
+      keep(head.protocolVersion, value);
+    } else if (equalsIgnoringASCIICase(name, "mcp-method")) {
+      keep(head.mcpMethod, value);
+    } else if (equalsIgnoringASCIICase(name, "mcp-name")) {
+      keep(head.mcpName, value);
     } else if (equalsIgnoringASCIICase(name, "expect")) {
       // HTTP/1.0 has no interim answers.
       head.expectsContinue =

@@ -17,6 +17,7 @@
 /// Threads: a plain value; the functions are pure.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,6 +35,11 @@ struct HTTPRequestHead {
   /// The values of every Host and of every Origin, as sent.
   std::vector<std::string> hosts{};
   std::vector<std::string> origins{};
+  /// MCP-Protocol-Version, Mcp-Method and Mcp-Name. The values of a header that occurs more than once are
+  /// joined by commas (RFC 9110, section 5.3).
+  std::optional<std::string> protocolVersion{};
+  std::optional<std::string> mcpMethod{};
+  std::optional<std::string> mcpName{};
   /// The client may wait for an interim answer before it sends the body (RFC 9110, section 10.1.1).
   bool expectsContinue = false;
 

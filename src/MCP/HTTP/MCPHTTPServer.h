@@ -8,14 +8,16 @@
 ///     http.endpointURL();  // "http://127.0.0.1:8765/mcp"
 ///
 /// An answer is 200 with the response, 202 for a message without a response (a notification), 204 to OPTIONS,
-/// 405 to any other method, or a refusal (HTTPRequestReader.h). Then the connection is closed. A client that
-/// closes early, or whose request does not arrive within 30 seconds, gets no answer. A call whose client
-/// closes before the call begins is not run. Closing the sending side alone counts as closing while the call
-/// waits for others, and no longer when it has begun.
+/// 405 to any other method, or a refusal (HTTPRequestReader.h, and PostedMessage.h for the current revision
+/// of MCP). Then the connection is closed. A client that closes early, or whose request does not arrive
+/// within 30 seconds, gets no answer. A call whose client closes before the call begins is not run. Closing
+/// the sending side alone counts as closing while the call waits for others, and no longer when it has begun.
+/// In the current revision of MCP closing also gives up a call that has begun, and closing the sending side
+/// counts as closing.
 ///
 /// Many connections may be open at once. One thread, the queue, moves their bytes. Another thread, the
 /// worker, handles the messages in the order in which they are complete. A slow tool call delays only the
-/// calls after it.
+/// calls after it. Requests of the current revision that run no tool are answered on the queue.
 ///
 /// Threads: one thread at a time calls `start`, `stop` and `onStateChange`; the callback may call them too.
 /// Any thread may call `isRunning` and `endpointURL`. The callback runs on the queue's thread, and `start`
@@ -63,8 +65,9 @@ class MCPHTTPServer {
   /// failure it can be called again. Does nothing while the server listens.
   void start();
 
-  /// Closes the listener and every connection. A call that has begun finishes, because it cannot be undone
-  /// halfway; its answer is dropped. Calls that wait for it never begin. `start` may be called again.
+  /// Closes the listener and every connection. A call that has begun is given up in the current revision of
+  /// MCP, and finishes in older ones; its answer is dropped. Calls that wait for it never begin. `start` may
+  /// be called again.
   void stop();
 
  private:

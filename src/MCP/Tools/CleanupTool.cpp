@@ -55,10 +55,10 @@ JSONValue itemJSON(const IMAPMessage& message, JSONValue snippet,
 
 }  // namespace
 
-ToolOutcome MCPTools::proposeInboxCleanup(const JSONValue& arguments) const {
+ToolOutcome MCPTools::proposeInboxCleanup(const JSONValue& arguments, const CallWatch& watch) const {
   const std::vector<std::string> categories = allowedCategories(arguments);
   return listMessages(
-      arguments, {}, {Leaving::Form::asPreview, previewMaxChars},
+      arguments, watch, {}, {Leaving::Form::asPreview, previewMaxChars},
       [&](const IMAPMessage& message, const ScreenedBody& body) {
         return itemJSON(message, preview(body), categories);
       },

@@ -31,6 +31,30 @@ JSONValue MCPToolSchemas::toolsListJSON() {
   return tools;
 }
 
+/// Deliberate: what is read counts as an open world, because strangers wrote it.
+JSONValue MCPToolSchemas::currentToolJSON(ToolName name) {
+  using enum ToolRow::Effect;
+  const ToolRow& row = ToolRow::of(name);
+  JSONValue tool = row.definition.toJSON();
+  JSONObject& members = *tool.objectValue();
+  members.emplace("title", row.title);
+  members.emplace("annotations", JSONObject{
+                                     {"readOnlyHint", !changesMailbox(name)},
+                                     {"destructiveHint", row.effect == movesMail},
+                                     {"idempotentHint", row.effect != movesMail},
+                                     {"openWorldHint", row.effect != tellsOfItself},
+                                 });
+  return tool;
+}
+
+JSONValue MCPToolSchemas::currentToolsListJSON() {
+  JSONArray tools;
+  for (const ToolName name : allToolNames()) {
+    tools.push_back(currentToolJSON(name));
+  }
+  return tools;
+}
+
 JSONValue MCPToolSchemas::prop(std::string_view type, std::string_view description, const JSONObject& extra) {
   JSONObject property{{"type", type}, {"description", description}};
   for (const auto& [key, value] : extra) {

@@ -1,7 +1,8 @@
 #pragma once
 
 /// The catalogue of tools that `tools/list` returns: name, description and the JSON Schema of the
-/// arguments, all fixed.
+/// arguments, all fixed. In the revisions of MCP that begin with a handshake a tool has these three members;
+/// later it has a title and hints too.
 ///
 /// The client's model reads the descriptions. They state the limits of each tool in words. The schemas check
 /// nothing. Each tool checks its own arguments.
@@ -23,6 +24,7 @@ struct MCPToolDefinition {
   std::string description;
   JSONValue inputSchema;
 
+  /// The three members.
   JSONValue toJSON() const;
 };
 
@@ -35,6 +37,13 @@ std::optional<MCPToolDefinition> definition(ToolName name);
 
 /// The array under "tools" in the answer to `tools/list`.
 JSONValue toolsListJSON();
+
+/// One tool in the form of revision 2026-07-28: also with a title and with hints for the client, which it may
+/// show or use to decide what it asks the user. The hints are the same whatever the settings allow.
+JSONValue currentToolJSON(ToolName name);
+
+/// The array under "tools" in that form.
+JSONValue currentToolsListJSON();
 
 /// One property of a schema: its type, its description and further members such as "minimum".
 JSONValue prop(std::string_view type, std::string_view description, const JSONObject& extra = {});

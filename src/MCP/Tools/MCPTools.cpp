@@ -42,7 +42,8 @@ MCPTools MCPTools::shared() {
           }};
 }
 
-ToolCallResult MCPTools::handle(std::string_view name, const JSONValue& arguments) const {
+ToolCallResult MCPTools::handle(std::string_view name, const JSONValue& arguments,
+                                const CallWatch& watch) const {
   AppLogger::info(Category::tool, "tool call: " + loggable(name));
   const std::optional<ToolName> tool = toolName(name);
   if (!tool) {
@@ -51,13 +52,17 @@ ToolCallResult MCPTools::handle(std::string_view name, const JSONValue& argument
   const std::string label = "tool " + std::string(name);
   const auto start = std::chrono::steady_clock::now();
   try {
-    ToolOutcome outcome = (this->*ToolRow::of(*tool).run)(arguments);
+    ToolOutcome outcome = (this->*ToolRow::of(*tool).run)(arguments, watch);
     // A call with unusable arguments gets no second line. The handlers below log what was thrown.
     if (!outcome.result.isError) {
       AppLogger::info(Category::tool, label + ": " + outcome.summary + " (" +
                                           std::to_string(millisecondsSince(start)) + " ms)");
     }
     return std::move(outcome.result);
+  } catch (const Cancelled&) {
+    AppLogger::info(Category::tool,
+                    label + ": cancelled (" + std::to_string(millisecondsSince(start)) + " ms)");
+    throw;
   } catch (const IMAPError& error) {
     AppLogger::error(Category::tool, label + " failed: " + loggable(error));
     return ToolCallResult::error(error.description());
@@ -70,18 +75,25 @@ ToolCallResult MCPTools::handle(std::string_view name, const JSONValue& argument
   }
 }
 
-ToolOutcome MCPTools::withIMAP(const AppConfig& config, IMAPClient::Access access,
+ToolOutcome MCPTools::withIMAP(const AppConfig& config, IMAPClient::Access access, const CallWatch& watch,
                                const std::function<ToolOutcome(IMAPClient&)>& body) const {
   if (!config.isConfigured()) {
     throw IMAPError::notConfigured();
   }
+  watch.cancellation.throwIfCancelled();
   std::optional<Secret> password = keychain_.read(config.email);
   if (!password || password->empty()) {
     throw IMAPError::notConfigured();
   }
   const std::unique_ptr<IMAPClient> client =
       makeClient_(config.imapHost, config.imapPort, config.email, std::move(*password));
-  return withInbox(*client, access, body);
+  client->watch({.cancellation = watch.cancellation});
+  ToolOutcome outcome = withInbox(*client, access, body);
+  // Nobody wants what was read any more. But a change was made, and its result tells so.
+  if (access == IMAPClient::Access::readOnly) {
+    watch.cancellation.throwIfCancelled();
+  }
+  return outcome;
 }
 
 }  // namespace tarnwell

@@ -4,7 +4,7 @@
 ///
 /// Each call reads the settings again, so a change in the companion app takes effect on the next call. A call
 /// that needs the mailbox opens and closes its own IMAP session. Nothing is kept between calls. Every failure
-/// becomes a result with only the key "error". No call throws.
+/// becomes a result with only the key "error". A call throws only when it was cancelled.
 ///
 /// Threads: one call at a time. `MCPServer` ensures that.
 
@@ -18,6 +18,7 @@
 #include "Core/ConfigStore.h"
 #include "Core/KeychainStore.h"
 #include "Core/SecurityMail/EmailRiskDetector.h"
+#include "IMAP/Connection/Cancellation.h"
 #include "IMAP/IMAPClient.h"
 #include "MCP/JSON/JSONValue.h"
 
@@ -46,6 +47,16 @@ struct ToolOutcome {
   std::string summary{};
 };
 
+/// What the caller of a tool may do on another thread, and what it is told meanwhile.
+struct CallWatch {
+  /// Gives the call up at its next wait for the mail server. A change that is on the wire is finished, and
+  /// the call returns its result.
+  Cancellation cancellation{};
+  /// Called on the thread of the call after each message that a search or a clean-up has read: how many of
+  /// how many. May be empty.
+  std::function<void(std::int64_t done, std::int64_t total)> progressed{};
+};
+
 class MCPTools {
  public:
   /// Makes the client of one session from host, port, address and password. Does not connect it.
@@ -58,20 +69,21 @@ class MCPTools {
   /// The tools with the user's settings, the user's secrets and real connections.
   static MCPTools shared();
 
-  /// `arguments` may have any JSON type. Anything but an object counts as an empty object.
-  ToolCallResult handle(std::string_view name, const JSONValue& arguments) const;
+  /// `arguments` may have any JSON type. Anything but an object counts as an empty object. Throws `Cancelled`
+  /// when the watch gave the call up. Then nothing was changed, or is on its way to be.
+  ToolCallResult handle(std::string_view name, const JSONValue& arguments, const CallWatch& watch = {}) const;
 
  private:
   friend struct ToolRow;  // its rows name the tools below
 
   /// Runs `body` with a connected client that has the inbox selected. Always ends the session. Throws
-  /// `IMAPError`, `KeychainError` and what `body` throws.
-  ToolOutcome withIMAP(const AppConfig& config, IMAPClient::Access access,
+  /// `IMAPError`, `KeychainError`, `Cancelled` and what `body` throws.
+  ToolOutcome withIMAP(const AppConfig& config, IMAPClient::Access access, const CallWatch& watch,
                        const std::function<ToolOutcome(IMAPClient&)>& body) const;
 
   /// Runs `body` on the summary of the message that "uid" names, in a read-only session. Returns an error
   /// result when the UID is not valid or no message has it.
-  ToolOutcome withMessage(const AppConfig& config, const JSONValue& arguments,
+  ToolOutcome withMessage(const AppConfig& config, const JSONValue& arguments, const CallWatch& watch,
                           const std::function<ToolOutcome(IMAPClient&, IMAPMessage&)>& body) const;
 
   using ItemMaker = std::function<JSONValue(const IMAPMessage&, const ScreenedBody&)>;
@@ -79,18 +91,19 @@ class MCPTools {
   /// Finds the newest messages that match, at most as many as "limit" and the settings allow. `itemOf` makes
   /// an item of each message and its screened body. `resultOf` makes the result of the items. "count" is
   /// added to it.
-  ToolOutcome listMessages(const JSONValue& arguments, const IMAPSearchCriteria& criteria, Leaving leaving,
-                           const ItemMaker& itemOf, const ListMaker& resultOf) const;
+  ToolOutcome listMessages(const JSONValue& arguments, const CallWatch& watch,
+                           const IMAPSearchCriteria& criteria, Leaving leaving, const ItemMaker& itemOf,
+                           const ListMaker& resultOf) const;
 
-  ToolOutcome getStatus(const JSONValue& arguments) const;
-  ToolOutcome listFolders(const JSONValue& arguments) const;
-  ToolOutcome searchInbox(const JSONValue& arguments) const;
-  ToolOutcome getMessageSummary(const JSONValue& arguments) const;
-  ToolOutcome getMessageBody(const JSONValue& arguments) const;
-  ToolOutcome proposeInboxCleanup(const JSONValue& arguments) const;
-  ToolOutcome moveMessage(const JSONValue& arguments) const;
-  ToolOutcome markAsRead(const JSONValue& arguments) const;
-  ToolOutcome trashMessage(const JSONValue& arguments) const;
+  ToolOutcome getStatus(const JSONValue& arguments, const CallWatch& watch) const;
+  ToolOutcome listFolders(const JSONValue& arguments, const CallWatch& watch) const;
+  ToolOutcome searchInbox(const JSONValue& arguments, const CallWatch& watch) const;
+  ToolOutcome getMessageSummary(const JSONValue& arguments, const CallWatch& watch) const;
+  ToolOutcome getMessageBody(const JSONValue& arguments, const CallWatch& watch) const;
+  ToolOutcome proposeInboxCleanup(const JSONValue& arguments, const CallWatch& watch) const;
+  ToolOutcome moveMessage(const JSONValue& arguments, const CallWatch& watch) const;
+  ToolOutcome markAsRead(const JSONValue& arguments, const CallWatch& watch) const;
+  ToolOutcome trashMessage(const JSONValue& arguments, const CallWatch& watch) const;
 
   ConfigStore configStore_;
   KeychainStore keychain_;

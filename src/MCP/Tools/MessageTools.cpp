@@ -118,34 +118,34 @@ ToolOutcome readBody(IMAPClient& client, const MailScreen& screen, const IMAPMes
 
 }  // namespace
 
-ToolOutcome MCPTools::withMessage(const AppConfig& config, const JSONValue& arguments,
+ToolOutcome MCPTools::withMessage(const AppConfig& config, const JSONValue& arguments, const CallWatch& watch,
                                   const std::function<ToolOutcome(IMAPClient&, IMAPMessage&)>& body) const {
   const std::optional<std::uint32_t> uid = uidArg(arguments);
   if (!uid) {
     return {ToolCallResult::error(invalidUIDText)};
   }
-  return withIMAP(config, IMAPClient::Access::readOnly, [&](IMAPClient& client) {
+  return withIMAP(config, IMAPClient::Access::readOnly, watch, [&](IMAPClient& client) {
     std::optional<IMAPMessage> message = client.fetchMessage(*uid);
     return message ? body(client, *message) : ToolOutcome{ToolCallResult::error(noMessageText(*uid))};
   });
 }
 
-ToolOutcome MCPTools::getMessageSummary(const JSONValue& arguments) const {
+ToolOutcome MCPTools::getMessageSummary(const JSONValue& arguments, const CallWatch& watch) const {
   const AppConfig config = configStore_.load();
   const bool isRequested = arguments["includeBodySnippet"].boolValue().value_or(true);
   const MailScreen screen(detector_, config);
-  return withMessage(config, arguments, [&](IMAPClient& client, IMAPMessage& message) {
+  return withMessage(config, arguments, watch, [&](IMAPClient& client, IMAPMessage& message) {
     const ScreenedSnippet snippet = screenedSnippet(client, screen, message, isRequested);
     screen.maskCodes(message, snippet.judgement);
     return summaryOutcome(message, snippet);
   });
 }
 
-ToolOutcome MCPTools::getMessageBody(const JSONValue& arguments) const {
+ToolOutcome MCPTools::getMessageBody(const JSONValue& arguments, const CallWatch& watch) const {
   const AppConfig config = configStore_.load();
   const std::int64_t maxChars = SafetyPolicy(config.safety).clampBodyChars(arguments["maxChars"].intValue());
   const MailScreen screen(detector_, config);
-  return withMessage(config, arguments, [&](IMAPClient& client, const IMAPMessage& message) {
+  return withMessage(config, arguments, watch, [&](IMAPClient& client, const IMAPMessage& message) {
     return readBody(client, screen, message, maxChars);
   });
 }

@@ -51,23 +51,28 @@ JSONValue messageHeaderJSON(const IMAPMessage& message, const ScreenedBody& body
 
 }  // namespace
 
-ToolOutcome MCPTools::listMessages(const JSONValue& arguments, const IMAPSearchCriteria& criteria,
-                                   Leaving leaving, const ItemMaker& itemOf,
-                                   const ListMaker& resultOf) const {
+ToolOutcome MCPTools::listMessages(const JSONValue& arguments, const CallWatch& watch,
+                                   const IMAPSearchCriteria& criteria, Leaving leaving,
+                                   const ItemMaker& itemOf, const ListMaker& resultOf) const {
   const AppConfig config = configStore_.load();
   const std::int64_t limit =
       SafetyPolicy(config.safety).clampLimit(arguments["limit"].intValue(), BridgeConstants::searchLimitMax);
   const MailScreen screen(detector_, config);
 
-  return withIMAP(config, IMAPClient::Access::readOnly, [&](IMAPClient& client) {
+  return withIMAP(config, IMAPClient::Access::readOnly, watch, [&](IMAPClient& client) {
     std::vector<IMAPMessage> messages =
         client.fetchMessages(client.searchInbox(criteria, static_cast<std::size_t>(limit)));
     JSONArray items(messages.size());
     int withheldCount = 0;
+    std::int64_t readCount = 0;
     screen.fetchBodies(client, messages, leaving, [&](std::size_t index, const ScreenedBody& body) {
       screen.maskCodes(messages[index], body.judgement());
       items[index] = itemOf(messages[index], body);
       withheldCount += body.isWithheld ? 1 : 0;
+      ++readCount;
+      if (watch.progressed) {
+        watch.progressed(readCount, static_cast<std::int64_t>(items.size()));
+      }
     });
     const auto count = static_cast<std::int64_t>(items.size());
     JSONObject result = resultOf(std::move(items), limit);
@@ -78,9 +83,10 @@ ToolOutcome MCPTools::listMessages(const JSONValue& arguments, const IMAPSearchC
   });
 }
 
-ToolOutcome MCPTools::searchInbox(const JSONValue& arguments) const {
-  return listMessages(arguments, searchCriteria(arguments), {Leaving::Form::asSnippet, snippetMaxChars},
-                      messageHeaderJSON, [](JSONArray hits, std::int64_t limit) {
+ToolOutcome MCPTools::searchInbox(const JSONValue& arguments, const CallWatch& watch) const {
+  return listMessages(arguments, watch, searchCriteria(arguments),
+                      {Leaving::Form::asSnippet, snippetMaxChars}, messageHeaderJSON,
+                      [](JSONArray hits, std::int64_t limit) {
                         return JSONObject{{"limit", limit}, {"messages", std::move(hits)}};
                       });
 }

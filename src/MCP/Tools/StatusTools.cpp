@@ -43,7 +43,7 @@ JSONValue folderJSON(const IMAPFolder& folder, bool includeSpecialUse) {
 
 }  // namespace
 
-ToolOutcome MCPTools::getStatus(const JSONValue& /*arguments*/) const {
+ToolOutcome MCPTools::getStatus(const JSONValue& /*arguments*/, const CallWatch& /*watch*/) const {
   const AppConfig config = configStore_.load();
   const bool isConfigured = config.isConfigured() && hasUsablePassword(keychain_, config.email);
   JSONArray toolNames;
@@ -67,9 +67,9 @@ ToolOutcome MCPTools::getStatus(const JSONValue& /*arguments*/) const {
   return {{std::move(status)}, isConfigured ? "configured" : "not configured"};
 }
 
-ToolOutcome MCPTools::listFolders(const JSONValue& arguments) const {
+ToolOutcome MCPTools::listFolders(const JSONValue& arguments, const CallWatch& watch) const {
   const bool includeSpecialUse = arguments["includeSpecialUse"].boolValue().value_or(true);
-  return withIMAP(configStore_.load(), IMAPClient::Access::readOnly, [&](IMAPClient& client) {
+  return withIMAP(configStore_.load(), IMAPClient::Access::readOnly, watch, [&](IMAPClient& client) {
     JSONArray folders;
     for (const IMAPFolder& folder : client.listFolders()) {
       folders.push_back(folderJSON(folder, includeSpecialUse));

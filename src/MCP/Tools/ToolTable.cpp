@@ -35,14 +35,16 @@ std::string maxCharsDescription() {
 std::span<const ToolRow> ToolRow::all() {
   static const ToolRow rows[] = {
       {ToolName::getStatus,
-       Effect::reads,
+       Effect::tellsOfItself,
+       "Connection and safety status",
        {"get_status",
         "Return the bridge's connection readiness, the active safety mode (read-only / dry-run / "
         "write-enabled), and all safety settings. Takes no arguments.",
         object({})},
        &MCPTools::getStatus},
       {ToolName::listFolders,
-       Effect::reads,
+       Effect::readsMail,
+       "List mail folders",
        {"list_folders",
         "List IMAP mailboxes/folders with their path, hierarchy delimiter and special-use attribute. "
         "Read-only.",
@@ -53,7 +55,8 @@ std::span<const ToolRow> ToolRow::all() {
         })},
        &MCPTools::listFolders},
       {ToolName::searchInbox,
-       Effect::reads,
+       Effect::readsMail,
+       "Search inbox",
        {"search_inbox",
         "Search INBOX and return lightweight message headers (uid, subject, from, date, flags, a short "
         "snippet, hasAttachments). Never returns full bodies. Read-only.",
@@ -69,7 +72,8 @@ std::span<const ToolRow> ToolRow::all() {
         })},
        &MCPTools::searchInbox},
       {ToolName::getMessageSummary,
-       Effect::reads,
+       Effect::readsMail,
+       "Message summary",
        {"get_message_summary",
         "Return safe summary fields for one message (subject, from, to, cc, date, flags, hasAttachments, "
         "detected risk signals, and a bounded body snippet ≤1000 chars). Snippets of "
@@ -81,7 +85,8 @@ std::span<const ToolRow> ToolRow::all() {
             {"uid"})},
        &MCPTools::getMessageSummary},
       {ToolName::getMessageBody,
-       Effect::reads,
+       Effect::readsMail,
+       "Read message text",
        {"get_message_body",
         "Return the (text) body of one message, HTML flattened, truncated to maxChars. Bodies of "
         "OTP/2FA/verification-code/password-reset/security-alert mail are NOT returned — the tool "
@@ -92,7 +97,8 @@ std::span<const ToolRow> ToolRow::all() {
                {"uid"})},
        &MCPTools::getMessageBody},
       {ToolName::proposeInboxCleanup,
-       Effect::reads,
+       Effect::readsMail,
+       "Suggest inbox clean-up",
        {"propose_inbox_cleanup",
         "Return recent INBOX messages with lightweight rule-based category hints so the *client* AI can "
         "propose an organization plan. Performs NO moves and makes NO LLM classification itself. Read-only.",
@@ -106,7 +112,8 @@ std::span<const ToolRow> ToolRow::all() {
         })},
        &MCPTools::proposeInboxCleanup},
       {ToolName::moveMessage,
-       Effect::changes,
+       Effect::movesMail,
+       "Move message to a folder",
        {"move_message",
         "Move ONE message out of INBOX into an existing folder using IMAP UID MOVE. Blocked under read-only; "
         "simulated under dry-run. The target folder must already exist (never created). Source is always "
@@ -117,14 +124,16 @@ std::span<const ToolRow> ToolRow::all() {
                {"uid", "targetFolder"})},
        &MCPTools::moveMessage},
       {ToolName::markAsRead,
-       Effect::changes,
+       Effect::marksMail,
+       "Mark message as read",
        {"mark_as_read",
         "Mark ONE message as read (sets the \\Seen flag) via UID STORE. Blocked under read-only; "
         "simulated under dry-run.",
         object({{"uid", uidProperty()}, {"dryRun", dryRunProperty()}}, {"uid"})},
        &MCPTools::markAsRead},
       {ToolName::trashMessage,
-       Effect::changes,
+       Effect::movesMail,
+       "Move message to Trash",
        {"trash_message",
         "Move ONE message from INBOX to the Trash folder via UID MOVE. Disabled by default in Safety "
         "settings. Blocked under read-only; simulated under dry-run. Never performs a physical delete or "
@@ -153,6 +162,9 @@ std::optional<ToolName> toolName(std::string_view rawText) {
   return row == ToolRow::all().end() ? std::nullopt : std::optional(row->tool);
 }
 
-bool changesMailbox(ToolName name) { return ToolRow::of(name).effect == ToolRow::Effect::changes; }
+bool changesMailbox(ToolName name) {
+  const ToolRow::Effect effect = ToolRow::of(name).effect;
+  return effect == ToolRow::Effect::marksMail || effect == ToolRow::Effect::movesMail;
+}
 
 }  // namespace tarnwell

@@ -14,13 +14,20 @@
 namespace tarnwell {
 
 struct ToolRow {
-  /// On the mailbox.
-  enum class Effect { reads, changes };
+  /// What a call does, at most.
+  enum class Effect {
+    tellsOfItself,  // looks at the settings, and at no mail
+    readsMail,
+    marksMail,  // doing it again changes nothing more
+    movesMail,
+  };
 
   ToolName tool;
   Effect effect;
+  /// For people.
+  std::string_view title;
   MCPToolDefinition definition;
-  ToolOutcome (MCPTools::*run)(const JSONValue& arguments) const;
+  ToolOutcome (MCPTools::*run)(const JSONValue& arguments, const CallWatch& watch) const;
 
   /// In the order of the catalogue.
   static std::span<const ToolRow> all();

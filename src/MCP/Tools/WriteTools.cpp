@@ -128,7 +128,7 @@ bool namesTheInbox(std::string_view folder) { return uppercased(folder) == "INBO
 
 }  // namespace
 
-ToolOutcome MCPTools::moveMessage(const JSONValue& arguments) const {
+ToolOutcome MCPTools::moveMessage(const JSONValue& arguments, const CallWatch& watch) const {
   const std::optional<std::uint32_t> uid = uidArg(arguments);
   if (!uid) {
     return {ToolCallResult::error(invalidUIDText)};
@@ -147,7 +147,7 @@ ToolOutcome MCPTools::moveMessage(const JSONValue& arguments) const {
   if (namesTheInbox(*target)) {
     return {ToolCallResult::error("Refusing to move a message to INBOX (it is already there).")};
   }
-  return withIMAP(config, plan.access(), [&](IMAPClient& client) {
+  return withIMAP(config, plan.access(), watch, [&](IMAPClient& client) {
     const std::optional<IMAPFolder> folder = MailboxMapper::resolve(*target, client.listFolders());
     if (!folder) {
       throw IMAPError::folderNotFound(*target);
@@ -159,7 +159,7 @@ ToolOutcome MCPTools::moveMessage(const JSONValue& arguments) const {
   });
 }
 
-ToolOutcome MCPTools::trashMessage(const JSONValue& arguments) const {
+ToolOutcome MCPTools::trashMessage(const JSONValue& arguments, const CallWatch& watch) const {
   const std::optional<std::uint32_t> uid = uidArg(arguments);
   if (!uid) {
     return {ToolCallResult::error(invalidUIDText)};
@@ -170,7 +170,7 @@ ToolOutcome MCPTools::trashMessage(const JSONValue& arguments) const {
   if (std::optional<ToolOutcome> refusal = plan.refusal()) {
     return *refusal;
   }
-  return withIMAP(config, plan.access(), [&](IMAPClient& client) {
+  return withIMAP(config, plan.access(), watch, [&](IMAPClient& client) {
     const std::optional<IMAPFolder> folder = MailboxMapper::trashFolder(client.listFolders());
     if (!folder) {
       throw IMAPError::folderNotFound("Trash");
@@ -179,7 +179,7 @@ ToolOutcome MCPTools::trashMessage(const JSONValue& arguments) const {
   });
 }
 
-ToolOutcome MCPTools::markAsRead(const JSONValue& arguments) const {
+ToolOutcome MCPTools::markAsRead(const JSONValue& arguments, const CallWatch& watch) const {
   const std::optional<std::uint32_t> uid = uidArg(arguments);
   if (!uid) {
     return {ToolCallResult::error(invalidUIDText)};
@@ -191,7 +191,7 @@ ToolOutcome MCPTools::markAsRead(const JSONValue& arguments) const {
     return *refusal;
   }
   const MailScreen screen(detector_, config);
-  return withIMAP(config, plan.access(), [&](IMAPClient& client) {
+  return withIMAP(config, plan.access(), watch, [&](IMAPClient& client) {
     std::optional<IMAPMessage> message = client.fetchMessage(*uid);
     if (!message) {
       return ToolOutcome{ToolCallResult::error(noMessageText(*uid))};

@@ -13,7 +13,9 @@ void PrintTo(const HTTPRequestHead& head, std::ostream* out) {
   *out << "method \"" << head.method << "\", length " << head.contentLength
        << (head.hasConflictingLengths ? ", conflicting lengths" : "")
        << (head.expectsContinue ? ", expects 100" : "") << ", hosts " << testing::PrintToString(head.hosts)
-       << ", origins " << testing::PrintToString(head.origins);
+       << ", origins " << testing::PrintToString(head.origins) << ", revision "
+       << head.protocolVersion.value_or("none") << ", MCP method " << head.mcpMethod.value_or("none")
+       << ", name " << head.mcpName.value_or("none");
 }
 
 namespace {
@@ -49,6 +51,23 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"leadingBlank", " POST / HTTP/1.1\r\n", {}},
         Row{"bareLineFeedsAreNoLineEnds", "POST / HTTP/1.1\nContent-Length: 5\n", {.method = "POST"}},
         Row{"bytesOfAnyKind", std::string("\xff\0\x80", 3), {.method = std::string("\xff\0\x80", 3)}}),
+    rowName);
+
+INSTANTIATE_TEST_SUITE_P(
+    Message, HTTPHead,
+    testing::Values(
+        Row{"all",
+            post("MCP-Protocol-Version: 2026-07-28\r\nMcp-Method: tools/call\r\nMcp-Name: x\r\n\r\n"),
+            {.method = "POST", .protocolVersion = "2026-07-28", .mcpMethod = "tools/call", .mcpName = "x"}},
+        Row{"inAnyCaseAndWithBlanks",
+            post("mcp-protocol-version:2026-07-28\r\nMCP-METHOD: \t Tools/Call \t\r\nmCP-nAME:x y\r\n"),
+            {.method = "POST", .protocolVersion = "2026-07-28", .mcpMethod = "Tools/Call", .mcpName = "x y"}},
+        Row{"empty",
+            post("Mcp-Method:\r\nMcp-Name: \r\n"),
+            {.method = "POST", .mcpMethod = "", .mcpName = ""}},
+        Row{"twiceIsJoined",
+            post("Mcp-Method: a\r\nMcp-Name: b\r\nMcp-Method: c\r\n"),
+            {.method = "POST", .mcpMethod = "a, c", .mcpName = "b"}}),
     rowName);
 
 INSTANTIATE_TEST_SUITE_P(

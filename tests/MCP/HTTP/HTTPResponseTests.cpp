@@ -25,8 +25,13 @@ TEST(HTTPResponseBytes, lengthCountsBytes) {
 
 TEST(HTTPResponseBytes, withoutABodyTheLengthIsZeroAlsoForNoContent) {
   const std::pair<int, const char*> rows[] = {
-      {202, "Accepted"},  {204, "No Content"},        {400, "Bad Request"},
-      {403, "Forbidden"}, {413, "Payload Too Large"}, {431, "Request Header Fields Too Large"},
+      {202, "Accepted"},
+      {204, "No Content"},
+      {400, "Bad Request"},
+      {403, "Forbidden"},
+      {404, "Not Found"},
+      {413, "Payload Too Large"},
+      {431, "Request Header Fields Too Large"},
   };
   for (const auto& [status, reason] : rows) {
     EXPECT_EQ(HTTPResponse{status}.serialized(),

@@ -68,6 +68,45 @@ TEST(MCPToolSchemas, catalogueIsExactlyThis) {
   }
 }
 
+/// Title, then whether it only reads, destroys, may be repeated, meets an open world.
+struct CurrentRow {
+  const char* name;
+  const char* title;
+  bool readOnly;
+  bool destructive;
+  bool idempotent;
+  bool openWorld;
+};
+
+constexpr CurrentRow currentRows[] = {
+    {"get_status", "Connection and safety status", true, false, true, false},
+    {"list_folders", "List mail folders", true, false, true, true},
+    {"search_inbox", "Search inbox", true, false, true, true},
+    {"get_message_summary", "Message summary", true, false, true, true},
+    {"get_message_body", "Read message text", true, false, true, true},
+    {"propose_inbox_cleanup", "Suggest inbox clean-up", true, false, true, true},
+    {"move_message", "Move message to a folder", false, true, false, true},
+    {"mark_as_read", "Mark message as read", false, false, true, true},
+    {"trash_message", "Move message to Trash", false, true, false, true},
+};
+
+TEST(MCPToolSchemas, currentFormAddsTitleAndHints) {
+  const JSONValue before = MCPToolSchemas::toolsListJSON();
+  JSONArray expected;
+  for (const CurrentRow& row : currentRows) {
+    JSONValue tool = (*before.arrayValue())[expected.size()];
+    EXPECT_EQ(tool["name"], JSONValue(row.name));
+    EXPECT_EQ(tool.objectValue()->size(), 3u) << "the older form has nothing else";
+    tool.objectValue()->emplace("title", row.title);
+    tool.objectValue()->emplace("annotations", JSONObject{{"readOnlyHint", row.readOnly},
+                                                          {"destructiveHint", row.destructive},
+                                                          {"idempotentHint", row.idempotent},
+                                                          {"openWorldHint", row.openWorld}});
+    expected.push_back(tool);
+  }
+  EXPECT_EQ(MCPToolSchemas::currentToolsListJSON().prettyString(), JSONValue(expected).prettyString());
+}
+
 TEST(MCPToolSchemas, everyToolHasADefinitionAndANameBothWays) {
   const std::pair<ToolName, const char*> rows[] = {
       {ToolName::getStatus, "get_status"},
