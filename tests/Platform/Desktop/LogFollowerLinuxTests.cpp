@@ -270,19 +270,21 @@ std::size_t threadCount() {
 TEST(LogFollowerLinux, afterItsEndNothingIsHeardAndItsThreadEnds) {
   EXPECT_EQ(inForkedProcess([] {
               const RealJournal journal;
-              const std::size_t before = threadCount();
               Listener listener;
+              std::size_t during = 0;
               {
                 const LogFollower follower({.subsystem = subsystem}, listener.heard());
                 listener.textWhen("readable");
+                during = threadCount();
               }
               write(journal, "one");
-              for (int attempt = 0; threadCount() > before && attempt < 2000; ++attempt) {
+              for (int attempt = 0; threadCount() == during && attempt < 2000; ++attempt) {
                 ::usleep(10'000);
               }
-              return std::to_string(threadCount() - before) + " threads, " + listener.textWhen("readable");
+              return std::to_string(during - threadCount()) + " thread fewer, " +
+                     listener.textWhen("readable");
             }),
-            "0 threads, readable");
+            "1 thread fewer, readable");
 }
 
 }  // namespace
