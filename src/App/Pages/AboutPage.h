@@ -23,7 +23,7 @@ class AboutPage : public Page {
   explicit AboutPage(AboutModel& about, QWidget* parent = nullptr);
 
  protected:
-  void setTexts() override;
+  void setTexts() final;
 
  private:
   FormField* addPlace(const QString& place);

@@ -25,7 +25,7 @@ class SafetyPage : public Page {
   SafetyPage(SafetyModel& safety, Questions& questions, QWidget* parent = nullptr);
 
  protected:
-  void setTexts() override;
+  void setTexts() final;
 
  private:
   struct SwitchRow {
