@@ -51,6 +51,7 @@ TEST_P(AccountPageTest, firstStartLeadsToATestedAccount) {
   EXPECT_EQ(focusName(), testing_());
   pressButton(save());
   ASSERT_TRUE(saysNews(Kind::saved));
+  EXPECT_EQ(focusName(), testing_());  // there is nothing to save any more
   EXPECT_EQ(stored(testEmail), testPassword);
   EXPECT_EQ(textOf(password()), "");
   EXPECT_FALSE(shown().contains(AccountTexts::welcome().first()));
