@@ -63,6 +63,18 @@ AccountDraft::AccountDraft(const AccountAddress& saved) {
   isPortTyped_ = saved.imapPort != BridgeConstants::defaultIMAPPort;
 }
 
+QString AccountDraft::text(Field field) const {
+  switch (field) {
+    case Field::email:
+      return email_;
+    case Field::host:
+      return host_;
+    case Field::port:
+      return port_;
+  }
+  return {};
+}
+
 void AccountDraft::setEmail(const QString& text) {
   email_ = text;
   const QString address = plain(text);

@@ -41,6 +41,7 @@ class AccountDraft {
   QString email() const { return email_; }
   QString host() const { return host_; }
   QString port() const { return port_; }
+  QString text(Field field) const;
 
   /// Also fills in server and port of a known provider, unless they were typed. A server that was filled in
   /// goes when the address turns out to be of an unknown provider. A name without "@" keeps it: some

@@ -17,14 +17,15 @@ using Finding = AccountDraft::Finding;
 using Obstacle = AccountModel::Obstacle;
 
 StageRow::State shownState(AccountModel::StageState state) {
+  using enum AccountModel::StageState;
   switch (state) {
-    case AccountModel::StageState::waiting:
-      return StageRow::State::waiting;
-    case AccountModel::StageState::running:
+    case waiting:
+      break;
+    case running:
       return StageRow::State::running;
-    case AccountModel::StageState::done:
+    case done:
       return StageRow::State::done;
-    case AccountModel::StageState::failed:
+    case failed:
       return StageRow::State::failed;
   }
   return StageRow::State::waiting;
@@ -36,18 +37,6 @@ Notice::Kind noticeKind(const AccountNews& news) {
     return Notice::Kind::information;
   }
   return news.isFailure() ? Notice::Kind::error : Notice::Kind::success;
-}
-
-QString textOf(const AccountDraft& draft, Field field) {
-  switch (field) {
-    case Field::email:
-      return draft.email();
-    case Field::host:
-      return draft.host();
-    case Field::port:
-      return draft.port();
-  }
-  return {};
 }
 
 bool isBusyOrFree(Obstacle obstacle) { return obstacle == Obstacle::none || obstacle == Obstacle::busy; }
@@ -208,7 +197,7 @@ void AccountPage::showModel() {
 
 void AccountPage::showEntry(Entry& entry) {
   const AccountDraft& draft = account_.draft();
-  if (const QString text = textOf(draft, entry.field); text != entry.input->text()) {
+  if (const QString text = draft.text(entry.field); text != entry.input->text()) {
     entry.input->setText(text);
   }
   const Finding finding = draft.finding(entry.field);
@@ -245,10 +234,15 @@ void AccountPage::showNews() {
     stages_->setState(static_cast<int>(stage), shownState(stages->at(stage)));
   }
   const AccountNews& news = account_.news();
-  if (const QString text = AccountTexts::news(news); text.isEmpty()) {
+  const QString text = AccountTexts::news(news);
+  if (text.isEmpty()) {
     news_->fallSilent();
-  } else {
+  } else if (text != news_->text() || news.details != news_->details()) {
     news_->tell(noticeKind(news), text, news.details);
+    bringIntoView(news_);
+  }
+  if (account_.activity() == Activity::testing) {
+    bringIntoView(stages_);
   }
 }
 

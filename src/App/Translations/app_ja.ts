@@ -241,6 +241,403 @@
     </message>
 </context>
 <context>
+    <name>tarnwell::AboutPage</name>
+    <message>
+        <source>The settings could not be saved. The page shows what holds.</source>
+        <translation>設定を保存できませんでした。画面には現在有効な設定を表示しています。</translation>
+    </message>
+    <message>
+        <source>The diagnostics are on the clipboard. They hold no address, no server and no password.</source>
+        <translation>診断情報をクリップボードにコピーしました。メールアドレス、サーバー名、パスワードは含まれていません。</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>このアプリについて</translation>
+    </message>
+    <message>
+        <source>An assistant works with your mail, and you decide how far.</source>
+        <translation>アシスタントにメールの作業を任せる範囲は、あなたが決めます。</translation>
+    </message>
+    <message>
+        <source>Tarnwell %1 lets an AI assistant work with one mailbox. Assistants reach it by the &lt;a href=&quot;%2&quot;&gt;Model Context Protocol&lt;/a&gt;. It is free software under the &lt;a href=&quot;%3&quot;&gt;MIT licence&lt;/a&gt;.</source>
+        <translation>Tarnwell %1 は、AI アシスタントが一つのメールボックスを扱えるようにします。アシスタントとは &lt;a href=&quot;%2&quot;&gt;Model Context Protocol&lt;/a&gt; でつながります。&lt;a href=&quot;%3&quot;&gt;MIT ライセンス&lt;/a&gt;の自由ソフトウェアです。</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>言語</translation>
+    </message>
+    <message>
+        <source>&amp;Language of this window</source>
+        <translation>このウィンドウの言語(&amp;L)</translation>
+    </message>
+    <message>
+        <source>That of the system (%1)</source>
+        <translation>システムの言語（%1）</translation>
+    </message>
+    <message>
+        <source>Where things are</source>
+        <translation>保存場所</translation>
+    </message>
+    <message>
+        <source>The &amp;settings</source>
+        <translation>設定(&amp;S)</translation>
+    </message>
+    <message>
+        <source>The helper reads this file afresh for every call.</source>
+        <translation>ヘルパーは呼び出しのたびにこのファイルを読み直します。</translation>
+    </message>
+    <message>
+        <source>The &amp;password</source>
+        <translation>パスワード(&amp;P)</translation>
+    </message>
+    <message>
+        <source>It lies in the keyring of your desktop, under this name and your address.</source>
+        <translation>デスクトップのキーリングに、この名前とメールアドレスで保存されています。</translation>
+    </message>
+    <message>
+        <source>The l&amp;og</source>
+        <translation>ログ(&amp;O)</translation>
+    </message>
+    <message>
+        <source>This command shows it in a terminal. The page “Activity” shows the same.</source>
+        <translation>端末でこのコマンドを実行すると表示されます。「動作記録」のページでも同じ内容を確認できます。</translation>
+    </message>
+    <message>
+        <source>Licence</source>
+        <translation>ライセンス</translation>
+    </message>
+    <message>
+        <source>&amp;Copy diagnostics</source>
+        <translation>診断情報をコピー(&amp;C)</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::AccountPage</name>
+    <message>
+        <source>Stored in the keyring. Type to replace it.</source>
+        <translation>キーリングに保存済みです。入力すると置き換わります。</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>中止(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Test connection</source>
+        <translation>接続テスト(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>アカウント</translation>
+    </message>
+    <message>
+        <source>The mailbox that your assistant may look into. The password goes into your keyring and nowhere else.</source>
+        <translation>アシスタントが参照できるメールボックスです。パスワードはキーリングにのみ保存されます。</translation>
+    </message>
+    <message>
+        <source>Welcome</source>
+        <translation>ようこそ</translation>
+    </message>
+    <message>
+        <source>&amp;E-mail address</source>
+        <translation>メールアドレス(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;Mail server</source>
+        <translation>メールサーバー(&amp;M)</translation>
+    </message>
+    <message>
+        <source>P&amp;ort</source>
+        <translation>ポート(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Remove account</source>
+        <translation>アカウントを削除(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>保存(&amp;S)</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::AccountTexts</name>
+    <message>
+        <source>%1 needs an app password, not your ordinary one.</source>
+        <translation>%1 では、通常のパスワードではなくアプリ用パスワードが必要です。</translation>
+    </message>
+    <message>
+        <source>%1 needs an app password, and makes one only after two-step verification is on.</source>
+        <translation>%1 ではアプリ用パスワードが必要です。2 段階認証を有効にすると作成できます。</translation>
+    </message>
+    <message>
+        <source>%1 takes your ordinary password, or an app password if two-step verification is on.</source>
+        <translation>%1 では通常のパスワードを使います。2 段階認証が有効な場合はアプリ用パスワードを使います。</translation>
+    </message>
+    <message>
+        <source>%1 has a password for mail programs alone. It is not your ordinary one.</source>
+        <translation>%1 にはメールソフト専用のパスワードがあります。通常のパスワードとは異なります。</translation>
+    </message>
+    <message>
+        <source>%1 takes the password of your mailbox.</source>
+        <translation>%1 ではメールボックスのパスワードを使います。</translation>
+    </message>
+    <message>
+        <source>Where to find it</source>
+        <translation>確認方法</translation>
+    </message>
+    <message>
+        <source>How to make one</source>
+        <translation>作成方法</translation>
+    </message>
+    <message>
+        <source>An e-mail address looks like name@example.org.</source>
+        <translation>メールアドレスは name@example.org のような形式です。</translation>
+    </message>
+    <message>
+        <source>%1 lets mail programs sign in only through the browser, not with a password. Tarnwell cannot use this mailbox.</source>
+        <translation>%1 ではメールソフトからのパスワードによるログインができず、ブラウザーでの認証が必要です。Tarnwell ではこのメールボックスを利用できません。</translation>
+    </message>
+    <message>
+        <source>The name of a server looks like imap.example.org.</source>
+        <translation>サーバー名は imap.example.org のような形式です。</translation>
+    </message>
+    <message>
+        <source>A port is a number from 1 to 65535; mail servers mostly use 993.</source>
+        <translation>ポートは 1 から 65535 までの数字です。メールサーバーではたいてい 993 です。</translation>
+    </message>
+    <message>
+        <source>%1 gave you another name for mail programs. Type that name instead of the address.</source>
+        <translation>%1 ではメールソフト用に別のログイン名が割り当てられています。アドレスの代わりにその名前を入力してください。</translation>
+    </message>
+    <message>
+        <source>%1 wants only the part before the “@” as the name. Type just that.</source>
+        <translation>%1 のログイン名は「@」より前の部分だけです。その部分だけを入力してください。</translation>
+    </message>
+    <message>
+        <source>This is a name without “@”. Most providers want the whole address.</source>
+        <translation>「@」のない名前です。ほとんどのプロバイダーではメールアドレス全体が必要です。</translation>
+    </message>
+    <message>
+        <source>Server and port of well-known providers are filled in.</source>
+        <translation>主なプロバイダーのサーバーとポートは自動で入力されます。</translation>
+    </message>
+    <message>
+        <source>This provider is not known here. Its help pages name its IMAP server.</source>
+        <translation>登録されていないプロバイダーです。IMAP サーバー名はプロバイダーのヘルプで確認してください。</translation>
+    </message>
+    <message>
+        <source>Mail &amp;password</source>
+        <translation>メールパスワード(&amp;P)</translation>
+    </message>
+    <message>
+        <source>App &amp;password</source>
+        <translation>アプリ用パスワード(&amp;P)</translation>
+    </message>
+    <message>
+        <source>First allow mail programs (IMAP) in the settings of %1.</source>
+        <translation>先に %1 の設定でメールソフト（IMAP）の利用を許可してください。</translation>
+    </message>
+    <message>
+        <source>It goes into your keyring and nowhere else.</source>
+        <translation>パスワードはキーリングにのみ保存されます。</translation>
+    </message>
+    <message>
+        <source>No program keeps passwords in this session. Turn on KWallet in the system settings, or install the package gnome-keyring. Then log out and in again.</source>
+        <translation>このセッションにはパスワードを保管するプログラムがありません。システム設定で KWallet を有効にするか、gnome-keyring パッケージをインストールしてから、ログインし直してください。</translation>
+    </message>
+    <message>
+        <source>No program keeps passwords in this session. Install the package gnome-keyring, then log out and in again.</source>
+        <translation>このセッションにはパスワードを保管するプログラムがありません。gnome-keyring パッケージをインストールしてから、ログインし直してください。</translation>
+    </message>
+    <message>
+        <source>The server does not accept this name and password. Many providers want an app password instead of the ordinary one.</source>
+        <translation>サーバーがこの名前とパスワードを受け付けません。多くのプロバイダーでは、通常のパスワードではなくアプリ用パスワードが必要です。</translation>
+    </message>
+    <message>
+        <source>%1 does not accept this name and password. Its name for signing in is not the address; see the hints at the fields.</source>
+        <translation>%1 がこの名前とパスワードを受け付けません。ログイン名はメールアドレスとは異なります。入力欄の説明を確認してください。</translation>
+    </message>
+    <message>
+        <source>%1 does not accept this address and password. See the hint at the password.</source>
+        <translation>%1 がこのアドレスとパスワードを受け付けません。パスワード欄の説明を確認してください。</translation>
+    </message>
+    <message>
+        <source>Tarnwell lets an assistant look into one mailbox of yours, through this computer.</source>
+        <translation>Tarnwell は、このコンピューターを通じて、アシスタントがメールボックスを 1 つ参照できるようにします。</translation>
+    </message>
+    <message>
+        <source>At first it may only read, and mail with codes and account links stays closed to it.</source>
+        <translation>初期設定では読み取りだけが許可され、認証コードやアカウントのリンクを含むメールは公開されません。</translation>
+    </message>
+    <message>
+        <source>Type your account here, test the connection, save it: then connect your assistant.</source>
+        <translation>アカウントを入力し、接続をテストして保存したら、アシスタントを接続してください。</translation>
+    </message>
+    <message>
+        <source>Server found</source>
+        <translation>サーバーの検索</translation>
+    </message>
+    <message>
+        <source>Secure connection</source>
+        <translation>安全な接続</translation>
+    </message>
+    <message>
+        <source>Sign in</source>
+        <translation>ログイン</translation>
+    </message>
+    <message>
+        <source>Inbox</source>
+        <translation>受信トレイ</translation>
+    </message>
+    <message>
+        <source>Begin with your e-mail address.</source>
+        <translation>まずメールアドレスを入力してください。</translation>
+    </message>
+    <message>
+        <source>The e-mail address is not complete yet.</source>
+        <translation>メールアドレスの入力が完了していません。</translation>
+    </message>
+    <message>
+        <source>The name of the mail server is missing.</source>
+        <translation>メールサーバー名が入力されていません。</translation>
+    </message>
+    <message>
+        <source>The name of the mail server is not right yet.</source>
+        <translation>メールサーバー名に誤りがあります。</translation>
+    </message>
+    <message>
+        <source>The port is not right yet.</source>
+        <translation>ポートに誤りがあります。</translation>
+    </message>
+    <message>
+        <source>The password is missing.</source>
+        <translation>パスワードが入力されていません。</translation>
+    </message>
+    <message>
+        <source>The connection works.</source>
+        <translation>接続できました。</translation>
+    </message>
+    <message>
+        <source>The test was stopped.</source>
+        <translation>テストを中止しました。</translation>
+    </message>
+    <message>
+        <source>The mail server was not found. Check its name for typing errors, and that this computer is online.</source>
+        <translation>メールサーバーが見つかりません。サーバー名の入力間違いと、インターネット接続を確認してください。</translation>
+    </message>
+    <message>
+        <source>The mail server does not answer at this port. Check the port; mostly it is 993.</source>
+        <translation>メールサーバーがこのポートで応答しません。ポートを確認してください。たいていは 993 です。</translation>
+    </message>
+    <message>
+        <source>The server cannot prove that it is the one you named, so nothing was sent. Check the name of the server.</source>
+        <translation>入力されたサーバーであることを確認できないため、何も送信しませんでした。サーバー名を確認してください。</translation>
+    </message>
+    <message>
+        <source>There is no secure connection at this port, so nothing was sent. Check the port; mostly it is 993.</source>
+        <translation>このポートでは安全な接続ができないため、何も送信しませんでした。ポートを確認してください。たいていは 993 です。</translation>
+    </message>
+    <message>
+        <source>Something answers, but no IMAP server. Check server and port.</source>
+        <translation>応答はありましたが、IMAP サーバーではありません。サーバー名とポートを確認してください。</translation>
+    </message>
+    <message>
+        <source>You are signed in, but the server does not open an inbox. Ask your provider about IMAP.</source>
+        <translation>ログインできましたが、受信トレイを開けません。プロバイダーに IMAP の利用について問い合わせてください。</translation>
+    </message>
+    <message>
+        <source>The server took too long to answer. Check server and port, or try again later.</source>
+        <translation>サーバーから時間内に応答がありませんでした。サーバー名とポートを確認するか、後でもう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The server closed the connection. Try again in a few minutes.</source>
+        <translation>サーバーが接続を切断しました。数分後にもう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The test could not be made. The details say why.</source>
+        <translation>テストを実行できませんでした。理由は「詳細」にあります。</translation>
+    </message>
+    <message>
+        <source>No password is stored for this account. Type it and test again.</source>
+        <translation>このアカウントのパスワードは保存されていません。入力してもう一度テストしてください。</translation>
+    </message>
+    <message>
+        <source>The account is saved.</source>
+        <translation>アカウントを保存しました。</translation>
+    </message>
+    <message>
+        <source>The settings could not be saved. Nothing was changed; the details say why.</source>
+        <translation>設定を保存できませんでした。何も変更されていません。理由は「詳細」にあります。</translation>
+    </message>
+    <message>
+        <source>The account is removed.</source>
+        <translation>アカウントを削除しました。</translation>
+    </message>
+    <message>
+        <source>The account could not be removed. The details say why.</source>
+        <translation>アカウントを削除できませんでした。理由は「詳細」にあります。</translation>
+    </message>
+    <message>
+        <source>The keyring is locked. Unlock it and try again.</source>
+        <translation>キーリングがロックされています。ロックを解除してもう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The keyring refused this. Look into it with its own program, or try again.</source>
+        <translation>キーリングに拒否されました。キーリングの管理プログラムで確認するか、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The keyring is unlocked.</source>
+        <translation>キーリングのロックを解除しました。</translation>
+    </message>
+    <message>
+        <source>The keyring stays locked, because its question was closed.</source>
+        <translation>確認の画面が閉じられたため、キーリングはロックされたままです。</translation>
+    </message>
+    <message>
+        <source>The keyring could not be unlocked. Log out and in again, then try once more.</source>
+        <translation>キーリングのロックを解除できませんでした。ログインし直してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The keyring is locked. No password can be stored, and an assistant cannot reach your mail.</source>
+        <translation>キーリングがロックされています。パスワードを保存できず、アシスタントもメールを参照できません。</translation>
+    </message>
+    <message>
+        <source>You have no keyring yet. Make one, and choose a password for it.</source>
+        <translation>キーリングがまだありません。作成して、そのパスワードを決めてください。</translation>
+    </message>
+    <message>
+        <source>&amp;Unlock</source>
+        <translation>ロックを解除(&amp;U)</translation>
+    </message>
+    <message>
+        <source>Make a &amp;keyring</source>
+        <translation>キーリングを作成(&amp;K)</translation>
+    </message>
+    <message>
+        <source>The settings file is damaged. When you save, a copy is kept beside it, and the settings begin with the safe values.</source>
+        <translation>設定ファイルが壊れています。保存すると、同じ場所にコピーを残したうえで、安全な初期設定から始めます。</translation>
+    </message>
+    <message>
+        <source>Somebody else may have written the settings file, so it does not count and nothing can be saved. Remove it, or make it your own: %1</source>
+        <translation>設定ファイルが他のユーザーに書き換えられた可能性があるため、ファイルは使われず、保存もできません。ファイルを削除するか、所有者と権限を直してください: %1</translation>
+    </message>
+    <message>
+        <source>Remove the account?</source>
+        <translation>アカウントを削除しますか？</translation>
+    </message>
+    <message>
+        <source>Tarnwell forgets the account and removes its password from the keyring. What an assistant may do goes back to the safe values. Your mail stays as it is.</source>
+        <translation>アカウントの設定と、キーリングに保存されたパスワードを削除します。アシスタントに許可した操作は安全な初期設定に戻ります。メールはそのまま残ります。</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>削除する</translation>
+    </message>
+    <message>
+        <source>Keep</source>
+        <translation>削除しない</translation>
+    </message>
+</context>
+<context>
     <name>tarnwell::ActivityPage</name>
     <message>
         <source>Activity</source>
@@ -341,93 +738,10 @@
     </message>
 </context>
 <context>
-    <name>tarnwell::StageRow</name>
+    <name>tarnwell::PasswordField</name>
     <message>
-        <source>%1: not yet</source>
-        <translation>%1: 未実行</translation>
-    </message>
-    <message>
-        <source>%1: under way</source>
-        <translation>%1: 実行中</translation>
-    </message>
-    <message>
-        <source>%1: done</source>
-        <translation>%1: 完了</translation>
-    </message>
-    <message>
-        <source>%1: failed</source>
-        <translation>%1: 失敗</translation>
-    </message>
-</context>
-<context>
-    <name>tarnwell::AboutPage</name>
-    <message>
-        <source>The settings could not be saved. The page shows what holds.</source>
-        <translation>設定を保存できませんでした。画面には現在有効な設定を表示しています。</translation>
-    </message>
-    <message>
-        <source>The diagnostics are on the clipboard. They hold no address, no server and no password.</source>
-        <translation>診断情報をクリップボードにコピーしました。メールアドレス、サーバー名、パスワードは含まれていません。</translation>
-    </message>
-    <message>
-        <source>About</source>
-        <translation>このアプリについて</translation>
-    </message>
-    <message>
-        <source>An assistant works with your mail, and you decide how far.</source>
-        <translation>アシスタントにメールの作業を任せる範囲は、あなたが決めます。</translation>
-    </message>
-    <message>
-        <source>Tarnwell %1 lets an AI assistant work with one mailbox. Assistants reach it by the &lt;a href=&quot;%2&quot;&gt;Model Context Protocol&lt;/a&gt;. It is free software under the &lt;a href=&quot;%3&quot;&gt;MIT licence&lt;/a&gt;.</source>
-        <translation>Tarnwell %1 は、AI アシスタントが一つのメールボックスを扱えるようにします。アシスタントとは &lt;a href=&quot;%2&quot;&gt;Model Context Protocol&lt;/a&gt; でつながります。&lt;a href=&quot;%3&quot;&gt;MIT ライセンス&lt;/a&gt;の自由ソフトウェアです。</translation>
-    </message>
-    <message>
-        <source>Language</source>
-        <translation>言語</translation>
-    </message>
-    <message>
-        <source>&amp;Language of this window</source>
-        <translation>このウィンドウの言語(&amp;L)</translation>
-    </message>
-    <message>
-        <source>That of the system (%1)</source>
-        <translation>システムの言語（%1）</translation>
-    </message>
-    <message>
-        <source>Where things are</source>
-        <translation>保存場所</translation>
-    </message>
-    <message>
-        <source>The &amp;settings</source>
-        <translation>設定(&amp;S)</translation>
-    </message>
-    <message>
-        <source>The helper reads this file afresh for every call.</source>
-        <translation>ヘルパーは呼び出しのたびにこのファイルを読み直します。</translation>
-    </message>
-    <message>
-        <source>The &amp;password</source>
-        <translation>パスワード(&amp;P)</translation>
-    </message>
-    <message>
-        <source>It lies in the keyring of your desktop, under this name and your address.</source>
-        <translation>デスクトップのキーリングに、この名前とメールアドレスで保存されています。</translation>
-    </message>
-    <message>
-        <source>The l&amp;og</source>
-        <translation>ログ(&amp;O)</translation>
-    </message>
-    <message>
-        <source>This command shows it in a terminal. The page “Activity” shows the same.</source>
-        <translation>端末でこのコマンドを実行すると表示されます。「動作記録」のページでも同じ内容を確認できます。</translation>
-    </message>
-    <message>
-        <source>Licence</source>
-        <translation>ライセンス</translation>
-    </message>
-    <message>
-        <source>&amp;Copy diagnostics</source>
-        <translation>診断情報をコピー(&amp;C)</translation>
+        <source>S&amp;how the password</source>
+        <translation>パスワードを表示(&amp;H)</translation>
     </message>
 </context>
 <context>
@@ -683,6 +997,25 @@
     <message>
         <source>Somebody else may have written the settings file. It is set aside, and the defaults hold, which are read-only. Nothing can be saved until that is put right.</source>
         <translation>設定ファイルをほかの人が書き換えた可能性があります。このファイルは使わず、既定値（読み取り専用）が有効になっています。この問題が解決するまで保存できません。</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::StageRow</name>
+    <message>
+        <source>%1: not yet</source>
+        <translation>%1: 未実行</translation>
+    </message>
+    <message>
+        <source>%1: under way</source>
+        <translation>%1: 実行中</translation>
+    </message>
+    <message>
+        <source>%1: done</source>
+        <translation>%1: 完了</translation>
+    </message>
+    <message>
+        <source>%1: failed</source>
+        <translation>%1: 失敗</translation>
     </message>
 </context>
 </TS>

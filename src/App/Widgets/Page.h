@@ -6,6 +6,7 @@
 /// when the language changes.
 
 #include <QHBoxLayout>
+#include <QScrollArea>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -28,6 +29,8 @@ class Page : public QWidget {
   QVBoxLayout* body() { return body_; }
   /// Gives the body all the room that there is: for a page whose table or text scrolls by itself.
   void fillRoom();
+  /// Scrolls the body so far that this part of it is seen, once it has its place.
+  void bringIntoView(QWidget* part);
   /// No room is taken while it is empty.
   QHBoxLayout* footer() { return footer_; }
 
@@ -36,6 +39,7 @@ class Page : public QWidget {
  private:
   QLabel* title_;
   ToneLabel* lead_;
+  QScrollArea* scrolled_;
   QVBoxLayout* body_;
   QHBoxLayout* footer_;
 };

@@ -171,6 +171,21 @@ class AccountPageTest : public testing::TestWithParam<AppLanguage> {
   bool saysNews(AccountNews::Kind kind, const Provider* provider = nullptr) {
     return says(AccountTexts::news({.kind = kind, .provider = provider}));
   }
+  template <class Widget>
+  bool isSeen() const {
+    const auto* const found = page->findChild<Widget*>();
+    return found->visibleRegion().boundingRect() == found->rect();
+  }
+  /// The texts of the notices that are wholly in view.
+  QStringList seenNotices() const {
+    QStringList texts;
+    for (const Notice* const notice : page->findChildren<Notice*>()) {
+      if (notice->visibleRegion().boundingRect() == notice->rect()) {
+        texts.append(notice->text());
+      }
+    }
+    return texts;
+  }
   /// What has less room than it needs.
   QStringList cutOff() const {
     QStringList names;
