@@ -32,4 +32,19 @@ inline std::string request(std::string_view method, std::string_view params = ""
   return text + parts.moreMeta + "}}}";
 }
 
+/// A line that calls a tool.
+inline std::string lineOfCall(std::string_view tool, std::string_view id, std::string_view arguments = "{}",
+                              std::string_view moreMeta = "") {
+  return request("tools/call",
+                 R"("name":")" + std::string(tool) + R"(","arguments":)" + std::string(arguments),
+                 {.id = std::string(id), .moreMeta = std::string(moreMeta)}) +
+         "\n";
+}
+
+/// The line that cancels a request.
+inline std::string lineOfCancel(std::string_view id) {
+  return R"({"jsonrpc":"2.0","method":"notifications/cancelled","params":{"requestId":)" + std::string(id) +
+         "}}\n";
+}
+
 }  // namespace tarnwell::test
