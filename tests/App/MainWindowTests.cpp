@@ -68,6 +68,15 @@ TEST_F(MainWindowTest, screenReadersHearAWindowAndTheNamesOfThePages) {
   EXPECT_EQ(names->item(1)->text(), "Activity");
 }
 
+TEST_F(MainWindowTest, longNamesAreNotCutOff) {
+  window.addPage(new TitledPage("安全設定（Safety settings）とその他のいろいろな設定"));
+  auto* const names = window.findChild<QListWidget*>();
+  const QRect last = names->visualItemRect(names->item(2));
+  const int text = QFontMetrics(names->font()).horizontalAdvance(names->item(2)->text());
+  EXPECT_GE(last.width(), text + 24) << "12 pixels at each side, as the style sheet says";
+  EXPECT_GE(names->viewport()->width(), last.right());
+}
+
 TEST_F(MainWindowTest, namesFollowTheLanguage) {
   struct Renamed : TitledPage {
     using TitledPage::TitledPage;

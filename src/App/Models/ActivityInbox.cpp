@@ -1,21 +1,20 @@
 #include "App/Models/ActivityInbox.h"
 
-#include <QMetaObject>
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
 namespace tarnwell {
 
-void ActivityInbox::open(QObject* receiver, std::function<void()> wake) {
+void ActivityInbox::open(OwnerThread::Poster receiver, std::function<void()> wake) {
   const std::lock_guard lock(mutex_);
-  receiver_ = receiver;
+  receiver_ = std::move(receiver);
   wake_ = std::move(wake);
 }
 
 void ActivityInbox::close() {
   const std::lock_guard lock(mutex_);
-  receiver_ = nullptr;
+  receiver_.reset();
   wake_ = nullptr;
   waiting_.clear();
 }
@@ -48,11 +47,9 @@ ActivityInbox::Taken ActivityInbox::take(std::size_t count) {
   return taken;
 }
 
-/// The receiver closes before it goes away, so it is there while the lock is held. What is posted to it goes
-/// with it.
 void ActivityInbox::postLocked(std::function<void()> call) {
   if (receiver_) {
-    QMetaObject::invokeMethod(receiver_, std::move(call), Qt::QueuedConnection);
+    receiver_->post(std::move(call));
   }
 }
 

@@ -2,7 +2,7 @@
 
 /// Where entries from other threads wait until the window has time for them.
 ///
-///     inbox->open(this, [this] { takeSoon(); });
+///     inbox->open(thread_.poster(), [this] { takeSoon(); });
 ///     own.onAppend([inbox](const LogEntry& entry) { inbox->push(activityEntry(entry)); });
 ///
 /// Keeps the newest only, so a flood of entries takes no more memory than a few.
@@ -10,14 +10,15 @@
 /// Threads: `open`, `close` and `take` on that of the receiver, `push` and `post` on any. Share it with a
 /// `std::shared_ptr`, because a thread may push while the receiver goes away.
 
-#include <QObject>
 #include <cstddef>
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 #include "App/Models/ActivityEntry.h"
+#include "App/Models/OwnerThread.h"
 
 namespace tarnwell {
 
@@ -26,7 +27,7 @@ class ActivityInbox {
   explicit ActivityInbox(std::size_t limit) : limit_(limit) {}
 
   /// Calls `wake` on the receiver's thread after a `push` into the empty inbox.
-  void open(QObject* receiver, std::function<void()> wake);
+  void open(OwnerThread::Poster receiver, std::function<void()> wake);
   /// Nothing is called any more, and nothing is kept.
   void close();
 
@@ -46,7 +47,7 @@ class ActivityInbox {
 
   const std::size_t limit_;
   std::mutex mutex_;
-  QObject* receiver_ = nullptr;
+  std::optional<OwnerThread::Poster> receiver_;
   std::function<void()> wake_;
   std::deque<ActivityEntry> waiting_;
 };

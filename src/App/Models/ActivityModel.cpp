@@ -45,7 +45,7 @@ ActivityModel::ActivityModel(LogBuffer& own, const ActivityWords& words, Follow 
   nextTurn_.setSingleShot(true);
   nextTurn_.setInterval(pauseBetweenTurns);
   connect(&nextTurn_, &QTimer::timeout, this, &ActivityModel::takeTurn);
-  inbox_->open(this, [this] { nextTurn_.start(); });
+  inbox_->open(thread_.poster(), [this] { nextTurn_.start(); });
   beginWithOwnEntries();
 }
 

@@ -112,6 +112,7 @@ class ActivityModel : public QAbstractTableModel {
   std::optional<LogAccess> access_;
   std::shared_ptr<void> follower_;
   BackgroundTask saving_;
+  OwnerThread thread_;
 };
 
 }  // namespace tarnwell

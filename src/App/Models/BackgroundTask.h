@@ -12,17 +12,15 @@
 ///
 /// Threads: that of the task's owner, which needs an event loop. `done` runs there.
 
-#include <QMetaObject>
-#include <QObject>
 #include <exception>
 #include <functional>
-#include <memory>
-#include <mutex>
 #include <optional>
 #include <thread>
 #include <type_traits>
 #include <utility>
 #include <variant>
+
+#include "App/Models/OwnerThread.h"
 
 namespace tarnwell {
 
@@ -35,8 +33,7 @@ struct Outcome {
 
 class BackgroundTask {
  public:
-  BackgroundTask() : link_(std::make_shared<Link>()) {}
-  ~BackgroundTask();
+  BackgroundTask() = default;
   BackgroundTask(const BackgroundTask&) = delete;
   BackgroundTask& operator=(const BackgroundTask&) = delete;
 
@@ -50,8 +47,8 @@ class BackgroundTask {
   /// worthless.
   template <class Value>
   std::function<void(Value)> reporter(std::function<void(Value)> shown) {
-    return [this, link = link_, number = number_ + 1, shown = std::move(shown)](Value value) {
-      link->post([this, number, shown, value = std::move(value)] {
+    return [this, poster = thread_.poster(), number = number_ + 1, shown = std::move(shown)](Value value) {
+      poster.post([this, number, shown, value = std::move(value)] {
         if (number == number_) {
           shown(value);
         }
@@ -64,8 +61,9 @@ class BackgroundTask {
     using Value = std::invoke_result_t<Work&>;
     const unsigned number = ++number_;
     isRunning_ = true;
-    std::thread([this, link = link_, number, work = std::move(work), done = std::move(done)]() mutable {
-      link->post([this, number, outcome = outcomeOf<Value>(work), done = std::move(done)]() mutable {
+    std::thread([this, poster = thread_.poster(), number, work = std::move(work),
+                 done = std::move(done)]() mutable {
+      poster.post([this, number, outcome = outcomeOf<Value>(work), done = std::move(done)]() mutable {
         // Runs only while the task exists.
         if (number == number_) {
           isRunning_ = false;
@@ -76,20 +74,6 @@ class BackgroundTask {
   }
 
  private:
-  /// How the thread finds its owner, or finds that there is none any more.
-  struct Link {
-    std::mutex mutex;
-    std::unique_ptr<QObject> receiver = std::make_unique<QObject>();
-
-    template <class Call>
-    void post(Call call) {
-      const std::lock_guard lock(mutex);
-      if (receiver) {
-        QMetaObject::invokeMethod(receiver.get(), std::move(call), Qt::QueuedConnection);
-      }
-    }
-  };
-
   template <class Value, class Work>
   static Outcome<Value> outcomeOf(Work& work) {
     Outcome<Value> outcome;
@@ -106,9 +90,9 @@ class BackgroundTask {
     return outcome;
   }
 
-  std::shared_ptr<Link> link_;
   unsigned number_ = 0;
   bool isRunning_ = false;
+  OwnerThread thread_;  // last, so that it drops its calls first
 };
 
 }  // namespace tarnwell
