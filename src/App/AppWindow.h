@@ -27,6 +27,7 @@ class AppWindow {
 
   MainWindow& window() { return window_; }
   AccountModel& account() { return account_; }
+  const ActivityModel& activity() const { return activity_; }
   void choose(PageName page) { window_.choose(static_cast<int>(page)); }
 
  private:

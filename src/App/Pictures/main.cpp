@@ -82,6 +82,9 @@ int drawAll(int count, char** words) {
         << "usage: tarnwell-app-pictures DIRECTORY ADDRESS HOST PORT HELPER, with an account that works\n";
     return 1;
   }
+  app.choose(AppWindow::PageName::activity);  // which reads the journal from now on
+  constexpr int enough = 12;
+  wait([&] { return app.activity().rowCount() >= enough; });
   PictureBook book(app, language, QString::fromUtf8(words[1]));
   const bool areDrawn = book.draw(AppWindow::PageName::account, "account") &&
                         book.draw(AppWindow::PageName::safety, "safety") &&

@@ -92,6 +92,10 @@ QString styleSheetOf(Scheme scheme) {
     QPlainTextEdit { background: @base; border: 1px solid @border; border-radius: 6px; }
     QScrollArea { background: transparent; border: none; }
     QScrollArea > QWidget > QWidget { background: transparent; }
+    QCheckBox::indicator { width: 14px; height: 14px; border: 1px solid @faint; border-radius: 4px;
+                           background: @base; }
+    QCheckBox::indicator:checked { background: @accent; border-color: @accent; }
+    QCheckBox::indicator:focus { border: 2px solid @accent; width: 12px; height: 12px; }
     QScrollBar:vertical { background: transparent; width: 12px; margin: 0; border: none; }
     QScrollBar:horizontal { background: transparent; height: 12px; margin: 0; border: none; }
     QScrollBar::handle { background: @border; border-radius: 4px; margin: 2px; }
@@ -150,13 +154,21 @@ void ToneLabel::setTone(Tone tone) {
   colour();
 }
 
-/// Sets this one role only. A palette with every role set would hear of no change any more.
+/// Sets this one role only. A palette with every role set would hear of no change any more. Links got their
+/// colour when the text was read, so it is read again.
 void ToneLabel::colour() {
-  const QColor colour = toneColour(tone_, QApplication::palette());
+  const QPalette whole = QApplication::palette();
+  const QColor colour = toneColour(tone_, whole);
   if (colour != palette().color(QPalette::WindowText)) {
     QPalette own;
     own.setColor(QPalette::WindowText, colour);
     setPalette(own);
+  }
+  if (const QColor link = whole.color(QPalette::Link); link != link_) {
+    link_ = link;
+    const QString same = text();
+    clear();
+    setText(same);
   }
 }
 

@@ -46,6 +46,7 @@ class ToneLabel : public QLabel {
   void colour();
 
   Tone tone_;
+  QColor link_;
 };
 
 /// The button that a page is about.

@@ -68,5 +68,30 @@ TEST(ToneLabel, keepsItsToneWhenTheSchemeChangesLive) {
   }
 }
 
+bool hasPixel(const QImage& picture, const QColor& colour) {
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      if (picture.pixelColor(x, y) == colour) {
+        return true;
+      }
+    }
+  }
+  return false;
+}
+
+TEST(ToneLabel, linksTakeTheColourOfTheNewScheme) {
+  applyTheme(*qApp, Scheme::light);
+  QWidget parent;
+  ToneLabel label(Tone::faint, &parent);
+  label.setText("<a href=\"https://example.org\">IIIIIIII</a>");
+  parent.show();
+  for (const Scheme scheme : {Scheme::dark, Scheme::light}) {
+    applyTheme(*qApp, scheme);
+    QCoreApplication::processEvents();
+    label.resize(label.sizeHint());
+    EXPECT_TRUE(hasPixel(label.grab().toImage(), paletteOf(scheme).color(QPalette::Link)));
+  }
+}
+
 }  // namespace
 }  // namespace tarnwell::test
