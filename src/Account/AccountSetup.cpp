@@ -13,32 +13,48 @@ void log(std::string_view what, const KeychainError& error) {
                    std::string(what) + ": " + AppLogger::redactAddresses(error.description()));
 }
 
-/// Stores a password and, until `keep`, puts back what was there before.
-class StoredPassword {
+/// The password that stands there, or none when it cannot be read as text: such an item can only be replaced.
+std::optional<Secret> passwordIn(const KeychainStore& passwords, const std::string& account) {
+  try {
+    return passwords.read(account);
+  } catch (const KeychainError& error) {
+    if (error.kind() == KeychainError::Kind::decodingFailed) {
+      return std::nullopt;
+    }
+    throw;
+  }
+}
+
+/// Changes the password of an account and, until `keep`, puts back what was there before.
+class PasswordChange {
  public:
-  StoredPassword(const KeychainStore& passwords, std::string account, const Secret& password)
-      : passwords_(passwords), account_(std::move(account)), before_(passwords_.read(account_)) {
+  /// An absent password removes the item.
+  PasswordChange(const KeychainStore& passwords, std::string account, const std::optional<Secret>& password)
+      : passwords_(passwords), account_(std::move(account)), before_(passwordIn(passwords_, account_)) {
     try {
-      passwords_.save(password, account_);
+      set(password);
     } catch (const KeychainError&) {
       putBack();
       throw;
     }
   }
-  ~StoredPassword() {
+  ~PasswordChange() {
     if (!isKept_) {
       putBack();
     }
   }
-  StoredPassword(const StoredPassword&) = delete;
-  StoredPassword& operator=(const StoredPassword&) = delete;
+  PasswordChange(const PasswordChange&) = delete;
+  PasswordChange& operator=(const PasswordChange&) = delete;
 
   void keep() { isKept_ = true; }
 
  private:
+  void set(const std::optional<Secret>& password) {
+    password ? passwords_.save(*password, account_) : passwords_.remove(account_);
+  }
   void putBack() noexcept {
     try {
-      before_ ? passwords_.save(*before_, account_) : passwords_.remove(account_);
+      set(before_);
     } catch (const KeychainError& error) {
       log("app password not put back", error);
     }
@@ -60,9 +76,9 @@ void AccountSetup::save(const AccountAddress& account, std::optional<Secret> pas
   if (!password && moves) {
     password = passwords_.read(before);
   }
-  std::optional<StoredPassword> stored;
+  std::optional<PasswordChange> stored;
   if (password) {
-    stored.emplace(passwords_, account.email, *password);
+    stored.emplace(passwords_, account.email, password);
   }
   settings_.update([&](AppConfig& config) {
     if (!config.isConfigured()) {
@@ -94,13 +110,14 @@ void AccountSetup::remove() const {
   if (account.empty()) {
     return;
   }
-  passwords_.remove(account);
+  PasswordChange removed(passwords_, account, std::nullopt);
   settings_.update([](AppConfig& config) {
     AppConfig empty;
     empty.language = config.language;
     empty.httpPort = config.httpPort;
     config = std::move(empty);
   });
+  removed.keep();
 }
 
 void AccountSetup::recordTest(const std::string& email, bool succeeded) const {

@@ -171,14 +171,21 @@ const Provider* providerAt(std::string_view host) {
 }
 
 Secret passwordToSend(const Provider* provider, Secret typed) {
-  if (provider == nullptr || !provider->showsBlanks) {
-    return typed;
-  }
+  constexpr std::string_view noBreakSpace = "\u00a0";
+  const bool dropsBlanks = provider != nullptr && provider->showsBlanks;
   Secret password;
-  for (const char byte : typed.view()) {
-    if (byte != ' ') {
-      password.append(byte);
+  std::string_view rest = typed.view();
+  while (rest.ends_with('\n') || rest.ends_with('\r')) {
+    rest.remove_suffix(1);
+  }
+  while (!rest.empty()) {
+    const bool isWide = rest.starts_with(noBreakSpace);
+    const bool isBlank = isWide || rest.front() == ' ' || rest.front() == '\t';
+    const std::size_t size = isWide ? noBreakSpace.size() : 1;
+    if (!(isBlank && dropsBlanks)) {
+      password.append(rest.substr(0, size));
     }
+    rest.remove_prefix(size);
   }
   return password;
 }

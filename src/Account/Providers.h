@@ -57,7 +57,8 @@ const Provider* providerOf(std::string_view address);
 /// The provider that runs this server. An address with a domain of one's own tells nothing else.
 const Provider* providerAt(std::string_view host);
 
-/// The password to sign in with, for one that was typed or pasted. `provider` may be null.
+/// The password to sign in with, for one that was typed or pasted: without line ends after it, and without
+/// blanks where the provider shows some. `provider` may be null.
 Secret passwordToSend(const Provider* provider, Secret typed);
 
 }  // namespace tarnwell

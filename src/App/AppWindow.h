@@ -2,8 +2,8 @@
 
 /// The window with all of its pages and what they know, put together.
 ///
-/// Threads: that of the window. Closing waits for nothing: what runs is given up, and its threads end by
-/// themselves.
+/// Threads: that of the window. Closing the window waits for nothing: a test that runs is given up, and its
+/// thread ends by itself.
 
 #include "App/MainWindow.h"
 #include "App/Models/AboutModel.h"
@@ -25,12 +25,17 @@ class AppWindow {
   /// `settings` must outlive the window.
   AppWindow(SettingsFile& settings, const KeychainStore& passwords);
 
+  /// What a person saved shall not be lost by closing the window right after it. Waits, with the window
+  /// closed, until it is on the disk and in the keyring: 10 seconds at most.
+  void finishSaving();
+
   MainWindow& window() { return window_; }
   AccountModel& account() { return account_; }
   const ActivityModel& activity() const { return activity_; }
   void choose(PageName page) { window_.choose(static_cast<int>(page)); }
 
  private:
+  SettingsFile& settings_;
   DialogQuestions questions_;
   DialogFileChoice files_;
   ActivityTexts activityTexts_;

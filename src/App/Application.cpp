@@ -36,7 +36,9 @@ int runApplication(int argc, char** argv) {
   AppWindow app(settings, KeychainStore::shared());
   QObject::connect(&instance, &SingleInstance::startedAgain, &app.window(), &MainWindow::raiseToFront);
   app.window().show();
-  return QApplication::exec();
+  const int status = QApplication::exec();
+  app.finishSaving();
+  return status;
 }
 
 }  // namespace tarnwell

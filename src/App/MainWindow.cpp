@@ -1,5 +1,6 @@
 #include "App/MainWindow.h"
 
+#include <QCloseEvent>
 #include <QEvent>
 #include <QFontMetrics>
 #include <QHBoxLayout>
@@ -85,6 +86,14 @@ void MainWindow::raiseToFront() {
   show();
   raise();
   activateWindow();
+}
+
+/// A number that was typed counts when its field loses the focus.
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (QWidget* const field = focusWidget()) {
+    field->clearFocus();
+  }
+  QMainWindow::closeEvent(event);
 }
 
 void MainWindow::changeEvent(QEvent* event) {

@@ -28,6 +28,7 @@ class MainWindow : public QMainWindow {
 
  protected:
   void changeEvent(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
 
  Q_SIGNALS:
   /// The person came back to this window, perhaps from another program.

@@ -1,8 +1,10 @@
 #include "App/SingleInstance.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QLocalSocket>
 #include <QStandardPaths>
+#include <QThread>
 
 #include "Core/BridgeConstants.h"
 
@@ -44,11 +46,19 @@ SingleInstance::SingleInstance(const QString& directory, QObject* parent)
   });
 }
 
-/// The connection is the whole message.
+/// The connection is the whole message. The first may have the lock and not listen yet.
 bool SingleInstance::tellFirst(const QString& socket) {
-  QLocalSocket connection;
-  connection.connectToServer(socket);
-  return connection.waitForConnected(waitForFirst);
+  QElapsedTimer timer;
+  timer.start();
+  do {
+    QLocalSocket connection;
+    connection.connectToServer(socket);
+    if (connection.waitForConnected(waitForFirst)) {
+      return true;
+    }
+    QThread::msleep(20);
+  } while (timer.elapsed() < waitForFirst);
+  return false;
 }
 
 }  // namespace tarnwell

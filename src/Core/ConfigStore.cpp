@@ -1,6 +1,5 @@
 #include "Core/ConfigStore.h"
 
-#include <mutex>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
@@ -71,6 +70,18 @@ Contents contentsOf(const std::filesystem::path& path) {
   }
 }
 
+/// The same. A file that is there and cannot be read is no missing one: it must not be replaced.
+Contents contentsOrObjection(const std::filesystem::path& path) {
+  Contents contents = contentsOf(path);
+  std::error_code ignored;
+  const bool isThere =
+      std::filesystem::symlink_status(path, ignored).type() != std::filesystem::file_type::not_found;
+  if (contents.inspection.state == ConfigStore::FileState::missing && isThere) {
+    contents.inspection = {{}, ConfigStore::FileState::untrusted, "it cannot be read"};
+  }
+  return contents;
+}
+
 /// Puts the keys of the record into the file's object. What is neither known nor a record stays.
 void merge(nlohmann::json& object, const AppConfig& config) {
   // The keys of an empty record are those that are always written; the others are written when they are set.
@@ -92,12 +103,12 @@ ConfigStore ConfigStore::shared() {
   return ConfigStore(*support / BridgeConstants::bundleIdentifier);
 }
 
-ConfigStore::Inspection ConfigStore::inspect() const { return contentsOf(configURL()).inspection; }
+ConfigStore::Inspection ConfigStore::inspect() const { return contentsOrObjection(configURL()).inspection; }
 
 AppConfig ConfigStore::load() const {
-  Inspection file = inspect();
+  Inspection file = contentsOf(configURL()).inspection;
   switch (file.state) {
-    case FileState::missing:  // Deliberate: no log line. Before the first set-up it is normal.
+    case FileState::missing:  // Deliberate: no log line, also for a file that cannot be read.
     case FileState::good:
       break;
     case FileState::damaged:
@@ -112,15 +123,15 @@ AppConfig ConfigStore::load() const {
 }
 
 void ConfigStore::update(const std::function<void(AppConfig&)>& edit) const {
-  // Else of two changes at the same time the first would be lost.
-  static std::mutex oneAtATime;
-  const std::lock_guard lock(oneAtATime);
-  auto [json, file] = contentsOf(configURL());
+  createPrivateDirectories(directory_);
+  const FolderLock oneAtATime(directory_);  // else of two changes at the same time the first would be lost
+  auto [json, file] = contentsOrObjection(configURL());
   if (file.state == FileState::untrusted) {
     throw std::runtime_error(configURL().string() + " is set aside: " + file.reason);
   }
   if (file.state == FileState::damaged) {
     keepCopy();
+    file.config.strictWithholding = true;
   }
   if (!json.is_object()) {
     json = nlohmann::json::object();

@@ -18,10 +18,10 @@ namespace tarnwell {
 class ConfigStore {
  public:
   enum class FileState {
-    missing,  // there is none, or it cannot be read
+    missing,  // there is none
     good,
     damaged,    // not a JSON object of the right types, or larger than a settings file is
-    untrusted,  // somebody else may have written it
+    untrusted,  // somebody else may have written it, or it cannot be read
   };
 
   struct Inspection {
@@ -45,12 +45,13 @@ class ConfigStore {
   /// Platform/PrivateFiles.h), returns the defaults and logs an error.
   AppConfig load() const;
 
-  /// What `load` would return, and why. Logs nothing.
+  /// What `load` returns, and why. Logs nothing.
   Inspection inspect() const;
 
   /// Reads the file afresh, changes what `edit` changes and writes it. Keys that this program does not know
   /// stay. A damaged file is copied beside itself first, to "config.json.damaged-" and the time; the settings
-  /// then begin with the defaults. Throws as `save` does, and `std::runtime_error` for an untrusted file,
+  /// then begin with the defaults and `strictWithholding`. Updates wait for each other, also those of other
+  /// processes. Throws as `save` does, and `std::runtime_error` for an untrusted file,
   /// which stays as it is.
   void update(const std::function<void(AppConfig&)>& edit) const;
 

@@ -1,6 +1,7 @@
 #include "Platform/PrivateFiles.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -194,6 +195,19 @@ void replacePrivateFile(const std::filesystem::path& path, std::string_view text
   file.fill(text);
   file.takePlaceOfTarget();
   syncDirectory(path.parent_path());
+}
+
+/// A lock belongs to the open file, so it ends with the descriptor, also when the process is killed.
+FolderLock::FolderLock(const std::filesystem::path& folder)
+    : descriptor_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+  while (descriptor_ >= 0 && ::flock(descriptor_, LOCK_EX) != 0 && errno == EINTR) {
+  }
+}
+
+FolderLock::~FolderLock() {
+  if (descriptor_ >= 0) {
+    ::close(descriptor_);
+  }
 }
 
 }  // namespace tarnwell

@@ -37,6 +37,20 @@ std::optional<FilePrefix> readFilePrefix(const std::filesystem::path& path, std:
 /// are. Throws `std::filesystem::filesystem_error` naming the path that could not be made.
 void createPrivateDirectories(const std::filesystem::path& directory);
 
+/// While it lives, other locks of the same folder wait, in this process and in others. A folder that cannot
+/// be locked, such as one on some network file systems, is not: its changes are then as they were without
+/// locks.
+class FolderLock {
+ public:
+  explicit FolderLock(const std::filesystem::path& folder);
+  ~FolderLock();
+  FolderLock(const FolderLock&) = delete;
+  FolderLock& operator=(const FolderLock&) = delete;
+
+ private:
+  int descriptor_;
+};
+
 /// Puts a file of mode 0600 with this text at `path` in one step. Returns when the file is on the disk. On
 /// failure throws `std::filesystem::filesystem_error` naming the path. Then the old file is unchanged and no
 /// temporary file remains.

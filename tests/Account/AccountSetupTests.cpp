@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
+#include <csignal>
 #include <fstream>
 #include <nlohmann/json.hpp>
 
@@ -39,6 +42,16 @@ class AccountSetupTest : public testing::Test {
   ConfigStore store{directory / "settings"};
   AccountSetup setup{store, KeychainStore("service", std::nullopt, items)};
 };
+
+/// Lets no file of this process grow beyond this many bytes. Gives the limit that was in force.
+rlimit limitOfFileSize(rlim_t bytes) {
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const rlimit narrow{bytes, before.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &narrow);
+  return before;
+}
 
 const AccountAddress anna{"anna@example.org", "imap.example.org", 993};
 const AccountAddress ben{"ben@example.org", "imap.example.org", 1993};
@@ -155,6 +168,22 @@ TEST_F(AccountSetupTest, removalThatTheStoreRefusesKeepsTheAccount) {
   items.answers = {SecretStatus::interactionNotAllowed};
   EXPECT_THROW(setup.remove(), KeychainError);
   EXPECT_EQ(store.load().email, anna.email);
+}
+
+/// The disk takes no new file, so the account stays with its password.
+TEST_F(AccountSetupTest, removalThatCannotBeWrittenPutsThePasswordBack) {
+  setup.save(anna, Secret("pass"));
+  const rlimit before = limitOfFileSize(0);
+  EXPECT_THROW(setup.remove(), fs::filesystem_error);
+  setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_EQ(password(anna.email), "pass");
+  EXPECT_EQ(store.load().email, anna.email);
+}
+
+TEST_F(AccountSetupTest, itemThatIsNoTextIsReplaced) {
+  putPassword(anna.email, "\xff");
+  setup.save(anna, Secret("pass"));
+  EXPECT_EQ(password(anna.email), "pass");
 }
 
 TEST_F(AccountSetupTest, removalWithoutAnAccountTouchesNothing) {

@@ -113,7 +113,11 @@ TEST(Providers, blanksAreDroppedOnlyWhereTheProviderShowsThem) {
   EXPECT_EQ(passwordToSend(providerOf("a@gmail.com"), Secret("abcd efgh ijkl mnop")).view(),
             "abcdefghijklmnop");
   EXPECT_EQ(passwordToSend(providerOf("a@icloud.com"), Secret("abcd-efgh ijkl")).view(), "abcd-efgh ijkl");
+  EXPECT_EQ(passwordToSend(providerOf("a@gmail.com"), Secret("abcd\u00a0efgh\tijkl mnop\r\n")).view(),
+            "abcdefghijklmnop");
+  EXPECT_EQ(passwordToSend(providerOf("a@gmail.com"), Secret("  ")).view(), "");
   EXPECT_EQ(passwordToSend(nullptr, Secret(" a b ")).view(), " a b ");
+  EXPECT_EQ(passwordToSend(nullptr, Secret("a\nb\u00a0c\r\n")).view(), "a\nb\u00a0c");
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include "Core/ConfigStore.h"
 
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <thread>
@@ -56,6 +58,46 @@ TEST_F(ConfigStoreTest, unreadableFileGivesTheDefaultsWithoutALogLine) {
   ASSERT_EQ(::mkfifo(store.configURL().c_str(), 0600), 0);
   EXPECT_EQ(store.load(), AppConfig());
   EXPECT_THAT(logged(), testing::IsEmpty());
+}
+
+/// The text of a file that nobody can read may be worth something.
+TEST_F(ConfigStoreTest, unreadableFileIsNotReplaced) {
+  fs::create_directories(store.configURL());
+  EXPECT_EQ(store.inspect().state, ConfigStore::FileState::untrusted);
+  EXPECT_EQ(store.inspect().reason, "it cannot be read");
+  EXPECT_THROW(store.update([](AppConfig& config) { config.email = "x"; }), std::runtime_error);
+  EXPECT_TRUE(fs::is_directory(store.configURL()));
+}
+
+TEST_F(ConfigStoreTest, damagedFileBeginsAgainWithTheSafeValues) {
+  write("{");
+  store.update([](AppConfig& config) { config.email = "anna@example.org"; });
+  EXPECT_TRUE(store.load().strictWithholding);
+  EXPECT_EQ(store.load().safety, SafetySettings());
+}
+
+/// Each process adds one to the same number. Without a lock some of the additions are lost.
+TEST_F(ConfigStoreTest, changesOfSeveralProcessesAreAllKept) {
+  constexpr int processes = 4;
+  constexpr int additions = 25;
+  store.update([](AppConfig& config) { config.httpPort = 0; });
+  std::vector<pid_t> children;
+  for (int child = 0; child < processes; ++child) {
+    if (const pid_t id = ::fork(); id != 0) {
+      children.push_back(id);
+      continue;
+    }
+    for (int addition = 0; addition < additions; ++addition) {
+      store.update([](AppConfig& config) { ++config.httpPort; });
+    }
+    ::_exit(0);
+  }
+  for (const pid_t id : children) {
+    int status = 0;
+    ASSERT_EQ(::waitpid(id, &status, 0), id);
+    EXPECT_EQ(status, 0);
+  }
+  EXPECT_EQ(store.load().httpPort, processes * additions);
 }
 
 TEST_F(ConfigStoreTest, fileIsReadAfreshEachTime) {

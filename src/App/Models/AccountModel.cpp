@@ -57,6 +57,11 @@ void AccountModel::setPasswordTyped(bool isTyped) {
 
 void AccountModel::edited() {
   provenAddress_.reset();
+  isEditedSinceSave_ = true;
+  if (activity_ == Activity::none && news_.kind == AccountNews::Kind::testSucceeded) {
+    news_ = {};  // it was about what stood here before
+    stages_.reset();
+  }
   Q_EMIT changed();
 }
 
@@ -72,7 +77,7 @@ void AccountModel::followFile() {
     seen_ = inFile;
     saved_ = inFile;
   }
-  if (!isEditing_ && draft_ == shown_ && !(shown_ == AccountDraft(saved_))) {
+  if (!isEditing_ && !isPasswordTyped_ && draft_ == shown_ && !(shown_ == AccountDraft(saved_))) {
     shown_ = AccountDraft(saved_);
     draft_ = shown_;
   }

@@ -105,7 +105,10 @@ class AccountModel : public QObject {
   void save(Secret typed);
   /// Ask first.
   void remove();
+  /// While the question is on the screen, gives it up and asks anew.
   void unlockKeyring();
+  /// Gives up what waits for somebody else: a test, or the unlocking.
+  void giveUp();
   /// Looks at the keyring again, off this thread.
   void refreshKeyring();
 
@@ -142,6 +145,7 @@ class AccountModel : public QObject {
   AccountDraft shown_;    // what the fields were last set to
   AccountDraft draft_;
   bool isPasswordTyped_ = false;
+  bool isEditedSinceSave_ = false;  // since the saving began
   bool isEditing_ = false;
   /// What a test has found good since the last keystroke, to be noted when it is saved.
   std::optional<AccountAddress> provenAddress_;

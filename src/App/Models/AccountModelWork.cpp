@@ -158,10 +158,11 @@ void AccountModel::save(Secret typed) {
   }
   const AccountAddress address = draft_.address();
   const bool isProven = provenAddress_ == address;
-  std::optional<Secret> password;
-  if (!typed.empty()) {
-    password = passwordToSend(draft_.provider(), std::move(typed));
+  std::optional<Secret> password = passwordToSend(draft_.provider(), std::move(typed));
+  if (password->empty()) {
+    password.reset();
   }
+  isEditedSinceSave_ = false;
   begin(Activity::saving);
   work_.run(
       [address, isProven, password = std::move(password), setup = setup()]() mutable {
@@ -183,7 +184,9 @@ void AccountModel::save(Secret typed) {
           draft_ = shown_;
         }
         settings_.reload();
-        Q_EMIT passwordDone();
+        if (!isEditedSinceSave_) {
+          Q_EMIT passwordDone();
+        }
         end({.kind = Kind::saved});
       });
 }
@@ -211,7 +214,21 @@ void AccountModel::remove() {
             });
 }
 
+void AccountModel::giveUp() {
+  if (activity_ == Activity::unlocking) {
+    unlock_.giveUp();
+    unlock_ = KeyringUnlock();
+    work_.abandon();
+    end({});
+  } else {
+    cancelTest();
+  }
+}
+
 void AccountModel::unlockKeyring() {
+  if (activity_ == Activity::unlocking) {
+    giveUp();
+  }
   if (activity_ != Activity::none) {
     return;
   }
@@ -226,10 +243,14 @@ void AccountModel::unlockKeyring() {
 
 void AccountModel::refreshKeyring() {
   probe_.run(keyringAccess_.state, [this](const Outcome<KeyringState>& outcome) {
-    if (outcome.value && keyring_ != outcome.value) {
-      keyring_ = outcome.value;
-      Q_EMIT changed();
+    if (!outcome.value || keyring_ == outcome.value) {
+      return;
     }
+    keyring_ = outcome.value;
+    if (keyring_ == KeyringState::ready && activity_ == Activity::unlocking) {
+      giveUp();  // it was unlocked in another way
+    }
+    Q_EMIT changed();
   });
 }
 

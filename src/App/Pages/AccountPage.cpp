@@ -105,12 +105,12 @@ void AccountPage::listen() {
     entry.input->installEventFilter(this);
     connect(entry.input, &QLineEdit::textChanged, this,
             [this, field = entry.field](const QString& text) { type(field, text); });
-    connect(entry.input, &QLineEdit::returnPressed, test_, &QPushButton::click);
+    connect(entry.input, &QLineEdit::returnPressed, this, &AccountPage::test);
   }
   password_->input()->installEventFilter(this);
   connect(password_, &PasswordField::edited, this,
           [this](bool isEmpty) { account_.setPasswordTyped(!isEmpty); });
-  connect(password_->input(), &QLineEdit::returnPressed, test_, &QPushButton::click);
+  connect(password_->input(), &QLineEdit::returnPressed, this, &AccountPage::test);
   connect(test_, &QPushButton::clicked, this, &AccountPage::testOrCancel);
   connect(save_, &QPushButton::clicked, this, [this] { account_.save(password_->typed()); });
   connect(remove_, &QPushButton::clicked, this, [this] {
@@ -123,7 +123,7 @@ void AccountPage::listen() {
   connect(keyringNotice_, &Notice::acted, &account_, &AccountModel::unlockKeyring);
   auto* const cancel = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   cancel->setContext(Qt::WidgetWithChildrenShortcut);
-  connect(cancel, &QShortcut::activated, &account_, &AccountModel::cancelTest);
+  connect(cancel, &QShortcut::activated, &account_, &AccountModel::giveUp);
   connect(&account_, &AccountModel::passwordDone, password_, &PasswordField::forget);
   connect(&account_, &AccountModel::changed, this, &AccountPage::showModel);
 }
@@ -171,9 +171,11 @@ void AccountPage::testOrCancel() {
   if (account_.activity() == Activity::testing) {
     account_.cancelTest();
   } else {
-    account_.test(password_->typed());
+    test();
   }
 }
+
+void AccountPage::test() { account_.test(password_->typed()); }
 
 void AccountPage::showModel() {
   leaveButtons();

@@ -50,6 +50,7 @@ class AccountPage : public Page {
   void showNews();
   void showButtons();
   void testOrCancel();
+  void test();
   void leaveButtons();
 
   AccountModel& account_;

@@ -92,8 +92,8 @@ void ActivityPage::showEvent(QShowEvent* event) {
 }
 
 void ActivityPage::setTexts() {
-  setHeading(tr("Activity"), tr("What this app and the helpers of your assistants did. They write no mail "
-                                "and no password into it."));
+  setHeading(tr("Activity"), tr("What this app and the helpers of your assistants did. It holds no mail "
+                                "and no password."));
   search_->setPlaceholderText(tr("Search the entries"));
   search_->setAccessibleName(tr("Search"));
   followLabel_->setText(tr("&Follow"));

@@ -15,8 +15,12 @@ PasswordField::PasswordField(QWidget* parent)
   input_->setEchoMode(QLineEdit::Password);
   connect(input_, &QLineEdit::textChanged, this,
           [this](const QString& text) { Q_EMIT edited(text.isEmpty()); });
-  connect(shows_, &QCheckBox::toggled, this,
-          [this](bool isShown) { input_->setEchoMode(isShown ? QLineEdit::Normal : QLineEdit::Password); });
+  connect(shows_, &QCheckBox::toggled, this, [this](bool isShown) {
+    input_->setEchoMode(isShown ? QLineEdit::Normal : QLineEdit::Password);
+    // Also while it is shown, so that no input method learns it.
+    input_->setInputMethodHints(Qt::ImhSensitiveData | Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase |
+                                (isShown ? Qt::ImhNone : Qt::ImhHiddenText));
+  });
   setTexts();
 }
 

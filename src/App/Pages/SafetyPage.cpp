@@ -127,8 +127,9 @@ void SafetyPage::showFailure() {
 }
 
 void SafetyPage::setTexts() {
-  setHeading(tr("Safety settings"),
-             tr("What an assistant may read and change. Each change counts from its next call on."));
+  setHeading(
+      tr("Safety settings"),
+      tr("What an assistant may read and change. Each change counts from the assistant's next call on."));
   reading_->setHeading(tr("Reading"));
   changes_->setHeading(tr("Changes"));
   back_->setText(tr("&Back to the safe values"));

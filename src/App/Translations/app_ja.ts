@@ -712,7 +712,7 @@
         <translation>記録を保存</translation>
     </message>
     <message>
-        <source>What this app and the helpers of your assistants did. They write no mail and no password into it.</source>
+        <source>What this app and the helpers of your assistants did. It holds no mail and no password.</source>
         <translation>このアプリと、アシスタントのヘルパーの動作記録です。メールの内容やパスワードは書き込みません。</translation>
     </message>
 </context>
@@ -755,7 +755,7 @@
         <translation>安全設定（Safety settings）</translation>
     </message>
     <message>
-        <source>What an assistant may read and change. Each change counts from its next call on.</source>
+        <source>What an assistant may read and change. Each change counts from the assistant&apos;s next call on.</source>
         <translation>アシスタントが読める範囲と変更できる範囲を決めます。変更は、アシスタントの次の呼び出しから有効になります。</translation>
     </message>
     <message>

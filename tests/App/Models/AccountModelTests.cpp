@@ -105,6 +105,16 @@ TEST_F(AccountModelTest, whatIsNotSavedIsNotOverwritten) {
   EXPECT_TRUE(model->hasUnsavedChanges());
 }
 
+/// Else the password of one account would be saved for another.
+TEST_F(AccountModelTest, typedPasswordKeepsItsAccount) {
+  saveOutside("anna@example.org", "imap.example.org");
+  open();
+  typePassword();
+  saveOutside("ben@example.org", "mail.example.org");
+  ASSERT_TRUE(until([&] { return settings->config().email == "ben@example.org"; }));
+  EXPECT_EQ(model->draft().email(), "anna@example.org");
+}
+
 TEST_F(AccountModelTest, damagedFileIsShownBeforeSavingAndCopied) {
   write("{\"email\": ");
   open();

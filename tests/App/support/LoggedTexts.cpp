@@ -35,7 +35,7 @@ std::vector<std::string> split(const std::string& text, std::size_t begin, char 
   bool isQuoted = false;
   for (std::size_t place = begin; place < text.size(); ++place) {
     const char character = text[place];
-    if (character == '"' && text[place - 1] != '\\') {
+    if (character == '"' && (place == 0 || text[place - 1] != '\\')) {
       isQuoted = !isQuoted;
     }
     depth += !isQuoted && (character == '(' || character == '[') ? 1 : 0;
