@@ -29,6 +29,7 @@ MoveOutcome IMAPClient::move(std::uint32_t uid, std::string_view toFolderPath, C
   if (fallback == CopyFallback::forbidden) {
     throw IMAPError::moveRejected(serverText(completion.text));
   }
+  watch_.cancellation.throwIfCancelled();  // nothing has changed yet
   copyThenFlagDeleted(uid, target);
   return MoveOutcome::copiedAndFlaggedDeleted;
 }
