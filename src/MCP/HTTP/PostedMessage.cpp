@@ -67,7 +67,7 @@ std::optional<JSONValue> headerRefusal(const HTTPRequestHead& head, const JSONRP
   if (claimed ? head.protocolVersion != claimed : request.method == "initialize") {
     return refused("MCP-Protocol-Version");
   }
-  if (claimed && *claimed != CurrentRevision::version) {
+  if (claimed != CurrentRevision::version) {
     return std::nullopt;
   }
   if (head.mcpMethod != request.method) {
