@@ -15,6 +15,7 @@ void IMAPClient::beginChange() {
   beginInInbox();
   watch_.cancellation.throwIfCancelled();
   connection().watch({});
+  hasBegunChange_ = true;
 }
 
 /// Deliberate: sends MOVE whatever the capabilities say; the server's answer decides. Trusts an OK even for a

@@ -157,6 +157,38 @@ TEST_F(StdioCurrentRevision, moveIsNotSentAfterTheCancellation) {
   EXPECT_THAT(moved.received(), Not(HasSubstr("MOVE")));
 }
 
+/// Both calls fail, and are cancelled while the session with the mail server ends.
+TEST_F(StdioCurrentRevision, failureBeforeTheCancellationIsNotAnswered) {
+  const auto failing = [](const std::string& selection, const std::string& command) {
+    return loginDialogue(selection) + Dialogue{expect("A0004 " + command + "\r\n"), answer("A0004 NO no\r\n"),
+                                               expect("A0005 LOGOUT\r\n"), pauseHere(),
+                                               answer("A0005 OK bye\r\n")};
+  };
+  FakeIMAPServer& searched =
+      begin(lineOfCall("search_inbox", "1"), failing("EXAMINE INBOX", "UID SEARCH ALL"));
+  FakeIMAPServer& moved = thenServe(failing("SELECT INBOX", "LIST \"\" \"*\""));
+  cancelAndAwaitALaterCall(searched);
+  in_.write(lineOfCall("move_message", "3", moveArguments));
+  EXPECT_TRUE(moved.awaitPause());
+  sendAndAwaitReading(lineOfCancel("3"));
+  moved.resume();
+  in_.write(lineOfCall("get_status", "4"));
+  EXPECT_TRUE(awaitOutput("\"id\":4,"));
+  const std::string answers = end();
+  EXPECT_THAT(answers, Not(HasSubstr("\"id\":1,")));
+  EXPECT_THAT(answers, Not(HasSubstr("\"id\":3,")));
+}
+
+/// The server refuses the change, which the cancellation came too late to prevent.
+TEST_F(StdioCurrentRevision, refusedChangeIsAnswered) {
+  Dialogue dialogue = moving();
+  *answerWith(dialogue, "moved") = answer("A0005 NO no\r\n");
+  FakeIMAPServer& moved =
+      begin(lineOfCall("move_message", "1", moveArguments), pausingBefore(dialogue, "bye"));
+  cancelAndAwaitALaterCall(moved);
+  EXPECT_THAT(end(), HasSubstr("\"id\":1,"));
+}
+
 TEST_F(StdioCurrentRevision, endOfTheInputGivesUpWhatNeedsTheServer) {
   begin(lineOfCall("search_inbox", "1"), silentBefore(search(1), "BODY["));
   FakeIMAPServer& moved = thenServe(moving());
