@@ -71,6 +71,7 @@ void IMAPClient::beginSession() {
   selectedMailbox_.reset();
   queued_.clear();
   underWay_.clear();
+  hasBegunChange_ = false;
   connection_ = makeConnection_();
   sessionEnd_ = after(limits_.whole);
   connection_->endBy(sessionEnd_);

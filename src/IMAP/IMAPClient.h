@@ -129,6 +129,10 @@ class IMAPClient {
   /// Sets the \Seen flag of one message.
   void markRead(std::uint32_t uid);
 
+  /// True from the moment when a change of this session goes out. Its outcome concerns the caller whatever
+  /// was cancelled since.
+  bool hasBegunChange() const { return hasBegunChange_; }
+
   /// Sends LOGOUT if the connection is still open, reads what is under way and its answer, then closes. Never
   /// fails.
   void disconnect() noexcept;
@@ -210,6 +214,7 @@ class IMAPClient {
   std::vector<std::string> underWay_;  // the tags of the commands without an answer
   std::set<std::string> capabilities_;
   std::optional<std::string> selectedMailbox_;
+  bool hasBegunChange_ = false;
 };
 
 }  // namespace tarnwell

@@ -15,6 +15,7 @@ void IMAPClient::beginChange() {
   beginInInbox();
   watch_.cancellation.throwIfCancelled();
   connection().watch({});
+  hasBegunChange_ = true;
 }
 
 /// Deliberate: sends MOVE whatever the capabilities say; the server's answer decides. Trusts an OK even for a
@@ -29,6 +30,7 @@ MoveOutcome IMAPClient::move(std::uint32_t uid, std::string_view toFolderPath, C
   if (fallback == CopyFallback::forbidden) {
     throw IMAPError::moveRejected(serverText(completion.text));
   }
+  watch_.cancellation.throwIfCancelled();  // nothing has changed yet
   copyThenFlagDeleted(uid, target);
   return MoveOutcome::copiedAndFlaggedDeleted;
 }

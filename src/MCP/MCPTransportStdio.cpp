@@ -96,8 +96,10 @@ void MCPTransportStdio::read(NDJSONFramer& framer, RequestQueue& queue) {
 
 void MCPTransportStdio::answer(std::optional<JSONRPCRequest>&& request, const Cancellation& cancellation) {
   const MCPExchange exchange{.cancellation = cancellation, .notify = [&](const JSONValue& notification) {
+                               // Under the lock: nothing comes after the answer to a later request.
+                               const std::lock_guard lock(writing_);
                                if (!cancellation.isCancelled()) {
-                                 write(ndjsonFrame(notification));
+                                 writeFrame(output_, ndjsonFrame(notification));
                                }
                              }};
   if (std::optional<std::string> response = server_.handleParsed(std::move(request), exchange)) {

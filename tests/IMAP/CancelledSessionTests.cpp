@@ -143,6 +143,33 @@ TEST(CancelledSession, changeAfterTheCancellationIsNotSent) {
   EXPECT_THAT(server.received(), testing::Not(testing::HasSubstr("STORE")));
 }
 
+/// The cancellation comes before the answer to MOVE. That refuses, so nothing has changed yet.
+TEST(CancelledSession, copyIsNotBegunAfterARefusedMove) {
+  FakeIMAPServer server(loginDialogue("SELECT INBOX") + Dialogue{
+                                                            expect("A0004 UID MOVE 7 \"Archive\"\r\n"),
+                                                            pauseHere(),
+                                                            answer("A0004 NO no\r\n"),
+                                                            expect("A0005 LOGOUT\r\n"),
+                                                            answer("* BYE\r\nA0005 OK done\r\n"),
+                                                        });
+  IMAPClient client = clientOf(server);
+  SessionWatch watch;
+  client.watch(watch);
+  std::thread canceller([&] {
+    server.awaitPause();
+    watch.cancellation.cancel();
+    server.resume();
+  });
+  EXPECT_THROW(withInbox(client, IMAPClient::Access::readWrite,
+                         [](IMAPClient& session) {
+                           return session.move(7, "Archive", IMAPClient::CopyFallback::allowed);
+                         }),
+               Cancelled);
+  canceller.join();
+  EXPECT_EQ(server.mismatch(), "");
+  EXPECT_THAT(server.received(), testing::Not(testing::HasSubstr("COPY")));
+}
+
 TEST(SessionStages, areReportedInOrderAsFarAsTheSessionCame) {
   using enum SessionStage;
   const std::vector<SessionStage> all{nameFound, connected, secured, signedIn, inboxOpened};

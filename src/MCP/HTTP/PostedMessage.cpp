@@ -42,15 +42,15 @@ std::string base64(std::string_view bytes) {
   return text;
 }
 
-/// A header cannot hold every text, so a text may come as base64 within marks.
-bool says(const std::optional<std::string>& header, std::string_view text) {
+/// A header cannot hold every name, so a name may come as base64 within marks.
+bool saysName(const std::optional<std::string>& header, std::string_view name) {
   constexpr std::string_view begin = "=?base64?";
   constexpr std::string_view end = "?=";
   const auto isPlain = [](char byte) { return (byte >= ' ' && byte <= '~') || byte == '\t'; };
   if (header && header->starts_with(begin) && header->ends_with(end)) {
-    return *header == std::string(begin) + base64(text) + std::string(end);
+    return *header == std::string(begin) + base64(name) + std::string(end);
   }
-  return header == text && std::ranges::all_of(text, isPlain);
+  return header == name && std::ranges::all_of(name, isPlain);
 }
 
 /// The answer to a request whose headers do not say what its body says. Absent when they do, or when the
@@ -67,15 +67,15 @@ std::optional<JSONValue> headerRefusal(const HTTPRequestHead& head, const JSONRP
   if (claimed ? head.protocolVersion != claimed : request.method == "initialize") {
     return refused("MCP-Protocol-Version");
   }
-  if (claimed && *claimed != CurrentRevision::version) {
+  if (claimed != CurrentRevision::version) {
     return std::nullopt;
   }
-  if (!says(head.mcpMethod, request.method)) {
+  if (head.mcpMethod != request.method) {
     return refused("Mcp-Method");
   }
   const std::optional<std::string> name =
       request.method == callMethod && request.params ? (*request.params)["name"].stringValue() : std::nullopt;
-  if (name && !says(head.mcpName, *name)) {
+  if (name && !saysName(head.mcpName, *name)) {
     return refused("Mcp-Name");
   }
   return std::nullopt;

@@ -88,12 +88,21 @@ ToolOutcome MCPTools::withIMAP(const AppConfig& config, IMAPClient::Access acces
   const std::unique_ptr<IMAPClient> client =
       makeClient_(config.imapHost, config.imapPort, config.email, std::move(*password));
   client->watch({.cancellation = watch.cancellation});
-  ToolOutcome outcome = withInbox(*client, access, body);
-  // Nobody wants what was read any more. But a change was made, and its result tells so.
-  if (access == IMAPClient::Access::readOnly) {
-    watch.cancellation.throwIfCancelled();
+  // After a cancellation nobody wants to hear what was read, or what failed. But the result of a change tells
+  // whether it was made.
+  const auto throwIfUnwanted = [&] {
+    if (!client->hasBegunChange()) {
+      watch.cancellation.throwIfCancelled();
+    }
+  };
+  try {
+    ToolOutcome outcome = withInbox(*client, access, body);
+    throwIfUnwanted();
+    return outcome;
+  } catch (const IMAPError&) {
+    throwIfUnwanted();
+    throw;
   }
-  return outcome;
 }
 
 }  // namespace tarnwell

@@ -86,6 +86,8 @@ test('everyLineIsOneOfTheSchemas', async () => {
     request('no list', 'tools/call', { name: 'get_status', arguments: [] }),
     request('level', 'server/discover', {}, { [`${prefix}/logLevel`]: 5 })]);
   link.pace(Infinity);
+  const progress = answers.filter((line) => line.method).map((line) => line.params.progressToken);
+  assert.deepEqual(new Set(progress), new Set(['p', 0]), 'both calls tell of their progress');
   const kinds = new Set();
   for (const line of answers) {
     schemaOf(line).parse(line);
