@@ -19,7 +19,7 @@ if(NOT APPLE)
 endif()
 
 if(TARNWELL_APP)
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network LinguistTools)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets LinguistTools)
   if(NOT APPLE)
     find_package(Qt6 6.4 REQUIRED COMPONENTS DBus)  # the desktop's light or dark scheme
   endif()

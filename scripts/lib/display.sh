@@ -14,8 +14,7 @@ start_display() {
   exec {told}<>"$directory/display"
   start_process Xvfb -displayfd "$told" -screen 0 1280x900x24 -nolisten tcp >"$directory/display.log" 2>&1
   read -r -t 20 -u "$told" number || fail "the display did not start: $(head -n 5 "$directory/display.log")"
-  display_environment=("DISPLAY=:$number" QT_QPA_PLATFORM=xcb QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
-    LANG=C.UTF-8)
+  display_environment=("DISPLAY=:$number" QT_QPA_PLATFORM=xcb LANG=C.UTF-8)
   start_process env "${keyring_environment[@]}" "${display_environment[@]}" \
     openbox --sm-disable >"$directory/openbox.log" 2>&1
   start_process env "${keyring_environment[@]}" "${display_environment[@]}" \

@@ -18,10 +18,10 @@ AppWindow::AppWindow(SettingsFile& settings, const KeychainStore& passwords)
       safety_(settings),
       activity_(LogBuffer::shared(), activityTexts_),
       about_(settings, passwords) {
-  window_.addPage(new AccountPage(account_, questions_));
-  window_.addPage(new SafetyPage(safety_, questions_));
-  window_.addPage(new ActivityPage(activity_, files_));
-  window_.addPage(new AboutPage(about_));
+  window_.addPage(&AccountPage::name, [this] { return new AccountPage(account_, questions_); });
+  window_.addPage(&SafetyPage::name, [this] { return new SafetyPage(safety_, questions_); });
+  window_.addPage(&ActivityPage::name, [this] { return new ActivityPage(activity_, files_); });
+  window_.addPage(&AboutPage::name, [this] { return new AboutPage(about_); });
   // The person may have unlocked the keyring, or changed the settings, in another program.
   QObject::connect(&window_, &MainWindow::activated, &settings, &SettingsFile::reload);
   QObject::connect(&window_, &MainWindow::activated, &account_, &AccountModel::refreshKeyring);

@@ -47,14 +47,15 @@ MainWindow::MainWindow() : navigation_(new QListWidget), pages_(new QStackedWidg
   columns->addWidget(pages_, 1);
   setCentralWidget(contents);
 
-  connect(navigation_, &QListWidget::currentRowChanged, pages_, &QStackedWidget::setCurrentIndex);
+  connect(navigation_, &QListWidget::currentRowChanged, this, &MainWindow::open);
   connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this), &QShortcut::activated, this,
           &QWidget::close);
   setTexts();
 }
 
-void MainWindow::addPage(Page* page) {
-  const int number = pages_->addWidget(page);
+void MainWindow::addPage(std::function<QString()> name, std::function<Page*()> make) {
+  const int number = static_cast<int>(entries_.size());
+  entries_.push_back({std::move(name), std::move(make)});
   new QListWidgetItem(navigation_);
   auto* const chooses =
       new QShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + number)), this);
@@ -65,15 +66,24 @@ void MainWindow::addPage(Page* page) {
   }
 }
 
+void MainWindow::open(int page) {
+  Entry& entry = entries_.at(static_cast<std::size_t>(page));
+  if (entry.page == nullptr) {
+    entry.page = entry.make();
+    pages_->addWidget(entry.page);
+  }
+  pages_->setCurrentWidget(entry.page);
+}
+
 void MainWindow::choose(int page) { navigation_->setCurrentRow(page); }
 
-/// The names are those of the pages, and the column is as wide as the longest.
+/// The column is as wide as the longest name.
 void MainWindow::setTexts() {
   navigation_->setAccessibleName(tr("Pages"));
   int width = 140;
-  for (int row = 0; row < pages_->count(); ++row) {
+  for (int row = 0; row < navigation_->count(); ++row) {
     QListWidgetItem* const item = navigation_->item(row);
-    item->setText(static_cast<Page*>(pages_->widget(row))->title());
+    item->setText(entries_[static_cast<std::size_t>(row)].name());
     const QFontMetrics metrics(navigation_->font());
     item->setSizeHint({0, metrics.height() + 18});
     width = std::max(width, metrics.horizontalAdvance(item->text()) + 64);
@@ -99,8 +109,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::LanguageChange) {
-    // The pages hear of the change after their window, and their titles are its names.
-    QMetaObject::invokeMethod(this, &MainWindow::setTexts, Qt::QueuedConnection);
+    setTexts();
   } else if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
     Q_EMIT activated();
   }

@@ -7,6 +7,8 @@
 #include <QListWidget>
 #include <QMainWindow>
 #include <QStackedWidget>
+#include <functional>
+#include <vector>
 
 #include "App/Widgets/Page.h"
 
@@ -18,8 +20,9 @@ class MainWindow : public QMainWindow {
  public:
   MainWindow();
 
-  /// Adds a page after those that are there. Takes it over.
-  void addPage(Page* page);
+  /// Adds a page after those that are there. It is made when it is first shown, so that a window with many
+  /// pages opens as fast as one with one. `name` gives its name in the language of the moment.
+  void addPage(std::function<QString()> name, std::function<Page*()> make);
   void choose(int page);
   int chosen() const { return navigation_->currentRow(); }
 
@@ -36,7 +39,14 @@ class MainWindow : public QMainWindow {
 
  private:
   void setTexts();
+  void open(int page);
 
+  struct Entry {
+    std::function<QString()> name;
+    std::function<Page*()> make;
+    Page* page = nullptr;
+  };
+  std::vector<Entry> entries_;
   QListWidget* navigation_;
   QStackedWidget* pages_;
 };

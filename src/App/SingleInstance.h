@@ -9,12 +9,15 @@
 /// A socket in a directory of the user's own tells the first of the second. A file with the process id beside
 /// it decides who is first, also when two start at the same moment, and after a crash.
 ///
+/// Deliberate: a plain socket, because Qt's own costs the start a library with twenty others after it.
+///
 /// Threads: that of the window.
 
-#include <QLocalServer>
 #include <QLockFile>
 #include <QObject>
-#include <memory>
+#include <QSocketNotifier>
+#include <QString>
+#include <optional>
 
 namespace tarnwell {
 
@@ -26,6 +29,7 @@ class SingleInstance : public QObject {
   static QString runtimeDirectory();
 
   explicit SingleInstance(const QString& directory = runtimeDirectory(), QObject* parent = nullptr);
+  ~SingleInstance() override;
 
   /// False when another window was there and has been told.
   bool isFirst() const { return isFirst_; }
@@ -34,10 +38,13 @@ class SingleInstance : public QObject {
   void startedAgain();
 
  private:
+  void listen(const QString& socket);
+  void greet();
   static bool tellFirst(const QString& socket);
 
   QLockFile lock_;
-  QLocalServer server_;
+  int listener_ = -1;
+  std::optional<QSocketNotifier> notifier_;
   bool isFirst_ = true;
 };
 

@@ -47,7 +47,7 @@ ICU = output("pkg-config", "--modversion", "icu-i18n").partition(".")[0]
 COMMON = {"libc6", "libgcc-s1", f"libicu{ICU}", "libstdc++6"}
 CONNECTING = {"libssl3", "libsystemd0"}
 HELPER_NEEDS = COMMON | CONNECTING
-APP_NEEDS = COMMON | {"tarnwell", "libqt6core6", "libqt6dbus6", "libqt6gui6", "libqt6network6", "libqt6widgets6"}
+APP_NEEDS = COMMON | {"tarnwell", "libqt6core6", "libqt6dbus6", "libqt6gui6", "libqt6widgets6"}
 # A build with a sanitizer needs its library too, and only a release is hardened.
 NEVER_IN_A_RELEASE = re.compile(r"lib[a-z]+san\d*$")
 RELEASE = "CMAKE_BUILD_TYPE:STRING=Release" in (build / "CMakeCache.txt").read_text(encoding="utf-8")

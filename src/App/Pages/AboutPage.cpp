@@ -128,8 +128,10 @@ void AboutPage::copyDiagnostics(const QString& text) {
   showNotices();
 }
 
+QString AboutPage::name() { return tr("About"); }
+
 void AboutPage::setTexts() {
-  setHeading(tr("About"), tr("An assistant works with your mail, and you decide how far."));
+  setHeading(name(), tr("An assistant works with your mail, and you decide how far."));
   const QString program =
       tr("Tarnwell %1 lets an AI assistant work with one mailbox. Assistants reach it by the "
          "<a href=\"%2\">Model Context Protocol</a>. It is free software under the "

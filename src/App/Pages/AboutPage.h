@@ -22,6 +22,9 @@ class AboutPage : public Page {
  public:
   explicit AboutPage(AboutModel& about, QWidget* parent = nullptr);
 
+  /// In the language of the window.
+  static QString name();
+
  protected:
   void setTexts() final;
 

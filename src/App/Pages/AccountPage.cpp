@@ -272,9 +272,11 @@ void AccountPage::leaveButtons() {
   }
 }
 
+QString AccountPage::name() { return tr("Account"); }
+
 void AccountPage::setTexts() {
   setHeading(
-      tr("Account"),
+      name(),
       tr("The mailbox that your assistant may look into. The password goes into your keyring and nowhere "
          "else."));
   const QStringList lines = AccountTexts::welcome();

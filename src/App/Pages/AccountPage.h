@@ -25,6 +25,9 @@ class AccountPage : public Page {
   /// Both must outlive the page.
   AccountPage(AccountModel& account, Questions& questions, QWidget* parent = nullptr);
 
+  /// In the language of the window.
+  static QString name();
+
  protected:
   void setTexts() override;
   bool eventFilter(QObject* watched, QEvent* event) override;

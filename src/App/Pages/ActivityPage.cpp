@@ -91,9 +91,11 @@ void ActivityPage::showEvent(QShowEvent* event) {
   activity_.follow();
 }
 
+QString ActivityPage::name() { return tr("Activity"); }
+
 void ActivityPage::setTexts() {
-  setHeading(tr("Activity"), tr("What this app and the helpers of your assistants did. It holds no mail "
-                                "and no password."));
+  setHeading(name(), tr("What this app and the helpers of your assistants did. It holds no mail "
+                        "and no password."));
   search_->setPlaceholderText(tr("Search the entries"));
   search_->setAccessibleName(tr("Search"));
   followLabel_->setText(tr("&Follow"));

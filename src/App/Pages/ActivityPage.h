@@ -23,6 +23,9 @@ class ActivityPage : public Page {
  public:
   ActivityPage(ActivityModel& activity, FileChoice& files, QWidget* parent = nullptr);
 
+  /// In the language of the window.
+  static QString name();
+
  protected:
   void setTexts() override;
   /// The system's log is first read when somebody wants to see it.

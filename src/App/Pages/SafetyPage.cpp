@@ -126,9 +126,11 @@ void SafetyPage::showFailure() {
   }
 }
 
+QString SafetyPage::name() { return tr("Safety settings"); }
+
 void SafetyPage::setTexts() {
   setHeading(
-      tr("Safety settings"),
+      name(),
       tr("What an assistant may read and change. Each change counts from the assistant's next call on."));
   reading_->setHeading(tr("Reading"));
   changes_->setHeading(tr("Changes"));

@@ -24,6 +24,9 @@ class SafetyPage : public Page {
  public:
   SafetyPage(SafetyModel& safety, Questions& questions, QWidget* parent = nullptr);
 
+  /// In the language of the window.
+  static QString name();
+
  protected:
   void setTexts() final;
 
