@@ -5,6 +5,7 @@
 import assert from 'node:assert/strict';
 import test, { after } from 'node:test';
 import { Client, StreamableHTTPClientTransport } from '@modelcontextprotocol/client';
+import { JSONRPCErrorResponseSchema } from '@modelcontextprotocol/core';
 import { StdioClientTransport } from '@modelcontextprotocol/client/stdio';
 import { startHTTP } from '../support/http-program.mjs';
 import { environment, resultObject, writeSettings } from '../support/program.mjs';
@@ -128,6 +129,24 @@ for (const mode of ['auto', 'pinned']) {
     const milliseconds = await heldSearch(client, {}, () => client.close());
     assert.ok(milliseconds < 1000, `${milliseconds} ms`);
   }, way === 'http' ? ['This operation was aborted'] : []));
+}
+
+// The errors that only HTTP knows, which the client itself never meets.
+if (way === 'http') {
+  const meta = { 'io.modelcontextprotocol/protocolVersion': '2026-07-28', 'io.modelcontextprotocol/clientCapabilities': {} };
+  const list = JSON.stringify({ jsonrpc: '2.0', id: 1, method: 'tools/list', params: { _meta: meta } });
+  for (const [name, method, body, code] of [
+    ['unreadable', 'tools/list', '{', -32700], ['anotherMethod', 'tools/call', list, -32020]]) {
+    test(`errorOfTheTransportFitsTheSchema: ${name}`, async () => {
+      const response = await fetch(server.url, { method: 'POST', body, headers: {
+        'Content-Type': 'application/json', Accept: 'application/json, text/event-stream',
+        'MCP-Protocol-Version': '2026-07-28', 'Mcp-Method': method } });
+      assert.equal(response.status, 400);
+      const error = await response.json();
+      assert.equal(error.error.code, code);
+      JSONRPCErrorResponseSchema.parse(error);
+    });
+  }
 }
 
 test('onlyReadingCommandsWereSent', () => assertOnlyReading(directory));
