@@ -11,9 +11,12 @@
 
 namespace tarnwell::test {
 
-/// True for a build with a sanitizer. Its shadow memory and allocator distort every figure.
+/// True for a build with a sanitizer. Its shadow memory and allocator distort every figure. GCC tells of it
+/// by macros, Clang as features.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr bool isSanitized = true;
+#elif defined(__has_feature)
+inline constexpr bool isSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
 #else
 inline constexpr bool isSanitized = false;
 #endif

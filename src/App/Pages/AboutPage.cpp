@@ -20,8 +20,6 @@ QString licenceText() {
   return QString::fromUtf8(file.readAll()).trimmed().replace(lineEnd, QStringLiteral(" "));
 }
 
-bool isDark(const QPalette& palette) { return palette.color(QPalette::Window).lightness() < 128; }
-
 }  // namespace
 
 AboutPage::AboutPage(AboutModel& about, QWidget* parent)
@@ -78,7 +76,7 @@ AboutPage::AboutPage(AboutModel& about, QWidget* parent)
   });
   connect(copy_, &QPushButton::clicked, this, [this] {
     about_.diagnose({.platform = QGuiApplication::platformName(),
-                     .isDark = isDark(palette()),
+                     .isDark = schemeOf(palette()) == Scheme::dark,
                      .scale = devicePixelRatioF()});
   });
   connect(&about_, &AboutModel::changed, this, &AboutPage::showModel);

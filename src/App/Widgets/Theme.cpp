@@ -20,13 +20,13 @@ constexpr Colours dark{0xff1d2325, 0xff272e31, 0xff2d3538, 0xffe9edee, 0xffa9b3b
 
 const Colours& coloursOf(Scheme scheme) { return scheme == Scheme::light ? light : dark; }
 
-Scheme schemeOf(const QPalette& palette) {
-  return palette.color(QPalette::Window).lightness() < 128 ? Scheme::dark : Scheme::light;
-}
-
 QString name(QRgb colour) { return QColor::fromRgb(colour).name(); }
 
 }  // namespace
+
+Scheme schemeOf(const QPalette& palette) {
+  return palette.color(QPalette::Window).lightness() < 128 ? Scheme::dark : Scheme::light;
+}
 
 QPalette paletteOf(Scheme scheme) {
   const Colours& colours = coloursOf(scheme);
@@ -182,7 +182,5 @@ void ToneLabel::changeEvent(QEvent* event) {
 void makePrimary(QPushButton* button) { button->setProperty("primary", true); }
 
 void makeDangerous(QPushButton* button) { button->setProperty("dangerous", true); }
-
-QString plainToRich(const QString& text) { return text.toHtmlEscaped(); }
 
 }  // namespace tarnwell

@@ -20,6 +20,8 @@ namespace tarnwell {
 enum class Scheme { light, dark };
 
 QPalette paletteOf(Scheme scheme);
+/// The scheme that a palette belongs to.
+Scheme schemeOf(const QPalette& palette);
 QString styleSheetOf(Scheme scheme);
 
 /// Gives the application this scheme. Every widget gets a PaletteChange event.
@@ -53,8 +55,5 @@ class ToneLabel : public QLabel {
 void makePrimary(QPushButton* button);
 /// A button whose effect cannot be taken back.
 void makeDangerous(QPushButton* button);
-
-/// Texts that a mail server or a file sent must not be read as mark-up.
-QString plainToRich(const QString& text);
 
 }  // namespace tarnwell
