@@ -49,7 +49,7 @@ TEST(JSONValue, documentsDecodeToTheirKinds) {
       {"{}", JSONObject{}},
       {R"([1, "a", null, {"k": false}])", JSONArray{1, "a", nullptr, JSONObject{{"k", false}}}},
       {R"({"a":1,"a":2})", JSONObject{{"a", 2}}},
-      {R"({"":[[]]})", JSONObject{{"", JSONArray{JSONArray{}}}}},
+      {R"({"":[[]]})", JSONObject{{"", JSONArray{JSONValue(JSONArray{})}}}},
   };
   for (const DecodeRow& row : rows) {
     EXPECT_EQ(JSONValue::decode(row.text), row.value) << row.text;
