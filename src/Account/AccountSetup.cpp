@@ -124,12 +124,17 @@ void AccountSetup::recordTest(const std::string& email, bool succeeded) const {
   if (settings_.inspect().config.email != email) {
     return;
   }
-  settings_.update([&](AppConfig& config) {
-    if (config.email == email) {
-      config.lastConnectionTestDate = currentInstant();
-      config.lastConnectionTestSuccess = succeeded;
-    }
-  });
+  try {
+    settings_.update([&](AppConfig& config) {
+      if (config.email == email) {
+        config.lastConnectionTestDate = currentInstant();
+        config.lastConnectionTestSuccess = succeeded;
+      }
+    });
+  } catch (const std::exception& error) {
+    AppLogger::error(AppLogger::Category::app,
+                     "test outcome not saved: " + AppLogger::redactAddresses(error.what()));
+  }
 }
 
 }  // namespace tarnwell

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <optional>
 
 #include "App/AppWindow.h"
 #include "App/DesktopScheme.h"
@@ -19,8 +20,8 @@ int runApplication(int argc, char** argv) {
   QApplication::setDesktopFileName(identifier);
   QApplication::setWindowIcon(QIcon::fromTheme(identifier));  // the installed one; Wayland takes the entry's
 
-  SingleInstance instance;
-  if (!instance.isFirst()) {
+  std::optional<SingleInstance> instance(std::in_place);
+  if (!instance->isFirst()) {
     return 0;
   }
   SettingsFile settings(ConfigStore::shared());
@@ -34,9 +35,10 @@ int runApplication(int argc, char** argv) {
                    [&](Scheme scheme) { applyTheme(application, scheme); });
 
   AppWindow app(settings, KeychainStore::shared());
-  QObject::connect(&instance, &SingleInstance::startedAgain, &app.window(), &MainWindow::raiseToFront);
+  QObject::connect(&*instance, &SingleInstance::startedAgain, &app.window(), &MainWindow::raiseToFront);
   app.window().show();
   const int status = QApplication::exec();
+  instance.reset();  // whoever starts the app from now on wants a new window
   app.finishSaving();
   return status;
 }

@@ -26,16 +26,6 @@ std::optional<Secret> savedPassword(const std::string& email) {
   }
 }
 
-/// Deliberate: the test still counts when the outcome cannot be saved.
-void saveOutcome(const std::string& email, bool succeeded) {
-  try {
-    AccountSetup::shared().recordTest(email, succeeded);
-  } catch (const std::exception& error) {
-    AppLogger::error(AppLogger::Category::app,
-                     "test outcome not saved: " + AppLogger::redactAddresses(error.what()));
-  }
-}
-
 std::string joined(const std::vector<std::string>& words) {
   std::string text;
   for (const std::string& word : words) {
@@ -65,7 +55,7 @@ int CLIRunner::testConnection() {
     return 1;
   }
   const ConnectionOutcome outcome = tarnwell::testConnection(config, std::move(*password));
-  saveOutcome(config.email, outcome.succeeded());
+  AccountSetup::shared().recordTest(config.email, outcome.succeeded());
   if (outcome.succeeded()) {
     print(report(config, outcome));
     return 0;

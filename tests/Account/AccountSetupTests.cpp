@@ -9,6 +9,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
+#include "Core/LogBuffer.h"
 #include "support/Files.h"
 #include "support/InMemorySecretItems.h"
 #include "support/TemporaryDirectory.h"
@@ -178,6 +179,18 @@ TEST_F(AccountSetupTest, removalThatCannotBeWrittenPutsThePasswordBack) {
   setrlimit(RLIMIT_FSIZE, &before);
   EXPECT_EQ(password(anna.email), "pass");
   EXPECT_EQ(store.load().email, anna.email);
+}
+
+TEST_F(AccountSetupTest, testThatCannotBeRecordedStillCountsAndIsLogged) {
+  setup.save(anna, Secret("pass"));
+  LogBuffer::shared().clear();
+  const rlimit before = limitOfFileSize(0);
+  EXPECT_NO_THROW(setup.recordTest(anna.email, true));
+  setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_EQ(store.load().lastConnectionTestSuccess, std::nullopt);
+  const std::vector<LogEntry> logged = LogBuffer::shared().snapshot();
+  ASSERT_EQ(logged.size(), 1U);
+  EXPECT_THAT(logged[0].message, testing::StartsWith("test outcome not saved: "));
 }
 
 TEST_F(AccountSetupTest, itemThatIsNoTextIsReplaced) {

@@ -3,23 +3,12 @@
 #include <utility>
 
 #include "App/Models/AccountModel.h"
-#include "Core/AppLogger.h"
 
 namespace tarnwell {
 
 namespace {
 
 using Kind = AccountNews::Kind;
-
-/// Deliberate: the test still counts when its outcome cannot be noted.
-void note(const AccountSetup& setup, const std::string& email, bool succeeded) {
-  try {
-    setup.recordTest(email, succeeded);
-  } catch (const std::exception& error) {
-    AppLogger::error(AppLogger::Category::app,
-                     "test outcome not saved: " + AppLogger::redactAddresses(error.what()));
-  }
-}
 
 }  // namespace
 
@@ -73,7 +62,7 @@ void AccountModel::test(Secret typed) {
         TestResult result = runTest(config, std::move(typed), stored, passwords, watch);
         if (isOfSaved && result.hadPassword &&
             result.outcome.result != ConnectionOutcome::Result::cancelled) {
-          note(setup, config.email, result.outcome.succeeded());
+          setup.recordTest(config.email, result.outcome.succeeded());
         }
         return result;
       },
@@ -168,7 +157,7 @@ void AccountModel::save(Secret typed) {
       [address, isProven, password = std::move(password), setup = setup()]() mutable {
         setup.save(address, std::move(password));
         if (isProven) {
-          note(setup, address.email, true);
+          setup.recordTest(address.email, true);
         }
       },
       [this, address](const Outcome<void>& outcome) {
