@@ -1,0 +1,195 @@
+#pragma once
+
+/// Which MCP clients are on this machine, how each is connected to the helper, and connecting them.
+///
+///     const Machine machine = Machine::thisOne();
+///     for (const AssistantState& assistant : findAssistants(machine)) ...
+///     ConnectionPlan planned = plan(machine, AssistantID::cursor, ConnectionPlan::Goal::connect);
+///     // show planned.commands, planned.change or planned.block
+///     ConnectionDone done = carryOut(machine, planned);
+///     undo(machine, done);
+///
+/// Nothing is changed before `carryOut`. A client that has a command for it is told by that command, a JSON
+/// file is edited, and for anything else the plan is a text to copy. Only the entry "tarnwell" of a client is
+/// ever changed.
+///
+/// Threads: any, one at a time. Reads files and may run clients' commands, which takes seconds: not for a
+/// thread that shows a window.
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "Assistants/Blocks.h"
+#include "Assistants/ConfigurationFile.h"
+#include "Platform/RunningPrograms.h"
+
+namespace tarnwell {
+
+enum class AssistantID {
+  claudeDesktop,
+  claudeCode,
+  codex,
+  geminiCLI,
+  visualStudioCode,
+  cursor,
+  windsurf,
+  zed,
+  lmStudio,
+  cline,
+  roo
+};
+
+/// In which folders programs keep their settings.
+enum class FolderLayout { linuxDesktop, macOS };
+
+/// Where and how to look.
+struct Machine {
+  std::filesystem::path home;
+  /// The value of a variable such as PATH or CODEX_HOME. Absent when it is not set.
+  std::function<std::optional<std::string>(const char*)> environment;
+  std::function<std::vector<RunningProgram>()> runningPrograms;
+  /// The absolute path of the helper, beside the app.
+  std::filesystem::path helper;
+  FolderLayout layout;
+  /// What comes before folders outside the home directory, such as /usr/local/bin and /Applications.
+  std::filesystem::path systemRoot = "/";
+  /// A client's command that takes longer is ended.
+  std::chrono::milliseconds commandLimit = std::chrono::seconds(60);
+
+  static Machine thisOne();
+};
+
+/// How a client is told about the helper.
+enum class ConnectingWay {
+  /// A command of the client.
+  ownCommand,
+  /// A change of its file.
+  file,
+  /// A text that the user copies into its file.
+  block
+};
+
+struct AssistantState {
+  enum class Connection {
+    none,
+    /// To the helper beside this app.
+    here,
+    /// There is an entry, and its command is another program.
+    elsewhere,
+    /// Its file cannot be read or understood.
+    unknown
+  };
+
+  AssistantID id;
+  /// A proper name, the same in every language: "Claude Desktop".
+  std::string name;
+  /// Its program or its folder was found.
+  bool isInstalled = false;
+  /// It runs and writes its file anew while it runs, so it has to be closed before its file is changed. Only
+  /// for clients that do so and have no command.
+  bool isRunning = false;
+  Connection connection = Connection::none;
+  /// Its entry is there, but switched off in the client.
+  bool isSwitchedOff = false;
+  /// For `elsewhere`: the command in its entry. Empty when the entry has none, such as one with an address.
+  std::string otherCommand;
+  ConnectingWay way = ConnectingWay::file;
+  /// Its configuration, as the client names it.
+  std::filesystem::path file;
+  /// For `unknown`: why, in English: "line 3, column 5: ...".
+  std::string problem;
+};
+
+/// Every known client in the order of `AssistantID`. Throws nothing but for want of memory.
+std::vector<AssistantState> findAssistants(const Machine& machine);
+
+/// Why a client could not be told.
+class AssistantError : public std::runtime_error {
+ public:
+  enum class Kind {
+    /// It runs and would write its old file over the change. `details` is empty.
+    running,
+    /// The helper is not where it should be. `details` is the path.
+    noHelper,
+    /// The path of the helper is not UTF-8, so no configuration can name it. `details` is the path.
+    helperNotUTF8,
+    /// The folder of its file does not exist: it was never started. `details` is the folder.
+    neverStarted,
+    /// Its command cannot be started. `details` is the system's reason.
+    notStarted,
+    /// Its command failed. `details` is what it printed.
+    failed,
+    /// Its command took too long and was ended. `details` is what it had printed.
+    tookTooLong,
+    /// Its command succeeded, and yet the client is not connected, or not disconnected. `details` is what it
+    /// printed.
+    withoutEffect,
+    /// Undo: its configuration was changed since, and what was there before cannot be put back by a command.
+    changed,
+    /// A block can only be copied by hand.
+    onlyByHand
+  };
+
+  AssistantError(Kind kind, AssistantID assistant, std::string details);
+
+  Kind kind() const { return kind_; }
+  AssistantID assistant() const { return assistant_; }
+  const std::string& details() const { return details_; }
+
+ private:
+  Kind kind_;
+  AssistantID assistant_;
+  std::string details_;
+};
+
+/// What will be done. Made first, shown, then carried out.
+struct ConnectionPlan {
+  enum class Goal { connect, disconnect };
+
+  AssistantID id;
+  Goal goal = Goal::connect;
+  ConnectingWay way = ConnectingWay::file;
+  /// For `ownCommand`: program and arguments of each command, in order.
+  std::vector<std::vector<std::string>> commands;
+  /// For `file`.
+  std::optional<FileChange> change;
+  /// For `block`: the text to copy, or the text to remove, and its format: "toml".
+  std::string block;
+  std::string blockFormat;
+  /// The configuration that changes, or that the block belongs in.
+  std::filesystem::path file;
+
+  /// It is already as wanted.
+  bool isNothing() const;
+};
+
+/// Throws `JSONEditError`, `ConfigurationFileError` or `AssistantError`. Changes nothing.
+ConnectionPlan plan(const Machine& machine, AssistantID id, ConnectionPlan::Goal goal);
+
+struct ConnectionDone {
+  ConnectionPlan plan;
+  /// The file before and after. For `ownCommand` as the command left it, and only if the client's file does
+  /// not change by itself.
+  std::optional<WrittenFile> written;
+  /// The commands that bring back the entry as it was. They are used only when the file was changed since, or
+  /// changes by itself.
+  std::vector<std::vector<std::string>> undoCommands;
+};
+
+/// Does what the plan says, and reads the state again. Throws as `plan` does; after a failed command the
+/// entry that was there before is back as far as the client's commands can do it.
+ConnectionDone carryOut(const Machine& machine, const ConnectionPlan& plan);
+
+/// Brings back what was there before: the bytes of the file if nobody has changed it since, else the entry.
+/// Throws as `carryOut` does.
+void undo(const Machine& machine, const ConnectionDone& done);
+
+/// The command as a person would type it in a shell.
+std::string shellLine(const std::vector<std::string>& command);
+
+}  // namespace tarnwell
