@@ -1,0 +1,191 @@
+/// What came of connecting and disconnecting, in words.
+
+#include <QCoreApplication>
+#include <QLocale>
+
+#include "App/Pages/AssistantsTexts.h"
+
+namespace tarnwell::AssistantsTexts {
+
+namespace {
+
+struct Words {
+  Q_DECLARE_TR_FUNCTIONS(tarnwell::AssistantsTexts)
+};
+
+/// When an assistant reads its settings.
+enum class Reads { whenItStarts, withEachSession, whenItsEditorStarts };
+
+Reads readsOf(AssistantID assistant) {
+  switch (assistant) {
+    case AssistantID::claudeCode:
+    case AssistantID::codex:
+    case AssistantID::geminiCLI:
+      return Reads::withEachSession;
+    case AssistantID::cline:
+    case AssistantID::roo:
+      return Reads::whenItsEditorStarts;
+    case AssistantID::claudeDesktop:
+    case AssistantID::visualStudioCode:
+    case AssistantID::cursor:
+    case AssistantID::windsurf:
+    case AssistantID::zed:
+    case AssistantID::lmStudio:
+      break;
+  }
+  return Reads::whenItStarts;
+}
+
+QString lineByLine(const QStringList& sentences) {
+  QStringList all = sentences;
+  all.removeAll(QString());
+  return all.join(QLatin1Char('\n'));
+}
+
+QString backup(const AssistantProgress& progress) {
+  if (!progress.done || !progress.done->written || !progress.done->written->backup) {
+    return {};
+  }
+  return Words::tr("The file as it was: %1").arg(path(*progress.done->written->backup));
+}
+
+QString notJSON(const QString& name, const AssistantNews& news) {
+  if (news.line == 0) {
+    return Words::tr(
+               "The settings of %1 cannot be read as JSON, so they stay as they are. Mend the file and "
+               "try again.")
+        .arg(name);
+  }
+  return Words::tr(
+             "The settings of %1 cannot be read as JSON: see line %2, column %3. They stay as they are. "
+             "Mend the file and try again.")
+      .arg(name, QLocale().toString(static_cast<qulonglong>(news.line)),
+           QLocale().toString(static_cast<qulonglong>(news.column)));
+}
+
+QString failure(const QString& name, const AssistantNews& news) {
+  using Kind = AssistantNews::Kind;
+  switch (news.kind) {
+    case Kind::notJSON:
+      return notJSON(name, news);
+    case Kind::notAnObject:
+      return Words::tr(
+                 "The settings of %1 hold something else where its servers belong, so they stay as they "
+                 "are. Mend the file and try again.")
+          .arg(name);
+    case Kind::ambiguous:
+      return Words::tr(
+                 "The settings of %1 have the same entry twice, so they stay as they are. Remove one of "
+                 "the two and try again.")
+          .arg(name);
+    case Kind::notUTF8:
+      return Words::tr(
+                 "The settings of %1 are no UTF-8 text, so they stay as they are. Save the file as UTF-8 "
+                 "and try again.")
+          .arg(name);
+    case Kind::tooLarge:
+      return Words::tr(
+                 "The settings of %1 are too large for this, so they stay as they are. Add the entry by "
+                 "hand, from “Another assistant” below.")
+          .arg(name);
+    case Kind::fileUnreadable:
+      return Words::tr(
+                 "The settings file of %1 cannot be read. The details say why; mend that and try again.")
+          .arg(name);
+    case Kind::notWritten:
+      return Words::tr(
+                 "The settings file of %1 could not be written and is as it was. The details say why; "
+                 "mend that and try again.")
+          .arg(name);
+    case Kind::notVerified:
+      return Words::tr("Another program wrote the settings of %1 at the same time. Close %1 and try again.")
+          .arg(name);
+    case Kind::otherWriter:
+      return Words::tr(
+                 "Somebody else may write the settings file of %1, so it stays as it is. Make file and "
+                 "folder your own and try again.")
+          .arg(name);
+    case Kind::assistantRuns:
+      return Words::tr(
+                 "%1 is running and would write its old settings over the change. Close it and try "
+                 "again.")
+          .arg(name);
+    case Kind::neverStarted:
+      return Words::tr(
+                 "%1 was never started here, so its settings have no place yet. Start it once, close it, "
+                 "and try again.")
+          .arg(name);
+    case Kind::noHelper:
+      return Words::tr(
+          "The program “tarnwell” is not beside this app. Install Tarnwell again and try again.");
+    case Kind::helperNotUTF8:
+      return Words::tr(
+          "Tarnwell lies in a folder whose name is no UTF-8 text, and settings can hold only that. "
+          "Install it elsewhere and try again.");
+    case Kind::commandNotStarted:
+      return Words::tr(
+                 "The command of %1 cannot be started. Install %1 again, or wait until its update is "
+                 "done, and try again.")
+          .arg(name);
+    case Kind::commandFailed:
+      return Words::tr("The command of %1 failed. The details are its own words.").arg(name);
+    case Kind::commandTooSlow:
+      return Words::tr("The command of %1 took too long and was stopped. Try again.").arg(name);
+    case Kind::commandWithoutEffect:
+      return Words::tr("The command of %1 ended well and yet changed nothing. The details are its own words.")
+          .arg(name);
+    case Kind::onlyByHand:
+      return Words::tr("Only you can change the settings of %1.").arg(name);
+    default:
+      break;
+  }
+  return Words::tr("This could not be done. The details say why.");
+}
+
+}  // namespace
+
+QString restart(const AssistantState& assistant) {
+  switch (readsOf(assistant.id)) {
+    case Reads::withEachSession:
+      return Words::tr("Start a new session of %1 to see it.").arg(name(assistant));
+    case Reads::whenItsEditorStarts:
+      return Words::tr("Restart Visual Studio Code to see it in %1.").arg(name(assistant));
+    case Reads::whenItStarts:
+      break;
+  }
+  return assistant.id == AssistantID::claudeDesktop
+             ? Words::tr("Start %1 to see it.").arg(name(assistant))  // it was closed for the change
+             : Words::tr("Restart %1 to see it.").arg(name(assistant));
+}
+
+QString news(const AssistantState& assistant, const AssistantProgress& progress) {
+  using Kind = AssistantNews::Kind;
+  switch (progress.news.kind) {
+    case Kind::none:
+      return {};
+    case Kind::connected:
+      return lineByLine({Words::tr("Connected.") + QLatin1Char(' ') + restart(assistant), backup(progress)});
+    case Kind::disconnected:
+      return lineByLine(
+          {Words::tr("Disconnected. %1 may use Tarnwell until it is restarted.").arg(name(assistant)),
+           backup(progress)});
+    case Kind::undone:
+      return Words::tr("Undone. The settings of %1 are as they were.").arg(name(assistant));
+    case Kind::alreadyConnected:
+      return Words::tr("%1 was connected already, so nothing was changed.").arg(name(assistant));
+    case Kind::alreadyDisconnected:
+      return Words::tr("%1 was not connected any more, so nothing was changed.").arg(name(assistant));
+    case Kind::newPlan:
+      return Words::tr(
+                 "The settings of %1 have changed meanwhile, so nothing was done. This is the plan anew.")
+          .arg(name(assistant));
+    case Kind::changedSince:
+      return lineByLine(
+          {Words::tr("The settings of %1 have changed since, so they stay as they are.").arg(name(assistant)),
+           backup(progress)});
+    default:
+      return failure(name(assistant), progress.news);
+  }
+}
+
+}  // namespace tarnwell::AssistantsTexts

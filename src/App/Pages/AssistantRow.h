@@ -1,0 +1,47 @@
+#pragma once
+
+/// One assistant: its name, whether it is connected, the button for what a person would do next, and below it
+/// the plan or what came of it.
+
+#include <QPushButton>
+
+#include "App/Models/AssistantsModel.h"
+#include "App/Pages/AssistantPlanView.h"
+#include "App/Widgets/Notice.h"
+#include "App/Widgets/Theme.h"
+
+namespace tarnwell {
+
+class AssistantRow : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit AssistantRow(QWidget* parent = nullptr);
+
+  void showAssistant(const AssistantState& assistant, const AssistantProgress& progress);
+
+ Q_SIGNALS:
+  /// The button for the next thing to do.
+  void acted();
+  /// Whatever the news offer.
+  void offerTaken();
+  void confirmed();
+  void dismissed();
+  /// Something was shown below the row that should be seen whole.
+  void grew(QWidget* part);
+
+ private:
+  void showState(const AssistantState& assistant);
+  void showNews(const AssistantState& assistant, const AssistantProgress& progress);
+  void showPlan(const AssistantState& assistant, const AssistantProgress& progress);
+
+  ToneLabel* name_;
+  ToneLabel* mark_;
+  ToneLabel* state_;
+  QPushButton* action_;
+  Notice* trouble_;
+  Notice* news_;
+  AssistantPlanView* plan_ = nullptr;
+};
+
+}  // namespace tarnwell
