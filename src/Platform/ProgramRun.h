@@ -1,0 +1,58 @@
+#pragma once
+
+/// Runs another program to its end, without a shell, and hears what it prints.
+///
+///     ProgramOutcome outcome = runProgram({.command = {"/usr/bin/codex", "mcp", "list"}});
+///     if (outcome.succeeded()) ...
+///
+/// The program reads nothing: its standard input is /dev/null. It has a process group of its own, and when it
+/// takes too long, the whole group is ended: asked first, and forced 2 seconds later.
+///
+/// Threads: any. Waits for the program, so not for a thread that shows a window. Nobody else in this process
+/// may wait for all children.
+
+#include <chrono>
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace tarnwell {
+
+struct ProgramRun {
+  /// The path of the program, and its arguments. Not looked up in PATH.
+  std::vector<std::string> command;
+  /// "NAME=VALUE". Nothing else of this process's environment is passed on.
+  std::vector<std::string> environment{};
+  std::filesystem::path folder = "/";
+  std::chrono::milliseconds limit = std::chrono::seconds(60);
+  /// More bytes of each stream are read and dropped.
+  std::size_t outputLimit = 65'536;
+};
+
+struct ProgramOutcome {
+  enum class End {
+    /// By itself, with `status`.
+    exited,
+    /// By a signal from elsewhere: `status` is its number.
+    killed,
+    tookTooLong,
+    /// It never ran: `status` is the system's number of the error (errno).
+    notStarted
+  };
+
+  End end = End::exited;
+  int status = 0;
+  /// What it wrote to standard output and to standard error. May be cut within a character.
+  std::string output{};
+  std::string errors{};
+
+  bool succeeded() const { return end == End::exited && status == 0; }
+};
+
+ProgramOutcome runProgram(const ProgramRun& run);
+
+/// "NAME=VALUE" of this process, each name once, as `runProgram` takes it.
+std::vector<std::string> ownEnvironment();
+
+}  // namespace tarnwell
