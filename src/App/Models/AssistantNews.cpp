@@ -1,7 +1,7 @@
 #include "App/Models/AssistantNews.h"
 
 #include "Assistants/Assistants.h"
-#include "JSONEditor/JSONEditor.h"
+#include "JSONEditor/JSONEditError.h"
 
 namespace tarnwell {
 

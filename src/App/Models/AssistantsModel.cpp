@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "App/Models/DifferenceExcerpt.h"
+
 namespace tarnwell {
 
 namespace {
@@ -107,7 +109,7 @@ void AssistantsModel::plan(AssistantID assistant, Goal goal, AssistantNews news)
       [make = work_.plan, assistant, goal] {
         Planned made{make(assistant, goal), {}};
         if (const auto& change = made.plan.change) {
-          made.difference = lineDifference(change->before.value_or(""), change->after);
+          made.difference = withShortLines(lineDifference(change->before.value_or(""), change->after));
         }
         return made;
       },

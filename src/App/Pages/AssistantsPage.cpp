@@ -58,21 +58,21 @@ AssistantsPage::AssistantsPage(AssistantsModel& assistants, QWidget* parent)
 }
 
 void AssistantsPage::addRow(AssistantID assistant) {
-  auto* const row = new AssistantRow(found_);
+  auto* const row = new AssistantListRow(found_);
   row->hide();
   found_->rows()->addWidget(row);
   rows_.emplace(assistant, row);
-  connect(row, &AssistantRow::acted, this, [this, assistant] { assistants_.act(assistant); });
-  connect(row, &AssistantRow::confirmed, &assistants_, &AssistantsModel::carryOut);
-  connect(row, &AssistantRow::dismissed, &assistants_, &AssistantsModel::cancel);
-  connect(row, &AssistantRow::offerTaken, this, [this, assistant] {
+  connect(row, &AssistantListRow::acted, this, [this, assistant] { assistants_.act(assistant); });
+  connect(row, &AssistantListRow::confirmed, &assistants_, &AssistantsModel::carryOut);
+  connect(row, &AssistantListRow::dismissed, &assistants_, &AssistantsModel::cancel);
+  connect(row, &AssistantListRow::offerTaken, this, [this, assistant] {
     if (assistants_.progress(assistant).offer == AssistantProgress::Offer::undo) {
       assistants_.undo(assistant);
     } else {
       assistants_.tryAgain(assistant);
     }
   });
-  connect(row, &AssistantRow::grew, this, [this](QWidget* part) { bringIntoView(part); });
+  connect(row, &AssistantListRow::grew, this, [this](QWidget* part) { bringIntoView(part); });
 }
 
 void AssistantsPage::showEvent(QShowEvent* event) {
@@ -91,7 +91,7 @@ void AssistantsPage::showModel() {
   QStringList missing;
   bool isAnyHere = false;
   for (const AssistantState& assistant : assistants_.assistants()) {
-    AssistantRow* const row = rows_.at(assistant.id);
+    AssistantListRow* const row = rows_.at(assistant.id);
     const AssistantProgress& progress = assistants_.progress(assistant.id);
     if (isHere(assistant) || progress.step != AssistantProgress::Step::idle || progress.done) {
       row->showAssistant(assistant, progress);

@@ -6,7 +6,7 @@
 #include <map>
 
 #include "App/Models/AssistantsModel.h"
-#include "App/Pages/AssistantRow.h"
+#include "App/Pages/AssistantListRow.h"
 #include "App/Widgets/Card.h"
 #include "App/Widgets/ChoiceBox.h"
 #include "App/Widgets/CopyBlock.h"
@@ -38,7 +38,7 @@ class AssistantsPage : public Page {
   AssistantsModel& assistants_;
   Notice* accountNotice_;
   Card* found_;
-  std::map<AssistantID, AssistantRow*> rows_;
+  std::map<AssistantID, AssistantListRow*> rows_;
   ToneLabel* nobody_;
   ToneLabel* missing_;
   Card* other_;

@@ -57,12 +57,13 @@ class FakeMachine {
 };
 
 inline AssistantState assistant(AssistantID id, const char* name, Connection connection = Connection::none) {
-  return {.id = id,
-          .name = name,
-          .isInstalled = true,
-          .connection = connection,
-          .way = ConnectingWay::file,
-          .file = "/home/anna/.config/" + std::string(name) + "/mcp.json"};
+  AssistantState state{};
+  state.id = id;
+  state.name = name;
+  state.isInstalled = true;
+  state.connection = connection;
+  state.file = "/home/anna/.config/" + std::string(name) + "/mcp.json";
+  return state;
 }
 
 class FakeAssistants {
@@ -118,7 +119,11 @@ class FakeAssistants {
   }
 
   static ConnectionPlan planFor(const AssistantState& state, Goal goal) {
-    ConnectionPlan plan{.id = state.id, .goal = goal, .way = state.way, .file = state.file};
+    ConnectionPlan plan{};
+    plan.id = state.id;
+    plan.goal = goal;
+    plan.way = state.way;
+    plan.file = state.file;
     switch (state.way) {
       case ConnectingWay::ownCommand:
         plan.commands = {{"claude", "mcp", "add", "--scope", "user", "tarnwell", "--",

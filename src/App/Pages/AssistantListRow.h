@@ -12,11 +12,11 @@
 
 namespace tarnwell {
 
-class AssistantRow : public QWidget {
+class AssistantListRow : public QWidget {
   Q_OBJECT
 
  public:
-  explicit AssistantRow(QWidget* parent = nullptr);
+  explicit AssistantListRow(QWidget* parent = nullptr);
 
   void showAssistant(const AssistantState& assistant, const AssistantProgress& progress);
 

@@ -1,4 +1,4 @@
-#include "App/Pages/AssistantRow.h"
+#include "App/Pages/AssistantListRow.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -67,7 +67,7 @@ bool isOpen(const AssistantProgress& progress) {
 
 }  // namespace
 
-AssistantRow::AssistantRow(QWidget* parent)
+AssistantListRow::AssistantListRow(QWidget* parent)
     : QWidget(parent),
       name_(new ToneLabel(Tone::text, this)),
       mark_(new ToneLabel(Tone::faint, this)),
@@ -108,12 +108,12 @@ AssistantRow::AssistantRow(QWidget* parent)
   rows->addWidget(trouble_);
   rows->addWidget(news_);
 
-  connect(action_, &QPushButton::clicked, this, &AssistantRow::acted);
-  connect(news_, &Notice::acted, this, &AssistantRow::offerTaken);
+  connect(action_, &QPushButton::clicked, this, &AssistantListRow::acted);
+  connect(news_, &Notice::acted, this, &AssistantListRow::offerTaken);
 }
 
 /// The focus goes where the person goes on: into the plan, and back to the button when the plan is gone.
-void AssistantRow::showAssistant(const AssistantState& assistant, const AssistantProgress& progress) {
+void AssistantListRow::showAssistant(const AssistantState& assistant, const AssistantProgress& progress) {
   const QWidget* const focus = QApplication::focusWidget();
   const bool hadFocus = focus && isAncestorOf(focus);
   const bool wasShown = plan_ && plan_->isVisibleTo(this);
@@ -135,7 +135,7 @@ void AssistantRow::showAssistant(const AssistantState& assistant, const Assistan
   }
 }
 
-void AssistantRow::showState(const AssistantState& assistant) {
+void AssistantListRow::showState(const AssistantState& assistant) {
   const QString state = AssistantsTexts::state(assistant);
   const QString action = AssistantsTexts::action(AssistantsModel::action(assistant));
   name_->setText(AssistantsTexts::name(assistant));
@@ -153,7 +153,7 @@ void AssistantRow::showState(const AssistantState& assistant) {
   }
 }
 
-void AssistantRow::showNews(const AssistantState& assistant, const AssistantProgress& progress) {
+void AssistantListRow::showNews(const AssistantState& assistant, const AssistantProgress& progress) {
   const AssistantNews& news = progress.news;
   const bool isAboutPlan = news.kind == AssistantNews::Kind::newPlan;
   const QString text =
@@ -176,7 +176,7 @@ void AssistantRow::showNews(const AssistantState& assistant, const AssistantProg
 }
 
 /// Most rows never have a plan, so the view of one is made when it is needed.
-void AssistantRow::showPlan(const AssistantState& assistant, const AssistantProgress& progress) {
+void AssistantListRow::showPlan(const AssistantState& assistant, const AssistantProgress& progress) {
   if (!isOpen(progress)) {
     if (plan_) {
       plan_->hide();
@@ -186,8 +186,8 @@ void AssistantRow::showPlan(const AssistantState& assistant, const AssistantProg
   if (!plan_) {
     plan_ = new AssistantPlanView(this);
     layout()->addWidget(plan_);
-    connect(plan_, &AssistantPlanView::confirmed, this, &AssistantRow::confirmed);
-    connect(plan_, &AssistantPlanView::dismissed, this, &AssistantRow::dismissed);
+    connect(plan_, &AssistantPlanView::confirmed, this, &AssistantListRow::confirmed);
+    connect(plan_, &AssistantPlanView::dismissed, this, &AssistantListRow::dismissed);
   }
   const bool isNew = !plan_->isVisibleTo(this);
   plan_->showPlan(assistant, progress);
