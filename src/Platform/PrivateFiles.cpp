@@ -45,26 +45,38 @@ void writeAll(int descriptor, std::string_view text, const std::filesystem::path
   }
 }
 
-/// A new file in the folder of its target. The destructor removes it unless it has replaced the target.
-class TemporaryFile {
+/// A file that was just made. The destructor removes it unless it is kept.
+class NewFile {
  public:
-  explicit TemporaryFile(const std::filesystem::path& target)
-      : target_(target), name_(target.string() + ".XXXXXX"), descriptor_(::mkstemp(name_.data())) {
-    if (!descriptor_.isOpen()) {
-      fail("cannot create a file beside", target_);
+  /// With a name of its own, beside the target.
+  static NewFile beside(const std::filesystem::path& target) {
+    std::string name = target.string() + ".XXXXXX";
+    const int descriptor = ::mkstemp(name.data());
+    if (descriptor < 0) {
+      fail("cannot create a file beside", target);
     }
-    (void)::fcntl(descriptor_.number(), F_SETFD, FD_CLOEXEC);
+    (void)::fcntl(descriptor, F_SETFD, FD_CLOEXEC);
+    return NewFile(std::move(name), descriptor, target);
   }
-  TemporaryFile(const TemporaryFile&) = delete;
-  ~TemporaryFile() {
+
+  /// The target is the path in errors.
+  NewFile(std::string name, int descriptor, const std::filesystem::path& target)
+      : name_(std::move(name)), descriptor_(descriptor), target_(target) {}
+  NewFile(const NewFile&) = delete;
+  ~NewFile() {
     if (!name_.empty()) {
       (void)::unlink(name_.c_str());
     }
   }
 
-  void fill(std::string_view text) {
-    // mkstemp already asked for this mode. A failure is ignored, because some file systems have no modes.
-    (void)::fchmod(descriptor_.number(), S_IRUSR | S_IWUSR);
+  /// Returns when the text is on the disk.
+  void fill(std::string_view text, const FileRights& rights) {
+    // Failures are ignored: some file systems have no modes, and only root gives files away. The owner comes
+    // first, and the text last, so that nobody reads it who may not.
+    if (rights.owner && rights.group && ::fchown(descriptor_.number(), *rights.owner, *rights.group) < 0) {
+      (void)!::fchown(descriptor_.number(), static_cast<uid_t>(-1), *rights.group);
+    }
+    (void)::fchmod(descriptor_.number(), static_cast<mode_t>(rights.mode));
     writeAll(descriptor_.number(), text, target_);
     if (::fsync(descriptor_.number()) < 0 || descriptor_.close() < 0) {
       fail("cannot write", target_);
@@ -75,13 +87,15 @@ class TemporaryFile {
     if (::rename(name_.c_str(), target_.c_str()) < 0) {
       fail("cannot replace", target_);
     }
-    name_.clear();
+    keep();
   }
 
+  void keep() { name_.clear(); }
+
  private:
-  const std::filesystem::path& target_;
   std::string name_;
   Descriptor descriptor_;
+  const std::filesystem::path& target_;
 };
 
 /// Makes the new name durable. Errors are ignored: the file is already in place, and some file systems cannot
@@ -190,11 +204,48 @@ void createPrivateDirectories(const std::filesystem::path& directory) {
   }
 }
 
-void replacePrivateFile(const std::filesystem::path& path, std::string_view text) {
-  TemporaryFile file(path);
-  file.fill(text);
+std::optional<FileRights> fileRights(const std::filesystem::path& path) {
+  struct stat status{};
+  if (::stat(path.c_str(), &status) < 0) {
+    return std::nullopt;
+  }
+  return FileRights{.mode = status.st_mode & 0777U, .owner = status.st_uid, .group = status.st_gid};
+}
+
+bool everybodyMayReplaceFilesIn(const std::filesystem::path& folder) {
+  struct stat status{};
+  return ::stat(folder.c_str(), &status) == 0 && mayBeReplacedByEverybody(status);
+}
+
+void replaceFile(const std::filesystem::path& path, std::string_view text, const FileRights& rights,
+                 const std::function<void()>& lastLook) {
+  NewFile file = NewFile::beside(path);
+  file.fill(text, rights);
+  if (lastLook) {
+    lastLook();
+  }
   file.takePlaceOfTarget();
   syncDirectory(path.parent_path());
+}
+
+void replacePrivateFile(const std::filesystem::path& path, std::string_view text) {
+  replaceFile(path, text, FileRights{});
+}
+
+bool createFile(const std::filesystem::path& path, std::string_view text, const FileRights& rights) {
+  const int descriptor =
+      ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  if (descriptor < 0 && errno == EEXIST) {
+    return false;
+  }
+  if (descriptor < 0) {
+    fail("cannot create", path);
+  }
+  NewFile file(path.string(), descriptor, path);
+  file.fill(text, rights);
+  file.keep();
+  syncDirectory(path.parent_path());
+  return true;
 }
 
 /// A lock belongs to the open file, so it ends with the descriptor, also when the process is killed.

@@ -1,12 +1,13 @@
 #pragma once
 
 /// Reads and replaces files that belong to one user. A read has a size limit; a write replaces the whole
-/// file.
+/// file. An extended attribute or another name (hard link) of the old file does not come with it.
 ///
 /// Threads: any. When two writers replace one file at the same time, it ends up with the whole text of one.
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,9 +52,33 @@ class FolderLock {
   int descriptor_;
 };
 
-/// Puts a file of mode 0600 with this text at `path` in one step. Returns when the file is on the disk. On
-/// failure throws `std::filesystem::filesystem_error` naming the path. Then the old file is unchanged and no
-/// temporary file remains.
+/// True when every user may replace a file of the folder: all may write the folder, and it is not sticky.
+bool everybodyMayReplaceFilesIn(const std::filesystem::path& folder);
+
+/// Who may do what with a file, by default the user alone.
+struct FileRights {
+  unsigned mode = 0600;  // read, write and execute of owner, group and others
+  std::optional<unsigned> owner;
+  std::optional<unsigned> group;
+
+  bool operator==(const FileRights&) const = default;
+};
+
+/// Absent when there is no file, or it is out of reach. Follows links.
+std::optional<FileRights> fileRights(const std::filesystem::path& path);
+
+/// Puts a file with this text at `path` in one step. Replaces a link, does not follow it. Returns when the
+/// file is on the disk. Owner and group are what the system lets this user give. On failure throws
+/// `std::filesystem::filesystem_error` naming the path. Then the old file is unchanged and no temporary file
+/// remains; so too when `lastLook` throws, which is called when all but the last step is done.
+void replaceFile(const std::filesystem::path& path, std::string_view text, const FileRights& rights,
+                 const std::function<void()>& lastLook = {});
+
+/// The same with mode 0600.
 void replacePrivateFile(const std::filesystem::path& path, std::string_view text);
+
+/// Makes a new file with this text. Returns false when something has this name already. Returns and fails as
+/// `replaceFile`.
+bool createFile(const std::filesystem::path& path, std::string_view text, const FileRights& rights);
 
 }  // namespace tarnwell

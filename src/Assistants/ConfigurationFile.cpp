@@ -1,0 +1,154 @@
+#include "Assistants/ConfigurationFile.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+#include "Core/ISO8601.h"
+#include "Platform/PrivateFiles.h"
+
+namespace tarnwell {
+namespace {
+
+namespace fs = std::filesystem;
+using Kind = ConfigurationFileError::Kind;
+
+/// The end of the links, with the real path of its folder as far as that exists. Nothing needs to be there.
+fs::path targetOf(const fs::path& path) {
+  constexpr int maximumLinks = 40;
+  fs::path target = fs::absolute(path);
+  std::error_code failed;
+  for (int count = 0; fs::symlink_status(target, failed).type() == fs::file_type::symlink; ++count) {
+    if (count == maximumLinks) {
+      throw ConfigurationFileError(Kind::unreadable, path, "its links lead in a circle");
+    }
+    target = target.parent_path() / fs::read_symlink(target, failed);
+  }
+  const fs::path folder = fs::canonical(target.parent_path(), failed);
+  return failed ? target : folder / target.filename();
+}
+
+/// Something is there, and nobody can know what it is, or it is known to be there.
+bool isThere(const fs::path& path) {
+  std::error_code ignored;
+  return fs::symlink_status(path, ignored).type() != fs::file_type::not_found;
+}
+
+std::optional<std::string> textOf(const fs::path& path, const fs::path& target) {
+  if (!isThere(target)) {
+    if (everybodyMayReplaceFilesIn(target.parent_path())) {
+      throw ConfigurationFileError(Kind::otherWriter, target, "every user may write in its folder");
+    }
+    return std::nullopt;
+  }
+  // One byte over the limit shows that the file is too large.
+  std::optional<FilePrefix> file = readFilePrefix(path, maximumConfigurationFileSize + 1);
+  if (!file) {
+    throw ConfigurationFileError(Kind::unreadable, target, "it cannot be read, or is no regular file");
+  }
+  if (file->otherWriter != OtherWriter::none) {
+    throw ConfigurationFileError(Kind::otherWriter, target, "another user may write it");
+  }
+  if (file->text.size() > maximumConfigurationFileSize) {
+    throw ConfigurationFileError(Kind::unreadable, target, "it is too large");
+  }
+  return std::move(file->text);
+}
+
+/// Throws unless the path still leads to this text of this target.
+void requireText(const FileChange& change, const std::optional<std::string>& text, Kind otherwise) {
+  if (targetOf(change.path) != change.target || textOf(change.path, change.target) != text) {
+    throw ConfigurationFileError(otherwise, change.target, "another program has changed it");
+  }
+}
+
+/// Calls a function that writes, and gives the system's errors the type of this module.
+template <class Write>
+auto orNotWritten(const fs::path& path, const Write& write) {
+  try {
+    return write();
+  } catch (const fs::filesystem_error& error) {
+    throw ConfigurationFileError(Kind::notWritten, path, error.code().message());
+  }
+}
+
+/// Copies the text beside the target. A copy of the same second is not overwritten: the new one gets a
+/// number.
+fs::path makeBackup(const fs::path& target, std::string_view text, const FileRights& rights) {
+  std::string time = formatISO8601(currentInstant());
+  std::erase_if(time, [](char byte) { return byte == '-' || byte == ':'; });
+  const std::string name = target.string() + ".tarnwell-" + time;
+  fs::path backup = name;
+  for (int number = 2; !createFile(backup, text, rights); ++number) {
+    backup = name + "-" + std::to_string(number);
+  }
+  return backup;
+}
+
+}  // namespace
+
+ConfigurationFileError::ConfigurationFileError(Kind kind, fs::path path, const std::string& reason)
+    : std::runtime_error(path.string() + ": " + reason),
+      kind_(kind),
+      path_(std::move(path)),
+      reason_(reason) {}
+
+std::optional<std::string> readConfigurationFile(const fs::path& path) {
+  return textOf(path, targetOf(path));
+}
+
+FileChange proposeChange(const fs::path& path, const TextEdit& edit) {
+  FileChange change{.path = path, .target = targetOf(path), .before = {}, .after = {}};
+  change.before = textOf(path, change.target);
+  if (!change.before && !isThere(change.target.parent_path())) {
+    throw ConfigurationFileError(Kind::notWritten, change.target, "its folder does not exist");
+  }
+  change.after = edit(change.before.value_or(""));
+  return change;
+}
+
+WrittenFile write(const FileChange& change) {
+  WrittenFile written{.change = change, .backup = {}};
+  if (change.isNothing()) {
+    return written;
+  }
+  const FolderLock oneAtATime(change.target.parent_path());
+  requireText(change, change.before, Kind::changed);
+  const FileRights rights = fileRights(change.target).value_or(FileRights{});
+  if (change.before) {
+    written.backup =
+        orNotWritten(change.target, [&] { return makeBackup(change.target, *change.before, rights); });
+  }
+  try {
+    orNotWritten(change.target, [&] {
+      replaceFile(change.target, change.after, rights,
+                  [&] { requireText(change, change.before, Kind::changed); });
+    });
+  } catch (const ConfigurationFileError&) {
+    std::error_code ignored;
+    fs::remove(written.backup.value_or(fs::path()), ignored);
+    throw;
+  }
+  requireText(change, change.after, Kind::notVerified);
+  return written;
+}
+
+void undo(const WrittenFile& written) {
+  const FileChange& change = written.change;
+  if (change.isNothing()) {
+    return;
+  }
+  const FolderLock oneAtATime(change.target.parent_path());
+  const auto look = [&] { requireText(change, change.after, Kind::changed); };
+  look();
+  orNotWritten(change.target, [&] {
+    if (change.before) {
+      replaceFile(change.target, *change.before, fileRights(change.target).value_or(FileRights{}), look);
+    } else {
+      fs::remove(change.target);
+    }
+  });
+  requireText(change, change.before, Kind::notVerified);
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,224 @@
+#include "JSONEditor/JSONEditor.h"
+
+#include <stdexcept>
+
+#include "JSONEditor/JSONLayout.h"
+#include "JSONEditor/JSONPlaces.h"
+
+namespace tarnwell {
+namespace {
+
+/// How far a path leads in a text.
+struct WayPlace {
+  ObjectPlace outermost;
+  ObjectPlace object;                 // the last object on the way; has the member only if the way is whole
+  std::optional<MemberPlace> holder;  // of `object`, unless that is the outermost
+  std::size_t count = 0;              // of the keys that lead to `object`
+};
+
+/// Absent in a text without a value.
+std::optional<WayPlace> follow(std::string_view text, const JSONPath& path) {
+  if (path.empty()) {
+    throw std::invalid_argument("a path has at least one key");
+  }
+  const std::optional<std::size_t> root = placeOfRoot(text);
+  if (!root) {
+    return std::nullopt;
+  }
+  WayPlace way;
+  way.outermost = way.object = objectAt(text, *root, path[0]);
+  while (way.object.found && way.count + 1 < path.size()) {
+    way.holder = way.object.found;
+    way.object = objectAt(text, way.holder->value, path[++way.count]);
+  }
+  return way;
+}
+
+std::string_view textOf(std::string_view text, std::size_t begin, std::size_t end) {
+  return text.substr(begin, end - begin);
+}
+
+bool isBlank(std::string_view text, std::size_t begin, std::size_t end) {
+  return textOf(text, begin, end).find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+bool isLineEnd(char byte) { return byte == '\r' || byte == '\n'; }
+
+std::string replaced(std::string_view text, TextRange range, std::string_view by) {
+  return std::string(text.substr(0, range.begin)).append(by).append(text.substr(range.end));
+}
+
+/// The value in objects with the keys of the path from `begin` on.
+JSONValue wrapped(JSONValue value, const JSONPath& path, std::size_t begin) {
+  for (std::size_t index = path.size(); index > begin; --index) {
+    JSONObject object;
+    object.emplace(path[index - 1], std::move(value));
+    value = std::move(object);
+  }
+  return value;
+}
+
+/// After the comments that begin in the line of this place.
+std::size_t afterCommentsOfLine(std::string_view text, std::size_t place) {
+  for (std::size_t end = place;;) {
+    place = text.find_first_not_of(" \t", place);
+    const std::size_t next = afterComment(text, place);
+    if (next == place) {
+      return end;
+    }
+    end = place = next;
+  }
+}
+
+/// The place after the last comment in an empty object, or after its brace.
+std::size_t afterCommentsOf(std::string_view text, const ObjectPlace& object) {
+  std::size_t end = object.range.end - 1;
+  while (isJSONBlank(text[end - 1])) {
+    --end;
+  }
+  return end;
+}
+
+std::string withFirstMember(std::string_view text, const ObjectPlace& object, const JSONLayout& layout,
+                            const std::string& member) {
+  const std::size_t brace = object.range.end - 1;
+  const std::size_t place = afterCommentsOf(text, object);
+  const std::string_view rest = textOf(text, place, brace);
+  const bool hasLineEnd = rest.find_first_of("\r\n") != std::string_view::npos;
+  if (!layout.isOnLines) {
+    return replaced(text, {brace, brace}, member + std::string(hasLineEnd ? "" : rest));
+  }
+  const std::string lines = layout.lineEnd + layout.indentation + member;
+  if (hasLineEnd) {
+    return replaced(text, {place, place}, lines);
+  }
+  const std::string_view outer = indentationAt(text, object.range.begin);
+  return replaced(text, {place, brace}, lines + layout.lineEnd + std::string(outer));
+}
+
+/// After the last member.
+std::string withLastMember(std::string_view text, const ObjectPlace& object, const JSONLayout& layout,
+                           const std::string& member) {
+  const std::optional<std::size_t> comma = object.last->commaAfter;
+  const std::size_t lastEnd = object.last->range.end;
+  std::size_t place = comma ? *comma + 1 : lastEnd;
+  place = layout.isOnLines ? afterCommentsOfLine(text, place) : place;
+  std::string addition(comma ? "" : ",");
+  addition += textOf(text, lastEnd, comma ? lastEnd : place);
+  addition += layout.isOnLines ? layout.lineEnd + layout.indentation : layout.isSpaced ? " " : "";
+  addition += member;
+  addition += comma ? "," : "";
+  return replaced(text, {comma ? place : lastEnd, place}, addition);
+}
+
+/// With the blanks that belong to a member: its lines when nothing else stands on them, otherwise those on
+/// one side.
+TextRange withBlanks(std::string_view text, TextRange range) {
+  std::size_t begin = range.begin;
+  while (text[begin - 1] == ' ' || text[begin - 1] == '\t') {
+    --begin;
+  }
+  std::size_t end = text.find_first_not_of(" \t", range.end);
+  const bool isAtBegin = isLineEnd(text[begin - 1]);
+  if (isAtBegin && isLineEnd(text[end])) {
+    return {begin, afterLineEnd(text, end)};
+  }
+  const bool isOnlyBefore = text[range.begin] == ',' || (!isAtBegin && begin < range.begin);
+  return isOnlyBefore ? TextRange{isAtBegin ? range.begin : begin, range.end} : TextRange{range.begin, end};
+}
+
+std::string without(std::string_view text, const ObjectPlace& object, const MemberPlace& member) {
+  const TextRange inner = {object.range.begin + 1, object.range.end - 1};
+  TextRange range = member.range;
+  std::optional<std::size_t> comma = member.commaAfter ? member.commaAfter : member.commaBefore;
+  if (member.commaAfter && isBlank(text, range.end, *comma)) {
+    range.end = *comma + 1;
+    comma.reset();
+  } else if (comma && !member.commaAfter &&
+             textOf(text, *comma + 1, range.begin).find_first_not_of(" \t") == std::string_view::npos) {
+    range.begin = *comma;
+    comma.reset();
+  }
+  if (!comma && isBlank(text, inner.begin, range.begin) && isBlank(text, range.end, inner.end)) {
+    return replaced(text, inner, "");
+  }
+  range = withBlanks(text, range);
+  // The later place first, so that the earlier one stays where it is.
+  const TextRange commaRange = comma ? TextRange{*comma, *comma + 1} : TextRange{range.begin, range.begin};
+  const bool isCommaFirst = commaRange.begin < range.begin;
+  return replaced(replaced(text, isCommaFirst ? range : commaRange, ""), isCommaFirst ? commaRange : range,
+                  "");
+}
+
+std::optional<JSONValue> decoded(std::string_view text, const MemberPlace& member) {
+  return JSONValue::decode(plainJSON(textOf(text, member.value, member.range.end)));
+}
+
+std::string merged(std::string_view text, const JSONPath& path, const JSONObject& members) {
+  std::string result(text);
+  JSONPath inner = path;
+  inner.emplace_back();
+  for (const auto& [key, value] : members) {
+    inner.back() = key;
+    result = withJSONMember(result, inner, value);
+  }
+  return result;
+}
+
+std::string withMember(std::string_view text, const JSONPath& path, const JSONValue& value) {
+  const std::optional<WayPlace> way = follow(text, path);
+  if (!way) {
+    const bool isAtBegin = text.empty() || text == byteOrderMark || isLineEnd(text.back());
+    JSONLayout layout;
+    layout.lineEnd = lineEndNear(text, text.size());
+    return std::string(text) + (isAtBegin ? "" : layout.lineEnd) + layout.written(wrapped(value, path, 0)) +
+           layout.lineEnd;
+  }
+  const std::optional<MemberPlace>& found = way->object.found;
+  const std::optional<MemberPlace>& neighbour = found ? found : way->object.last;
+  const JSONLayout layout = layoutIn(text, way->outermost, way->object, neighbour, way->holder);
+  if (!found) {
+    const std::string member = layout.written(path[way->count], wrapped(value, path, way->count + 1));
+    return neighbour ? withLastMember(text, way->object, layout, member)
+                     : withFirstMember(text, way->object, layout, member);
+  }
+  if (value.objectValue() && text[found->value] == '{') {
+    return merged(text, path, *value.objectValue());
+  }
+  return decoded(text, *found) == value
+             ? std::string(text)
+             : replaced(text, {found->value, found->range.end}, layout.written(value));
+}
+
+}  // namespace
+
+std::optional<JSONValue> jsonMember(std::string_view text, const JSONPath& path) {
+  const std::optional<WayPlace> way = follow(text, path);
+  if (!way || !way->object.found) {
+    return std::nullopt;
+  }
+  const std::optional<JSONValue> value = decoded(text, *way->object.found);
+  if (!value) {
+    throw JSONEditError::at(JSONEditError::Kind::notJSON, text, way->object.found->value);
+  }
+  return value;
+}
+
+std::string withJSONMember(std::string_view text, const JSONPath& path, const JSONValue& value) {
+  const JSONValue whole = wrapped(value, path, 0);
+  if (JSONValue::decode(whole.serialized()) != whole) {
+    throw std::invalid_argument("no JSON can hold this value");
+  }
+  std::string result = withMember(text, path, value);
+  if (result.size() > maximumJSONTextSize) {
+    throw JSONEditError(JSONEditError::Kind::tooLarge);
+  }
+  return result;
+}
+
+std::string withoutJSONMember(std::string_view text, const JSONPath& path) {
+  const std::optional<WayPlace> way = follow(text, path);
+  return way && way->object.found ? without(text, way->object, *way->object.found) : std::string(text);
+}
+
+}  // namespace tarnwell
