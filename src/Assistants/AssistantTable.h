@@ -44,7 +44,8 @@ enum class EntryShape {
 struct AssistantRow {
   AssistantID id;
   const char* name;
-  /// The first whose variable is set counts. Else the first whose trace is there. Else the last.
+  /// The first whose variable is set counts. Else the first of the others whose trace is there. Else the first
+  /// of the others.
   std::vector<AssistantPlace> places;
   /// The name of the object with the entries.
   const char* object;
@@ -53,12 +54,14 @@ struct AssistantRow {
   bool hasCommands = false;
   /// Holds its file in memory and writes it anew.
   bool rewritesFile = false;
-  /// Names of its program, for PATH. The first is also the one with the commands.
+  /// Names of its program, for PATH and among the running ones. The first is the one with the commands.
   std::vector<const char*> programs;
   /// Its name among the applications of macOS.
   const char* application = nullptr;
-  /// How its processes are called, beside `programs` and `application`.
+  /// More names of its processes.
   std::vector<std::string_view> processes{};
+  /// A folder that its program lies in somewhere below, beside `application`.
+  std::string_view folder{};
 };
 
 /// In the order of `AssistantID`.

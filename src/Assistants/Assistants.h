@@ -105,7 +105,10 @@ struct AssistantState {
   std::string problem;
 };
 
-/// Every known client in the order of `AssistantID`. Throws nothing but for want of memory.
+/// Throws nothing but for want of memory.
+AssistantState assistantState(const Machine& machine, AssistantID id);
+
+/// Every known client in the order of `AssistantID`.
 std::vector<AssistantState> findAssistants(const Machine& machine);
 
 /// Why a client could not be told.
@@ -183,7 +186,7 @@ struct ConnectionDone {
 
 /// Does what the plan says, and reads the state again. Throws as `plan` does; after a failed command the
 /// entry that was there before is back as far as the client's commands can do it.
-ConnectionDone carryOut(const Machine& machine, const ConnectionPlan& plan);
+ConnectionDone carryOut(const Machine& machine, const ConnectionPlan& planned);
 
 /// Brings back what was there before: the bytes of the file if nobody has changed it since, else the entry.
 /// Throws as `carryOut` does.
@@ -191,5 +194,8 @@ void undo(const Machine& machine, const ConnectionDone& done);
 
 /// The command as a person would type it in a shell.
 std::string shellLine(const std::vector<std::string>& command);
+
+/// The name of the known client that this process belongs to, such as "Claude Code". Absent for any other.
+std::optional<std::string> assistantName(const RunningProgram& program);
 
 }  // namespace tarnwell

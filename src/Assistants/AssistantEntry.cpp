@@ -1,0 +1,119 @@
+#include "Assistants/AssistantEntry.h"
+
+#include <algorithm>
+#include <system_error>
+#include <variant>
+
+#include "Assistants/AssistantPlaces.h"
+#include "Assistants/TOMLReader.h"
+
+namespace tarnwell {
+namespace {
+
+constexpr const char* entryName = "tarnwell";
+
+std::vector<std::string> texts(const JSONValue& list) {
+  std::vector<std::string> result;
+  if (const JSONArray* elements = list.arrayValue()) {
+    for (const JSONValue& element : *elements) {
+      result.push_back(element.stringValue().value_or(element.serialized()));
+    }
+  }
+  return result;
+}
+
+/// Clients name the address in their own ways.
+std::string addressIn(const JSONValue& value) {
+  for (const char* key : {"url", "serverUrl", "httpUrl"}) {
+    if (const std::optional<std::string> address = value[key].stringValue()) {
+      return *address;
+    }
+  }
+  return "";
+}
+
+bool startsProgram(const JSONValue& value) {
+  return value["command"].stringValue() && addressIn(value).empty() &&
+         value["type"].stringValue().value_or("stdio") == "stdio";
+}
+
+AssistantEntry entryOf(JSONValue value) {
+  AssistantEntry entry;
+  if (startsProgram(value)) {
+    entry.command = value["command"].stringValue();
+    entry.arguments = texts(value["args"]);
+  } else if (std::optional<std::string> path = value["command"]["path"].stringValue()) {  // an old form of Zed
+    entry.command = std::move(path);
+    entry.arguments = texts(value["command"]["args"]);
+  } else {
+    entry.address = addressIn(value);
+  }
+  entry.isSwitchedOff =
+      value["disabled"].boolValue().value_or(false) || !value["enabled"].boolValue().value_or(true);
+  const JSONObject* members = value.objectValue();
+  entry.isPlain = startsProgram(value) && std::ranges::all_of(*members, [](const JSONMember& member) {
+                    return member.first == "command" || member.first == "args";
+                  });
+  entry.value = std::move(value);
+  return entry;
+}
+
+AssistantReading readTOML(const AssistantRow& row, std::string_view text) {
+  const std::variant<JSONValue, std::size_t> document = decodeTOML(text);
+  if (const std::size_t* line = std::get_if<std::size_t>(&document)) {
+    return {{}, "line " + std::to_string(*line) + ": not TOML"};
+  }
+  const JSONValue* value = std::get<JSONValue>(document)[row.object].member(entryName);
+  return value != nullptr ? AssistantReading{entryOf(*value), {}} : AssistantReading{};
+}
+
+JSONValue valueFor(EntryShape shape, const std::string& helper) {
+  JSONObject value{{"command", helper}, {"args", JSONValue::strings({"serve"})}};
+  if (shape != EntryShape::command) {
+    value.emplace("type", "stdio");
+  }
+  if (shape == EntryShape::typedCommandWithEnvironment) {
+    value.emplace("env", JSONObject{});
+  }
+  return value;
+}
+
+}  // namespace
+
+JSONPath entryPath(const AssistantRow& row) { return {row.object, entryName}; }
+
+AssistantReading readEntry(const Machine& machine, const AssistantRow& row) {
+  const std::filesystem::path file = placeOf(machine, row).file;
+  std::error_code error;  // anything but a missing file is for the reader to tell
+  if (std::filesystem::status(file, error).type() == std::filesystem::file_type::not_found) {
+    return {};
+  }
+  const FileChange current = proposeChange(file, [](std::string_view text) { return std::string(text); });
+  if (row.shape == EntryShape::tomlTable) {
+    return readTOML(row, current.after);
+  }
+  std::optional<JSONValue> value = jsonMember(current.after, entryPath(row));
+  return value ? AssistantReading{entryOf(std::move(*value)), {}} : AssistantReading{};
+}
+
+bool startsHelper(const Machine& machine, const AssistantEntry& entry) {
+  if (!entry.command || entry.arguments != std::vector<std::string>{"serve"}) {
+    return false;
+  }
+  std::filesystem::path program = *entry.command;
+  if (!program.has_parent_path()) {
+    program = findProgram(machine, *entry.command).value_or(program);
+  }
+  std::error_code error;  // one of them is missing: then only the names count
+  return program.is_absolute() && (std::filesystem::equivalent(program, machine.helper, error) ||
+                                   program.lexically_normal() == machine.helper.lexically_normal());
+}
+
+std::string withEntry(std::string_view text, const AssistantRow& row, const std::string& helper) {
+  const JSONPath path = entryPath(row);
+  const std::optional<JSONValue> old = jsonMember(text, path);
+  const std::string rest = old && !startsProgram(*old) ? withoutJSONMember(text, path) : std::string(text);
+  return withJSONMember(rest, path, valueFor(row.shape, helper));
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,45 @@
+#pragma once
+
+/// The entry "tarnwell" in the configuration of a client.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Assistants/AssistantTable.h"
+#include "JSONEditor/JSONEditor.h"
+
+namespace tarnwell {
+
+struct AssistantEntry {
+  /// Absent for an entry that starts no program.
+  std::optional<std::string> command;
+  std::vector<std::string> arguments;
+  /// Of an entry with an address instead of a command.
+  std::string address;
+  bool isSwitchedOff = false;
+  /// It has nothing but a command and arguments, so another command in its place loses nothing.
+  bool isPlain = false;
+  JSONValue value;
+};
+
+struct AssistantReading {
+  /// Absent when there is none, or nothing can be read.
+  std::optional<AssistantEntry> entry;
+  /// For TOML: why it cannot be read. JSON throws instead.
+  std::string problem;
+};
+
+/// Throws `JSONEditError` or `ConfigurationFileError`.
+AssistantReading readEntry(const Machine& machine, const AssistantRow& row);
+
+JSONPath entryPath(const AssistantRow& row);
+
+/// Starts the helper of this machine, and with the right argument.
+bool startsHelper(const Machine& machine, const AssistantEntry& entry);
+
+/// The text of a JSON configuration with the entry for the helper. Of an entry that starts a program all other
+/// members stay, such as its environment. Any other one is replaced.
+std::string withEntry(std::string_view text, const AssistantRow& row, const std::string& helper);
+
+}  // namespace tarnwell

@@ -1,0 +1,181 @@
+#include "Assistants/Assistants.h"
+
+#include <unistd.h>
+
+#include <string_view>
+#include <utility>
+
+#include "Assistants/AssistantPlaces.h"
+#include "Assistants/ClientCommands.h"
+#include "Text/Text.h"
+
+namespace tarnwell {
+namespace {
+
+using Goal = ConnectionPlan::Goal;
+using Connection = AssistantState::Connection;
+
+std::string describe(const JSONEditError& error) {
+  const std::string place = error.line() == 0 ? ""
+                                              : "line " + std::to_string(error.line()) + ", column " +
+                                                    std::to_string(error.column()) + ": ";
+  return place + error.what();
+}
+
+/// The program with the client's commands, if it has some and is here.
+std::optional<std::filesystem::path> commandProgram(const Machine& machine, const AssistantRow& row) {
+  return row.hasCommands ? findProgram(machine, row.programs.front()) : std::nullopt;
+}
+
+ConnectingWay wayTo(const Machine& machine, const AssistantRow& row, const AssistantReading& reading,
+                    Goal goal) {
+  const ConnectingWay byHand = row.shape == EntryShape::tomlTable ? ConnectingWay::block : ConnectingWay::file;
+  // Codex and Gemini CLI would drop what else the entry has. Claude Code takes it over.
+  const bool wouldLose = goal == Goal::connect && row.id != AssistantID::claudeCode && reading.entry &&
+                         !reading.entry->isPlain && reading.entry->command;
+  return commandProgram(machine, row) && !wouldLose ? ConnectingWay::ownCommand : byHand;
+}
+
+Connection connectionOf(const Machine& machine, const AssistantReading& reading) {
+  if (!reading.problem.empty()) {
+    return Connection::unknown;
+  }
+  if (!reading.entry) {
+    return Connection::none;
+  }
+  return startsHelper(machine, *reading.entry) ? Connection::here : Connection::elsewhere;
+}
+
+std::string otherCommandOf(const AssistantEntry& entry) {
+  if (!entry.command) {
+    return entry.address;
+  }
+  if (entry.arguments == std::vector<std::string>{"serve"}) {
+    return *entry.command;
+  }
+  std::vector<std::string> words{*entry.command};
+  words.insert(words.end(), entry.arguments.begin(), entry.arguments.end());
+  return shellLine(words);
+}
+
+AssistantReading readOrTell(const Machine& machine, const AssistantRow& row) {
+  try {
+    return readEntry(machine, row);
+  } catch (const JSONEditError& error) {
+    return {{}, describe(error)};
+  } catch (const ConfigurationFileError& error) {
+    return {{}, error.reason()};
+  }
+}
+
+AssistantState stateOf(const Machine& machine, const AssistantRow& row) {
+  AssistantState state{.id = row.id, .name = row.name};
+  state.file = placeOf(machine, row).file;
+  state.isInstalled = isInstalled(machine, row);
+  const AssistantReading reading = readOrTell(machine, row);
+  state.connection = connectionOf(machine, reading);
+  state.problem = reading.problem;
+  if (reading.entry) {
+    state.isSwitchedOff = reading.entry->isSwitchedOff;
+    state.otherCommand = state.connection == Connection::elsewhere ? otherCommandOf(*reading.entry) : "";
+  }
+  state.way = wayTo(machine, row, reading, Goal::connect);
+  state.isRunning = row.rewritesFile && state.way == ConnectingWay::file && isRunning(machine, row);
+  return state;
+}
+
+void checkHelper(const Machine& machine, AssistantID id) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(machine.helper, error) ||
+      ::access(machine.helper.c_str(), X_OK) != 0) {
+    throw AssistantError(AssistantError::Kind::noHelper, id, machine.helper.string());
+  }
+  if (!isValidUTF8(machine.helper.string())) {
+    throw AssistantError(AssistantError::Kind::helperNotUTF8, id, repairedUTF8(machine.helper.string()));
+  }
+}
+
+/// A client that never ran makes its folder itself, with what else belongs there.
+void checkFolder(const AssistantState& state) {
+  std::error_code error;
+  const std::filesystem::path folder = state.file.parent_path();
+  if (!state.isInstalled || !std::filesystem::is_directory(folder, error)) {
+    throw AssistantError(AssistantError::Kind::neverStarted, state.id, folder.string());
+  }
+}
+
+FileChange proposedChange(const Machine& machine, const AssistantRow& row, Goal goal,
+                          const std::filesystem::path& file) {
+  return proposeChange(file, [&](std::string_view text) {
+    return goal == Goal::connect ? withEntry(text, row, machine.helper.string())
+                                 : withoutJSONMember(text, entryPath(row));
+  });
+}
+
+}  // namespace
+
+AssistantError::AssistantError(Kind kind, AssistantID assistant, std::string details)
+    : std::runtime_error(std::string("cannot change the configuration of ") + assistantRow(assistant).name +
+                         (details.empty() ? "" : ": " + details)),
+      kind_(kind),
+      assistant_(assistant),
+      details_(std::move(details)) {}
+
+bool ConnectionPlan::isNothing() const {
+  return commands.empty() && block.empty() && (!change || change->isNothing());
+}
+
+AssistantState assistantState(const Machine& machine, AssistantID id) {
+  return stateOf(machine, assistantRow(id));
+}
+
+std::vector<AssistantState> findAssistants(const Machine& machine) {
+  std::vector<AssistantState> states;
+  for (const AssistantRow& row : assistantRows()) {
+    states.push_back(stateOf(machine, row));
+  }
+  return states;
+}
+
+ConnectionPlan plan(const Machine& machine, AssistantID id, Goal goal) {
+  const AssistantRow& row = assistantRow(id);
+  if (goal == Goal::connect) {
+    checkHelper(machine, id);
+  }
+  const AssistantState state = stateOf(machine, row);
+  const AssistantReading reading = readEntry(machine, row);
+  ConnectionPlan planned{.id = id, .goal = goal};
+  planned.way = wayTo(machine, row, reading, goal);
+  planned.file = state.file;
+  const Connection wanted = goal == Goal::connect ? Connection::here : Connection::none;
+  if (connectionOf(machine, reading) == wanted) {
+    return planned;
+  }
+  switch (planned.way) {
+    case ConnectingWay::ownCommand: {
+      const std::filesystem::path program = commandProgram(machine, row).value();
+      planned.commands = goal == Goal::connect ? connectCommands(machine, row, program, reading.entry)
+                                               : disconnectCommands(row, program);
+      break;
+    }
+    case ConnectingWay::file:
+      checkFolder(state);
+      checkNotRunning(machine, id);
+      planned.change = proposedChange(machine, row, goal, state.file);
+      break;
+    case ConnectingWay::block:
+      planned.block = connectionBlock(BlockFormat::codexTOML, machine.helper);
+      planned.blockFormat = "toml";
+      break;
+  }
+  return planned;
+}
+
+void checkNotRunning(const Machine& machine, AssistantID id) {
+  const AssistantRow& row = assistantRow(id);
+  if (row.rewritesFile && isRunning(machine, row)) {
+    throw AssistantError(AssistantError::Kind::running, id, "");
+  }
+}
+
+}  // namespace tarnwell
