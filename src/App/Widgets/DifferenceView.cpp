@@ -66,24 +66,28 @@ void DifferenceView::setLines(std::vector<Line> lines) {
   colour();
 }
 
+/// The ground as a selection, because that reaches to the right edge, however short the line is.
 void DifferenceView::colour() {
   const QPalette whole = QApplication::palette();
+  QList<QTextEdit::ExtraSelection> grounds;
   QTextCursor cursor(document());
   cursor.beginEditBlock();
   for (const Line& line : lines_) {
     const QColor colour = toneColour(toneOf(line.kind), whole);
     QTextCharFormat letters;
     letters.setForeground(colour);
-    QTextBlockFormat row;
     if (line.kind == Kind::removed || line.kind == Kind::added) {
-      row.setBackground(tinted(whole.color(QPalette::AlternateBase), colour));
+      QTextCharFormat ground;
+      ground.setBackground(tinted(whole.color(QPalette::AlternateBase), colour));
+      ground.setProperty(QTextFormat::FullWidthSelection, true);
+      grounds.append({cursor, ground});
     }
-    cursor.setBlockFormat(row);
     cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
     cursor.setCharFormat(letters);
     cursor.movePosition(QTextCursor::NextBlock);
   }
   cursor.endEditBlock();
+  setExtraSelections(grounds);
 }
 
 void DifferenceView::changeEvent(QEvent* event) {
