@@ -186,6 +186,7 @@ void AssistantListRow::showPlan(const AssistantState& assistant, const Assistant
   if (!plan_) {
     plan_ = new AssistantPlanView(this);
     layout()->addWidget(plan_);
+    plan_->setTabOrderAfter(news_->action());
     connect(plan_, &AssistantPlanView::confirmed, this, &AssistantListRow::confirmed);
     connect(plan_, &AssistantPlanView::dismissed, this, &AssistantListRow::dismissed);
   }

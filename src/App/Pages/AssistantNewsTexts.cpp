@@ -102,8 +102,8 @@ QString failure(const QString& name, const AssistantNews& news) {
           .arg(name);
     case Kind::otherWriter:
       return Words::tr(
-                 "Somebody else may write the settings file of %1, so it stays as it is. Make file and "
-                 "folder your own and try again.")
+                 "Somebody else may write the settings file of %1, so it stays as it is. Keep file and "
+                 "folder to yourself and try again.")
           .arg(name);
     case Kind::assistantRuns:
       return Words::tr(
@@ -128,18 +128,20 @@ QString failure(const QString& name, const AssistantNews& news) {
                  "done, and try again.")
           .arg(name);
     case Kind::commandFailed:
-      return Words::tr("The command of %1 failed. The details are its own words.").arg(name);
+      return Words::
+          tr("The command of %1 failed. The details are its own words; mend what they name and try again.")
+              .arg(name);
     case Kind::commandTooSlow:
       return Words::tr("The command of %1 took too long and was stopped. Try again.").arg(name);
     case Kind::commandWithoutEffect:
       return Words::tr("The command of %1 ended well and yet changed nothing. The details are its own words.")
           .arg(name);
     case Kind::onlyByHand:
-      return Words::tr("Only you can change the settings of %1.").arg(name);
+      return Words::tr("Only you can change the settings of %1. Copy the entry into them.").arg(name);
     default:
       break;
   }
-  return Words::tr("This could not be done. The details say why.");
+  return Words::tr("This could not be done. The details say why; mend that and try again.");
 }
 
 }  // namespace
@@ -164,7 +166,8 @@ QString news(const AssistantState& assistant, const AssistantProgress& progress)
     case Kind::none:
       return {};
     case Kind::connected:
-      return lineByLine({Words::tr("Connected.") + QLatin1Char(' ') + restart(assistant), backup(progress)});
+      return lineByLine(
+          {Words::tr("Connected. %1", "a sentence follows").arg(restart(assistant)), backup(progress)});
     case Kind::disconnected:
       return lineByLine(
           {Words::tr("Disconnected. %1 may use Tarnwell until it is restarted.").arg(name(assistant)),

@@ -88,12 +88,20 @@ void AssistantPlanView::showPlan(const AssistantState& assistant, const Assistan
 }
 
 QWidget* AssistantPlanView::first() const {
-  for (QWidget* const part : {static_cast<QWidget*>(commands_), static_cast<QWidget*>(difference_)}) {
+  for (QWidget* const part : std::initializer_list<QWidget*>{commands_, difference_}) {
     if (part->isVisibleTo(this)) {
       return part;
     }
   }
   return block_->copyButton();
+}
+
+void AssistantPlanView::setTabOrderAfter(QWidget* before) {
+  for (QWidget* const next : std::initializer_list<QWidget*>{commands_, difference_, block_->code(),
+                                                             block_->copyButton(), confirm_, dismiss_}) {
+    setTabOrder(before, next);
+    before = next;
+  }
 }
 
 }  // namespace tarnwell

@@ -23,6 +23,8 @@ class AssistantPlanView : public QWidget {
 
   /// Where reading begins.
   QWidget* first() const;
+  /// Tab comes here from that widget, and visits everything from the top down.
+  void setTabOrderAfter(QWidget* before);
 
  Q_SIGNALS:
   void confirmed();

@@ -1,6 +1,8 @@
 #include "App/Pages/AssistantsPage.h"
 
+#include <QLocale>
 #include <QShortcut>
+#include <algorithm>
 #include <array>
 
 #include "App/Pages/AssistantsTexts.h"
@@ -25,6 +27,7 @@ AssistantsPage::AssistantsPage(AssistantsModel& assistants, QWidget* parent)
       assistants_(assistants),
       accountNotice_(new Notice(this)),
       found_(new Card(this)),
+      rows_(newRows()),
       nobody_(new ToneLabel(Tone::faint, found_)),
       missing_(new ToneLabel(Tone::faint, found_)),
       other_(new Card(this)),
@@ -32,10 +35,6 @@ AssistantsPage::AssistantsPage(AssistantsModel& assistants, QWidget* parent)
       formats_(new ChoiceBox),
       formatField_(new FormField(formats_, other_)),
       block_(new CopyBlock(other_)) {
-  // In the fixed order of all that are known. A row is seen when its assistant is found.
-  for (int id = 0; id <= static_cast<int>(AssistantID::roo); ++id) {
-    addRow(static_cast<AssistantID>(id));
-  }
   found_->rows()->addWidget(nobody_);
   found_->rows()->addWidget(missing_);
   for ([[maybe_unused]] const BlockFormat format : formats) {
@@ -57,11 +56,20 @@ AssistantsPage::AssistantsPage(AssistantsModel& assistants, QWidget* parent)
   setTexts();
 }
 
-void AssistantsPage::addRow(AssistantID assistant) {
+/// In the fixed order of all that are known. A row is seen when its assistant is found.
+std::map<AssistantID, AssistantListRow*> AssistantsPage::newRows() {
+  std::map<AssistantID, AssistantListRow*> rows;
+  for (int number = 0; number <= static_cast<int>(AssistantID::roo); ++number) {
+    const auto assistant = static_cast<AssistantID>(number);
+    rows.emplace(assistant, newRow(assistant));
+  }
+  return rows;
+}
+
+AssistantListRow* AssistantsPage::newRow(AssistantID assistant) {
   auto* const row = new AssistantListRow(found_);
   row->hide();
   found_->rows()->addWidget(row);
-  rows_.emplace(assistant, row);
   connect(row, &AssistantListRow::acted, this, [this, assistant] { assistants_.act(assistant); });
   connect(row, &AssistantListRow::confirmed, &assistants_, &AssistantsModel::carryOut);
   connect(row, &AssistantListRow::dismissed, &assistants_, &AssistantsModel::cancel);
@@ -73,6 +81,7 @@ void AssistantsPage::addRow(AssistantID assistant) {
     }
   });
   connect(row, &AssistantListRow::grew, this, [this](QWidget* part) { bringIntoView(part); });
+  return row;
 }
 
 void AssistantsPage::showEvent(QShowEvent* event) {
@@ -107,7 +116,7 @@ void AssistantsPage::showModel() {
                        ? tr("Looking for assistants…")
                        : tr("None of the assistants that Tarnwell knows was found on this computer."));
   nobody_->setVisible(!isAnyHere);
-  missing_->setText(tr("Not found here: %1", "a list of assistants").arg(missing.join(tr(", "))));
+  missing_->setText(tr("Not found here: %1").arg(QLocale().createSeparatedList(missing)));
   missing_->setVisible(!missing.isEmpty());
 }
 

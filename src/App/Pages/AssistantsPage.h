@@ -31,7 +31,8 @@ class AssistantsPage : public Page {
   void showEvent(QShowEvent* event) override;
 
  private:
-  void addRow(AssistantID assistant);
+  std::map<AssistantID, AssistantListRow*> newRows();
+  AssistantListRow* newRow(AssistantID assistant);
   void showModel();
   void showBlock();
 

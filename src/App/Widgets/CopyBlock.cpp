@@ -17,6 +17,7 @@ CopyBlock::CopyBlock(QWidget* parent)
   row->setSpacing(10);
   row->addWidget(code_, 1);
   row->addWidget(copy_, 0, Qt::AlignTop);
+  copy_->setAutoDefault(true);  // Enter presses it too
   sinceCopied_.setSingleShot(true);
   sinceCopied_.setInterval(2s);
   connect(&sinceCopied_, &QTimer::timeout, this, &CopyBlock::setTexts);

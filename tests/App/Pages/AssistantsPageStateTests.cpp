@@ -1,0 +1,207 @@
+/// What the page shows of each state, and that it has room for it.
+
+#include <gtest/gtest.h>
+
+#include <QToolButton>
+#include <ostream>
+
+#include "App/Pages/AssistantsPageFixture.h"
+#include "JSONEditor/JSONEditError.h"
+#include "support/RowName.h"
+
+namespace tarnwell::test {
+namespace {
+
+using Kind = AssistantNews::Kind;
+using enum AssistantID;
+
+class AssistantsPageState : public AssistantsPageIn {};
+INSTANTIATE_TEST_SUITE_P(Table, AssistantsPageState, testing::ValuesIn(AppLanguages::allCases), languageName);
+
+TEST_F(AssistantsPageTest, saysWhatItFound) {
+  machine_->hold();
+  beginLooking();
+  EXPECT_TRUE(shown().contains("Looking for assistants…"));
+  machine_->release();
+  ASSERT_TRUE(untilSeen());
+  EXPECT_FALSE(shown().contains("Looking for assistants…"));
+  EXPECT_TRUE(shown().contains("Not found here: Zed"));
+  EXPECT_FALSE(shown().contains("None of the assistants"));
+}
+
+TEST_F(AssistantsPageTest, saysThatNobodyIsHere) {
+  for (AssistantState& state : machine_->assistants) {
+    state.isInstalled = false;
+  }
+  begin();
+  EXPECT_TRUE(shown().contains("None of the assistants that Tarnwell knows was found on this computer."));
+  EXPECT_TRUE(shown().contains("Not found here: Claude Code, Codex, Cursor, and Zed"));
+}
+
+TEST_F(AssistantsPageTest, entryThatIsLeftOfAnAssistantCanBeRemoved) {
+  machine_[zed].connection = Connection::here;
+  begin();
+  EXPECT_TRUE(tabTo("Zed: Disconnect"));
+}
+
+TEST_F(AssistantsPageTest, tellsThatTheAccountIsMissingAndStopsWhenItIsThere) {
+  begin();
+  EXPECT_TRUE(shown().contains("No account is saved yet."));
+  store_.update([](AppConfig& config) {
+    config.email = "user@example.org";
+    config.imapHost = "imap.example.org";
+  });
+  settings_->reload();
+  EXPECT_TRUE(eventually([&] { return !shown().contains("No account is saved yet."); }));
+}
+
+TEST_F(AssistantsPageTest, eachStateHasItsSentence) {
+  machine_[claudeCode].connection = Connection::here;
+  machine_[claudeCode].isSwitchedOff = true;
+  machine_[codex].connection = Connection::here;
+  machine_[cursor].connection = Connection::elsewhere;
+  machine_[cursor].otherCommand = "/old/tarnwell";
+  machine_[zed].connection = Connection::elsewhere;
+  begin();
+  for (const char* const sentence :
+       {"Connected, but switched off in Claude Code.", "Connected.",
+        "Connected to another program: /old/tarnwell", "Its entry for Tarnwell belongs to something else."}) {
+    EXPECT_TRUE(shown().split('\n').contains(sentence)) << sentence;
+  }
+  const QStringList stops = tabStops(*page_);
+  EXPECT_EQ(stops.mid(0, 4), (QStringList{"Claude Code: Disconnect", "Codex: Show what to remove",
+                                          "Cursor: Use this one", "Zed: Use this one"}));
+}
+
+TEST_F(AssistantsPageTest, fileThatCannotBeReadIsNamedWithTheReason) {
+  machine_[cursor].connection = Connection::unknown;
+  machine_[cursor].problem = "line 3, column 5: no JSON";
+  begin();
+  EXPECT_TRUE(shown().contains("Its settings cannot be read."));
+  EXPECT_TRUE(shown().contains("look again: /home/anna/.config/Cursor/mcp.json"));
+  EXPECT_FALSE(shown().contains("line 3, column 5"));
+  for (int steps = 0; steps < 20 && !qobject_cast<QToolButton*>(QApplication::focusWidget()); ++steps) {
+    test::press(Qt::Key_Tab);
+  }
+  test::press(Qt::Key_Space);
+  EXPECT_TRUE(shown().contains("line 3, column 5: no JSON"));
+  machine_[cursor].connection = Connection::none;
+  ASSERT_TRUE(press("Cursor: Look again"));
+  EXPECT_FALSE(shown().contains("Its settings cannot be read."));
+}
+
+TEST_F(AssistantsPageTest, runningAssistantIsNamedAndTriedAgain) {
+  begin();
+  const auto planWell = machine_->plan;
+  machine_->plan = [](AssistantID id, Goal) -> ConnectionPlan {
+    throw AssistantError(AssistantError::Kind::running, id, "");
+  };
+  ASSERT_TRUE(press("Cursor: Connect"));
+  EXPECT_TRUE(shown().contains(
+      "Cursor is running and would write its old settings over the change. Close it and try again."));
+  machine_->plan = planWell;
+  ASSERT_TRUE(press("Cursor: Try again"));
+  EXPECT_FALSE(code().isEmpty());
+  EXPECT_FALSE(shown().contains("Cursor is running"));
+}
+
+TEST_F(AssistantsPageTest, placeOfAFaultIsNamed) {
+  begin();
+  machine_->plan = [](AssistantID, Goal) -> ConnectionPlan {
+    throw JSONEditError(JSONEditError::Kind::notJSON, 1200, 5);
+  };
+  ASSERT_TRUE(press("Cursor: Connect"));
+  EXPECT_TRUE(shown().contains("The settings of Cursor cannot be read as JSON: see line 1,200, column 5."));
+}
+
+TEST_F(AssistantsPageTest, planTellsOfALinkAndOfAFileThatIsMade) {
+  machine_->plan = [](AssistantID id, Goal goal) {
+    ConnectionPlan plan = FakeAssistants::planFor(assistant(id, "Cursor"), goal);
+    plan.change->target = "/home/anna/dotfiles/cursor.json";
+    plan.change->before.reset();
+    return plan;
+  };
+  begin();
+  ASSERT_TRUE(press("Cursor: Connect"));
+  EXPECT_TRUE(shown().contains("Tarnwell makes this file, which Cursor reads:"));
+  EXPECT_TRUE(shown().contains("/home/anna/dotfiles/cursor.json"));
+  EXPECT_FALSE(shown().contains("A copy of the file"));
+}
+
+TEST_F(AssistantsPageTest, severalCommandsAreCounted) {
+  machine_->plan = [](AssistantID id, Goal goal) {
+    AssistantState state = assistant(id, "Claude Code");
+    state.way = ConnectingWay::ownCommand;
+    ConnectionPlan plan = FakeAssistants::planFor(state, goal);
+    plan.commands.insert(plan.commands.begin(), {"claude", "mcp", "remove", "tarnwell"});
+    return plan;
+  };
+  begin();
+  ASSERT_TRUE(press("Claude Code: Connect"));
+  EXPECT_TRUE(shown().contains("Tarnwell runs these 2 commands of Claude Code:"));
+  EXPECT_EQ(code().count('\n'), 1);
+  EXPECT_TRUE(tabTo("Run the 2 commands"));
+}
+
+/// Every news has a sentence of its own, with every name filled in.
+TEST_P(AssistantsPageState, everyNewsHasItsOwnSentence) {
+  QStringList sentences;
+  for (int kind = 1; kind <= static_cast<int>(Kind::failed); ++kind) {
+    AssistantProgress progress;
+    progress.news.kind = static_cast<Kind>(kind);
+    const QString sentence = AssistantsTexts::news(assistant(cursor, "Cursor"), progress);
+    EXPECT_FALSE(sentence.isEmpty()) << kind;
+    EXPECT_FALSE(sentence.contains('%')) << sentence.toStdString();
+    sentences.append(sentence);
+  }
+  EXPECT_EQ(sentences.removeDuplicates(), 0);
+}
+
+TEST_P(AssistantsPageState, nextStepFitsEachAssistant) {
+  QStringList sentences;
+  for (int id = 0; id <= static_cast<int>(AssistantID::roo); ++id) {
+    sentences.append(AssistantsTexts::restart(assistant(static_cast<AssistantID>(id), "X")));
+    EXPECT_FALSE(sentences.back().contains('%'));
+  }
+  EXPECT_EQ(sentences.removeDuplicates(), 7) << "four kinds";
+}
+
+/// Each picture that a person can get, in turn.
+TEST_P(AssistantsPageState, nothingIsCutOff) {
+  machine_[claudeCode].connection = Connection::elsewhere;
+  machine_[claudeCode].otherCommand =
+      "/home/anna/Downloads/a-folder-with-a-long-name/tarnwell-0.9/bin/tarnwell";
+  machine_[zed].isInstalled = true;
+  machine_[zed].connection = Connection::unknown;
+  machine_[zed].problem = "line 3, column 5: no JSON";
+  machine_[cursor].file =
+      "/home/anna/.config/Code/User/globalStorage/saoudrizwan.claude-dev/settings/cline_mcp_settings.json";
+  begin();
+  const auto settle = [] {
+    for (int round = 0; round < 5; ++round) {
+      QCoreApplication::processEvents();
+    }
+  };
+  settle();
+  EXPECT_EQ(cutOff(*page_), QStringList()) << "the list";
+  for (const AssistantID id : {claudeCode, codex, cursor}) {
+    ASSERT_TRUE(press(button(id)));
+    settle();
+    EXPECT_EQ(cutOff(*page_), QStringList()) << "a plan";
+  }
+  ASSERT_TRUE(press(confirm(cursor)));
+  settle();
+  EXPECT_EQ(cutOff(*page_), QStringList()) << "what came of it";
+  for (int kind = static_cast<int>(AssistantError::Kind::running);
+       kind <= static_cast<int>(AssistantError::Kind::onlyByHand); ++kind) {
+    machine_->plan = [kind](AssistantID id, Goal) -> ConnectionPlan {
+      throw AssistantError(static_cast<AssistantError::Kind>(kind), id, "its own words");
+    };
+    ASSERT_TRUE(press(button(cursor)));
+    settle();
+    EXPECT_EQ(cutOff(*page_), QStringList()) << "failure " << kind;
+  }
+}
+
+}  // namespace
+}  // namespace tarnwell::test
