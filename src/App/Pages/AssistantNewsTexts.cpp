@@ -46,7 +46,7 @@ QString backup(const AssistantProgress& progress) {
   if (!progress.done || !progress.done->written || !progress.done->written->backup) {
     return {};
   }
-  return Words::tr("The file as it was: %1").arg(path(*progress.done->written->backup));
+  return Words::tr("The file as it was: %1").arg(pathInSentence(*progress.done->written->backup));
 }
 
 QString notJSON(const QString& name, const AssistantNews& news) {

@@ -20,6 +20,18 @@ QString name(const AssistantState& assistant) { return QString::fromStdString(as
 
 QString path(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
 
+/// Of itself a line ends at a slash only, and names of files can be longer than a line.
+QString pathInSentence(const std::filesystem::path& path) {
+  QString text;
+  for (const QChar character : AssistantsTexts::path(path)) {
+    text += character;
+    if (!character.isLetterOrNumber() && !character.isSurrogate()) {
+      text += QChar(0x200B);  // no width, and a line may end there
+    }
+  }
+  return text;
+}
+
 QString state(const AssistantState& assistant) {
   switch (assistant.connection) {
     case Connection::none:
@@ -28,9 +40,9 @@ QString state(const AssistantState& assistant) {
       return assistant.isSwitchedOff ? Words::tr("Connected, but switched off in %1.").arg(name(assistant))
                                      : Words::tr("Connected.");
     case Connection::elsewhere:
-      return assistant.otherCommand.empty() ? Words::tr("Its entry for Tarnwell belongs to something else.")
-                                            : Words::tr("Connected to another program: %1")
-                                                  .arg(QString::fromStdString(assistant.otherCommand));
+      return assistant.otherCommand.empty()
+                 ? Words::tr("Its entry for Tarnwell belongs to something else.")
+                 : Words::tr("Connected to another program: %1").arg(pathInSentence(assistant.otherCommand));
     case Connection::unknown:
       return Words::tr("Its settings cannot be read.");
   }
@@ -38,7 +50,8 @@ QString state(const AssistantState& assistant) {
 }
 
 QString remedy(const AssistantState& assistant) {
-  return Words::tr("This file stays as it is. Mend it and look again: %1").arg(path(assistant.file));
+  return Words::tr("This file stays as it is. Mend it and look again: %1")
+      .arg(pathInSentence(assistant.file));
 }
 
 QString action(Action action) {
@@ -139,7 +152,8 @@ QString caution(const ConnectionPlan& plan) {
   }
   QStringList sentences;
   if (plan.change->target != plan.change->path) {
-    sentences += Words::tr("It is a link to this file, which changes: %1").arg(path(plan.change->target));
+    sentences +=
+        Words::tr("It is a link to this file, which changes: %1").arg(pathInSentence(plan.change->target));
   }
   sentences += plan.change->before ? Words::tr(
                                          "Everything else in it stays. A copy of the file as it is now is "
@@ -152,7 +166,7 @@ QStringList steps(const AssistantState& assistant, const ConnectionPlan& plan) {
   if (plan.way != ConnectingWay::block) {
     return {};
   }
-  const QString file = path(plan.file);
+  const QString file = pathInSentence(plan.file);
   if (plan.goal == Goal::disconnect) {
     return {Words::tr("Open this file: %1").arg(file), Words::tr("Remove these lines and save it."),
             restart(assistant)};

@@ -12,7 +12,10 @@
 namespace tarnwell::AssistantsTexts {
 
 QString name(const AssistantState& assistant);
+/// For a person to copy.
 QString path(const std::filesystem::path& path);
+/// For a place in a sentence: a line may end at every part of it.
+QString pathInSentence(const std::filesystem::path& path);
 
 /// Whether it is connected.
 QString state(const AssistantState& assistant);
