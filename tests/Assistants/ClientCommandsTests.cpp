@@ -19,9 +19,9 @@ class CommandsOfClients : public testing::Test {
  protected:
   std::filesystem::path program(const std::string& name) const { return fake.home() / ".local/bin" / name; }
   void putClient(const std::string& name, const std::string& file, const std::string& script = "") const {
-    FakeMachine::putProgram(program(name), "echo \"$*\" >> \"$HOME/calls\"\n" + script +
-                                               "\n[ ! -e \"$HOME/next\" ] || /bin/cat \"$HOME/next\" > \"$HOME/" +
-                                               file + "\"");
+    FakeMachine::putProgram(
+        program(name), "echo \"$*\" >> \"$HOME/calls\"\n" + script +
+                           "\n[ ! -e \"$HOME/next\" ] || /bin/cat \"$HOME/next\" > \"$HOME/" + file + "\"");
   }
   /// What the next command leaves behind.
   void willWrite(const std::string& text) const { fake.put("next", text); }
