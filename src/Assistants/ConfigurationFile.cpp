@@ -55,10 +55,19 @@ std::optional<std::string> textOf(const fs::path& path, const fs::path& target) 
   return std::move(file->text);
 }
 
-/// Throws unless the path still leads to this text of this target.
-void requireText(const FileChange& change, const std::optional<std::string>& text, Kind otherwise) {
+/// Throws `changed` unless the path still leads to this text of this target.
+void requireText(const FileChange& change, const std::optional<std::string>& text) {
   if (targetOf(change.path) != change.target || textOf(change.path, change.target) != text) {
-    throw ConfigurationFileError(otherwise, change.target, "another program has changed it");
+    throw ConfigurationFileError(Kind::changed, change.target, "another program has changed it");
+  }
+}
+
+/// The same after a write.
+void verifyText(const FileChange& change, const std::optional<std::string>& text) {
+  try {
+    requireText(change, text);
+  } catch (const ConfigurationFileError& error) {
+    throw ConfigurationFileError(Kind::notVerified, change.target, error.reason());
   }
 }
 
@@ -113,7 +122,7 @@ WrittenFile write(const FileChange& change) {
     return written;
   }
   const FolderLock oneAtATime(change.target.parent_path());
-  requireText(change, change.before, Kind::changed);
+  requireText(change, change.before);
   const FileRights rights = fileRights(change.target).value_or(FileRights{});
   if (change.before) {
     written.backup =
@@ -121,15 +130,14 @@ WrittenFile write(const FileChange& change) {
   }
   try {
     orNotWritten(change.target, [&] {
-      replaceFile(change.target, change.after, rights,
-                  [&] { requireText(change, change.before, Kind::changed); });
+      replaceFile(change.target, change.after, rights, [&] { requireText(change, change.before); });
     });
   } catch (const ConfigurationFileError&) {
     std::error_code ignored;
     fs::remove(written.backup.value_or(fs::path()), ignored);
     throw;
   }
-  requireText(change, change.after, Kind::notVerified);
+  verifyText(change, change.after);
   return written;
 }
 
@@ -139,7 +147,7 @@ void undo(const WrittenFile& written) {
     return;
   }
   const FolderLock oneAtATime(change.target.parent_path());
-  const auto look = [&] { requireText(change, change.after, Kind::changed); };
+  const auto look = [&] { requireText(change, change.after); };
   look();
   orNotWritten(change.target, [&] {
     if (change.before) {
@@ -148,7 +156,7 @@ void undo(const WrittenFile& written) {
       fs::remove(change.target);
     }
   });
-  requireText(change, change.before, Kind::notVerified);
+  verifyText(change, change.before);
 }
 
 }  // namespace tarnwell

@@ -42,6 +42,10 @@ bool isBlank(std::string_view text, std::size_t begin, std::size_t end) {
   return textOf(text, begin, end).find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
 
+bool isBlankInLine(std::string_view text, std::size_t begin, std::size_t end) {
+  return textOf(text, begin, end).find_first_not_of(" \t") == std::string_view::npos;
+}
+
 bool isLineEnd(char byte) { return byte == '\r' || byte == '\n'; }
 
 std::string replaced(std::string_view text, TextRange range, std::string_view by) {
@@ -128,26 +132,27 @@ TextRange withBlanks(std::string_view text, TextRange range) {
 }
 
 std::string without(std::string_view text, const ObjectPlace& object, const MemberPlace& member) {
-  const TextRange inner = {object.range.begin + 1, object.range.end - 1};
+  // A comma goes together with the member when only blanks stand between them, otherwise by itself.
   TextRange range = member.range;
   std::optional<std::size_t> comma = member.commaAfter ? member.commaAfter : member.commaBefore;
   if (member.commaAfter && isBlank(text, range.end, *comma)) {
     range.end = *comma + 1;
     comma.reset();
-  } else if (comma && !member.commaAfter &&
-             textOf(text, *comma + 1, range.begin).find_first_not_of(" \t") == std::string_view::npos) {
+  } else if (comma && *comma < range.begin && isBlankInLine(text, *comma + 1, range.begin)) {
     range.begin = *comma;
     comma.reset();
   }
+  const TextRange inner = {object.range.begin + 1, object.range.end - 1};
   if (!comma && isBlank(text, inner.begin, range.begin) && isBlank(text, range.end, inner.end)) {
     return replaced(text, inner, "");
   }
-  range = withBlanks(text, range);
-  // The later place first, so that the earlier one stays where it is.
-  const TextRange commaRange = comma ? TextRange{*comma, *comma + 1} : TextRange{range.begin, range.begin};
-  const bool isCommaFirst = commaRange.begin < range.begin;
-  return replaced(replaced(text, isCommaFirst ? range : commaRange, ""), isCommaFirst ? commaRange : range,
-                  "");
+  const std::string result = replaced(text, withBlanks(text, range), "");
+  if (!comma) {
+    return result;
+  }
+  // What goes after the comma does not move it.
+  const std::size_t place = *comma < range.begin ? *comma : *comma - (text.size() - result.size());
+  return replaced(result, {place, place + 1}, "");
 }
 
 std::optional<JSONValue> decoded(std::string_view text, const MemberPlace& member) {

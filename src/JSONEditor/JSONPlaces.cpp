@@ -57,7 +57,9 @@ ObjectPlace objectAt(std::string_view text, std::size_t place, std::string_view 
   ObjectPlace object;
   JSONReader reader(text, place);
   reader.readObject([&](std::string_view written, const MemberPlace& member) {
-    object.first = object.first ? object.first : member;
+    if (!object.first) {
+      object.first = member;
+    }
     object.last = member;
     if (!means(written, key)) {
       return;
