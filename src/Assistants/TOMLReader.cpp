@@ -149,19 +149,11 @@ class TOMLReader {
     if (depth == maximumDepth) {
       return std::nullopt;
     }
-    switch (current()) {
-      case '"':
-      case '\'': {
-        std::optional<std::string> found = string(/*mayHaveLines=*/true);
-        return found ? std::optional<JSONValue>(std::move(*found)) : std::nullopt;
-      }
-      case '[':
-        return array(depth);
-      case '{':
-        return inlineTable(depth);
-      default:
-        return plainValue();
+    if (current() == '"' || current() == '\'') {
+      std::optional<std::string> found = string(/*mayHaveLines=*/true);
+      return found ? std::optional<JSONValue>(std::move(*found)) : std::nullopt;
     }
+    return current() == '[' ? array(depth) : current() == '{' ? inlineTable(depth) : plainValue();
   }
 
   std::optional<JSONValue> array(std::size_t depth) {

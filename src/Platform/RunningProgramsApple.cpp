@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <cstddef>
+#include <cstring>
+#include <utility>
 
 #include "Platform/RunningPrograms.h"
 
@@ -29,10 +31,10 @@ std::string text(const char (&field)[size]) {
 std::vector<RunningProgram> runningPrograms() {
   std::vector<RunningProgram> programs;
   for (const pid_t process : processes()) {
-    proc_bsdinfo information{};
+    proc_bsdinfo information{};  // none is told of a process that ended
     if (::proc_pidinfo(process, PROC_PIDTBSDINFO, 0, &information, sizeof information) !=
             static_cast<int>(sizeof information) ||
-        information.pbi_ruid != ::getuid() || information.pbi_status == SZOMB) {
+        information.pbi_ruid != ::getuid()) {
       continue;
     }
     RunningProgram program{.processID = process, .parentID = information.pbi_ppid};

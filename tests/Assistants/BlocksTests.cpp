@@ -24,37 +24,37 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         BlockRow{"json", BlockFormat::mcpServersJSON, "/usr/bin/tarnwell",
                  R"({
-  "mcpServers" : {
-    "tarnwell" : {
-      "args" : [
+  "mcpServers": {
+    "tarnwell": {
+      "args": [
         "serve"
       ],
-      "command" : "/usr/bin/tarnwell"
+      "command": "/usr/bin/tarnwell"
     }
   }
 })"},
         BlockRow{"servers", BlockFormat::serversJSON, "/a b/tarnwell",
                  R"({
-  "servers" : {
-    "tarnwell" : {
-      "args" : [
+  "servers": {
+    "tarnwell": {
+      "args": [
         "serve"
       ],
-      "command" : "/a b/tarnwell",
-      "type" : "stdio"
+      "command": "/a b/tarnwell",
+      "type": "stdio"
     }
   }
 })"},
         BlockRow{"opencode", BlockFormat::opencodeJSON, "/usr/bin/tarnwell",
                  R"({
-  "mcp" : {
-    "tarnwell" : {
-      "command" : [
+  "mcp": {
+    "tarnwell": {
+      "command": [
         "/usr/bin/tarnwell",
         "serve"
       ],
-      "enabled" : true,
-      "type" : "local"
+      "enabled": true,
+      "type": "local"
     }
   }
 })"},

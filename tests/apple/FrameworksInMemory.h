@@ -42,6 +42,17 @@ struct LogCall {
   bool operator==(const LogCall&) const = default;
 };
 
+struct ProcessInMemory {
+  int number = 0;
+  std::uint32_t parent = 0;
+  std::uint32_t user = 0;
+  std::string shortName;
+  std::string name;
+  std::string path;
+  /// It ends after it was listed.
+  bool hasEnded = false;
+};
+
 struct FrameworksInMemory {
   enum class Found { nothing, data, text };
 
@@ -69,6 +80,8 @@ struct FrameworksInMemory {
   std::vector<char*> arguments = {nullptr};
 
   std::vector<int> traceRequests;
+
+  std::vector<ProcessInMemory> processes;
 
   /// Objects that were made and not released to the end, the constants among them. Assignment leaves it
   /// alone.

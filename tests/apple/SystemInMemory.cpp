@@ -1,4 +1,5 @@
 #include <crt_externs.h>
+#include <libproc.h>
 #include <os/log.h>
 #include <sys/ptrace.h>
 #include <sysdir.h>
@@ -58,4 +59,44 @@ char*** _NSGetArgv() {
   static char** arguments;
   arguments = frameworksInMemory().arguments.data();
   return &arguments;
+}
+
+namespace {
+
+const tarnwell::test::ProcessInMemory* find(int process) {
+  const auto& processes = frameworksInMemory().processes;
+  const auto found = std::ranges::find(processes, process, &tarnwell::test::ProcessInMemory::number);
+  return found != processes.end() && !found->hasEnded ? &*found : nullptr;
+}
+
+}  // namespace
+
+int proc_listallpids(void* buffer, int size) {
+  const auto& processes = frameworksInMemory().processes;
+  const std::size_t room =
+      buffer == nullptr ? processes.size() : static_cast<std::size_t>(size) / sizeof(int);
+  const std::size_t count = std::min(room, processes.size());
+  for (std::size_t i = 0; buffer != nullptr && i < count; ++i) {
+    static_cast<int*>(buffer)[i] = processes[i].number;
+  }
+  return static_cast<int>(count);
+}
+
+int proc_pidinfo(int process, int flavor, std::uint64_t, void* buffer, int size) {
+  const tarnwell::test::ProcessInMemory* found = find(process);
+  if (found == nullptr || flavor != PROC_PIDTBSDINFO || size != sizeof(proc_bsdinfo)) {
+    return 0;
+  }
+  proc_bsdinfo information{};
+  information.pbi_ppid = found->parent;
+  information.pbi_ruid = found->user;
+  found->shortName.copy(information.pbi_comm, sizeof information.pbi_comm);
+  found->name.copy(information.pbi_name, sizeof information.pbi_name);
+  std::memcpy(buffer, &information, sizeof information);
+  return sizeof information;
+}
+
+int proc_pidpath(int process, void* buffer, std::uint32_t size) {
+  const tarnwell::test::ProcessInMemory* found = find(process);
+  return found == nullptr ? 0 : static_cast<int>(found->path.copy(static_cast<char*>(buffer), size));
 }
