@@ -173,14 +173,14 @@ void TryItModel::forget() {
   searchCall_.reset();
   isFromBefore_ = false;
   const bool wasEmpty = std::exchange(state_, State::empty) == State::empty;
+  if (!wasEmpty) {
+    Q_EMIT searchChanged();
+  }
   if (hadMessage) {
     Q_EMIT chosenChanged();
   }
   if (hadFolders) {
     Q_EMIT foldersChanged();
-  }
-  if (!wasEmpty) {
-    Q_EMIT searchChanged();
   }
 }
 
@@ -199,7 +199,7 @@ void TryItModel::takeSettings() {
   outcome_.reset();
   changeCall_.reset();
   Q_EMIT messageChanged();
-  Q_EMIT searchChanged();
+  Q_EMIT aged();
 }
 
 }  // namespace tarnwell

@@ -96,8 +96,10 @@ class TryItModel : public QObject {
   void forget();
 
  Q_SIGNALS:
-  /// The state, the messages, or whether they are from before.
+  /// The state and the messages.
   void searchChanged();
+  /// Whether the messages are from before.
+  void aged();
   void progressed();
   /// Another message was chosen, or none. `searchChanged` came before when its list is new.
   void chosenChanged();
