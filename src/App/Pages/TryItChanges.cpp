@@ -118,9 +118,9 @@ void TryItChanges::setTexts() {
   opener_->setAccessibleDescription(opener_->toolTip());
   promise_->setText(tr("These only ask. The message stays as it is."));
   folders_->setAccessibleName(tr("Folder"));
-  move_->setText(tr("If it were &moved?"));
+  move_->setText(tr("If it were &moved there?"));
   trash_->setText(tr("If it were &trashed?"));
-  markRead_->setText(tr("If it were marked as &read?"));
+  markRead_->setText(tr("If it were mar&ked as read?"));
   showFolders();
   showOutcome();
 }

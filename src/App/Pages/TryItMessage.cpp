@@ -6,6 +6,7 @@
 
 #include "App/Pages/TryItTexts.h"
 #include "App/Widgets/Card.h"
+#include "MCP/Tools/MessageJSON.h"
 
 namespace tarnwell {
 
@@ -14,7 +15,7 @@ namespace {
 /// A label breaks its lines only between words, and a stranger's word may be longer than any line. So breaks
 /// are allowed within long words, and very long texts are cut: the exact JSON has all of them.
 QString breakable(const QString& text) {
-  constexpr qsizetype most = 1000;
+  constexpr qsizetype most = 240;
   constexpr int longestWord = 24;
   QString made;
   int length = 0;
@@ -27,6 +28,10 @@ QString breakable(const QString& text) {
     made += character;
   }
   return text.size() > most ? made + QChar(0x2026) : made;
+}
+
+QString withheldPreview() {
+  return QString::fromUtf8(withheldText.data(), static_cast<qsizetype>(withheldText.size()));
 }
 
 ToneLabel* heading() {
@@ -137,7 +142,7 @@ void TryItMessage::showMessage() {
   }
   marks_->setText(marks.join(QStringLiteral(" · ")));
   marks_->setVisible(!marks.isEmpty());
-  preview_->setText(shown.isWithheld ? tr("Nothing of the text") : breakable(shown.preview));
+  preview_->setText(shown.isWithheld ? withheldPreview() : breakable(shown.preview));
   const bool hasPreview = shown.isWithheld || !shown.preview.isEmpty();
   previewName_->setVisible(hasPreview);
   preview_->setVisible(hasPreview);
@@ -172,7 +177,7 @@ void TryItMessage::showText(const TriedMessage& message) {
 
 void TryItMessage::setTexts() {
   setAccessibleName(tr("The chosen message"));
-  previewName_->setText(tr("What a search tells of the text"));
+  previewName_->setText(tr("What a search shows of the text"));
   changes_->setTexts();
   showMessage();
 }

@@ -15,6 +15,14 @@ namespace {
 
 constexpr int narrowest = 700;  // of a page with list and message side by side
 
+/// Pages in turn, each of which scrolls by itself where it must. So it asks for little room, whatever the texts
+/// in them would like to have.
+class Turns : public QStackedWidget {
+ public:
+  bool hasHeightForWidth() const override { return false; }
+  QSize sizeHint() const override { return minimumSizeHint(); }
+};
+
 enum State { welcome, waiting, results };
 enum Pane { nothing, message, calls };
 
@@ -26,7 +34,7 @@ TryItPage::TryItPage(TryItModel& tryIt, QWidget* parent)
       search_(new TryItSearch),
       trouble_(new Notice),
       before_(new Notice),
-      states_(new QStackedWidget),
+      states_(new Turns),
       welcomeTitle_(new QLabel),
       welcomeText_(new ToneLabel(Tone::faint)),
       progress_(new ToneLabel),
@@ -109,13 +117,13 @@ QWidget* TryItPage::makeResults() {
   auto* const page = new QWidget;
   auto* const top = new QHBoxLayout;
   top->setSpacing(10);
-  top->addWidget(back_);
+  top->addWidget(back_, 0, Qt::AlignLeft);
   top->addWidget(summary_, 1);
-  top->addWidget(json_);
+  top->addWidget(json_, 0, Qt::AlignRight);
   auto* const columns = new QHBoxLayout;
   columns->setSpacing(14);
-  columns->addWidget(list_, 4);
-  columns->addWidget(panes_, 5);
+  columns->addWidget(list_, 6);
+  columns->addWidget(panes_, 7);
   auto* const rows = new QVBoxLayout(page);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->setSpacing(10);
@@ -171,7 +179,7 @@ void TryItPage::showSearch() {
 void TryItPage::showAge() {
   if (tryIt_.isFromBefore()) {
     before_->tell(Notice::Kind::information, tr("The settings have changed since this search."));
-    before_->setAction(tr("Search &again"));
+    before_->setAction(tr("Search a&gain"));
   } else {
     before_->fallSilent();
   }
@@ -254,7 +262,7 @@ void TryItPage::setTexts() {
   welcomeText_->setText(tr(
       "Search your inbox. For each message you see what an assistant would get, what is withheld, and which "
       "word is the reason. When you leave this page, all of it is forgotten."));
-  cancel_->setText(tr("&Stop"));
+  cancel_->setText(tr("Ca&ncel"));
   json_->setText(tr("The exact &JSON"));
   json_->setToolTip(tr("What an assistant sends and receives, byte for byte"));
   json_->setAccessibleDescription(json_->toolTip());

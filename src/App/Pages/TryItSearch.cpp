@@ -46,7 +46,11 @@ TryItSearch::TryItSearch(QWidget* parent)
   grid->addWidget(senderField_, 0, 0);
   grid->addWidget(subjectField_, 0, 1);
   grid->addWidget(sinceField_, 1, 0);
-  grid->addWidget(unread_, 1, 1, Qt::AlignBottom);
+  auto* const beside = new QVBoxLayout;  // at the height of the box
+  beside->setContentsMargins(0, 0, 0, 8);
+  beside->addStretch(1);
+  beside->addWidget(unread_);
+  grid->addLayout(beside, 1, 1);
   card_->rows()->addLayout(grid);
   card_->hide();
   auto* const rows = new QVBoxLayout(this);
@@ -99,7 +103,7 @@ void TryItSearch::setTexts() {
   filters_->setText(tr("&Filters"));
   search_->setText(tr("&Search"));
   senderField_->setLabel(tr("Fr&om"));
-  subjectField_->setLabel(tr("Sub&ject"));
+  subjectField_->setLabel(tr("S&ubject"));
   sinceField_->setLabel(tr("&Received"));
   const QString names[] = {tr("At any time"), tr("Since yesterday"), tr("In the last 7 days"),
                            tr("In the last 30 days"), tr("In the last 365 days")};
@@ -107,7 +111,7 @@ void TryItSearch::setTexts() {
   for (int item = 0; item < since_->count(); ++item) {
     since_->setItemText(item, names[item]);
   }
-  unread_->setText(tr("&Unread messages only"));
+  unread_->setText(tr("Unread messages onl&y"));
   unread_->setAccessibleName(tr("Unread messages only"));
 }
 

@@ -49,13 +49,13 @@ QString category(const QString& name) {
 QString withheldBecauseOf(const TriedSignal& sign) {
   switch (sign.place) {
     case TriedSignal::Place::subject:
-      return Words::tr("Withheld: the word “%1” in the subject").arg(isolated(sign.term));
+      return Words::tr("Withheld: “%1” in the subject").arg(isolated(sign.term));
     case TriedSignal::Place::sender:
-      return Words::tr("Withheld: the word “%1” in the sender").arg(isolated(sign.term));
+      return Words::tr("Withheld: “%1” in the sender").arg(isolated(sign.term));
     case TriedSignal::Place::text:
       break;
   }
-  return Words::tr("Withheld: the word “%1” in the text").arg(isolated(sign.term));
+  return Words::tr("Withheld: “%1” in the text").arg(isolated(sign.term));
 }
 
 QDateTime readDate(const QString& date) {

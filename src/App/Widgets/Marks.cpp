@@ -32,6 +32,7 @@ QPainterPath clip() {
 void paintMark(QPainter& painter, const QRectF& square, Mark mark, const QColor& colour) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
+  painter.setBrush(Qt::NoBrush);
   painter.translate(square.topLeft());
   painter.scale(square.width() / 16, square.height() / 16);
   const QPen stroke(colour, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);

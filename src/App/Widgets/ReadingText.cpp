@@ -7,6 +7,14 @@
 
 namespace tarnwell {
 
+namespace {
+
+/// A QPlainTextEdit keeps its margin free once above the text and twice below. Another one around it makes
+/// all sides equal.
+constexpr int margin = 4;
+
+}  // namespace
+
 ReadingText::ReadingText(int mostLines, QWidget* parent) : QPlainTextEdit(parent), mostLines_(mostLines) {
   setObjectName("reading");
   setReadOnly(true);
@@ -15,7 +23,8 @@ ReadingText::ReadingText(int mostLines, QWidget* parent) : QPlainTextEdit(parent
   setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  document()->setDocumentMargin(8);
+  document()->setDocumentMargin(margin);
+  setViewportMargins(margin, margin, margin, 0);
 }
 
 void ReadingText::setText(const QString& text) {
@@ -35,8 +44,8 @@ void ReadingText::fitHeight() {
     height += block.layout()->boundingRect().height();
   }
   const QMargins frame = contentsMargins();
-  setFixedHeight(static_cast<int>(std::ceil(std::min(height, most) + 2 * document()->documentMargin())) +
-                 frame.top() + frame.bottom());
+  setFixedHeight(static_cast<int>(std::ceil(std::min(height, most))) + 4 * margin + frame.top() +
+                 frame.bottom());
 }
 
 void ReadingText::resizeEvent(QResizeEvent* event) {

@@ -59,15 +59,17 @@ QPalette paletteOf(Scheme scheme) {
 QString styleSheetOf(Scheme scheme) {
   const Colours& colours = coloursOf(scheme);
   return QStringLiteral(R"(
-    QLineEdit, QSpinBox, QPushButton, QToolButton {
+    QLineEdit, QSpinBox, QComboBox, QPushButton, QToolButton {
       border: 1px solid @border; border-radius: 6px; background: @base;
     }
-    QLineEdit, QSpinBox { padding: 6px 8px; min-height: 20px; }
+    QLineEdit, QSpinBox, QComboBox { padding: 6px 8px; min-height: 20px; }
     QPushButton { padding: 7px 16px; min-height: 18px; }
     QToolButton { padding: 4px 8px; }
-    QLineEdit:focus, QSpinBox:focus, QPushButton:focus, QToolButton:focus,
+    QLineEdit:focus, QSpinBox:focus, QComboBox:focus, QPushButton:focus, QToolButton:focus,
     QTableView:focus, QPlainTextEdit:focus { border: 2px solid @accent; }
-    QLineEdit:focus, QSpinBox:focus { padding: 5px 7px; }
+    QLineEdit:focus, QSpinBox:focus, QComboBox:focus { padding: 5px 7px; }
+    QComboBox::drop-down { border: none; width: 26px; }
+    QComboBox::down-arrow { image: none; }
     QSpinBox::up-button, QSpinBox::down-button { border: none; background: transparent; width: 22px; }
     QPushButton:focus { padding: 6px 15px; }
     QToolButton:focus { padding: 3px 7px; }
@@ -78,6 +80,7 @@ QString styleSheetOf(Scheme scheme) {
     QPushButton[primary="true"]:focus { border-color: @text; }
     QPushButton[primary="true"]:disabled { background: @window; color: @faint; border-color: @border; }
     QPushButton[dangerous="true"] { color: @error; border-color: @error; }
+    QPushButton:checked { background: @alternate; color: @accent; border-color: @accent; }
     QFrame#card { background: @base; border: 1px solid @border; border-radius: 10px; }
     QFrame#notice { background: @base; border: 1px solid @border; border-radius: 8px; }
     QListWidget#navigation { background: transparent; border: none; outline: none; }
