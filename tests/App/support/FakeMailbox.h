@@ -124,11 +124,14 @@ class FakeMailbox {
   std::atomic<bool>& isDown = state_->isDown;
 
   MCPTools tools(const ConfigStore& store) const {
-    return {store, KeychainStore("service", std::nullopt, state_->secrets), EmailRiskDetector::shared(),
+    return {store, keychain(), EmailRiskDetector::shared(),
             [state = state_](const std::string&, std::int64_t, std::string email, Secret password) {
               return state->client(std::move(email), std::move(password));
             }};
   }
+
+  /// The store with the password. Must not outlive the mailbox, unless the tools above hold it.
+  KeychainStore keychain() const { return {"service", std::nullopt, state_->secrets}; }
 
   std::vector<std::string> commands() const {
     const std::lock_guard lock(state_->mutex);
