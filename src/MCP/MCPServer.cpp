@@ -89,17 +89,7 @@ JSONValue MCPServer::toolsCall(JSONRPCRequest request) const {
   }
   const JSONValue* arguments = params.member("arguments");
   return JSONRPC::success(std::move(request.id),
-                          callResult(tools_.handle(*name, arguments ? *arguments : JSONValue(JSONObject{}))));
-}
-
-JSONObject MCPServer::callResult(ToolCallResult result) {
-  JSONArray content;  // not in braces, which would copy the text
-  content.push_back(JSONObject{{"type", "text"}, {"text", result.structured.prettyString()}});
-  return {
-      {"content", std::move(content)},
-      {"structuredContent", std::move(result.structured)},
-      {"isError", result.isError},
-  };
+                          tools_.handle(*name, arguments ? *arguments : JSONValue(JSONObject{})).toJSON());
 }
 
 }  // namespace tarnwell

@@ -58,9 +58,6 @@ class MCPServer {
   std::optional<JSONValue> handleCurrent(JSONRPCRequest&& request, const MCPExchange& exchange);
   std::optional<JSONValue> currentToolsCall(JSONRPCRequest&& request, const MCPExchange& exchange);
 
-  /// The result of `tools/call`, as far as it is the same in every revision.
-  static JSONObject callResult(ToolCallResult result);
-
   std::mutex oneAtATime_;
   MCPTools tools_;
 };

@@ -80,7 +80,7 @@ std::optional<JSONValue> MCPServer::currentToolsCall(JSONRPCRequest&& request, c
     ToolCallResult result = tools_.handle(
         *name, arguments ? *arguments : none,
         {.cancellation = exchange.cancellation, .progressed = progressReport(request, exchange)});
-    return CurrentRevision::success(std::move(request.id), callResult(std::move(result)));
+    return CurrentRevision::success(std::move(request.id), std::move(result).toJSON());
   } catch (const Cancelled&) {
     return std::nullopt;
   }

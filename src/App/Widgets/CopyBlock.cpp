@@ -25,12 +25,12 @@ CopyBlock::CopyBlock(QWidget* parent)
   setTexts();
 }
 
-void CopyBlock::setText(const QString& text) {
+void CopyBlock::setText(const QString& text, const QString& shown) {
   if (text == text_) {
     return;
   }
   text_ = text;
-  code_->setPlainText(text.endsWith(QLatin1Char('\n')) ? text.chopped(1) : text);
+  code_->setPlainText(shown.endsWith(QLatin1Char('\n')) ? shown.chopped(1) : shown);
   sinceCopied_.stop();  // this text was not copied
   setTexts();
 }

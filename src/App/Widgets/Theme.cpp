@@ -80,6 +80,7 @@ QString styleSheetOf(Scheme scheme) {
     QPushButton[primary="true"]:focus { border-color: @text; }
     QPushButton[primary="true"]:disabled { background: @window; color: @faint; border-color: @border; }
     QPushButton[dangerous="true"] { color: @error; border-color: @error; }
+    QPushButton:checked { background: @alternate; color: @accent; border-color: @accent; }
     QFrame#card { background: @base; border: 1px solid @border; border-radius: 10px; }
     QFrame#notice { background: @base; border: 1px solid @border; border-radius: 8px; }
     QListWidget#navigation { background: transparent; border: none; outline: none; }
@@ -94,6 +95,10 @@ QString styleSheetOf(Scheme scheme) {
     QPlainTextEdit { background: @base; border: 1px solid @border; border-radius: 6px; }
     QPlainTextEdit#code { background: @alternate; padding: 1px; }
     QPlainTextEdit#code:focus { padding: 0; }
+    QPlainTextEdit#reading { background: @alternate; border-color: transparent; }
+    QListView#messages { background: @base; border: 1px solid @border; border-radius: 10px; outline: none;
+                         padding: 3px 0; }
+    QSplitter::handle { background: transparent; }
     QScrollArea { background: transparent; border: none; }
     QScrollArea > QWidget > QWidget { background: transparent; }
     QCheckBox::indicator { width: 14px; height: 14px; border: 1px solid @faint; border-radius: 4px;

@@ -27,6 +27,16 @@ ToolCallResult ToolCallResult::error(std::string text) {
   return {JSONObject{{"error", std::move(text)}}, true};
 }
 
+JSONObject ToolCallResult::toJSON() && {
+  JSONArray content;  // not in braces, which would copy the text
+  content.push_back(JSONObject{{"type", "text"}, {"text", text()}});
+  return {
+      {"content", std::move(content)},
+      {"structuredContent", std::move(structured)},
+      {"isError", isError},
+  };
+}
+
 MCPTools::MCPTools(ConfigStore configStore, KeychainStore keychain, EmailRiskDetector detector,
                    ClientFactory makeClient)
     : configStore_(std::move(configStore)),
@@ -34,8 +44,10 @@ MCPTools::MCPTools(ConfigStore configStore, KeychainStore keychain, EmailRiskDet
       detector_(detector),
       makeClient_(std::move(makeClient)) {}
 
-MCPTools MCPTools::shared() {
-  return {ConfigStore::shared(), KeychainStore::shared(), EmailRiskDetector::shared(),
+MCPTools MCPTools::shared() { return over(ConfigStore::shared(), KeychainStore::shared()); }
+
+MCPTools MCPTools::over(ConfigStore configStore, KeychainStore keychain) {
+  return {std::move(configStore), std::move(keychain), EmailRiskDetector::shared(),
           [](std::string host, std::int64_t port, std::string email, Secret password) {
             return std::make_unique<IMAPClient>(std::move(host), port, std::move(email), std::move(password),
                                                 BridgeConstants::networkTimeoutSeconds);

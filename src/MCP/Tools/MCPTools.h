@@ -35,6 +35,12 @@ struct ToolCallResult {
   /// The result {"error": text} with `isError` set.
   static ToolCallResult error(std::string text);
 
+  /// The text that a model reads.
+  std::string text() const { return structured.prettyString(); }
+
+  /// The result of `tools/call`, as far as it is the same in every revision of MCP.
+  JSONObject toJSON() &&;
+
   bool operator==(const ToolCallResult&) const = default;
 };
 
@@ -68,6 +74,8 @@ class MCPTools {
 
   /// The tools with the user's settings, the user's secrets and real connections.
   static MCPTools shared();
+  /// The same with these settings and secrets.
+  static MCPTools over(ConfigStore configStore, KeychainStore keychain);
 
   /// `arguments` may have any JSON type. Anything but an object counts as an empty object. Throws `Cancelled`
   /// when the watch gave the call up. Then nothing was changed, or is on its way to be.

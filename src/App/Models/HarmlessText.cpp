@@ -1,0 +1,63 @@
+#include "App/Models/HarmlessText.h"
+
+#include <QChar>
+#include <QList>
+
+namespace tarnwell {
+
+namespace {
+
+/// The picture of a control character (Unicode block "Control Pictures"), or its number.
+QString visible(char32_t character) {
+  if (character < 0x20) {
+    return QString(QChar(static_cast<char16_t>(0x2400 + character)));
+  }
+  if (character == 0x7f) {
+    return QString(QChar(0x2421));
+  }
+  const QString number = QStringLiteral("%1").arg(static_cast<uint>(character), 4, 16, QLatin1Char('0'));
+  return QStringLiteral("\u2039U+%1\u203a").arg(number.toUpper());
+}
+
+bool isDirectionMark(char32_t character) {
+  return character == 0x200e || character == 0x200f || character == 0x061c;
+}
+
+bool mustBeSeen(char32_t character) {
+  return character < 0x20 || (character >= 0x7f && character <= 0x9f) ||
+         (character >= 0x202a && character <= 0x202e) || (character >= 0x2066 && character <= 0x2069) ||
+         (character >= 0xfff9 && character <= 0xfffb) || (character >= 0xe0000 && character <= 0xe007f);
+}
+
+QString harmless(std::string_view text, bool isOneLine) {
+  const QString given = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+  QString made;
+  made.reserve(given.size());
+  const QList<uint> characters = given.toUcs4();
+  for (qsizetype place = 0; place < characters.size(); ++place) {
+    const char32_t character = characters[place];
+    if (character == '\r' && characters.value(place + 1) == '\n') {
+      continue;
+    }
+    const bool isLineEnd =
+        character == '\n' || character == '\r' || character == 0x2028 || character == 0x2029;
+    if (isLineEnd || character == '\t') {
+      made += isOneLine ? QLatin1Char(' ') : isLineEnd ? QLatin1Char('\n') : QLatin1Char('\t');
+    } else if (mustBeSeen(character)) {
+      made += visible(character);
+    } else if (!isDirectionMark(character)) {
+      made += QString::fromUcs4(&character, 1);
+    }
+  }
+  return made;
+}
+
+}  // namespace
+
+QString harmlessLine(std::string_view text) { return harmless(text, true).trimmed(); }
+
+QString harmlessText(std::string_view text) { return harmless(text, false); }
+
+QString isolated(const QString& text) { return QChar(0x2068) + text + QChar(0x2069); }
+
+}  // namespace tarnwell

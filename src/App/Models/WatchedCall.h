@@ -1,0 +1,41 @@
+#pragma once
+
+/// One tool call off the thread of the window, which can be given up.
+///
+///     WatchedCall search_;
+///     search_.begin(tools, ToolName::searchInbox, {{"query", "tea"}}, [this](ToolCall call) { ... });
+///     search_.giveUp();   // the session ends at its next wait, and nothing is told
+///
+/// A newer call gives the older one up. So does the destructor, which waits for nothing.
+///
+/// Threads: that of the owner, which needs an event loop. `done` and `progressed` run there.
+
+#include <cstdint>
+#include <functional>
+
+#include "App/Models/BackgroundTask.h"
+#include "App/Models/ReadOnlyTools.h"
+
+namespace tarnwell {
+
+class WatchedCall {
+ public:
+  using Progressed = std::function<void(std::int64_t done, std::int64_t total)>;
+
+  WatchedCall() = default;
+  ~WatchedCall() { giveUp(); }
+  WatchedCall(const WatchedCall&) = delete;
+  WatchedCall& operator=(const WatchedCall&) = delete;
+
+  /// `progressed` may be empty.
+  void begin(const ReadOnlyTools& tools, ToolName tool, JSONObject arguments,
+             std::function<void(ToolCall)> done, Progressed progressed = {});
+  void giveUp();
+  bool isRunning() const { return task_.isRunning(); }
+
+ private:
+  Cancellation cancellation_;
+  BackgroundTask task_;
+};
+
+}  // namespace tarnwell
