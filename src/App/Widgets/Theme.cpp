@@ -90,6 +90,8 @@ QString styleSheetOf(Scheme scheme) {
     QHeaderView::section { background: @window; color: @text; border: none;
                            border-bottom: 1px solid @border; padding: 5px 6px; }
     QPlainTextEdit { background: @base; border: 1px solid @border; border-radius: 6px; }
+    QPlainTextEdit#code { background: @alternate; padding: 1px; }
+    QPlainTextEdit#code:focus { padding: 0; }
     QScrollArea { background: transparent; border: none; }
     QScrollArea > QWidget > QWidget { background: transparent; }
     QCheckBox::indicator { width: 14px; height: 14px; border: 1px solid @faint; border-radius: 4px;

@@ -1,0 +1,135 @@
+#include "App/Widgets/CopyBlock.h"
+
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QScrollBar>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include "App/Widgets/Theme.h"
+
+namespace tarnwell::test {
+namespace {
+
+class CopyBlockTest : public testing::Test {
+ protected:
+  CopyBlockTest() : layout(&window), block(new CopyBlock) {
+    applyTheme(*qApp, Scheme::light);
+    layout.addWidget(block);
+    layout.addStretch(1);
+    window.resize(500, 500);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    block->setAccessibleLabel("Settings of Codex");
+  }
+
+  static QString lines(int count) {
+    QStringList all;
+    for (int number = 1; number <= count; ++number) {
+      all += QStringLiteral("line %1").arg(number);
+    }
+    return all.join('\n');
+  }
+  void settle() const {
+    for (int round = 0; round < 3; ++round) {
+      QCoreApplication::processEvents();
+    }
+  }
+  QScrollBar* upright() const { return block->code()->verticalScrollBar(); }
+
+  QWidget window;
+  QVBoxLayout layout;
+  CopyBlock* block;
+};
+
+TEST_F(CopyBlockTest, keyCopiesTheWholeTextByteForByte) {
+  const QString text = "[mcp_servers.tarnwell]\r\ncommand = \"/opt/t arn\u3042well\"\n";
+  block->setText(text);
+  block->copyButton()->setFocus();
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), text);
+}
+
+TEST_F(CopyBlockTest, buttonSaysForAMomentThatItCopied) {
+  block->setText("a");
+  const int width = block->copyButton()->width();
+  QTest::keyClick(block->copyButton(), Qt::Key_Space);
+  EXPECT_EQ(block->copyButton()->text(), "Copied");
+  EXPECT_EQ(block->copyButton()->accessibleName(), "Copied: Settings of Codex");
+  settle();
+  EXPECT_EQ(block->copyButton()->width(), width) << "nothing moves";
+  EXPECT_TRUE(QTest::qWaitFor([&] { return block->copyButton()->text() == QLatin1String("Copy"); }, 10'000));
+}
+
+TEST_F(CopyBlockTest, anotherTextIsNotCopiedYet) {
+  block->setText("a");
+  QTest::keyClick(block->copyButton(), Qt::Key_Space);
+  block->setText("b");
+  EXPECT_EQ(block->copyButton()->accessibleName(), "Copy: Settings of Codex");
+}
+
+TEST_F(CopyBlockTest, fewLinesNeedNoScrolling) {
+  for (const int count : {1, 2, 12}) {
+    block->setText(lines(count));
+    settle();
+    EXPECT_EQ(upright()->maximum(), 0) << count;
+  }
+}
+
+TEST_F(CopyBlockTest, widthTakesNothingFromTheLines) {
+  block->setText(lines(2) + QString(500, 'x'));
+  settle();
+  EXPECT_GT(block->code()->horizontalScrollBar()->maximum(), 0);
+  EXPECT_EQ(upright()->maximum(), 0);
+}
+
+TEST_F(CopyBlockTest, heightIsBounded) {
+  block->setText(lines(12));
+  settle();
+  const int height = block->height();
+  block->setText(lines(1000));
+  settle();
+  EXPECT_EQ(block->height(), height);
+  EXPECT_GT(upright()->maximum(), 0);
+}
+
+TEST_F(CopyBlockTest, keysScrollAndSelectButChangeNothing) {
+  block->setText(lines(1000));
+  block->code()->setFocus();
+  const auto press = [](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+  };
+  press(Qt::Key_End, Qt::ControlModifier);
+  EXPECT_GT(upright()->value(), 0);
+  EXPECT_TRUE(block->code()->viewport()->rect().contains(block->code()->cursorRect()));
+  QTest::keyClicks(QApplication::focusWidget(), "x");
+  press(Qt::Key_Delete);
+  press(Qt::Key_Backspace);
+  EXPECT_EQ(block->code()->toPlainText(), lines(1000));
+  press(Qt::Key_A, Qt::ControlModifier);
+  press(Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), lines(1000));
+  press(Qt::Key_Tab);
+  EXPECT_EQ(QApplication::focusWidget(), block->copyButton());
+}
+
+TEST_F(CopyBlockTest, sameTextLeavesTheCursorAlone) {
+  block->setText(lines(3));
+  block->code()->moveCursor(QTextCursor::End);
+  block->setText(lines(3));
+  EXPECT_TRUE(block->code()->textCursor().atEnd());
+}
+
+TEST_F(CopyBlockTest, focusMovesNoLine) {
+  block->setText(lines(3));
+  settle();
+  const QSize before = block->code()->viewport()->size();
+  block->code()->setFocus();
+  settle();
+  EXPECT_EQ(block->code()->viewport()->size(), before);
+}
+
+}  // namespace
+}  // namespace tarnwell::test
