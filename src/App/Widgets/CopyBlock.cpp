@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace tarnwell {
 
@@ -24,7 +25,13 @@ CopyBlock::CopyBlock(QWidget* parent)
   setTexts();
 }
 
+void CopyBlock::setText(const QString& shown, std::function<QString()> copied) {
+  setText(shown);
+  copied_ = std::move(copied);
+}
+
 void CopyBlock::setText(const QString& text) {
+  copied_ = {};
   if (text == text_) {
     return;
   }
@@ -40,7 +47,7 @@ void CopyBlock::setAccessibleLabel(const QString& label) {
 }
 
 void CopyBlock::copy() {
-  QGuiApplication::clipboard()->setText(text_);
+  QGuiApplication::clipboard()->setText(copied_ ? copied_() : text_);
   sinceCopied_.start();
   setTexts();
 }
