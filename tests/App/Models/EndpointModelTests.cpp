@@ -340,7 +340,7 @@ TEST_F(EndpointModelTest, blockForTheClientIsJSON) {
   open();
   ASSERT_TRUE(start());
   const QString block = model->clientBlock(QString::fromStdString(token()));
-  const std::optional<JSONValue> json = JSONValue::parse(block.toStdString());
+  const std::optional<JSONValue> json = JSONValue::decode(block.toStdString());
   ASSERT_TRUE(json);
   const JSONValue& entry = (*json)["mcpServers"]["tarnwell"];
   EXPECT_EQ(entry["url"].stringValue(), model->address().toStdString());
