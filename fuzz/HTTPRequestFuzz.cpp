@@ -1,4 +1,5 @@
-// A request in pieces has the same result as the whole request. The body is the bytes after the head.
+// A request in pieces has the same result as the whole request. The body is the bytes after the head. Where a
+// token is asked for, nothing is read without it, and with it all is as if none were asked for.
 
 #include "Fuzzing.h"
 #include "MCP/HTTP/HTTPRequestReader.h"
@@ -23,6 +24,29 @@ void requireOutcome(HTTPRequestReader& reader, std::string_view request) {
   }
 }
 
+bool hasToken(std::string_view request, std::string_view token) {
+  return request.substr(0, request.find("\r\n\r\n")).find(token) != std::string_view::npos;
+}
+
+void requireToken(HTTPRequestReader& open, std::string_view request) {
+  static const std::optional<Secret> token("sesame");
+  HTTPRequestReader guarded(token);
+  guarded.push(request);
+  const bool isPreflight = open.head().method == "OPTIONS" && open.head().contentLength == 0;
+  const bool asksForToken = guarded.state() == State::refused && guarded.refusal().challenge;
+  fuzz::require(guarded.head().authorizations.empty(), "the token is not kept");
+  fuzz::require(asksForToken || (guarded.state() == open.state() && guarded.head() == open.head()),
+                "what is let in is as if no token were asked for");
+  fuzz::require(!(asksForToken && isPreflight), "a preflight needs no token");
+  const bool isLetIn = guarded.state() == State::readingBody || guarded.state() == State::complete;
+  fuzz::require(!isLetIn || isPreflight || hasToken(request, "sesame"), "who is let in has the token");
+  if (asksForToken) {
+    const int status = guarded.refusal().status;
+    fuzz::require(status == 401 || status == 400, "a challenge has its status");
+    fuzz::require(open.state() != State::refused || open.refusal().status != 403, "the origin comes first");
+  }
+}
+
 }  // namespace
 }  // namespace tarnwell
 
@@ -38,6 +62,7 @@ FUZZ_TARGET(std::string_view input) {
   if (whole.state() == State::refused) {
     require(whole.refusal().status == inPieces.refusal().status, "the cuts do not change the refusal");
   }
+  requireToken(whole, input);
   requireOutcome(whole, input);
   requireOutcome(inPieces, input);
   isLoopbackAuthority(input);

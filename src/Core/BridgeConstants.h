@@ -15,6 +15,8 @@ inline constexpr std::string_view version = TARNWELL_VERSION;
 /// companion app uses the same one.
 inline constexpr std::string_view bundleIdentifier = "app.tarnwell.Tarnwell";
 inline constexpr std::string_view keychainService = bundleIdentifier;
+/// For the token of the local endpoint, which is no password of a mailbox.
+inline constexpr std::string_view endpointTokenService = "app.tarnwell.Tarnwell.endpoint";
 /// The maker's team identifier, a full stop, and the application identifier.
 inline constexpr std::string_view keychainAccessGroup = "TARNWELL01.app.tarnwell.Tarnwell";
 

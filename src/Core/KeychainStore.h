@@ -15,6 +15,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Core/Secret.h"
@@ -53,6 +54,9 @@ class KeychainStore {
 
   /// The store with this program's service and access group in the system's secret store.
   static KeychainStore shared();
+
+  /// The items of another service in the same secret store.
+  KeychainStore ofService(std::string service) const { return {std::move(service), accessGroup_, *items_}; }
 
   /// The password. Absent when neither place has an item, or the item has no data. Throws `KeychainError`.
   std::optional<Secret> read(std::string_view account) const;

@@ -15,6 +15,17 @@ void wipe(void* memory, std::size_t size) noexcept {
   asm volatile("" : : "r"(memory) : "memory");
 }
 
+bool Secret::operator==(const Secret& other) const noexcept {
+  // Volatile, so that the compiler does not leave the loop at the first difference.
+  volatile std::size_t difference = bytes_.size() ^ other.bytes_.size();
+  for (std::size_t index = 0; !bytes_.empty() && index < other.bytes_.size(); ++index) {
+    const auto mine = static_cast<unsigned char>(bytes_[index % bytes_.size()]);
+    const auto theirs = static_cast<unsigned char>(other.bytes_[index]);
+    difference = difference | static_cast<std::size_t>(mine ^ theirs);
+  }
+  return difference == 0;
+}
+
 std::string masked(std::string_view text, std::initializer_list<std::string_view> secrets) {
   std::vector<bool> isHidden(text.size());
   for (const std::string_view secret : secrets) {

@@ -57,6 +57,10 @@ class Secret {
   std::size_t size() const { return bytes_.size(); }
   std::string_view view() const { return {bytes_.data(), bytes_.size()}; }
 
+  /// Takes the same time whatever the bytes are: it depends on the two lengths only. So somebody who may
+  /// guess often does not learn how much of a guess is right.
+  bool operator==(const Secret& other) const noexcept;
+
  private:
   std::vector<char, WipingAllocator<char>> bytes_;
 };

@@ -52,6 +52,28 @@ TEST(SecretTest, clearingWipesTheBytesWhereTheyLie) {
   EXPECT_EQ(before, std::string("x") + std::string(7, '\0'));
 }
 
+TEST(SecretTest, areEqualWhenAllBytesAre) {
+  const std::string_view texts[] = {"",
+                                    "a",
+                                    "b",
+                                    "aa",
+                                    "ab",
+                                    "ba",
+                                    "abab",
+                                    "ababab",
+                                    std::string_view("\0", 1),
+                                    std::string_view("a\0", 2),
+                                    "\xff",
+                                    "app-pass",
+                                    "app-pasS",
+                                    "App-pass"};
+  for (const std::string_view left : texts) {
+    for (const std::string_view right : texts) {
+      EXPECT_EQ(Secret(left) == Secret(right), left == right) << left << " and " << right;
+    }
+  }
+}
+
 TEST(SecretTest, cannotBecomeATextByAccident) {
   EXPECT_FALSE((std::is_convertible_v<Secret, std::string>));
   EXPECT_FALSE((std::is_convertible_v<Secret, std::string_view>));

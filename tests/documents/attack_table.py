@@ -19,6 +19,8 @@ program, unless the row kills it, must
 - end with status 0 at the end of its input;
 - have written nothing to its standard error.
 
+The HTTP endpoint is attacked in a small program of the tests, which runs it with a token.
+
 The tests print this table (`tests/documents/attack_table.py --write`). A test fails when it is out of date.
 
 """

@@ -23,6 +23,7 @@ std::vector<AttackGroup> attackTable() {
       {"Secrets", "The secret store", secretAttacks},
       {"Password", "Looking for the password", passwordAttacks},
       {"Neighbours", "Other programs of the user", neighbourAttacks},
+      {"Endpoint", "The HTTP endpoint", endpointAttacks},
       {"Memory", "Messages of many megabytes", memoryAttacks},
       {"Endurance", "Very many calls", enduranceAttacks},
   };

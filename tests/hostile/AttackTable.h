@@ -57,6 +57,7 @@ std::vector<Attack> savingAttacks();
 std::vector<Attack> secretAttacks();
 std::vector<Attack> passwordAttacks();
 std::vector<Attack> neighbourAttacks();
+std::vector<Attack> endpointAttacks();
 std::vector<Attack> memoryAttacks();
 std::vector<Attack> enduranceAttacks();
 

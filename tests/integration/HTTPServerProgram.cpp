@@ -1,14 +1,16 @@
 /// Serves the tools over HTTP on a free loopback port, for tests that drive it with real clients.
 ///
-/// Prints the endpoint's URL on one line, and stops when its standard input ends. The exit status is 0, or 1
-/// when it could not listen.
+///     http_server_program [TOKEN]
+///
+/// Asks for the token when it is given one. Prints the endpoint's URL on one line, and stops when its
+/// standard input ends. The exit status is 0, or 1 when it could not listen.
 
 #include <iostream>
 #include <limits>
 
 #include "MCP/HTTP/MCPHTTPServer.h"
 
-int main() {
+int main(int argc, char** argv) {
   using namespace tarnwell;
   MCPServer server(MCPTools::shared());
   MCPHTTPServer http(server, 0);
@@ -17,6 +19,9 @@ int main() {
       std::cerr << *failure << std::endl;
     }
   });
+  if (argc > 1) {
+    http.requireToken(Secret(argv[1]));
+  }
   http.start();
   if (!http.isRunning()) {
     return 1;

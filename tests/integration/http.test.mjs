@@ -116,6 +116,62 @@ test('theOfficialClientListsAndCallsTools', async () => {
   assert.deepEqual(problems, [], 'the client met something it could not read');
 });
 
+// The same endpoint with a token.
+const token = 'dGhlLXRva2Vu-_b2YtdGhpcy10ZXN0';
+const guarded = await startHTTP(program, token);
+after(guarded.close);
+
+test('curlNeedsTheToken', async () => {
+  const given = (text) => ['--header', `Authorization: ${text}`];
+  const [missing, wrong] = ['WWW-Authenticate: Bearer realm="tarnwell"',
+    'WWW-Authenticate: Bearer error="invalid_token"'];
+  const rows = [
+    [given(`Bearer ${token}`), 200],
+    [['--oauth2-bearer', token], 200],
+    [given(`bearer ${token}`), 200],
+    [[], 401, missing],
+    [['--user', `any:${token}`], 401, missing],
+    [given('Bearer another'), 401, wrong],
+    [given(`Bearer ${token}x`), 401, wrong],
+    [[...given(`Bearer ${token}`), ...given('Bearer another')], 400,
+      'WWW-Authenticate: Bearer error="invalid_request"'],
+    [[...given(`Bearer ${token}`), '--header', 'Origin: https://evil.example'], 403],
+    [['--header', 'Origin: https://evil.example'], 403],
+  ];
+  for (const [words, status, challenge] of rows) {
+    const answer = await curl(guarded.url, '--data-binary', ping, ...words);
+    const challenges = answer.headers.filter((line) => /^www-authenticate:/i.test(line));
+    assert.deepEqual([answer.status, challenges], [status, challenge ? [challenge] : []], String(words));
+    assert.equal(answer.headers.at(-1), 'Access-Control-Allow-Headers: Content-Type, Authorization');
+  }
+  const preflight = await curl(guarded.url, '--request', 'OPTIONS', '--header', 'Origin: http://localhost:5173',
+    '--header', 'Access-Control-Request-Method: POST', '--header', 'Access-Control-Request-Headers: authorization');
+  assert.equal(preflight.status, 204);
+});
+
+// curl asks whether it may send a body of this size, and sends none of it.
+test('curlSendsNoBodyWithoutTheToken', async () => {
+  const file = `${directory}/unsent.json`;
+  fs.writeFileSync(file, 'x'.repeat(4_000_000));
+  const words = ['--output', '/dev/null', '--write-out', '%{http_code} %{size_upload}'];
+  const { body } = await curl(guarded.url, '--data-binary', `@${file}`, '--expect100-timeout', '10', ...words);
+  assert.equal(body, '401 0');
+});
+
+test('theOfficialClientNeedsTheToken', async () => {
+  const connect = async (headers) => {
+    const client = new Client({ name: 'tarnwell-integration', version: '1.0.0' });
+    await client.connect(new StreamableHTTPClientTransport(new URL(guarded.url), { requestInit: { headers } }));
+    return client;
+  };
+  const client = await connect({ Authorization: `Bearer ${token}` });
+  assert.deepEqual((await client.listTools()).tools.map((tool) => tool.name), toolNames);
+  assert.equal(resultObject(await client.callTool({ name: 'get_status', arguments: {} })).configured, true);
+  await client.close();
+  await assert.rejects(connect({}), /401|Unauthorized/i);
+  await assert.rejects(connect({ Authorization: 'Bearer another' }), /401|Unauthorized/i);
+});
+
 test('theEndOfTheInputStopsTheServer', async () => {
   assert.equal(await close(), 0);
   await assert.rejects(curl(url), /Failed to connect|Could not connect|refused/i);

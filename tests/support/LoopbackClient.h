@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -69,6 +70,12 @@ class LoopbackClient {
     close();
   }
 
+  /// True when the server sends or closes within this time.
+  bool hasInput(std::chrono::milliseconds within) const {
+    pollfd readable{.fd = socket_, .events = POLLIN, .revents = 0};
+    return poll(&readable, 1, static_cast<int>(within.count())) == 1;
+  }
+
   /// Everything until the server closes. Fails the test when that takes longer than the bound.
   std::string readAll() {
     std::string all;
@@ -100,11 +107,7 @@ class LoopbackClient {
   }
 
  private:
-  bool waitsForBytes() const {
-    constexpr int patience = 20'000;  // milliseconds
-    pollfd readable{.fd = socket_, .events = POLLIN, .revents = 0};
-    return poll(&readable, 1, patience) == 1;
-  }
+  bool waitsForBytes() const { return hasInput(std::chrono::seconds(20)); }
 
   int socket_;
   bool isConnected_;

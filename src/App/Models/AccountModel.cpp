@@ -21,19 +21,19 @@ AccountModel::AccountModel(SettingsFile& settings, KeychainStore passwords, Keyr
     : QObject(parent),
       settings_(settings),
       passwords_(std::move(passwords)),
-      keyringAccess_(std::move(keyring)),
       seen_(accountOf(settings.config())),
       saved_(seen_),
       shown_(saved_),
-      draft_(shown_) {
+      draft_(shown_),
+      keyring_(std::move(keyring)) {
   connect(&settings_, &SettingsFile::changed, this, &AccountModel::followFile);
+  connect(&keyring_, &Keyring::changed, this, &AccountModel::changed);
+  connect(&keyring_, &Keyring::unlockEnded, this, &AccountModel::end);
+  connect(&keyring_, &Keyring::openedOtherwise, this, [this] { end({}); });
   refreshKeyring();
 }
 
-AccountModel::~AccountModel() {
-  cancellation_.cancel();
-  unlock_.giveUp();
-}
+AccountModel::~AccountModel() { cancellation_.cancel(); }
 
 void AccountModel::setEmail(const QString& text) {
   draft_.setEmail(text);

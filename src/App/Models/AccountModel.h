@@ -18,27 +18,18 @@
 #include <QObject>
 #include <QString>
 #include <array>
-#include <functional>
 #include <optional>
 
 #include "App/Models/AccountDraft.h"
 #include "App/Models/AccountNews.h"
 #include "App/Models/BackgroundTask.h"
+#include "App/Models/Keyring.h"
 #include "App/Models/SettingsFile.h"
 #include "Core/KeychainStore.h"
 #include "Core/Secret.h"
 #include "IMAP/Connection/SessionWatch.h"
-#include "Platform/Desktop/KeyringUnlock.h"
 
 namespace tarnwell {
-
-/// What the model asks of the system's keyring, for tests to replace.
-struct KeyringAccess {
-  std::function<KeyringState()> state = keyringState;
-  std::function<UnlockOutcome(const KeyringUnlock&)> ask = [](const KeyringUnlock& unlock) {
-    return unlock.ask();
-  };
-};
 
 class AccountModel : public QObject {
   Q_OBJECT
@@ -94,7 +85,7 @@ class AccountModel : public QObject {
   /// Of the last test. Absent when there was none since the program began or the account was removed.
   const std::optional<std::array<StageState, stageCount>>& stages() const { return stages_; }
   /// Absent until it was asked for the first time.
-  std::optional<KeyringState> keyring() const { return keyring_; }
+  std::optional<KeyringState> keyring() const { return keyring_.state(); }
   const SettingsFile& settings() const { return settings_; }
 
   /// Without a typed password the stored one is used. A test of the saved account is noted in the settings.
@@ -110,7 +101,7 @@ class AccountModel : public QObject {
   /// Gives up what waits for somebody else: a test, or the unlocking.
   void giveUp();
   /// Looks at the keyring again, off this thread.
-  void refreshKeyring();
+  void refreshKeyring() { keyring_.refresh(); }
 
  Q_SIGNALS:
   /// Anything of the above may be different now.
@@ -138,7 +129,6 @@ class AccountModel : public QObject {
 
   SettingsFile& settings_;
   KeychainStore passwords_;
-  KeyringAccess keyringAccess_;
 
   AccountAddress seen_;   // in the file, when it was looked at last
   AccountAddress saved_;  // as far as is known
@@ -153,12 +143,10 @@ class AccountModel : public QObject {
   Activity activity_ = Activity::none;
   AccountNews news_;
   std::optional<std::array<StageState, stageCount>> stages_;
-  std::optional<KeyringState> keyring_;
 
   Cancellation cancellation_;
-  KeyringUnlock unlock_;
   BackgroundTask work_;
-  BackgroundTask probe_;
+  Keyring keyring_;
 };
 
 }  // namespace tarnwell

@@ -205,9 +205,7 @@ void AccountModel::remove() {
 
 void AccountModel::giveUp() {
   if (activity_ == Activity::unlocking) {
-    unlock_.giveUp();
-    unlock_ = KeyringUnlock();
-    work_.abandon();
+    keyring_.giveUp();
     end({});
   } else {
     cancelTest();
@@ -215,32 +213,10 @@ void AccountModel::giveUp() {
 }
 
 void AccountModel::unlockKeyring() {
-  if (activity_ == Activity::unlocking) {
-    giveUp();
+  if (activity_ == Activity::none || activity_ == Activity::unlocking) {
+    begin(Activity::unlocking);
+    keyring_.unlock();
   }
-  if (activity_ != Activity::none) {
-    return;
-  }
-  begin(Activity::unlocking);
-  work_.run([ask = keyringAccess_.ask, unlock = unlock_] { return ask(unlock); },
-            [this](const Outcome<UnlockOutcome>& outcome) {
-              refreshKeyring();
-              end(outcome.value ? AccountNews{.kind = kindOf(*outcome.value)}
-                                : newsOf(outcome.failure, Kind::unlockRefused));
-            });
-}
-
-void AccountModel::refreshKeyring() {
-  probe_.run(keyringAccess_.state, [this](const Outcome<KeyringState>& outcome) {
-    if (!outcome.value || keyring_ == outcome.value) {
-      return;
-    }
-    keyring_ = outcome.value;
-    if (keyring_ == KeyringState::ready && activity_ == Activity::unlocking) {
-      giveUp();  // it was unlocked in another way
-    }
-    Q_EMIT changed();
-  });
 }
 
 }  // namespace tarnwell

@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace tarnwell {
 
@@ -25,12 +26,18 @@ CopyBlock::CopyBlock(QWidget* parent)
   setTexts();
 }
 
-void CopyBlock::setText(const QString& text, const QString& shown) {
+void CopyBlock::setText(const QString& shown, std::function<QString()> copied) {
+  setText(shown);
+  copied_ = std::move(copied);
+}
+
+void CopyBlock::setText(const QString& text) {
+  copied_ = {};
   if (text == text_) {
     return;
   }
   text_ = text;
-  code_->setPlainText(shown.endsWith(QLatin1Char('\n')) ? shown.chopped(1) : shown);
+  code_->setPlainText(text.endsWith(QLatin1Char('\n')) ? text.chopped(1) : text);
   sinceCopied_.stop();  // this text was not copied
   setTexts();
 }
@@ -41,7 +48,7 @@ void CopyBlock::setAccessibleLabel(const QString& label) {
 }
 
 void CopyBlock::copy() {
-  QGuiApplication::clipboard()->setText(text_);
+  QGuiApplication::clipboard()->setText(copied_ ? copied_() : text_);
   sinceCopied_.start();
   setTexts();
 }

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QString>
 #include <QTimer>
+#include <functional>
 
 #include "App/Widgets/CodeText.h"
 
@@ -21,10 +22,11 @@ class CopyBlock : public QFrame {
  public:
   explicit CopyBlock(QWidget* parent = nullptr);
 
-  /// Plain text. The same text again leaves cursor and selection where they are. `shown` stands on the screen
-  /// in its place, where the text itself could deceive the eye.
-  void setText(const QString& text) { setText(text, text); }
-  void setText(const QString& text, const QString& shown);
+  /// Plain text. The same text again leaves cursor and selection where they are.
+  void setText(const QString& text);
+  /// For a text with something secret: `shown` is seen, and `copied` makes what the button copies when it is
+  /// pressed. So the secret is not kept here.
+  void setText(const QString& shown, std::function<QString()> copied);
   QString text() const { return text_; }
 
   /// What a screen reader calls the text, and says after "Copy" at the button.
@@ -42,6 +44,7 @@ class CopyBlock : public QFrame {
 
   CodeText* code_;
   QPushButton* copy_;
+  std::function<QString()> copied_;
   QString text_;  // a text field would give line ends back in another form
   QString label_;
   QTimer sinceCopied_;

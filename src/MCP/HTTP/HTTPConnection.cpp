@@ -2,7 +2,6 @@
 
 #include <boost/asio/post.hpp>
 #include <boost/asio/write.hpp>
-#include <optional>
 #include <utility>
 
 #include "Core/AppLogger.h"
@@ -16,7 +15,10 @@ using boost::system::error_code;
 using Clock = std::chrono::steady_clock;
 
 HTTPConnection::HTTPConnection(tcp::socket socket, HTTPDispatch& dispatch)
-    : socket_(std::move(socket)), timer_(socket_.get_executor()), dispatch_(dispatch) {}
+    : socket_(std::move(socket)),
+      timer_(socket_.get_executor()),
+      dispatch_(dispatch),
+      reader_(dispatch.token) {}
 
 void HTTPConnection::start() {
   bound(dispatch_.requestTimeout);
@@ -24,12 +26,15 @@ void HTTPConnection::start() {
 }
 
 void HTTPConnection::close() {
-  isOpen_ = false;
+  const bool wasOpen = std::exchange(isOpen_, false);
   withdrawCall();
   cancellation_.cancel();
   error_code ignored;
   socket_.close(ignored);
   timer_.cancel();
+  if (wasOpen) {
+    dispatch_.connectionEnded();
+  }
 }
 
 /// Closes the connection after this time, unless another bound replaces this one.
@@ -140,7 +145,7 @@ bool HTTPConnection::withdrawCall() {
 
 void HTTPConnection::send(const HTTPResponse& response) {
   bound(dispatch_.requestTimeout);
-  answer_ = response.serialized();
+  answer_ = response.serialized(dispatch_.token ? HTTPAccess::withToken : HTTPAccess::open);
   asio::async_write(
       socket_, asio::buffer(answer_),
       [self = shared_from_this()](error_code error, std::size_t) { error ? self->close() : self->finish(); });

@@ -25,10 +25,13 @@
 #include <boost/asio/thread_pool.hpp>
 #include <boost/system/error_code.hpp>
 #include <chrono>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "Core/Secret.h"
 #include "MCP/HTTP/HTTPRequestReader.h"
 #include "MCP/HTTP/HTTPResponse.h"
 #include "MCP/MCPServer.h"
@@ -36,10 +39,13 @@
 namespace tarnwell {
 
 /// Shared by all connections: the dispatcher, and the worker, the only thread that calls it. `unfinished`
-/// counts the calls that were handed to the worker and have not ended.
+/// counts the calls that were handed to the worker and have not ended. `connectionEnded` is called on the
+/// queue's thread, once for each connection, when its socket is closed. `token` belongs to that thread too.
 struct HTTPDispatch {
   MCPServer& server;
   std::chrono::steady_clock::duration requestTimeout;
+  std::function<void()> connectionEnded;
+  std::optional<Secret> token{};
   std::atomic<int> unfinished = 0;
   boost::asio::thread_pool worker{1};
 };

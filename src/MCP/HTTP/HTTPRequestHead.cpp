@@ -109,6 +109,8 @@ HTTPRequestHead HTTPRequestHead::parse(std::string_view block) {
       head.hosts.emplace_back(value);
     } else if (equalsIgnoringASCIICase(name, "origin")) {
       head.origins.emplace_back(value);
+    } else if (equalsIgnoringASCIICase(name, "authorization")) {
+      head.authorizations.emplace_back(value);
     } else if (equalsIgnoringASCIICase(name, "mcp-protocol-version")) {
       keep(head.protocolVersion, value);
     } else if (equalsIgnoringASCIICase(name, "mcp-method")) {

@@ -22,6 +22,8 @@
 #include <string_view>
 #include <vector>
 
+#include "Core/Secret.h"
+
 namespace tarnwell {
 
 struct HTTPRequestHead {
@@ -35,6 +37,8 @@ struct HTTPRequestHead {
   /// The values of every Host and of every Origin, as sent.
   std::vector<std::string> hosts{};
   std::vector<std::string> origins{};
+  /// The values of every Authorization.
+  std::vector<Secret> authorizations{};
   /// MCP-Protocol-Version, Mcp-Method and Mcp-Name. The values of a header that occurs more than once are
   /// joined by commas (RFC 9110, section 5.3).
   std::optional<std::string> protocolVersion{};

@@ -1,6 +1,9 @@
 #include "MCP/HTTP/HTTPRequestReader.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "MCP/HTTP/BearerToken.h"
 
 namespace tarnwell {
 
@@ -34,7 +37,7 @@ std::string_view HTTPRequestReader::takeHead(std::string_view bytes) {
   const std::size_t end = buffer_.find(headEnd, searchFrom);
   if (end == std::string::npos) {
     if (buffer_.size() == longest) {
-      state_ = refuse(431);
+      state_ = refuse({431});
     }
     return {};
   }
@@ -45,22 +48,29 @@ std::string_view HTTPRequestReader::takeHead(std::string_view bytes) {
   return bytes;
 }
 
-/// The origin is checked first: a foreign page learns nothing about its other errors.
+/// The origin is checked first: a foreign page learns nothing about its other errors. Then the token: nor
+/// does a program without it.
 HTTPRequestReader::State HTTPRequestReader::stateAfterHead() {
   if (!isFromThisMachine(head_)) {
-    return refuse(403);
+    return refuse({403});
+  }
+  const bool asksForToken = token_ && *token_;
+  const Authorization authorization = asksForToken ? authorizationOf(head_, **token_) : Authorization::given;
+  head_.authorizations.clear();  // nobody needs them any more
+  if (authorization != Authorization::given) {
+    return refuse(authorizationRefusal(authorization));
   }
   if (head_.hasConflictingLengths) {
-    return refuse(400);
+    return refuse({400});
   }
   if (head_.contentLength > maximumBodySize) {
-    return refuse(413);
+    return refuse({413});
   }
   return State::readingBody;
 }
 
-HTTPRequestReader::State HTTPRequestReader::refuse(int status) {
-  refusalStatus_ = status;
+HTTPRequestReader::State HTTPRequestReader::refuse(HTTPResponse refusal) {
+  refusal_ = std::move(refusal);
   buffer_.clear();
   return State::refused;
 }

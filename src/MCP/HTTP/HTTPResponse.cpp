@@ -12,6 +12,8 @@ std::string_view HTTPResponse::reason(int status) {
       return "No Content";
     case 400:
       return "Bad Request";
+    case 401:
+      return "Unauthorized";
     case 403:
       return "Forbidden";
     case 404:
@@ -32,19 +34,22 @@ std::string_view HTTPResponse::reason(int status) {
 /// answers is simpler.
 /// Deliberate: every origin is allowed here, although requests from foreign pages are refused. The refusal
 /// comes before the request is handled. This header only lets a page of this machine read its answer.
-std::string HTTPResponse::serialized() const {
+std::string HTTPResponse::serialized(HTTPAccess access) const {
   std::string text = "HTTP/1.1 " + std::to_string(status) + " ";
   text.append(reason(status));
   text += "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n";
   if (contentType) {
     text += "Content-Type: " + *contentType + "\r\n";
   }
+  if (challenge) {
+    text += "WWW-Authenticate: " + *challenge + "\r\n";
+  }
   text +=
       "Connection: close\r\n"
       "Access-Control-Allow-Origin: *\r\n"
       "Access-Control-Allow-Methods: POST, OPTIONS\r\n"
-      "Access-Control-Allow-Headers: Content-Type\r\n"
-      "\r\n";
+      "Access-Control-Allow-Headers: Content-Type";
+  text += access == HTTPAccess::withToken ? ", Authorization\r\n\r\n" : "\r\n\r\n";
   return text + body;
 }
 

@@ -7,6 +7,7 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <future>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -32,7 +33,7 @@ struct MCPHTTPServer::State {
       : configuredPort(static_cast<std::uint16_t>(
             std::in_range<std::uint16_t>(wantedPort) ? wantedPort : BridgeConstants::defaultHTTPPort)),
         port(configuredPort),
-        dispatch{server, requestTimeout} {
+        dispatch{server, requestTimeout, [this] { connectionEnded(); }} {
     thread = std::thread([this] { queue.run(); });
   }
 
@@ -74,6 +75,7 @@ struct MCPHTTPServer::State {
       return fail(error);
     }
     listener = std::move(candidate);
+    failure.clear();
     accept();
     isRunning = true;
     AppLogger::info(Category::http,
@@ -83,13 +85,19 @@ struct MCPHTTPServer::State {
 
   void fail(error_code error) {
     port = configuredPort;
+    failure = error;
     const std::string reason = "127.0.0.1:" + std::to_string(port) + ": " + error.message();
     AppLogger::error(Category::http, "HTTP listener failed: " + reason);
     isRunning = false;
     tell(false, reason);
   }
 
+  /// Takes the next connection. With as many as may be open, the system keeps it until one of them ends.
   void accept() {
+    isAccepting = openConnections < maximumConnections;
+    if (!isAccepting) {
+      return;
+    }
     listener->async_accept([this, accepting = listener](error_code error, tcp::socket socket) {
       // A connection that arrived just before `stop` is reported after it, when there may be a new listener.
       if (accepting != listener) {
@@ -103,9 +111,17 @@ struct MCPHTTPServer::State {
       // connection with it.
       const std::shared_ptr<HTTPConnection> connection(new HTTPConnection(std::move(socket), dispatch));
       connections.push_back(connection);
+      ++openConnections;
       connection->start();
       accept();
     });
+  }
+
+  void connectionEnded() {
+    --openConnections;
+    if (listener && !isAccepting) {
+      accept();
+    }
   }
 
   /// Tries again after a pause. Accepting fails when no descriptor or memory is left, and other connections
@@ -145,6 +161,7 @@ struct MCPHTTPServer::State {
   const std::uint16_t configuredPort;
   std::atomic<std::uint16_t> port;
   std::atomic<bool> isRunning = false;
+  std::error_code failure;
   StateCallback callback;
 
   asio::io_context queue{1};
@@ -153,6 +170,8 @@ struct MCPHTTPServer::State {
   std::shared_ptr<tcp::acceptor> listener;
   asio::steady_timer acceptPause{queue};
   std::vector<std::weak_ptr<HTTPConnection>> connections;
+  std::size_t openConnections = 0;
+  bool isAccepting = false;
   std::thread thread;
 };
 
@@ -169,6 +188,16 @@ bool MCPHTTPServer::isRunning() const { return state_->isRunning; }
 
 void MCPHTTPServer::onStateChange(StateCallback callback) {
   state_->onQueue([&] { state_->callback = std::move(callback); });
+}
+
+void MCPHTTPServer::requireToken(Secret token) {
+  state_->onQueue([this, &token] { state_->dispatch.token = std::move(token); });
+}
+
+std::error_code MCPHTTPServer::startFailure() const {
+  std::error_code failure;
+  state_->onQueue([&] { failure = state_->failure; });
+  return failure;
 }
 
 void MCPHTTPServer::start() {

@@ -25,18 +25,28 @@ TEST(HTTPResponseBytes, lengthCountsBytes) {
 
 TEST(HTTPResponseBytes, withoutABodyTheLengthIsZeroAlsoForNoContent) {
   const std::pair<int, const char*> rows[] = {
-      {202, "Accepted"},
-      {204, "No Content"},
-      {400, "Bad Request"},
-      {403, "Forbidden"},
-      {404, "Not Found"},
-      {413, "Payload Too Large"},
-      {431, "Request Header Fields Too Large"},
+      {202, "Accepted"},          {204, "No Content"},
+      {400, "Bad Request"},       {401, "Unauthorized"},
+      {403, "Forbidden"},         {404, "Not Found"},
+      {413, "Payload Too Large"}, {431, "Request Header Fields Too Large"},
   };
   for (const auto& [status, reason] : rows) {
     EXPECT_EQ(HTTPResponse{status}.serialized(),
               "HTTP/1.1 " + std::to_string(status) + " " + reason + "\r\nContent-Length: 0\r\n" + closing);
   }
+}
+
+TEST(HTTPResponseBytes, challengeFollowsTheContentType) {
+  EXPECT_EQ((HTTPResponse{400, "text/plain", "x", "Bearer a=\"b\""}.serialized()),
+            "HTTP/1.1 400 Bad Request\r\nContent-Length: 1\r\nContent-Type: text/plain\r\n"
+            "WWW-Authenticate: Bearer a=\"b\"\r\n" +
+                closing + "x");
+}
+
+TEST(HTTPResponseBytes, withATokenPagesMaySendIt) {
+  std::string expected = HTTPResponse{204}.serialized();
+  expected.insert(expected.find("Content-Type") + std::string_view("Content-Type").size(), ", Authorization");
+  EXPECT_EQ(HTTPResponse{204}.serialized(HTTPAccess::withToken), expected);
 }
 
 TEST(HTTPResponseBytes, anyOriginIsNamedAsAllowed) {

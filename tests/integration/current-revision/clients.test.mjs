@@ -131,6 +131,30 @@ for (const mode of ['auto', 'pinned']) {
   }, way === 'http' ? ['This operation was aborted'] : []));
 }
 
+// The endpoint with a token.
+if (way === 'http') {
+  const token = 'dGhlLXRva2Vu-_b2YtdGhpcy10ZXN0';
+  const guarded = await startHTTP(program, token);
+  after(guarded.close);
+  const connect = async (mode, headers) => {
+    const client = new Client({ name: 'tarnwell-integration', version: '1.0.0' },
+      { versionNegotiation: { mode: modes[mode] } });
+    await client.connect(new StreamableHTTPClientTransport(new URL(guarded.url), { requestInit: { headers } }));
+    return client;
+  };
+  for (const mode of Object.keys(modes)) {
+    test(`theClientNeedsTheToken: ${mode}`, async () => {
+      const client = await connect(mode, { Authorization: `Bearer ${token}` });
+      assert.deepEqual((await client.listTools()).tools.map((tool) => tool.name), toolNames);
+      assert.equal(resultObject(await call(client, 'search_inbox')).count, samples.length);
+      await client.close();
+      for (const headers of [{}, { Authorization: 'Bearer another' }]) {
+        await assert.rejects(connect(mode, headers), /401|Unauthorized/i, JSON.stringify(headers));
+      }
+    });
+  }
+}
+
 // The errors that only HTTP knows, which the client itself never meets.
 if (way === 'http') {
   const meta = { 'io.modelcontextprotocol/protocolVersion': '2026-07-28', 'io.modelcontextprotocol/clientCapabilities': {} };

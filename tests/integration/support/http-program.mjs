@@ -4,9 +4,10 @@ import { spawn } from 'node:child_process';
 import readline from 'node:readline';
 import { environment } from './program.mjs';
 
-// startHTTP(PROGRAM) returns {url, close}. close() ends the program and returns its exit status.
-export async function startHTTP(program) {
-  const server = spawn(program, [], { env: environment, stdio: ['pipe', 'pipe', 'inherit'] });
+// startHTTP(PROGRAM, TOKEN) returns {url, close}. Without a token the endpoint asks for none. close() ends the program
+// and returns its exit status.
+export async function startHTTP(program, token) {
+  const server = spawn(program, token ? [token] : [], { env: environment, stdio: ['pipe', 'pipe', 'inherit'] });
   const ended = new Promise((resolve) => server.on('exit', resolve));
   const firstLine = readline.createInterface({ input: server.stdout })[Symbol.asyncIterator]().next();
   const { value: url } = await Promise.race([firstLine,
