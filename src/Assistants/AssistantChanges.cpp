@@ -18,7 +18,7 @@ std::string printed(const ProgramOutcome& outcome) {
   if (!text.empty() && !text.ends_with('\n')) {
     text += '\n';
   }
-  return std::string(trimmedWhitespace(text + repairedUTF8(outcome.errors)));
+  return std::string(trimmed(text + repairedUTF8(outcome.errors)));
 }
 
 AssistantError failure(AssistantID id, const ProgramOutcome& outcome) {
@@ -93,7 +93,7 @@ ConnectionDone runPlanned(const Machine& machine, const ConnectionPlan& planned)
     throw;
   }
   checkReached(machine, planned, text);
-  ConnectionDone done{.plan = planned, .written = {}, .undoCommands = {}};
+  ConnectionDone done{.plan = planned};
   done.undoCommands =
       restoreCommands(row, program, earlier.entry, planned.goal == ConnectionPlan::Goal::connect);
   if (!row.rewritesFile) {
@@ -108,14 +108,14 @@ ConnectionDone runPlanned(const Machine& machine, const ConnectionPlan& planned)
 
 ConnectionDone carryOut(const Machine& machine, const ConnectionPlan& planned) {
   if (planned.isNothing()) {
-    return {.plan = planned, .written = {}, .undoCommands = {}};
+    return {.plan = planned};
   }
   switch (planned.way) {
     case ConnectingWay::block:
       throw AssistantError(Kind::onlyByHand, planned.id, "");
     case ConnectingWay::file: {
       checkNotRunning(machine, planned.id);
-      ConnectionDone done{.plan = planned, .written = write(*planned.change), .undoCommands = {}};
+      ConnectionDone done{.plan = planned, .written = write(*planned.change)};
       checkReached(machine, planned, "");
       return done;
     }

@@ -42,7 +42,8 @@ AssistantEntry entryOf(JSONValue value) {
   if (startsProgram(value)) {
     entry.command = value["command"].stringValue();
     entry.arguments = texts(value["args"]);
-  } else if (std::optional<std::string> path = value["command"]["path"].stringValue()) {  // an old form of Zed
+  } else if (std::optional<std::string> path =
+                 value["command"]["path"].stringValue()) {  // an old form of Zed
     entry.command = std::move(path);
     entry.arguments = texts(value["command"]["args"]);
   } else {

@@ -38,8 +38,8 @@ JSONPath entryPath(const AssistantRow& row);
 /// Starts the helper of this machine, and with the right argument.
 bool startsHelper(const Machine& machine, const AssistantEntry& entry);
 
-/// The text of a JSON configuration with the entry for the helper. Of an entry that starts a program all other
-/// members stay, such as its environment. Any other one is replaced.
+/// The text of a JSON configuration with the entry for the helper. Of an entry that starts a program all
+/// other members stay, such as its environment. Any other one is replaced.
 std::string withEntry(std::string_view text, const AssistantRow& row, const std::string& helper);
 
 }  // namespace tarnwell

@@ -38,13 +38,13 @@ std::optional<path> baseFolder(const Machine& machine, const AssistantPlace& pla
   return machine.home;
 }
 
-bool exists(const path& file) {
+bool isThere(const path& file) {
   std::error_code error;  // what may not be looked at counts as missing
   return std::filesystem::exists(file, error);
 }
 
-/// The folders of the versions that a version manager keeps, such as ~/.nvm/versions/node/v22.1.0/bin. All are
-/// searched, so their order hardly matters.
+/// The folders of the versions that a version manager keeps, such as ~/.nvm/versions/node/v22.1.0/bin. All
+/// are searched, so their order hardly matters.
 std::vector<path> versionFolders(const path& folder, const char* programs) {
   std::vector<path> versions;
   std::error_code error;
@@ -115,7 +115,7 @@ FoundPlace placeOf(const Machine& machine, const AssistantRow& row) {
       continue;
     }
     FoundPlace found{*base / place.trace, *base / place.file};
-    if (place.base == BaseFolder::variable || exists(found.trace)) {
+    if (place.base == BaseFolder::variable || isThere(found.trace)) {
       return found;
     }
     if (!first) {
@@ -164,12 +164,12 @@ std::optional<path> findProgram(const Machine& machine, std::string_view name) {
 }
 
 bool isInstalled(const Machine& machine, const AssistantRow& row) {
-  if (exists(placeOf(machine, row).trace)) {
+  if (isThere(placeOf(machine, row).trace)) {
     return true;
   }
   if (machine.layout == FolderLayout::macOS && row.application != nullptr &&
-      (exists(machine.systemRoot / "Applications" / row.application) ||
-       exists(machine.home / "Applications" / row.application))) {
+      (isThere(machine.systemRoot / "Applications" / row.application) ||
+       isThere(machine.home / "Applications" / row.application))) {
     return true;
   }
   return std::ranges::any_of(row.programs,

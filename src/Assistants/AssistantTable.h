@@ -1,7 +1,8 @@
 #pragma once
 
 /// What is known of each MCP client: where it keeps its settings, what its entry looks like, by which command
-/// it is told, and how it is recognised. The sources are the clients' own pages and what their commands wrote.
+/// it is told, and how it is recognised. The sources are the clients' own pages and what their commands
+/// wrote.
 
 #include <span>
 #include <string_view>
@@ -44,8 +45,8 @@ enum class EntryShape {
 struct AssistantRow {
   AssistantID id;
   const char* name;
-  /// The first whose variable is set counts. Else the first of the others whose trace is there. Else the first
-  /// of the others.
+  /// The first whose variable is set counts. Else the first of the others whose trace is there. Else the
+  /// first of the others.
   std::vector<AssistantPlace> places;
   /// The name of the object with the entries.
   const char* object;
@@ -55,7 +56,7 @@ struct AssistantRow {
   /// Holds its file in memory and writes it anew.
   bool rewritesFile = false;
   /// Names of its program, for PATH and among the running ones. The first is the one with the commands.
-  std::vector<const char*> programs;
+  std::vector<const char*> programs{};
   /// Its name among the applications of macOS.
   const char* application = nullptr;
   /// More names of its processes.

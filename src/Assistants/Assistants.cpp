@@ -29,7 +29,8 @@ std::optional<std::filesystem::path> commandProgram(const Machine& machine, cons
 
 ConnectingWay wayTo(const Machine& machine, const AssistantRow& row, const AssistantReading& reading,
                     Goal goal) {
-  const ConnectingWay byHand = row.shape == EntryShape::tomlTable ? ConnectingWay::block : ConnectingWay::file;
+  const ConnectingWay byHand =
+      row.shape == EntryShape::tomlTable ? ConnectingWay::block : ConnectingWay::file;
   // Codex and Gemini CLI would drop what else the entry has. Claude Code takes it over.
   const bool wouldLose = goal == Goal::connect && row.id != AssistantID::claudeCode && reading.entry &&
                          !reading.entry->isPlain && reading.entry->command;

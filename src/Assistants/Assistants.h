@@ -87,7 +87,7 @@ struct AssistantState {
 
   AssistantID id;
   /// A proper name, the same in every language: "Claude Desktop".
-  std::string name;
+  std::string name{};
   /// Its program or its folder was found.
   bool isInstalled = false;
   /// It runs and writes its file anew while it runs, so it has to be closed before its file is changed. Only
@@ -97,12 +97,12 @@ struct AssistantState {
   /// Its entry is there, but switched off in the client.
   bool isSwitchedOff = false;
   /// For `elsewhere`: the command in its entry. Empty when the entry has none, such as one with an address.
-  std::string otherCommand;
+  std::string otherCommand{};
   ConnectingWay way = ConnectingWay::file;
   /// Its configuration, as the client names it.
-  std::filesystem::path file;
+  std::filesystem::path file{};
   /// For `unknown`: why, in English: "line 3, column 5: ...".
-  std::string problem;
+  std::string problem{};
 };
 
 /// Throws nothing but for want of memory.
@@ -158,14 +158,14 @@ struct ConnectionPlan {
   Goal goal = Goal::connect;
   ConnectingWay way = ConnectingWay::file;
   /// For `ownCommand`: program and arguments of each command, in order.
-  std::vector<std::vector<std::string>> commands;
+  std::vector<std::vector<std::string>> commands{};
   /// For `file`.
-  std::optional<FileChange> change;
+  std::optional<FileChange> change{};
   /// For `block`: the text to copy, or the text to remove, and its format: "toml".
-  std::string block;
-  std::string blockFormat;
+  std::string block{};
+  std::string blockFormat{};
   /// The configuration that changes, or that the block belongs in.
-  std::filesystem::path file;
+  std::filesystem::path file{};
 
   /// It is already as wanted.
   bool isNothing() const;
@@ -178,10 +178,10 @@ struct ConnectionDone {
   ConnectionPlan plan;
   /// The file before and after. For `ownCommand` as the command left it, and only if the client's file does
   /// not change by itself.
-  std::optional<WrittenFile> written;
+  std::optional<WrittenFile> written{};
   /// The commands that bring back the entry as it was. They are used only when the file was changed since, or
   /// changes by itself.
-  std::vector<std::vector<std::string>> undoCommands;
+  std::vector<std::vector<std::string>> undoCommands{};
 };
 
 /// Does what the plan says, and reads the state again. Throws as `plan` does; after a failed command the

@@ -10,7 +10,7 @@ namespace {
 
 /// A text in double quotes, as TOML 1.0 (basic strings) and YAML 1.2 (section 5.7) read it. Both know the
 /// escapes of JSON, and want them for some characters that JSON leaves as they are: U+007F to U+009F.
-std::string quoted(std::string_view text) {
+std::string inDoubleQuotes(std::string_view text) {
   const std::string json = JSONValue(text).serialized();
   std::string result;
   constexpr std::string_view digits = "0123456789ABCDEF";
@@ -35,7 +35,7 @@ std::string quoted(std::string_view text) {
 }
 
 std::string codexTOML(const std::string& path) {
-  return "[mcp_servers.tarnwell]\ncommand = " + quoted(path) + "\nargs = [\"serve\"]\n";
+  return "[mcp_servers.tarnwell]\ncommand = " + inDoubleQuotes(path) + "\nargs = [\"serve\"]\n";
 }
 
 std::string gooseYAML(const std::string& path) {
@@ -45,7 +45,7 @@ std::string gooseYAML(const std::string& path) {
          "    name: tarnwell\n"
          "    enabled: true\n"
          "    cmd: " +
-         quoted(path) +
+         inDoubleQuotes(path) +
          "\n"
          "    args: [\"serve\"]\n"
          "    timeout: 300\n";
@@ -55,7 +55,7 @@ std::string continueYAML(const std::string& path) {
   return "mcpServers:\n"
          "  - name: tarnwell\n"
          "    command: " +
-         quoted(path) +
+         inDoubleQuotes(path) +
          "\n"
          "    args: [\"serve\"]\n";
 }
@@ -80,8 +80,7 @@ JSONValue opencodeJSON(const std::string& path) {
 }  // namespace
 
 std::string generalBlock(const std::filesystem::path& helper) {
-  const JSONValue block =
-      JSONObject{{"mcpServers", JSONObject{{"tarnwell", commandEntry(helper.string())}}}};
+  const JSONValue block = JSONObject{{"mcpServers", JSONObject{{"tarnwell", commandEntry(helper.string())}}}};
   return block.prettyString();
 }
 

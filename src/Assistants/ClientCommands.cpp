@@ -104,10 +104,10 @@ std::vector<ClientCommand> restoreCommands(const AssistantRow& row, const std::f
   if (!earlier) {
     return {removal(row, program)};
   }
-  const bool isWritable =
-      earlier->isPlain && (row.id != AssistantID::geminiCLI || !hasOptions(earlier->arguments));
-  return isWritable ? std::vector{addition(row, program, *earlier->command, earlier->arguments)}
-                    : std::vector<ClientCommand>{};
+  if (!earlier->isPlain || (row.id == AssistantID::geminiCLI && hasOptions(earlier->arguments))) {
+    return {};
+  }
+  return {addition(row, program, *earlier->command, earlier->arguments)};
 }
 
 ProgramOutcome runCommand(const Machine& machine, const ClientCommand& command) {

@@ -86,7 +86,8 @@ class TOMLReader {
     while (isBareKeyByte(current())) {
       ++position_;
     }
-    return position_ > begin ? std::optional(std::string(text_.substr(begin, position_ - begin))) : std::nullopt;
+    return position_ > begin ? std::optional(std::string(text_.substr(begin, position_ - begin)))
+                             : std::nullopt;
   }
 
   std::optional<Keys> keys() {
@@ -103,8 +104,8 @@ class TOMLReader {
     return result;
   }
 
-  /// The object that the first `count` keys lead to. Makes what is missing. A null pointer when another value is
-  /// in the way.
+  /// The object that the first `count` keys lead to. Makes what is missing. A null pointer when another value
+  /// is in the way.
   static JSONValue* descend(JSONValue* from, const Keys& keys, std::size_t count) {
     for (std::size_t i = 0; i < count && from != nullptr; ++i) {
       JSONValue& next = (*from->objectValue())[keys[i]];
@@ -216,7 +217,8 @@ class TOMLReader {
     } else {
       ++position_;
     }
-    const std::string_view closing = hasLines ? std::string_view(three) : std::string_view(three).substr(0, 1);
+    const std::string_view closing =
+        hasLines ? std::string_view(three) : std::string_view(three).substr(0, 1);
     std::string result;
     while (!skip(closing)) {
       if (isAtEnd() || (!hasLines && current() == '\n')) {
@@ -287,7 +289,8 @@ class TOMLReader {
 
 std::variant<JSONValue, std::size_t> decodeTOML(std::string_view text) {
   TOMLReader reader(text);
-  std::optional<JSONValue> document = text.size() <= maximumSize && isValidUTF8(text) ? reader.document() : std::nullopt;
+  std::optional<JSONValue> document =
+      text.size() <= maximumSize && isValidUTF8(text) ? reader.document() : std::nullopt;
   if (!document) {
     return reader.line();
   }

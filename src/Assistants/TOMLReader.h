@@ -4,9 +4,9 @@
 ///
 ///     decodeTOML("[mcp_servers.mail]\ncommand = 'mail'\n")  // {"mcp_servers":{"mail":{"command":"mail"}}}
 ///
-/// Tables become objects. Of an array of tables ([[name]]) only the last one is kept. Numbers, dates and times
-/// become texts as they are written. Some texts that TOML forbids are accepted: a number with a letter in it, a
-/// line break in an inline table, a key that stands twice (the last one counts).
+/// Tables become objects. Of an array of tables ([[name]]) only the last one is kept. Numbers, dates and
+/// times become texts as they are written. Some texts that TOML forbids are accepted: a number with a letter
+/// in it, a line break in an inline table, a key that stands twice (the last one counts).
 ///
 /// Threads: pure.
 
@@ -19,8 +19,8 @@
 
 namespace tarnwell {
 
-/// The document, or the line (from 1) that cannot be read: line 1 for a text that is not UTF-8 or longer than a
-/// megabyte. Nesting beyond 64 is not read.
+/// The document, or the line (from 1) that cannot be read: line 1 for a text that is not UTF-8 or longer than
+/// a megabyte. Nesting beyond 64 is not read.
 std::variant<JSONValue, std::size_t> decodeTOML(std::string_view text);
 
 }  // namespace tarnwell

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <system_error>
 
+#include "Assistants/Blocks.h"
 #include "CLI/Output.h"
 #include "Core/AppLogger.h"
-#include "MCP/JSON/JSONValue.h"
 #include "MCP/MCPServer.h"
 #include "MCP/MCPTransportStdio.h"
 #include "MCP/Tools/MCPTools.h"
@@ -87,11 +87,7 @@ int CLIRunner::status() {
 
 int CLIRunner::printConfig() {
   const std::string path = ownExecutablePath().string();
-  const JSONValue config = JSONObject{
-      {"mcpServers",
-       JSONObject{{"tarnwell", JSONObject{{"command", path}, {"args", JSONValue::strings({"serve"})}}}}},
-  };
-  print(config.prettyString());
+  print(generalBlock(path));
   printError("\n# Add the block above to your MCP client config.\n");
   printError("# (This output never contains your app password.)\n");
   if (!isValidUTF8(path)) {

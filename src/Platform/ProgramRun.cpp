@@ -115,8 +115,8 @@ ProgramOutcome outcomeOf(int status) {
                            : ProgramOutcome{ProgramOutcome::End::killed, WTERMSIG(status)};
 }
 
-/// Reads until the program has ended. Deliberate: does not wait for the pipes to close, because a program that
-/// this one left behind may hold them for ever.
+/// Reads until the program has ended. Deliberate: does not wait for the pipes to close, because a program
+/// that this one left behind may hold them for ever.
 ProgramOutcome follow(pid_t process, const ProgramRun& run, Capture& output, Capture& errors) {
   Clock::time_point nextStep = Clock::now() + run.limit;
   int signalToSend = SIGTERM;

@@ -13,8 +13,7 @@ std::vector<pid_t> processes() {
   // Without a buffer it tells how many there are. Some room for those that start meanwhile.
   const int announced = ::proc_listallpids(nullptr, 0);
   std::vector<pid_t> numbers(announced > 0 ? static_cast<std::size_t>(announced) + 64 : 0);
-  const int filled =
-      ::proc_listallpids(numbers.data(), static_cast<int>(numbers.size() * sizeof(pid_t)));
+  const int filled = ::proc_listallpids(numbers.data(), static_cast<int>(numbers.size() * sizeof(pid_t)));
   numbers.resize(filled > 0 ? static_cast<std::size_t>(filled) : 0);
   return numbers;
 }

@@ -20,8 +20,8 @@ std::optional<std::int64_t> number(std::string_view text) {
   return error == std::errc() && end != text.data() ? std::optional(value) : std::nullopt;
 }
 
-/// The first number of a line such as "PPid:\t17". The name, which a program chooses, stands in the first line
-/// with its line feeds escaped, so it cannot pretend to be another line.
+/// The first number of a line such as "PPid:\t17". The name, which a program chooses, stands in the first
+/// line with its line feeds escaped, so it cannot pretend to be another line.
 std::optional<std::int64_t> field(std::string_view status, std::string_view name) {
   const std::size_t place = status.find("\n" + std::string(name) + ":\t");
   return place == status.npos ? std::nullopt : number(status.substr(place + name.size() + 3));
