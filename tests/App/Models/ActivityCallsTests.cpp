@@ -6,10 +6,8 @@
 
 #include <QTest>
 #include <algorithm>
-#include <set>
 
 #include "App/support/ActivityModelFixture.h"
-#include "MCP/Tools/ToolName.h"
 #include "support/RowName.h"
 
 namespace tarnwell::test {
@@ -283,17 +281,6 @@ TEST_F(ActivityCallsTest, aCallWhoseBeginningIsKeptNoMoreIsGoneWithIt) {
   ASSERT_TRUE(hasRows(static_cast<int>(ActivityModel::keptEntries)));
   log.tell({entryOf(7, now, found)});
   ASSERT_TRUE(QTest::qWaitFor([&] { return texts().back() == std::string("ended: ") + found; }));
-}
-
-TEST(CalledTool, areAllThatThereAre) {
-  std::set<CalledTool> known;
-  for (const ToolName name : allToolNames()) {
-    const std::string_view raw = rawValue(name);
-    known.insert(calledTool(QString::fromUtf8(raw.data(), static_cast<qsizetype>(raw.size()))));
-  }
-  EXPECT_EQ(known.size(), allToolNames().size());
-  EXPECT_FALSE(known.contains(CalledTool::other));
-  EXPECT_EQ(calledTool("search_inboxes"), CalledTool::other);
 }
 
 }  // namespace
