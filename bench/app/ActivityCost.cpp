@@ -1,6 +1,7 @@
 /// What the activity page takes while 10,000 entries arrive from another thread: how long until all are
 /// shown, and how long the thread of the window was busy with one event, so that no frame could be drawn.
-/// Then what a search, a change of the language, copying and saving take.
+/// Then what a search, every line instead of the calls, one process, a change of the language and copying
+/// take.
 ///
 ///     activity_cost [ROUNDS]
 
@@ -25,6 +26,8 @@ namespace tarnwell {
 namespace {
 
 constexpr int entryCount = 10'000;
+/// Of five lines, three make one call.
+constexpr int shownCount = entryCount / 5 * 3;
 constexpr int roundCount = 15;
 
 /// Measures each event that the event loop hands out, with all that it leads to.
@@ -129,7 +132,7 @@ Figures measure(TimedApplication& application, Page& page, const Feed& feed) {
   QElapsedTimer timer;
   timer.start();
   std::thread writer(feed);
-  while (page.model.rowCount() < entryCount) {
+  while (page.model.rowCount() < shownCount) {
     QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
   }
   page.page.repaint();
@@ -182,6 +185,14 @@ void measureUse(TimedApplication& application, Language& language) {
     page.model.search("");
     page.page.repaint();
   });
+  const double everyLine = milliseconds([&] {
+    page.model.showDetail(ActivityDetail::everyLine);
+    page.page.repaint();
+  });
+  const double process = milliseconds([&] {
+    page.model.showProcess(ActivityProcesses::thisApp);
+    page.page.repaint();
+  });
   const double otherLanguage = milliseconds([&] {
     language.choose(AppLanguage::japanese);
     QCoreApplication::sendPostedEvents();
@@ -189,9 +200,9 @@ void measureUse(TimedApplication& application, Language& language) {
   });
   const double copy = milliseconds([&] { QApplication::clipboard()->setText(page.model.allLines()); });
   std::printf(
-      "\nOver all of them a search takes %.0f ms, taking it back %.0f, another language %.0f, copying "
-      "%.0f.\n",
-      search, back, otherLanguage, copy);
+      "\nOver all of them a search takes %.0f ms, taking it back %.0f, every line instead of the calls %.0f, "
+      "one process %.0f, another language %.0f, copying %.0f.\n",
+      search, back, everyLine, process, otherLanguage, copy);
   language.choose(AppLanguage::english);
 }
 

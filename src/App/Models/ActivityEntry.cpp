@@ -64,7 +64,10 @@ ActivityEntry entryOf(std::chrono::system_clock::time_point date, LogLevel level
 }  // namespace
 
 ActivityEntry activityEntry(const LogEntry& own) {
-  return entryOf(own.date, own.level, own.category, own.message, QCoreApplication::applicationPid());
+  ActivityEntry entry =
+      entryOf(own.date, own.level, own.category, own.message, QCoreApplication::applicationPid());
+  entry.isOwn = true;
+  return entry;
 }
 
 ActivityEntry activityEntry(const FollowedEntry& followed) {

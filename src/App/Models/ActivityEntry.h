@@ -1,6 +1,6 @@
 #pragma once
 
-/// One line of the activity page, from this program's own log or from the system's.
+/// One row of the activity page: a line of this program's own log or of the system's, or a call in one row.
 ///
 /// Threads: plain values.
 
@@ -8,6 +8,7 @@
 #include <chrono>
 #include <optional>
 
+#include "App/Models/ActivityCall.h"
 #include "App/Models/LogText.h"
 #include "Core/AppLogger.h"
 #include "Core/LogBuffer.h"
@@ -27,6 +28,12 @@ struct ActivityEntry {
   LogText text{};
   /// 0 when the log does not tell it.
   qint64 processID = 0;
+  /// From this program's own log.
+  bool isOwn = false;
+  /// Present for a call in one row. `text` then has what it came to, or its beginning.
+  std::optional<ActivityCall> call{};
+
+  bool operator==(const ActivityEntry&) const = default;
 };
 
 ActivityEntry activityEntry(const LogEntry& own);

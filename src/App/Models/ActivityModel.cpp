@@ -1,13 +1,9 @@
 #include "App/Models/ActivityModel.h"
 
-#include <QSaveFile>
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <mutex>
-#include <numeric>
 #include <set>
-#include <stdexcept>
 #include <utility>
 
 #include "Core/BridgeConstants.h"
@@ -22,29 +18,27 @@ constexpr std::size_t batchEntries = 100;
 constexpr std::chrono::milliseconds turn{8};
 constexpr std::chrono::milliseconds pauseBetweenTurns{10};
 
-constexpr ActivityColumn columns[] = {ActivityColumn::time, ActivityColumn::level, ActivityColumn::subject,
-                                      ActivityColumn::text};
+/// How often calls are looked at that have no outcome yet.
+constexpr std::chrono::seconds pauseBetweenLooks{10};
 
-constexpr auto isEarlier = [](Clock::time_point date, const auto& item) { return date < item->entry.date; };
-
-void write(const QString& path, const QByteArray& text) {
-  QSaveFile file(path);
-  if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
-    throw std::runtime_error(file.errorString().toStdString());
-  }
-}
+constexpr auto isBefore = [](const auto& one, const auto& other) { return one->isBefore(*other); };
 
 }  // namespace
 
-ActivityModel::ActivityModel(LogBuffer& own, const ActivityWords& words, Follow follow, QObject* parent)
+ActivityModel::ActivityModel(LogBuffer& own, const ActivityWords& words, Follow follow, Programs programs,
+                             QObject* parent)
     : QAbstractTableModel(parent),
       own_(own),
       words_(words),
       startFollowing_(std::move(follow)),
+      programs_(std::move(programs)),
       inbox_(std::make_shared<ActivityInbox>(keptEntries)) {
   nextTurn_.setSingleShot(true);
   nextTurn_.setInterval(pauseBetweenTurns);
   connect(&nextTurn_, &QTimer::timeout, this, &ActivityModel::takeTurn);
+  nextLook_.setSingleShot(true);
+  nextLook_.setInterval(pauseBetweenLooks);
+  connect(&nextLook_, &QTimer::timeout, this, &ActivityModel::settle);
   inbox_->open(thread_.poster(), [this] { nextTurn_.start(); });
   beginWithOwnEntries();
 }
@@ -111,7 +105,9 @@ void ActivityModel::takeTurn() {
     rest = taken.rest;
     insert(std::move(taken.entries));
   } while (rest > 0 && std::chrono::steady_clock::now() < end);
+  settle();
   dropOldest();
+  showProcesses();
   if (rest > 0) {
     nextTurn_.start();
   }
@@ -122,34 +118,64 @@ void ActivityModel::insert(std::vector<ActivityEntry> entries) {
   std::stable_sort(entries.begin(), entries.end(), [](const ActivityEntry& one, const ActivityEntry& other) {
     return one.date < other.date;
   });
-  std::vector<Item*> fresh;
+  std::vector<ActivityItem*> fresh;
   for (ActivityEntry& entry : entries) {
     if (cleared_ && entry.date <= *cleared_) {
       continue;
     }
-    auto item = std::make_unique<Item>(Item{std::move(entry), {}});
-    item->words = wordsOf(item->entry);
-    if (matches(*item)) {
-      fresh.push_back(item.get());
-    }
-    items_.insert(std::upper_bound(items_.begin(), items_.end(), item->entry.date, isEarlier),
-                  std::move(item));
+    auto item = std::make_unique<ActivityItem>(std::move(entry), ++arrivals_);
+    item->words = wordsOf(item->line);
+    processes_.add(*item);
+    fresh.push_back(item.get());
+    items_.insert(std::upper_bound(items_.begin(), items_.end(), item, isBefore), std::move(item));
   }
+  for (ActivityItem* const item : fresh) {
+    item->isPlaced = true;
+  }
+  std::erase_if(fresh, [this](ActivityItem* item) { return !matches(*item); });
   insertShown(fresh);
 }
 
 /// Entries that belong at one place are inserted at once. Mostly that is all of them, at the end.
-void ActivityModel::insertShown(const std::vector<Item*>& items) {
+void ActivityModel::insertShown(const std::vector<ActivityItem*>& items) {
   for (auto first = items.begin(); first != items.end();) {
-    const auto place = std::upper_bound(shown_.begin(), shown_.end(), (*first)->entry.date, isEarlier);
-    const auto last = place == shown_.end() ? items.end() : std::find_if(first, items.end(), [&](Item* item) {
-      return item->entry.date >= (*place)->entry.date;
-    });
+    const auto place = std::upper_bound(shown_.begin(), shown_.end(), *first, isBefore);
+    const auto last =
+        place == shown_.end()
+            ? items.end()
+            : std::find_if(first, items.end(), [&](ActivityItem* item) { return !item->isBefore(**place); });
     const int row = static_cast<int>(place - shown_.begin());
     beginInsertRows({}, row, row + static_cast<int>(last - first) - 1);
     shown_.insert(place, first, last);
     endInsertRows();
     first = last;
+  }
+}
+
+/// A row may say something else, or be hidden now, or shown.
+void ActivityModel::showChanged() {
+  for (ActivityItem* const item : processes_.takeChanged()) {
+    const auto place = std::lower_bound(shown_.begin(), shown_.end(), item, isBefore);
+    const int row = static_cast<int>(place - shown_.begin());
+    const bool isShown = place != shown_.end() && *place == item;
+    const bool willBeShown = matches(*item);
+    if (isShown && willBeShown) {
+      Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
+    } else if (isShown) {
+      beginRemoveRows({}, row, row);
+      shown_.erase(place);
+      endRemoveRows();
+    } else if (willBeShown) {
+      insertShown({item});
+    }
+  }
+}
+
+void ActivityModel::settle() {
+  processes_.settle(Clock::now() - longestCall);
+  showChanged();
+  if (processes_.hasBegunCall()) {
+    nextLook_.start();
   }
 }
 
@@ -159,6 +185,7 @@ void ActivityModel::dropOldest() {
   for (std::size_t index = 0; index < tooMany; ++index) {
     const auto next = static_cast<std::size_t>(hidden);
     hidden += next < shown_.size() && shown_[next] == items_[index].get() ? 1 : 0;
+    processes_.drop(*items_[index]);
   }
   if (hidden > 0) {
     beginRemoveRows({}, 0, hidden - 1);
@@ -168,124 +195,31 @@ void ActivityModel::dropOldest() {
   items_.erase(items_.begin(), items_.begin() + static_cast<std::ptrdiff_t>(tooMany));
 }
 
-QString ActivityModel::wordsOf(const ActivityEntry& entry) const {
-  QString all;
-  for (const ActivityColumn column : columns) {
-    all += words_.words(entry, column) + '\n';
+void ActivityModel::showProcesses() {
+  std::vector<ActivityProcess> now = processes_.others();
+  if (now != otherProcesses_) {
+    otherProcesses_ = std::move(now);
+    Q_EMIT processesChanged();
   }
-  return all;
+  askWhoStarted();
 }
 
-bool ActivityModel::matches(const Item& item) const {
-  return item.words.contains(search_, Qt::CaseInsensitive);
-}
-
-void ActivityModel::search(const QString& text) {
-  if (text != search_) {
-    search_ = text;
-    showMatches();
+/// Asked as soon as a helper is seen, because only a program that runs can be asked for.
+void ActivityModel::askWhoStarted() {
+  if (naming_.isRunning()) {
+    return;
   }
-}
-
-void ActivityModel::showMatches() {
-  beginResetModel();
-  shown_.clear();
-  for (const std::unique_ptr<Item>& item : items_) {
-    if (matches(*item)) {
-      shown_.push_back(item.get());
-    }
+  std::vector<int> numbers = processes_.takeUnnamed();
+  if (numbers.empty()) {
+    return;
   }
-  endResetModel();
-}
-
-void ActivityModel::clear() {
-  cleared_ = Clock::now();
-  beginResetModel();
-  shown_.clear();
-  items_.clear();
-  endResetModel();
-}
-
-void ActivityModel::retranslate() {
-  for (const std::unique_ptr<Item>& item : items_) {
-    item->words = wordsOf(item->entry);
-  }
-  Q_EMIT headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
-  if (isSearching()) {
-    showMatches();
-  } else if (!shown_.empty()) {
-    Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
-  }
-}
-
-QString ActivityModel::lines(const std::vector<int>& rows) const {
-  QString text;
-  for (const int row : rows) {
-    const ActivityEntry& shown = entry(row);
-    text += localTime(shown.date);
-    for (const ActivityColumn column :
-         {ActivityColumn::level, ActivityColumn::subject, ActivityColumn::text}) {
-      text += '\t' + words_.words(shown, column);
-    }
-    if (words_.words(shown, ActivityColumn::text) != shown.original) {
-      text += '\t' + shown.original;
-    }
-    text += '\n';
-  }
-  return text;
-}
-
-QString ActivityModel::allLines() const {
-  std::vector<int> rows(shown_.size());
-  std::iota(rows.begin(), rows.end(), 0);
-  return lines(rows);
-}
-
-void ActivityModel::save(const QString& path) {
-  saving_.run([path, text = allLines().toUtf8()] { write(path, text); },
-              [this, path](const Outcome<void>& outcome) {
-                try {
-                  if (outcome.failure) {
-                    std::rethrow_exception(outcome.failure);
-                  }
-                  Q_EMIT saved(path);
-                } catch (const std::exception& error) {
-                  Q_EMIT notSaved(path, QString::fromUtf8(error.what()));
+  naming_.run(programs_,
+              [this, numbers = std::move(numbers)](const Outcome<std::vector<RunningProgram>>& outcome) {
+                if (outcome.value) {
+                  processes_.name(numbers, *outcome.value);
                 }
+                showProcesses();
               });
-}
-
-int ActivityModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(shown_.size());
-}
-
-int ActivityModel::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(std::size(columns));
-}
-
-QVariant ActivityModel::data(const QModelIndex& index, int role) const {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
-    return {};
-  }
-  const ActivityEntry& shown = entry(index.row());
-  switch (role) {
-    case Qt::DisplayRole:
-      return words_.words(shown, columns[index.column()]);
-    case Qt::ToolTipRole:
-      // Mark-up of its own, so that mark-up in the entry is not read as such and a long text breaks its
-      // lines.
-      return QString("<qt>" + shown.original.toHtmlEscaped() + "</qt>");
-    case levelRole:
-      return static_cast<int>(shown.level);
-    default:
-      return {};
-  }
-}
-
-QVariant ActivityModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  const bool isHeading =
-      orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < columnCount();
-  return isHeading ? words_.heading(columns[section]) : QVariant();
 }
 
 }  // namespace tarnwell

@@ -1,13 +1,14 @@
 #pragma once
 
-/// The log of this program and of all others of its kind that this user runs, ordered by time.
+/// The log of this program and of all others of its kind that this user runs, ordered by time: one row for
+/// each call, or one for each line.
 ///
 ///     ActivityModel model(LogBuffer::shared(), words);
 ///     model.follow();  // the system's log as well
 ///
 /// Entries arrive from other threads and are shown in batches, so the window stays alive in a flood. The
-/// newest 10,000 are kept. A search hides what does not match, and `clear` hides what is there so far; the
-/// logs themselves stay as they are.
+/// newest 10,000 lines are kept. A search and a chosen process hide the other rows, and `clear` hides what is
+/// there so far; the logs themselves stay as they are.
 ///
 /// Threads: that of the window. One model for a `LogBuffer`, whose one callback it sets.
 
@@ -22,9 +23,17 @@
 
 #include "App/Models/ActivityEntry.h"
 #include "App/Models/ActivityInbox.h"
+#include "App/Models/ActivityItem.h"
+#include "App/Models/ActivityProcesses.h"
 #include "App/Models/BackgroundTask.h"
 
 namespace tarnwell {
+
+enum class ActivityDetail {
+  /// One row for each call, and for each line that tells something else.
+  calls,
+  everyLine,
+};
 
 class ActivityModel : public QAbstractTableModel {
   Q_OBJECT
@@ -36,10 +45,14 @@ class ActivityModel : public QAbstractTableModel {
 
   /// Starts to follow the system's log. What it returns ends that when it goes away.
   using Follow = std::function<std::shared_ptr<void>(LogFollower::Query, LogFollower::Heard)>;
+  /// Runs off the thread of the window.
+  using Programs = std::function<std::vector<RunningProgram>()>;
+  /// A call that is older than this and has no outcome is not waited for. A call has many bounded waits.
+  static constexpr std::chrono::minutes longestCall{2};
 
   /// The words must outlive the model.
   ActivityModel(LogBuffer& own, const ActivityWords& words, Follow follow = followSystemLog,
-                QObject* parent = nullptr);
+                Programs programs = runningPrograms, QObject* parent = nullptr);
   ~ActivityModel() override;
   ActivityModel(const ActivityModel&) = delete;
   ActivityModel& operator=(const ActivityModel&) = delete;
@@ -48,6 +61,17 @@ class ActivityModel : public QAbstractTableModel {
   void follow();
   /// Whether the system's log can be read. Absent until that is known.
   std::optional<LogAccess> access() const { return access_; }
+
+  /// Calls at first: a person wants to see what was done. The other lines tell how.
+  void showDetail(ActivityDetail detail);
+  ActivityDetail detail() const { return detail_; }
+
+  /// Shows only what this process wrote, or everything again.
+  void showProcess(std::optional<int> number);
+  std::optional<int> shownProcess() const { return process_; }
+  /// The processes among the entries, newest first, without this app (`ActivityProcesses::thisApp`). The one
+  /// that is shown stays, also when it has no entry any more.
+  const std::vector<ActivityProcess>& otherProcesses() const { return otherProcesses_; }
 
   /// Shows only entries that have this text in one of their columns. Letter case does not count.
   void search(const QString& text);
@@ -58,7 +82,7 @@ class ActivityModel : public QAbstractTableModel {
   /// The words have changed, because the language has.
   void retranslate();
 
-  const ActivityEntry& entry(int row) const { return shown_[static_cast<std::size_t>(row)]->entry; }
+  const ActivityEntry& entry(int row) const { return entryOf(*shown_[static_cast<std::size_t>(row)]); }
 
   /// The rows as lines of text, with the original where it differs from what is shown.
   QString lines(const std::vector<int>& rows) const;
@@ -74,6 +98,7 @@ class ActivityModel : public QAbstractTableModel {
 
  Q_SIGNALS:
   void accessChanged();
+  void processesChanged();
   /// Some entries have been taken in.
   void grown();
   void saved(const QString& path);
@@ -81,37 +106,47 @@ class ActivityModel : public QAbstractTableModel {
   void notSaved(const QString& path, const QString& reason);
 
  private:
-  struct Item {
-    ActivityEntry entry;
-    /// What the columns show, for the search.
-    QString words;
-  };
-
   static std::shared_ptr<void> followSystemLog(LogFollower::Query query, LogFollower::Heard heard);
   void beginWithOwnEntries();
   void hear(LogAccess access);
   void takeTurn();
   void insert(std::vector<ActivityEntry> entries);
-  void insertShown(const std::vector<Item*>& items);
+  void insertShown(const std::vector<ActivityItem*>& items);
+  void showChanged();
   void dropOldest();
+  void settle();
+  void showProcesses();
+  void askWhoStarted();
+
+  const ActivityEntry& entryOf(const ActivityItem& item) const {
+    return item.call && detail_ == ActivityDetail::calls ? item.call->entry : item.line;
+  }
   QString wordsOf(const ActivityEntry& entry) const;
-  bool matches(const Item& item) const;
+  bool matches(ActivityItem& item) const;
   void showMatches();
 
   LogBuffer& own_;
   const ActivityWords& words_;
   Follow startFollowing_;
+  Programs programs_;
   std::shared_ptr<ActivityInbox> inbox_;
   QTimer nextTurn_;
-  std::deque<std::unique_ptr<Item>> items_;
-  /// The items that match the search, in the same order.
-  std::deque<Item*> shown_;
+  QTimer nextLook_;
+  std::uint64_t arrivals_ = 0;
+  std::deque<std::unique_ptr<ActivityItem>> items_;
+  /// The items that are shown, in the same order.
+  std::deque<ActivityItem*> shown_;
+  ActivityProcesses processes_;
+  std::vector<ActivityProcess> otherProcesses_;
+  ActivityDetail detail_ = ActivityDetail::calls;
+  std::optional<int> process_;
   QString search_;
   std::chrono::system_clock::time_point ownSince_;
   std::optional<std::chrono::system_clock::time_point> cleared_;
   std::optional<LogAccess> access_;
   std::shared_ptr<void> follower_;
   BackgroundTask saving_;
+  BackgroundTask naming_;
   OwnerThread thread_;
 };
 

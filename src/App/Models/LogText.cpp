@@ -65,6 +65,7 @@ constexpr Pattern outcomes[] = {
     {LogPhrase::changeMade, "executed"},
     {LogPhrase::changePreviewed, "previewed"},
     {LogPhrase::changeRefused, "blocked"},
+    {LogPhrase::callStopped, "cancelled"},
 };
 
 bool isNumber(QStringView text) {

@@ -40,6 +40,7 @@ enum class LogPhrase {
   changeMade,
   changePreviewed,
   changeRefused,
+  callStopped,  // cancelled after it had begun
   callEnded,  // detail: what it gave, in a text that is not one of ours
   callFailed,
   callMetKeyringError,

@@ -5,6 +5,11 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QShortcut>
+#include <QSignalBlocker>
+#include <QVariant>
+#include <optional>
+#include <utility>
+#include <vector>
 
 #include "App/Pages/ActivityTexts.h"
 
@@ -17,6 +22,9 @@ ActivityPage::ActivityPage(ActivityModel& activity, FileChoice& files, QWidget* 
       accessNotice_(new Notice),
       savedNotice_(new Notice),
       search_(new QLineEdit),
+      process_(new ChoiceBox),
+      everyLineLabel_(new QLabel),
+      everyLine_(new Switch),
       followLabel_(new QLabel),
       follow_(new Switch),
       table_(new ActivityTable(activity)),
@@ -39,14 +47,24 @@ void ActivityPage::arrange() {
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
   }
 
+  everyLine_->setChecked(activity_.detail() == ActivityDetail::everyLine);
+  // Room for some letters to search for, whatever the processes are called.
+  search_->setMinimumWidth(fontMetrics().averageCharWidth() * 20);
+  process_->setMinimumContentsLength(20);
+
   auto* const tools = new QHBoxLayout;
   tools->addWidget(search_, 1);
-  tools->addSpacing(8);
-  tools->addWidget(followLabel_);
-  tools->addWidget(follow_);
+  tools->addWidget(process_);
+  auto* const view = new QHBoxLayout;
+  view->addWidget(everyLine_);
+  view->addWidget(everyLineLabel_);
+  view->addStretch(1);
+  view->addWidget(followLabel_);
+  view->addWidget(follow_);
   body()->addWidget(accessNotice_);
   body()->addWidget(savedNotice_);
   body()->addLayout(tools);
+  body()->addLayout(view);
   body()->addWidget(table_, 1);
   body()->addWidget(entryText_);
   body()->addWidget(entryOriginal_);
@@ -54,6 +72,7 @@ void ActivityPage::arrange() {
   footer()->addStretch(1);
   footer()->addWidget(copy_);
   footer()->addWidget(save_);
+  everyLineLabel_->setBuddy(everyLine_);
   followLabel_->setBuddy(follow_);
 
   auto* const find = new QShortcut(QKeySequence::Find, this);
@@ -63,6 +82,10 @@ void ActivityPage::arrange() {
     search_->selectAll();
   });
   connect(search_, &QLineEdit::textChanged, &activity_, &ActivityModel::search);
+  connect(process_, &QComboBox::currentIndexChanged, this, &ActivityPage::chooseProcess);
+  connect(everyLine_, &QCheckBox::toggled, &activity_, [this](bool isOn) {
+    activity_.showDetail(isOn ? ActivityDetail::everyLine : ActivityDetail::calls);
+  });
   connect(follow_, &QCheckBox::toggled, table_, &ActivityTable::setFollowing);
   connect(table_, &ActivityTable::followingChanged, follow_, &QCheckBox::setChecked);
   connect(table_, &ActivityTable::copyWanted, this, &ActivityPage::copy);
@@ -73,6 +96,7 @@ void ActivityPage::arrange() {
 
 void ActivityPage::connectModel() {
   connect(&activity_, &ActivityModel::accessChanged, this, &ActivityPage::showAccess);
+  connect(&activity_, &ActivityModel::processesChanged, this, &ActivityPage::showProcesses);
   connect(&activity_, &ActivityModel::saved, this, [this](const QString& path) {
     savedFile_ = {path, {}};
     showSaved();
@@ -84,6 +108,7 @@ void ActivityPage::connectModel() {
   connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &ActivityPage::showEntry);
   connect(&activity_, &ActivityModel::grown, this, &ActivityPage::showEntry);
   connect(&activity_, &QAbstractItemModel::modelReset, this, &ActivityPage::showEntry);
+  connect(&activity_, &QAbstractItemModel::dataChanged, this, &ActivityPage::showEntry);
 }
 
 void ActivityPage::showEvent(QShowEvent* event) {
@@ -98,6 +123,13 @@ void ActivityPage::setTexts() {
                         "and no password."));
   search_->setPlaceholderText(tr("Search the entries"));
   search_->setAccessibleName(tr("Search"));
+  process_->setAccessibleName(tr("Process"));
+  process_->setToolTip(tr("Shows only what one process did: this app, or one helper of an assistant."));
+  process_->setAccessibleDescription(process_->toolTip());
+  everyLineLabel_->setText(tr("&Every line of the log"));
+  everyLine_->setAccessibleName(tr("Every line of the log"));
+  everyLine_->setToolTip(tr("Shows each line as it was logged, instead of one for each call."));
+  everyLine_->setAccessibleDescription(everyLine_->toolTip());
   followLabel_->setText(tr("&Follow"));
   follow_->setAccessibleName(tr("Follow"));
   follow_->setToolTip(tr("Stays at the newest entry."));
@@ -114,9 +146,56 @@ void ActivityPage::setTexts() {
   save_->setAccessibleDescription(save_->toolTip());
   table_->fitColumns();
   activity_.retranslate();
+  showProcesses();
   showAccess();
   showSaved();
   showEntry();
+}
+
+/// Everything and this app stand first, then the others, newest first. What is there stays there, so an open
+/// list does not jump.
+void ActivityPage::showProcesses() {
+  std::vector<std::pair<QVariant, QString>> wanted{
+      {QVariant(), tr("Everything")},
+      {ActivityProcesses::thisApp, ActivityTexts::process({.kind = ActivityProcess::Kind::thisApp})}};
+  for (const ActivityProcess& process : activity_.otherProcesses()) {
+    wanted.emplace_back(process.number, ActivityTexts::process(process));
+  }
+  const QSignalBlocker blocker(process_);
+  int place = 0;
+  for (const auto& [number, name] : wanted) {
+    // Whatever stands before it is gone, or has another place now.
+    const int before = placeOf(number);
+    for (int gone = before - 1; gone >= place; --gone) {
+      process_->removeItem(gone);
+    }
+    if (before < 0) {
+      process_->insertItem(place, name, number);
+    } else {
+      process_->setItemText(place, name);
+    }
+    ++place;
+  }
+  while (process_->count() > place) {
+    process_->removeItem(place);
+  }
+  const std::optional<int> shown = activity_.shownProcess();
+  process_->setCurrentIndex(placeOf(shown ? QVariant(*shown) : QVariant()));
+}
+
+/// Negative when it is not among the choices.
+int ActivityPage::placeOf(const QVariant& process) const {
+  for (int place = 0; place < process_->count(); ++place) {
+    if (process_->itemData(place) == process) {
+      return place;
+    }
+  }
+  return -1;
+}
+
+void ActivityPage::chooseProcess(int place) {
+  const QVariant number = process_->itemData(place);
+  activity_.showProcess(number.isValid() ? std::optional(number.toInt()) : std::nullopt);
 }
 
 void ActivityPage::showAccess() {
@@ -143,13 +222,14 @@ void ActivityPage::showEntry() {
   const QModelIndex current = table_->currentIndex();
   QString original;
   if (activity_.rowCount() == 0) {
-    entryText_->setText(activity_.isSearching() ? tr("No entry has this text.")
-                                                : tr("There is no entry yet."));
+    entryText_->setText(activity_.isSearching()    ? tr("No entry has this text.")
+                        : activity_.shownProcess() ? tr("This process has no entry yet.")
+                                                   : tr("There is no entry yet."));
   } else if (current.isValid()) {
     const ActivityEntry& entry = activity_.entry(current.row());
-    const QString sentence = ActivityTexts::sentence(entry.text);
-    entryText_->setText(sentence.isEmpty() ? entry.original : sentence);
-    original = sentence.isEmpty() ? QString() : entry.original;
+    const bool isOurs = ActivityTexts::isOurs(entry);
+    entryText_->setText(isOurs ? ActivityTexts::sentence(entry) : entry.original);
+    original = isOurs ? entry.original : QString();
   } else {
     entryText_->clear();
   }

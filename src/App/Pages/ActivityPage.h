@@ -1,15 +1,18 @@
 #pragma once
 
-/// The page "Activity": the log of this app and of all running helpers, as it grows.
+/// The page "Activity": what this app and all helpers did, as it happens. One row for each call, or with the
+/// switch "Every line" the log as it is.
 ///
 /// Threads: that of the window. The model and the file choice must outlive the page.
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QVariant>
 
 #include "App/Models/ActivityModel.h"
 #include "App/Pages/ActivityTable.h"
+#include "App/Widgets/ChoiceBox.h"
 #include "App/Widgets/FileChoice.h"
 #include "App/Widgets/Notice.h"
 #include "App/Widgets/Page.h"
@@ -35,6 +38,9 @@ class ActivityPage : public Page {
   void arrange();
   void connectModel();
 
+  void showProcesses();
+  int placeOf(const QVariant& process) const;
+  void chooseProcess(int place);
   void showAccess();
   void showSaved();
   /// The entry that the keyboard is on, in full; or why the table is empty.
@@ -54,6 +60,9 @@ class ActivityPage : public Page {
   Notice* accessNotice_;
   Notice* savedNotice_;
   QLineEdit* search_;
+  ChoiceBox* process_;
+  QLabel* everyLineLabel_;
+  Switch* everyLine_;
   QLabel* followLabel_;
   Switch* follow_;
   ActivityTable* table_;

@@ -1,8 +1,8 @@
 #include "App/Pages/ActivityTexts.h"
 
-#include <algorithm>
 #include <chrono>
-#include <limits>
+
+#include "App/Pages/CallTexts.h"
 
 namespace tarnwell {
 namespace {
@@ -13,15 +13,6 @@ QString timeWords(std::chrono::system_clock::time_point date) {
   const QString full = localTime(date);
   const bool isToday = full.startsWith(localTime(std::chrono::system_clock::now()).first(day));
   return isToday ? full.sliced(day) : full;
-}
-
-QString seconds(const LogText& text) {
-  constexpr double millisecondsPerSecond = 1'000;
-  return QString::number(static_cast<double>(text.milliseconds) / millisecondsPerSecond, 'f', 1);
-}
-
-int count(qint64 number) {
-  return static_cast<int>(std::min<qint64>(number, std::numeric_limits<int>::max()));
 }
 
 }  // namespace
@@ -49,7 +40,7 @@ QString ActivityTexts::words(const ActivityEntry& entry, ActivityColumn column) 
     case ActivityColumn::subject:
       return entry.subject ? subject(*entry.subject) : entry.category;
     case ActivityColumn::text:
-      return entry.text.phrase == LogPhrase::other ? entry.original : sentence(entry.text);
+      return isOurs(entry) ? sentence(entry) : entry.original;
   }
   return {};
 }
@@ -123,6 +114,28 @@ QString ActivityTexts::remedy(LogAccess access) {
   return {};
 }
 
+QString ActivityTexts::process(const ActivityProcess& process) {
+  constexpr qsizetype withoutSeconds = 3;  // ":00"
+  const QString since = timeWords(process.since).chopped(withoutSeconds);
+  if (!process.program.isEmpty()) {
+    return tr("%1, since %2").arg(process.program, since);
+  }
+  const QString number = QString::number(process.processID);
+  switch (process.kind) {
+    case ActivityProcess::Kind::thisApp:
+      return tr("This app");
+    case ActivityProcess::Kind::helper:
+      return tr("Helper %1, since %2").arg(number, since);
+    case ActivityProcess::Kind::other:
+      return tr("Program %1, since %2").arg(number, since);
+  }
+  return {};
+}
+
+QString ActivityTexts::sentence(const ActivityEntry& entry) {
+  return entry.call ? CallTexts::row(*entry.call, entry.text) : sentence(entry.text);
+}
+
 QString ActivityTexts::sentence(const LogText& text) {
   switch (text.phrase) {
     case LogPhrase::other:
@@ -152,31 +165,36 @@ QString ActivityTexts::sentence(const LogText& text) {
     case LogPhrase::writeRefusedBySetting:
       return tr("%1 is refused: it is off in the safety settings.").arg(text.name);
     case LogPhrase::foundMessages:
-      return text.withheld > 0 ? tr("%1 gave %n message(s), %2 withheld (%3 s).", nullptr, count(text.count))
-                                     .arg(text.name, QString::number(text.withheld), seconds(text))
-                               : tr("%1 gave %n message(s) (%2 s).", nullptr, count(text.count))
-                                     .arg(text.name, seconds(text));
+      return text.withheld > 0
+                 ? tr("%1 gave %n message(s), %2 withheld (%3 s).", nullptr, CallTexts::count(text.count))
+                       .arg(text.name, QString::number(text.withheld), CallTexts::seconds(text))
+                 : tr("%1 gave %n message(s) (%2 s).", nullptr, CallTexts::count(text.count))
+                       .arg(text.name, CallTexts::seconds(text));
     case LogPhrase::foundFolders:
-      return tr("%1 gave %n folder(s) (%2 s).", nullptr, count(text.count)).arg(text.name, seconds(text));
+      return tr("%1 gave %n folder(s) (%2 s).", nullptr, CallTexts::count(text.count))
+          .arg(text.name, CallTexts::seconds(text));
     case LogPhrase::readText:
-      return tr("%1 gave a text of %n character(s) (%2 s).", nullptr, count(text.count))
-          .arg(text.name, seconds(text));
+      return tr("%1 gave a text of %n character(s) (%2 s).", nullptr, CallTexts::count(text.count))
+          .arg(text.name, CallTexts::seconds(text));
     case LogPhrase::textWithheld:
-      return tr("%1 withheld the text of the message (%2 s).").arg(text.name, seconds(text));
+      return tr("%1 withheld the text of the message (%2 s).").arg(text.name, CallTexts::seconds(text));
     case LogPhrase::hadNoText:
-      return tr("%1 found no text in the message (%2 s).").arg(text.name, seconds(text));
+      return tr("%1 found no text in the message (%2 s).").arg(text.name, CallTexts::seconds(text));
     case LogPhrase::statusConfigured:
-      return tr("%1 answered that an account is set up (%2 s).").arg(text.name, seconds(text));
+      return tr("%1 answered that an account is set up (%2 s).").arg(text.name, CallTexts::seconds(text));
     case LogPhrase::statusNotConfigured:
-      return tr("%1 answered that no account is set up (%2 s).").arg(text.name, seconds(text));
+      return tr("%1 answered that no account is set up (%2 s).").arg(text.name, CallTexts::seconds(text));
     case LogPhrase::changeMade:
-      return tr("%1 changed the mailbox (%2 s).").arg(text.name, seconds(text));
+      return tr("%1 changed the mailbox (%2 s).").arg(text.name, CallTexts::seconds(text));
     case LogPhrase::changePreviewed:
-      return tr("%1 told what it would change, and changed nothing (%2 s).").arg(text.name, seconds(text));
+      return tr("%1 told what it would change, and changed nothing (%2 s).")
+          .arg(text.name, CallTexts::seconds(text));
     case LogPhrase::changeRefused:
-      return tr("%1 was refused and changed nothing (%2 s).").arg(text.name, seconds(text));
+      return tr("%1 was refused and changed nothing (%2 s).").arg(text.name, CallTexts::seconds(text));
+    case LogPhrase::callStopped:
+      return tr("%1 was cancelled (%2 s).").arg(text.name, CallTexts::seconds(text));
     case LogPhrase::callEnded:
-      return tr("%1 answered: %2 (%3 s).").arg(text.name, text.detail, seconds(text));
+      return tr("%1 answered: %2 (%3 s).").arg(text.name, text.detail, CallTexts::seconds(text));
     case LogPhrase::callFailed:
       return tr("%1 failed: %2").arg(text.name, text.detail);
     case LogPhrase::callMetKeyringError:

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include "App/Models/ActivityEntry.h"
+#include "App/Models/ActivityProcesses.h"
 
 namespace tarnwell {
 
@@ -18,7 +19,12 @@ class ActivityTexts : public ActivityWords {
 
   static QString level(LogLevel level);
   static QString subject(AppLogger::Category subject);
-  /// A sentence. Empty for a text that is not one of ours.
+  /// For the choice of a process.
+  static QString process(const ActivityProcess& process);
+  /// Whether the entry is said in our words. Otherwise it is shown as it was logged.
+  static bool isOurs(const ActivityEntry& entry) { return entry.text.phrase != LogPhrase::other; }
+  static QString sentence(const ActivityEntry& entry);
+  /// Of one line. Empty for a text that is not one of ours.
   static QString sentence(const LogText& text);
 
   /// What is missing when the system's log cannot be read, and why. Empty when it can be.

@@ -12,7 +12,7 @@ namespace {
 
 /// Copies byte for byte, and shows what could deceive the eye.
 void showExact(CopyBlock& block, const std::string& json) {
-  block.setText(QString::fromStdString(json), harmlessText(json));
+  block.setText(harmlessText(json), [text = QString::fromStdString(json)] { return text; });
 }
 
 }  // namespace

@@ -33,6 +33,37 @@
     </message>
 </context>
 <context>
+    <name>CallTexts</name>
+    <message numerus="yes">
+        <source>%1: %n message(s), %2 withheld, %3 s</source>
+        <translation>
+            <numerusform>%1: %n message, %2 withheld, %3 s</numerusform>
+            <numerusform>%1: %n messages, %2 withheld, %3 s</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1: %n message(s), %2 s</source>
+        <translation>
+            <numerusform>%1: %n message, %2 s</numerusform>
+            <numerusform>%1: %n messages, %2 s</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1: %n folder(s), %2 s</source>
+        <translation>
+            <numerusform>%1: %n folder, %2 s</numerusform>
+            <numerusform>%1: %n folders, %2 s</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1: %n character(s), %2 s</source>
+        <translation>
+            <numerusform>%1: %n character, %2 s</numerusform>
+            <numerusform>%1: %n characters, %2 s</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>tarnwell::SafetyTexts</name>
     <message numerus="yes">
         <source>An assistant may read at most %n message(s) a call.</source>

@@ -239,6 +239,253 @@
             <numerusform>%1 は %n 件のメールを返しました。うち %2 件は非公開です（%3 秒）。</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1, since %2</source>
+        <translation>%1（%2 から）</translation>
+    </message>
+    <message>
+        <source>This app</source>
+        <translation>このアプリ</translation>
+    </message>
+    <message>
+        <source>Helper %1, since %2</source>
+        <translation>ヘルパー %1（%2 から）</translation>
+    </message>
+    <message>
+        <source>Program %1, since %2</source>
+        <translation>プログラム %1（%2 から）</translation>
+    </message>
+    <message>
+        <source>%1 was cancelled (%2 s).</source>
+        <translation>%1 は取り消されました（%2 秒）。</translation>
+    </message>
+</context>
+<context>
+    <name>CallTexts</name>
+    <message>
+        <source>There is no tool with the name %1</source>
+        <translation>%1 というツールはありません</translation>
+    </message>
+    <message>
+        <source>%1 not possible with what the assistant gave</source>
+        <translation>アシスタントの指定では%1ができませんでした</translation>
+    </message>
+    <message>
+        <source>%1 broken off: the helper ended</source>
+        <translation>ヘルパーが終了したため、%1が中断されました</translation>
+    </message>
+    <message>
+        <source>Telling the status…</source>
+        <translation>状態を伝えています…</translation>
+    </message>
+    <message>
+        <source>Listing the folders…</source>
+        <translation>フォルダーを一覧にしています…</translation>
+    </message>
+    <message>
+        <source>Searching the inbox…</source>
+        <translation>受信箱を検索しています…</translation>
+    </message>
+    <message>
+        <source>Reading the summary of a message…</source>
+        <translation>メールの概要を読んでいます…</translation>
+    </message>
+    <message>
+        <source>Reading a message…</source>
+        <translation>メールを読んでいます…</translation>
+    </message>
+    <message>
+        <source>Looking for what could be cleaned up…</source>
+        <translation>整理できるメールを探しています…</translation>
+    </message>
+    <message>
+        <source>Moving a message…</source>
+        <translation>メールを移動しています…</translation>
+    </message>
+    <message>
+        <source>Marking a message as read…</source>
+        <translation>メールを既読にしています…</translation>
+    </message>
+    <message>
+        <source>Putting a message into the trash…</source>
+        <translation>メールをゴミ箱に入れています…</translation>
+    </message>
+    <message>
+        <source>Calling %1…</source>
+        <translation>%1 を呼び出しています…</translation>
+    </message>
+    <message>
+        <source>Told the status</source>
+        <translation>状態を伝えました</translation>
+    </message>
+    <message>
+        <source>Listed the folders</source>
+        <translation>フォルダーを一覧にしました</translation>
+    </message>
+    <message>
+        <source>Searched the inbox</source>
+        <translation>受信箱を検索しました</translation>
+    </message>
+    <message>
+        <source>Read the summary of a message</source>
+        <translation>メールの概要を読みました</translation>
+    </message>
+    <message>
+        <source>Read a message</source>
+        <translation>メールを読みました</translation>
+    </message>
+    <message>
+        <source>Proposed what could be cleaned up</source>
+        <translation>整理できるメールを提案しました</translation>
+    </message>
+    <message>
+        <source>Moved a message</source>
+        <translation>メールを移動しました</translation>
+    </message>
+    <message>
+        <source>Marked a message as read</source>
+        <translation>メールを既読にしました</translation>
+    </message>
+    <message>
+        <source>Put a message into the trash</source>
+        <translation>メールをゴミ箱に入れました</translation>
+    </message>
+    <message>
+        <source>Called %1</source>
+        <translation>%1 を呼び出しました</translation>
+    </message>
+    <message>
+        <source>Previewed a move</source>
+        <translation>移動をプレビューしました</translation>
+    </message>
+    <message>
+        <source>Previewed marking a message as read</source>
+        <translation>既読にする操作をプレビューしました</translation>
+    </message>
+    <message>
+        <source>Previewed putting a message into the trash</source>
+        <translation>ゴミ箱への移動をプレビューしました</translation>
+    </message>
+    <message>
+        <source>Previewed %1</source>
+        <translation>%1 をプレビューしました</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>状態の確認</translation>
+    </message>
+    <message>
+        <source>List of the folders</source>
+        <translation>フォルダー一覧の取得</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>検索</translation>
+    </message>
+    <message>
+        <source>Summary of a message</source>
+        <translation>概要の読み取り</translation>
+    </message>
+    <message>
+        <source>Reading</source>
+        <translation>メールの読み取り</translation>
+    </message>
+    <message>
+        <source>Clean-up proposal</source>
+        <translation>整理の提案</translation>
+    </message>
+    <message>
+        <source>Move</source>
+        <translation>移動</translation>
+    </message>
+    <message>
+        <source>Marking as read</source>
+        <translation>既読にする操作</translation>
+    </message>
+    <message>
+        <source>Move into the trash</source>
+        <translation>ゴミ箱への移動</translation>
+    </message>
+    <message>
+        <source>%1, %2 s</source>
+        <translation>%1、%2 秒</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1: %n message(s), %2 withheld, %3 s</source>
+        <translation>
+            <numerusform>%1: %n 件、うち %2 件は非公開、%3 秒</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1: %n message(s), %2 s</source>
+        <translation>
+            <numerusform>%1: %n 件、%2 秒</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1: %n folder(s), %2 s</source>
+        <translation>
+            <numerusform>%1: %n 個、%2 秒</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1: %n character(s), %2 s</source>
+        <translation>
+            <numerusform>%1: %n 文字、%2 秒</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1: withheld, %2 s</source>
+        <translation>%1: 非公開、%2 秒</translation>
+    </message>
+    <message>
+        <source>%1: it has no text, %2 s</source>
+        <translation>%1: 本文なし、%2 秒</translation>
+    </message>
+    <message>
+        <source>%1: an account is set up, %2 s</source>
+        <translation>%1: アカウントは設定済み、%2 秒</translation>
+    </message>
+    <message>
+        <source>%1: no account is set up, %2 s</source>
+        <translation>%1: アカウントは未設定、%2 秒</translation>
+    </message>
+    <message>
+        <source>%1 cancelled after %2 s</source>
+        <translation>%1が %2 秒後に取り消されました</translation>
+    </message>
+    <message>
+        <source>%1 cancelled before it began</source>
+        <translation>%1は開始前に取り消されました</translation>
+    </message>
+    <message>
+        <source>%1 failed: %2</source>
+        <translation>%1に失敗しました: %2</translation>
+    </message>
+    <message>
+        <source>%1 failed, the keyring could not be used: %2</source>
+        <translation>キーリングを使えず、%1に失敗しました: %2</translation>
+    </message>
+    <message>
+        <source>%1 failed by a fault of the helper: %2</source>
+        <translation>ヘルパーの不具合で%1に失敗しました: %2</translation>
+    </message>
+    <message>
+        <source>%1: %2, %3 s</source>
+        <translation>%1: %2、%3 秒</translation>
+    </message>
+    <message>
+        <source>%1 refused: read-only mode is on</source>
+        <translation>%1を拒否しました: 読み取り専用モードがオンです</translation>
+    </message>
+    <message>
+        <source>%1 refused: not allowed in the safety settings</source>
+        <translation>%1を拒否しました: 安全設定で許可されていません</translation>
+    </message>
+    <message>
+        <source>%1 refused</source>
+        <translation>%1を拒否しました</translation>
+    </message>
 </context>
 <context>
     <name>tarnwell::AboutPage</name>
@@ -714,6 +961,34 @@
     <message>
         <source>What this app and the helpers of your assistants did. It holds no mail and no password.</source>
         <translation>このアプリと、アシスタントのヘルパーの動作記録です。メールの内容やパスワードは書き込みません。</translation>
+    </message>
+    <message>
+        <source>Process</source>
+        <translation>プロセス</translation>
+    </message>
+    <message>
+        <source>Shows only what one process did: this app, or one helper of an assistant.</source>
+        <translation>一つのプロセス（このアプリ、またはアシスタントのヘルパーの一つ）がしたことだけを表示します。</translation>
+    </message>
+    <message>
+        <source>&amp;Every line of the log</source>
+        <translation>ログの全行(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Every line of the log</source>
+        <translation>ログの全行</translation>
+    </message>
+    <message>
+        <source>Shows each line as it was logged, instead of one for each call.</source>
+        <translation>呼び出しごとに一行ではなく、ログの行をすべて表示します。</translation>
+    </message>
+    <message>
+        <source>Everything</source>
+        <translation>すべて</translation>
+    </message>
+    <message>
+        <source>This process has no entry yet.</source>
+        <translation>このプロセスの記録はまだありません。</translation>
     </message>
 </context>
 <context>

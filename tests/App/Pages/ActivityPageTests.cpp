@@ -15,14 +15,15 @@ namespace {
 TEST_F(ActivityPageTest, tabKeyVisitsEverythingInOrderAndAllHaveNames) {
   ASSERT_TRUE(fill(3));
   QStringList visited;
-  for (int step = 0; step < 6; ++step) {
+  for (int step = 0; step < 8; ++step) {
     if (step > 0 || !focus()) {
       press(Qt::Key_Tab);
     }
     const auto* const button = qobject_cast<QPushButton*>(focus());
     visited += button ? button->text().remove('&') : focusName();
   }
-  EXPECT_EQ(visited, QStringList({"Search", "Follow", "Entries", "Clear", "Copy", "Save to a file…"}));
+  EXPECT_EQ(visited, QStringList({"Search", "Process", "Every line of the log", "Follow", "Entries", "Clear",
+                                  "Copy", "Save to a file…"}));
 }
 
 TEST_F(ActivityPageTest, searchIsTypedAndTakenBack) {
@@ -164,7 +165,7 @@ TEST_F(ActivityPageTest, theCurrentEntryIsShownInFullWithItsOriginal) {
   ASSERT_TRUE(tabTo("Entries"));
   EXPECT_TRUE(visibleTexts().contains("a text from elsewhere"));
   press(Qt::Key_Up);
-  EXPECT_TRUE(visibleTexts().contains("search_inbox failed: " + QString::fromStdString(answer)));
+  EXPECT_TRUE(visibleTexts().contains("Search failed: " + QString::fromStdString(answer)));
   EXPECT_TRUE(visibleTexts().contains("tool search_inbox failed: " + QString::fromStdString(answer)));
   EXPECT_FALSE(visibleTexts().contains("a text from elsewhere"));
 }

@@ -118,6 +118,9 @@ TEST_P(Spoken, everythingIsSaidInTheLanguage) {
     const QString text = model.index(0, column).data().toString();
     EXPECT_TRUE(column == 0 || isInLanguage(text)) << text.toStdString();
   }
+  for (int choice = 0; choice < 2; ++choice) {
+    EXPECT_TRUE(isInLanguage(processes()->itemText(choice))) << choice;
+  }
   for (const QWidget* const widget : page.findChildren<QWidget*>()) {
     const auto* const button = qobject_cast<const QAbstractButton*>(widget);
     QStringList said{widget->accessibleName(), widget->accessibleDescription(), widget->toolTip()};
@@ -145,8 +148,14 @@ TEST_P(Spoken, anotherLanguageChangesEverythingAtOnce) {
 }
 
 TEST_P(Spoken, nothingIsCutOffInASmallWindow) {
-  log.tell({followedEntry(1, "tool call: get_status", "tool", SystemLogType::error)}, LogAccess::notAllowed);
-  ASSERT_TRUE(hasRows(1));
+  programs->run({{.processID = 4711, .parentID = 1, .name = "tarnwell"},
+                 {.processID = 1, .name = "code", .executable = "/usr/share/code/code"}});
+  log.tell({followedEntry(1, "tool call: get_status", "tool", SystemLogType::error),
+            followedEntry(2, "stdio MCP server started")},
+           LogAccess::notAllowed);
+  ASSERT_TRUE(hasRows(2));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return processes()->itemText(2).startsWith("Visual Studio Code"); }));
+  processes()->setCurrentIndex(2);
   page.resize(640, 600);  // a window of 800 x 600 with the names of the pages beside
   QTest::qWait(0);
   EXPECT_EQ(page.size(), QSize(640, 600)) << "the page needs more room";
@@ -158,6 +167,7 @@ TEST_P(Spoken, nothingIsCutOffInASmallWindow) {
     const int needed = label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
     EXPECT_TRUE(!label->isVisible() || label->height() >= needed) << label->text().toStdString();
   }
+  EXPECT_GE(processes()->width(), processes()->sizeHint().width());
   const QFontMetrics metrics(table()->font());
   for (int column = 0; column < 3; ++column) {
     for (const QString& text : {model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString(),

@@ -29,23 +29,42 @@ class PlainWords : public ActivityWords {
       case ActivityColumn::subject:
         return "<" + entry.category + ">";
       case ActivityColumn::text:
+        if (entry.call) {
+          return stateName(entry.call->state) + decisionName(entry.call->decision) + ": " + entry.original;
+        }
         return entry.text.phrase == LogPhrase::assistantLeft ? "Goodbye" + suffix : entry.original;
     }
     return {};
   }
 
   QString suffix;
+
+ private:
+  static QString stateName(ActivityCall::State state) {
+    return QStringList{"begun", "ended", "without", "broken off"}[static_cast<int>(state)];
+  }
+  static QString decisionName(LogPhrase decision) {
+    return decision == LogPhrase::other                   ? ""
+           : decision == LogPhrase::writeAllowed          ? " allowed"
+           : decision == LogPhrase::writePreviewed        ? " preview"
+           : decision == LogPhrase::writeRefusedReadOnly  ? " read-only"
+           : decision == LogPhrase::writeRefusedBySetting ? " off"
+                                                          : " no decision";
+  }
 };
 
 struct ActivityModelTest : testing::Test {
   PlainWords words;
   LogBuffer buffer;
   FakeSystemLog log;
+  // The model's thread may ask after the end of a test.
+  std::shared_ptr<FakePrograms> programs = std::make_shared<FakePrograms>();
   std::unique_ptr<ActivityModel> model;
   std::unique_ptr<QAbstractItemModelTester> tester;
 
   void makeModel() {
-    model = std::make_unique<ActivityModel>(buffer, words, log.follow());
+    model = std::make_unique<ActivityModel>(
+        buffer, words, log.follow(), [programs = programs, ask = programs->programs()] { return ask(); });
     tester = std::make_unique<QAbstractItemModelTester>(
         model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     model->follow();

@@ -42,7 +42,9 @@ struct ActivityPageTest : testing::Test {
   ActivityTexts texts;
   FakeFileChoice files;
   Language language;
-  ActivityModel model{buffer, texts, log.follow()};
+  std::shared_ptr<FakePrograms> programs = std::make_shared<FakePrograms>();
+  ActivityModel model{buffer, texts, log.follow(),
+                      [programs = programs, ask = programs->programs()] { return ask(); }};
   ActivityPage page{model, files};
 
   explicit ActivityPageTest(AppLanguage spoken = AppLanguage::english) {
@@ -60,7 +62,16 @@ struct ActivityPageTest : testing::Test {
     return found.size() == 1 ? found.first() : nullptr;
   }
   ActivityTable* table() const { return only<ActivityTable>(); }
-  Switch* follow() const { return only<Switch>(); }
+  Switch* switchNamed(const QString& name) const {
+    for (Switch* const each : page.findChildren<Switch*>()) {
+      if (each->accessibleName() == name) {
+        return each;
+      }
+    }
+    return nullptr;
+  }
+  Switch* follow() const { return switchNamed("Follow"); }
+  ChoiceBox* processes() const { return only<ChoiceBox>(); }
 
   QWidget* focus() const { return QApplication::focusWidget(); }
   QString focusName() const { return focus() ? focus()->accessibleName() : QString(); }

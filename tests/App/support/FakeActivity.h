@@ -5,6 +5,7 @@
 #include <QString>
 #include <chrono>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -44,9 +45,38 @@ class FakeSystemLog {
   int started_ = 0;
 };
 
+/// The programs that run, as a test wants them.
+class FakePrograms {
+ public:
+  ActivityModel::Programs programs() {
+    return [this] {
+      const std::lock_guard lock(mutex_);
+      ++asked_;
+      return running_;
+    };
+  }
+  void run(std::vector<RunningProgram> running) {
+    const std::lock_guard lock(mutex_);
+    running_ = std::move(running);
+  }
+  int asked() const {
+    const std::lock_guard lock(mutex_);
+    return asked_;
+  }
+
+ private:
+  mutable std::mutex mutex_;
+  std::vector<RunningProgram> running_;
+  int asked_ = 0;
+};
+
 inline FollowedEntry followedEntry(int seconds, std::string message, std::string category = "mcp",
                                    SystemLogType type = SystemLogType::info) {
   return {moment(seconds), type, std::move(category), std::move(message), 4711};
+}
+
+inline FollowedEntry entryOf(qint64 processID, Moment date, std::string message) {
+  return {date, SystemLogType::info, "tool", std::move(message), processID};
 }
 
 inline LogEntry ownEntry(int seconds, std::string message, LogLevel level = LogLevel::info) {

@@ -1,0 +1,181 @@
+#include "App/Pages/CallTexts.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace tarnwell {
+
+QString CallTexts::seconds(const LogText& text) {
+  constexpr double millisecondsPerSecond = 1'000;
+  return QString::number(static_cast<double>(text.milliseconds) / millisecondsPerSecond, 'f', 1);
+}
+
+int CallTexts::count(qint64 number) {
+  return static_cast<int>(std::min<qint64>(number, std::numeric_limits<int>::max()));
+}
+
+QString CallTexts::row(const ActivityCall& call, const LogText& text) {
+  switch (call.state) {
+    case ActivityCall::State::begun:
+      return begun(call.tool, text.name);
+    case ActivityCall::State::ended:
+      return outcome(call, text);
+    case ActivityCall::State::withoutOutcome:
+      return call.tool == CalledTool::other
+                 ? tr("There is no tool with the name %1").arg(text.name)
+                 : tr("%1 not possible with what the assistant gave").arg(action(call.tool, text.name));
+    case ActivityCall::State::brokenOff:
+      return tr("%1 broken off: the helper ended").arg(action(call.tool, text.name));
+  }
+  return {};
+}
+
+QString CallTexts::begun(CalledTool tool, const QString& name) {
+  switch (tool) {
+    case CalledTool::getStatus:
+      return tr("Telling the status…");
+    case CalledTool::listFolders:
+      return tr("Listing the folders…");
+    case CalledTool::searchInbox:
+      return tr("Searching the inbox…");
+    case CalledTool::getMessageSummary:
+      return tr("Reading the summary of a message…");
+    case CalledTool::getMessageBody:
+      return tr("Reading a message…");
+    case CalledTool::proposeInboxCleanup:
+      return tr("Looking for what could be cleaned up…");
+    case CalledTool::moveMessage:
+      return tr("Moving a message…");
+    case CalledTool::markAsRead:
+      return tr("Marking a message as read…");
+    case CalledTool::trashMessage:
+      return tr("Putting a message into the trash…");
+    case CalledTool::other:
+      return tr("Calling %1…").arg(name);
+  }
+  return {};
+}
+
+QString CallTexts::done(CalledTool tool, const QString& name) {
+  switch (tool) {
+    case CalledTool::getStatus:
+      return tr("Told the status");
+    case CalledTool::listFolders:
+      return tr("Listed the folders");
+    case CalledTool::searchInbox:
+      return tr("Searched the inbox");
+    case CalledTool::getMessageSummary:
+      return tr("Read the summary of a message");
+    case CalledTool::getMessageBody:
+      return tr("Read a message");
+    case CalledTool::proposeInboxCleanup:
+      return tr("Proposed what could be cleaned up");
+    case CalledTool::moveMessage:
+      return tr("Moved a message");
+    case CalledTool::markAsRead:
+      return tr("Marked a message as read");
+    case CalledTool::trashMessage:
+      return tr("Put a message into the trash");
+    case CalledTool::other:
+      return tr("Called %1").arg(name);
+  }
+  return {};
+}
+
+/// Only these three can be previewed.
+QString CallTexts::previewed(CalledTool tool, const QString& name) {
+  switch (tool) {
+    case CalledTool::moveMessage:
+      return tr("Previewed a move");
+    case CalledTool::markAsRead:
+      return tr("Previewed marking a message as read");
+    case CalledTool::trashMessage:
+      return tr("Previewed putting a message into the trash");
+    default:
+      return tr("Previewed %1").arg(name);
+  }
+}
+
+QString CallTexts::action(CalledTool tool, const QString& name) {
+  switch (tool) {
+    case CalledTool::getStatus:
+      return tr("Status");
+    case CalledTool::listFolders:
+      return tr("List of the folders");
+    case CalledTool::searchInbox:
+      return tr("Search");
+    case CalledTool::getMessageSummary:
+      return tr("Summary of a message");
+    case CalledTool::getMessageBody:
+      return tr("Reading");
+    case CalledTool::proposeInboxCleanup:
+      return tr("Clean-up proposal");
+    case CalledTool::moveMessage:
+      return tr("Move");
+    case CalledTool::markAsRead:
+      return tr("Marking as read");
+    case CalledTool::trashMessage:
+      return tr("Move into the trash");
+    case CalledTool::other:
+      return name;
+  }
+  return {};
+}
+
+QString CallTexts::outcome(const ActivityCall& call, const LogText& text) {
+  const QString did = done(call.tool, text.name);
+  const QString time = seconds(text);
+  switch (text.phrase) {
+    case LogPhrase::foundMessages:
+      if (call.tool == CalledTool::getMessageSummary) {
+        return tr("%1, %2 s").arg(did, time);
+      }
+      return text.withheld > 0 ? tr("%1: %n message(s), %2 withheld, %3 s", nullptr, count(text.count))
+                                     .arg(did, QString::number(text.withheld), time)
+                               : tr("%1: %n message(s), %2 s", nullptr, count(text.count)).arg(did, time);
+    case LogPhrase::foundFolders:
+      return tr("%1: %n folder(s), %2 s", nullptr, count(text.count)).arg(did, time);
+    case LogPhrase::readText:
+      return tr("%1: %n character(s), %2 s", nullptr, count(text.count)).arg(did, time);
+    case LogPhrase::textWithheld:
+      return tr("%1: withheld, %2 s").arg(did, time);
+    case LogPhrase::hadNoText:
+      return tr("%1: it has no text, %2 s").arg(did, time);
+    case LogPhrase::statusConfigured:
+      return tr("%1: an account is set up, %2 s").arg(did, time);
+    case LogPhrase::statusNotConfigured:
+      return tr("%1: no account is set up, %2 s").arg(did, time);
+    case LogPhrase::changeMade:
+      return tr("%1, %2 s").arg(did, time);
+    case LogPhrase::changePreviewed:
+      return tr("%1, %2 s").arg(previewed(call.tool, text.name), time);
+    case LogPhrase::changeRefused:
+      return refused(action(call.tool, text.name), call.decision);
+    case LogPhrase::callStopped:
+      return tr("%1 cancelled after %2 s").arg(action(call.tool, text.name), time);
+    case LogPhrase::callCancelled:
+      return tr("%1 cancelled before it began").arg(action(call.tool, text.name));
+    case LogPhrase::callFailed:
+      return tr("%1 failed: %2").arg(action(call.tool, text.name), text.detail);
+    case LogPhrase::callMetKeyringError:
+      return tr("%1 failed, the keyring could not be used: %2")
+          .arg(action(call.tool, text.name), text.detail);
+    case LogPhrase::callBroke:
+      return tr("%1 failed by a fault of the helper: %2").arg(action(call.tool, text.name), text.detail);
+    default:
+      return tr("%1: %2, %3 s").arg(did, text.detail, time);
+  }
+}
+
+QString CallTexts::refused(const QString& action, LogPhrase decision) {
+  switch (decision) {
+    case LogPhrase::writeRefusedReadOnly:
+      return tr("%1 refused: read-only mode is on").arg(action);
+    case LogPhrase::writeRefusedBySetting:
+      return tr("%1 refused: not allowed in the safety settings").arg(action);
+    default:
+      return tr("%1 refused").arg(action);
+  }
+}
+
+}  // namespace tarnwell
