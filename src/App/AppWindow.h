@@ -9,8 +9,11 @@
 #include "App/Models/AboutModel.h"
 #include "App/Models/AccountModel.h"
 #include "App/Models/ActivityModel.h"
+#include "App/Models/AssistantsModel.h"
+#include "App/Models/EndpointModel.h"
 #include "App/Models/SafetyModel.h"
 #include "App/Models/SettingsFile.h"
+#include "App/Models/TryItModel.h"
 #include "App/Pages/ActivityTexts.h"
 #include "App/Widgets/FileChoice.h"
 #include "App/Widgets/Questions.h"
@@ -20,27 +23,39 @@ namespace tarnwell {
 class AppWindow {
  public:
   /// The pages in the order of their names at the left.
-  enum class PageName { account, safety, activity, about };
+  enum class PageName { account, safety, assistants, tryIt, endpoint, activity, about };
 
-  /// `settings` must outlive the window.
-  AppWindow(SettingsFile& settings, const KeychainStore& passwords);
+  /// `settings` must outlive the window. The assistants are those of `machine`.
+  AppWindow(SettingsFile& settings, const KeychainStore& passwords,
+            const Machine& machine = Machine::thisOne());
 
-  /// What a person saved shall not be lost by closing the window right after it. Waits, with the window
-  /// closed, until it is on the disk and in the keyring: 10 seconds at most.
-  void finishSaving();
+  /// What a person began shall not be lost by closing the window right after it. Waits, with the window
+  /// closed, until what was saved is on the disk and in the keyring, what is written for an assistant is
+  /// written, and the call that the endpoint runs has ended: 10 seconds at most.
+  void finishWork();
 
   MainWindow& window() { return window_; }
   AccountModel& account() { return account_; }
+  AssistantsModel& assistants() { return assistants_; }
+  TryItModel& tryIt() { return tryIt_; }
+  EndpointModel& endpoint() { return endpoint_; }
   const ActivityModel& activity() const { return activity_; }
   void choose(PageName page) { window_.choose(static_cast<int>(page)); }
 
  private:
+  void addPages();
+  bool isWorking() const;
+  bool mayClose();
+
   SettingsFile& settings_;
   DialogQuestions questions_;
   DialogFileChoice files_;
   ActivityTexts activityTexts_;
   AccountModel account_;
   SafetyModel safety_;
+  AssistantsModel assistants_;
+  TryItModel tryIt_;
+  EndpointModel endpoint_;
   ActivityModel activity_;
   AboutModel about_;
   MainWindow window_;  // last, because its pages refer to the models

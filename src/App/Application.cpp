@@ -39,7 +39,7 @@ int runApplication(int argc, char** argv) {
   app.window().show();
   const int status = QApplication::exec();
   instance.reset();  // whoever starts the app from now on wants a new window
-  app.finishSaving();
+  app.finishWork();
   return status;
 }
 

@@ -103,7 +103,16 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   if (QWidget* const field = focusWidget()) {
     field->clearFocus();
   }
+  if (mayClose_ && !mayClose_()) {
+    event->ignore();
+    return;
+  }
   QMainWindow::closeEvent(event);
+}
+
+void MainWindow::closeUnasked() {
+  mayClose_ = {};
+  close();
 }
 
 void MainWindow::changeEvent(QEvent* event) {

@@ -8,6 +8,7 @@
 #include <QMainWindow>
 #include <QStackedWidget>
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "App/Widgets/Page.h"
@@ -25,6 +26,10 @@ class MainWindow : public QMainWindow {
   void addPage(std::function<QString()> name, std::function<Page*()> make);
   void choose(int page);
   int chosen() const { return navigation_->currentRow(); }
+
+  /// Asked when the window is about to close. When it says false the window stays, until `closeUnasked`.
+  void askBeforeClosing(std::function<bool()> mayClose) { mayClose_ = std::move(mayClose); }
+  void closeUnasked();
 
   /// Brings the window before the others, as far as the desktop allows.
   void raiseToFront();
@@ -47,6 +52,7 @@ class MainWindow : public QMainWindow {
     Page* page = nullptr;
   };
   std::vector<Entry> entries_;
+  std::function<bool()> mayClose_;
   QListWidget* navigation_;
   QStackedWidget* pages_;
 };

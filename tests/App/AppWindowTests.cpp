@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QPushButton>
 #include <QSpinBox>
 #include <QTest>
 
@@ -14,6 +15,31 @@ namespace {
 
 class AppWindowTest : public testing::Test {
  protected:
+  /// With nobody's assistants on it.
+  Machine machine() const {
+    Machine machine = Machine::thisOne();
+    machine.home = directory.path();
+    machine.environment = [](const char*) { return std::nullopt; };
+    return machine;
+  }
+  static bool closes(AppWindow& app) {
+    app.window().close();
+    return !app.window().isVisible();
+  }
+  /// The button of the question before the window.
+  static QPushButton* answer(const AppWindow& app, const QString& text) {
+    QPushButton* found = nullptr;
+    QTest::qWaitFor([&] {
+      for (QPushButton* const button : app.window().findChildren<QPushButton*>()) {
+        if (button->isVisible() && button->text().remove(QLatin1Char('&')) == text) {
+          found = button;
+        }
+      }
+      return found != nullptr;
+    });
+    return found;
+  }
+
   TemporaryDirectory directory;
   InMemorySecretItems items;
   KeychainStore passwords{"service", std::nullopt, items};
@@ -22,14 +48,14 @@ class AppWindowTest : public testing::Test {
 };
 
 TEST_F(AppWindowTest, opensOnTheAccount) {
-  AppWindow app(settings, passwords);
+  AppWindow app(settings, passwords, machine());
   app.window().show();
   EXPECT_EQ(app.window().chosen(), static_cast<int>(AppWindow::PageName::account));
 }
 
 /// The program ends right after the window, so what was saved must be finished before.
 TEST_F(AppWindowTest, closingRightAfterAChangeLosesNothing) {
-  AppWindow app(settings, passwords);
+  AppWindow app(settings, passwords, machine());
   app.window().show();
   app.account().setEmail("anna@example.org");
   app.account().setHost("imap.example.org");
@@ -37,14 +63,14 @@ TEST_F(AppWindowTest, closingRightAfterAChangeLosesNothing) {
   app.account().save(Secret("pass"));
   settings.change([](AppConfig& config) { config.safety.maxFetch = 7; });
   app.window().close();
-  app.finishSaving();
+  app.finishWork();
   EXPECT_EQ(store.load().safety.maxFetch, 7);
   EXPECT_EQ(store.load().email, "anna@example.org");
   EXPECT_EQ(items.at({"service", "anna@example.org", std::nullopt}), "pass");
 }
 
 TEST_F(AppWindowTest, numberThatWasTypedCountsWhenTheWindowCloses) {
-  AppWindow app(settings, passwords);
+  AppWindow app(settings, passwords, machine());
   app.choose(AppWindow::PageName::safety);
   app.window().show();
   QApplication::setActiveWindow(&app.window());
@@ -53,14 +79,61 @@ TEST_F(AppWindowTest, numberThatWasTypedCountsWhenTheWindowCloses) {
   number->selectAll();
   QTest::keyClicks(number, "3");
   app.window().close();
-  app.finishSaving();
+  app.finishWork();
   EXPECT_EQ(store.load().safety.maxMessagesPerCall, 3);
+}
+
+/// Whoever uses the endpoint would lose it without a word.
+TEST_F(AppWindowTest, closingAsksWhileTheEndpointRuns) {
+  settings.change([](AppConfig& config) { config.httpPort = 0; });
+  AppWindow app(settings, passwords, machine());
+  app.window().show();
+  app.endpoint().start();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return app.endpoint().state() == EndpointModel::State::running; }));
+
+  EXPECT_FALSE(closes(app));
+  ASSERT_NE(answer(app, "Leave open"), nullptr);
+  answer(app, "Leave open")->click();
+  EXPECT_TRUE(app.window().isVisible());
+  EXPECT_TRUE(app.endpoint().isRunning());
+
+  EXPECT_FALSE(closes(app));
+  ASSERT_NE(answer(app, "Close"), nullptr);
+  answer(app, "Close")->click();
+  EXPECT_FALSE(app.window().isVisible());
+  app.finishWork();
+  EXPECT_FALSE(app.endpoint().isRunning());
+}
+
+TEST_F(AppWindowTest, troubleOnThePageTryItLeadsToTheAccount) {
+  AppWindow app(settings, passwords, machine());
+  app.window().show();
+  app.choose(AppWindow::PageName::tryIt);
+  app.tryIt().search({});
+  QPushButton* const wayOut = answer(app, "Open “Account”");
+  ASSERT_NE(wayOut, nullptr);
+  wayOut->click();
+  EXPECT_EQ(app.window().chosen(), static_cast<int>(AppWindow::PageName::account));
+}
+
+TEST_F(AppWindowTest, everyPageIsMadeWhenItIsChosen) {
+  AppWindow app(settings, passwords, machine());
+  app.window().show();
+  const auto pages = [&] { return app.window().findChildren<Page*>().size(); };
+  EXPECT_EQ(pages(), 1);
+  for (int page = 0; page <= static_cast<int>(AppWindow::PageName::about); ++page) {
+    app.choose(static_cast<AppWindow::PageName>(page));
+    EXPECT_EQ(pages(), page + 1);
+  }
 }
 
 TEST_F(AppWindowTest, fitsIntoASmallScreenInBothLanguages) {
   Language language;
-  AppWindow app(settings, passwords);
+  AppWindow app(settings, passwords, machine());
   app.window().show();
+  for (int page = 0; page <= static_cast<int>(AppWindow::PageName::about); ++page) {
+    app.choose(static_cast<AppWindow::PageName>(page));
+  }
   for (const AppLanguage spoken : AppLanguages::allCases) {
     language.choose(spoken);
     QTest::qWait(0);

@@ -1,5 +1,7 @@
-"""app-window.py APP HELPER PORT PASSWORD: a person who uses a screen reader sets the app up, from the first start to a
-tested account that the helper can use. Everything is found by its role and its accessible name; nothing by its place.
+"""app-window.py APP HELPER PORT PASSWORD: a person who uses a screen reader goes through all pages, from the first start
+to a tested account, an assistant that is connected, a search that shows what it would see, and the local endpoint.
+Everything is found by its role and its accessible name; nothing by its place. Then the official MCP client uses the
+configuration that the app wrote.
 
 Runs under a display with a window manager and the bus of screen readers (AT-SPI), with a private keyring.
 """
@@ -7,6 +9,7 @@ Runs under a display with a window manager and the bus of screen readers (AT-SPI
 import json
 import os
 import pathlib
+import socket
 import subprocess
 import sys
 import time
@@ -18,6 +21,8 @@ from gi.repository import Atspi  # noqa: E402
 
 PATIENCE = 20  # seconds, for a machine that does much else
 ADDRESS = "user@example.org"
+CURSOR = pathlib.Path(os.environ["HOME"], ".cursor/mcp.json")
+OTHER_SERVER = b'{\r\n\t"mcpServers": {\r\n\t\t"other": {"command": "other"}\r\n\t}\r\n}\r\n'
 
 
 class Missing(Exception):
@@ -86,10 +91,20 @@ class Window:
         field = self.find(role, name)
         assert Atspi.EditableText.set_text_contents(field, text), name
 
+    def choose_page(self, name):
+        assert Atspi.Action.do_action(self.find("list item", name), 0), name
+        self.find("label", name)
+
     def press(self, name):
         button = self.find("push button", name)
         eventually(lambda: button.get_state_set().contains(Atspi.StateType.ENABLED), f"“{name}” to press")
         assert Atspi.Action.do_action(button, 0), name
+
+
+def free_port():
+    with socket.socket() as listener:
+        listener.bind(("127.0.0.1", 0))
+        return listener.getsockname()[1]
 
 
 def end(process):
@@ -104,12 +119,17 @@ def main(app, helper, port, password):
         window = Window(process)
         eventually(window.root, "the window")
         set_up(window, port, password)
+        connect_cursor(window)
+        try_it(window)
+        use_endpoint(window)
+        look_at_the_rest(window)
         assert subprocess.run([app], timeout=PATIENCE, check=False).returncode == 0, "a second start ends"
         assert process.poll() is None, "the first window stays"
     finally:
         end(process)
     check_what_was_saved(helper, port, password)
-    print(f"From the first start to a tested account: {time.monotonic() - started:.1f} s")
+    check_cursor(helper)
+    print(f"Through all pages: {time.monotonic() - started:.1f} s")
 
 
 def set_up(window, port, password):
@@ -124,6 +144,62 @@ def set_up(window, port, password):
     window.hears("Inbox: done")
     window.press("Save")
     window.hears("saved")
+
+
+def connect_cursor(window):
+    CURSOR.parent.mkdir(parents=True)
+    CURSOR.write_bytes(OTHER_SERVER)
+    window.choose_page("Assistants")
+    window.press("Cursor: Connect")
+    assert CURSOR.read_bytes() == OTHER_SERVER, "nothing is written before it was shown"
+    window.press("Write the change")
+    window.hears("Connected")
+    connected = CURSOR.read_bytes()
+    window.press("Cursor: Undo")
+    eventually(lambda: CURSOR.read_bytes() == OTHER_SERVER, "the file as it was")
+    window.press("Cursor: Connect")
+    window.press("Write the change")
+    eventually(lambda: CURSOR.read_bytes() == connected, "the entry again")
+
+
+def try_it(window):
+    window.choose_page("Try it")
+    window.press("Search")
+    window.hears("An assistant sees exactly this.")
+    found = window.find("list", "Messages")
+    assert found.get_child_count() > 5, found.get_child_count()
+
+
+def use_endpoint(window):
+    port = free_port()
+    window.choose_page("Local endpoint")
+    assert Atspi.Value.set_current_value(window.find("spin button", "Port"), port)
+    window.press("Start")
+    window.find("push button", "Stop")
+    refused = subprocess.run(["curl", "-s", "-o", "/dev/null", "-w", "%{http_code}", "-d", "{}",
+                              f"http://127.0.0.1:{port}/mcp"], capture_output=True, text=True,
+                             timeout=PATIENCE, check=True).stdout
+    assert refused == "401", refused
+    window.press("Stop")
+    window.find("push button", "Start")
+
+
+def look_at_the_rest(window):
+    window.choose_page("Safety settings")
+    window.choose_page("Activity")
+    window.find("table cell", "Searched the inbox")
+    window.choose_page("About")
+
+
+def check_cursor(helper):
+    """The official client with what the app wrote."""
+    written = json.loads(CURSOR.read_text(encoding="utf-8"))["mcpServers"]
+    assert written["other"] == {"command": "other"}, written
+    assert written["tarnwell"]["command"] == helper, written
+    client = pathlib.Path(__file__).with_name("configured-client.mjs")
+    told = subprocess.run(["node", str(client), str(CURSOR)], capture_output=True, text=True, timeout=PATIENCE,
+                          check=True).stdout
+    assert told.startswith("9 tools, "), told
 
 
 def check_what_was_saved(helper, port, password):

@@ -6,6 +6,8 @@
 #include <QElapsedTimer>
 #include <QProcess>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <string>
 
@@ -69,6 +71,42 @@ bool work(const QString& helper) {
   return process.waitForFinished() && process.exitCode() == 0;
 }
 
+/// Two assistants that are here, one of them with settings of its own, and the plan to connect it.
+bool planToConnect(AssistantsModel& assistants) {
+  const std::filesystem::path home = Machine::thisOne().home;
+  std::filesystem::create_directories(home / ".cursor");
+  std::filesystem::create_directories(home / ".lmstudio");
+  std::filesystem::create_directories(home / ".codex");
+  std::ofstream(home / ".cursor/mcp.json") << "{\n"
+                                              "  \"mcpServers\": {\n"
+                                              "    \"weather\": {\n"
+                                              "      \"command\": \"/usr/local/bin/weather\"\n"
+                                              "    }\n"
+                                              "  }\n"
+                                              "}\n";
+  assistants.look();
+  if (!wait([&] { return !assistants.isLooking() && !assistants.assistants().empty(); })) {
+    return false;
+  }
+  assistants.act(AssistantID::cursor);
+  return wait([&] { return assistants.progress(AssistantID::cursor).plan.has_value(); });
+}
+
+/// A message that may be read, among some that may not.
+bool search(TryItModel& tryIt) {
+  tryIt.search({});
+  if (!wait([&] { return tryIt.state() == TryItModel::State::found && tryIt.messages().size() > 3; })) {
+    return false;
+  }
+  for (std::size_t index = 0; index < tryIt.messages().size(); ++index) {
+    if (tryIt.messages()[index].isWithheld) {
+      tryIt.choose(index);
+      return wait([&] { return tryIt.text().has_value(); });
+    }
+  }
+  return false;
+}
+
 int drawAll(int count, char** words) {
   QApplication application(count, words);
   SettingsFile settings(ConfigStore::shared());
@@ -86,12 +124,19 @@ int drawAll(int count, char** words) {
   constexpr int enough = 9;  // six calls, the sign-in of the test, and the helper's coming and going
   wait([&] { return app.activity().rowCount() >= enough; });
   PictureBook book(app, language, QString::fromUtf8(words[1]));
-  const bool areDrawn = book.draw(AppWindow::PageName::account, "account") &&
+  app.endpoint().start();
+  const bool areReady = wait([&] { return app.endpoint().state() == EndpointModel::State::running; }) &&
+                        planToConnect(app.assistants());
+  app.choose(AppWindow::PageName::tryIt);  // which forgets everything when it is left
+  const bool areDrawn = areReady && search(app.tryIt()) && book.draw(AppWindow::PageName::tryIt, "try-it") &&
+                        book.draw(AppWindow::PageName::account, "account") &&
                         book.draw(AppWindow::PageName::safety, "safety") &&
+                        book.draw(AppWindow::PageName::assistants, "assistants") &&
+                        book.draw(AppWindow::PageName::endpoint, "endpoint") &&
                         book.draw(AppWindow::PageName::activity, "activity") &&
                         book.draw(AppWindow::PageName::about, "about");
   if (!areDrawn) {
-    std::cerr << "cannot write into " << words[1] << "\n";
+    std::cerr << "a page has nothing to show, or cannot be written into " << words[1] << "\n";
   }
   return areDrawn ? 0 : 1;
 }
