@@ -141,7 +141,7 @@ std::string without(std::string_view text, const ObjectPlace& object, const Memb
   if (!comma && isBlank(text, inner.begin, range.begin) && isBlank(text, range.end, inner.end)) {
     return replaced(text, inner, "");
   }
-  const std::string result = replaced(text, withBlanks(text, range), "");
+  std::string result = replaced(text, withBlanks(text, range), "");
   if (!comma) {
     return result;
   }
@@ -197,7 +197,7 @@ std::optional<JSONValue> jsonMember(std::string_view text, const JSONPath& path)
   if (!way || !way->object.found) {
     return std::nullopt;
   }
-  const std::optional<JSONValue> value = decoded(text, *way->object.found);
+  std::optional<JSONValue> value = decoded(text, *way->object.found);
   if (!value) {
     throw JSONEditError::at(JSONEditError::Kind::notJSON, text, way->object.found->value);
   }
