@@ -1,6 +1,6 @@
 // Any text is edited, or refused by each function alike. An edit changes its member and no other byte: a new
-// member is inserted whole, a member goes whole, and only blanks around it go with it. What was plain JSON
-// stays plain JSON, with only that member changed.
+// member is inserted whole, a member goes whole, and only blanks around it go with it. The comments of others
+// stay. What was plain JSON stays plain JSON, with only that member changed.
 
 #include <algorithm>
 #include <optional>
@@ -62,6 +62,27 @@ bool hasOnePieceMore(std::string_view shorter, std::string_view longer) {
   return false;
 }
 
+/// The comments of a text, one after the other.
+std::string commentsOf(std::string_view text) {
+  std::string comments;
+  for (std::size_t place = 0; place < text.size(); ++place) {
+    std::size_t end = place;
+    if (text[place] == '"') {
+      for (end = place + 1; text[end] != '"'; ++end) {
+        end += text[end] == '\\' ? 1U : 0U;
+      }
+    } else if (text.substr(place).starts_with("//")) {
+      end = std::min(text.find_first_of("\r\n", place), text.size()) - 1;
+      comments += text.substr(place, end + 1 - place);
+    } else if (text.substr(place).starts_with("/*")) {
+      end = text.find("*/", place + 2) + 1;
+      comments += text.substr(place, end + 1 - place);
+    }
+    place = end;
+  }
+  return comments;
+}
+
 /// The value as merging makes it: members that only the old object has stay.
 JSONValue merged(const JSONValue& old, const JSONValue& value) {
   if (!old.objectValue() || !value.objectValue()) {
@@ -106,6 +127,7 @@ void requireRemoval(const std::string& text, const JSONPath& path) {
   require(withoutJSONMember(removed, path) == removed, "removing twice is the same as once");
   if (removed != text) {
     require(hasOnePieceMore(removed, text), "only the member goes");
+    require(isBlank(differenceOf(commentsOf(text), commentsOf(removed)).added), "no comment comes or moves");
     requirePlainJSON(text, removed, path, std::nullopt);
   }
 }
@@ -126,6 +148,9 @@ void requireEdit(std::string_view text, const JSONPath& path, const JSONValue& v
   }
   if (isReadable && !old) {
     require(hasOnePieceMore(text, with), "a new member is inserted");
+    require(commentsOf(with) == commentsOf(text), "a new member leaves the comments");
+    require(commentsOf(withoutJSONMember(with, path)) == commentsOf(text),
+            "a member goes without others' comments");
   }
   requireRemoval(with, path);
 }

@@ -8,6 +8,9 @@
 namespace tarnwell {
 namespace {
 
+constexpr std::string_view blanks = " \t\r\n";
+constexpr std::string_view blanksInLine = " \t";
+
 /// How far a path leads in a text.
 struct WayPlace {
   ObjectPlace outermost;
@@ -39,11 +42,11 @@ std::string_view textOf(std::string_view text, std::size_t begin, std::size_t en
 }
 
 bool isBlank(std::string_view text, std::size_t begin, std::size_t end) {
-  return textOf(text, begin, end).find_first_not_of(" \t\r\n") == std::string_view::npos;
+  return textOf(text, begin, end).find_first_not_of(blanks) == std::string_view::npos;
 }
 
 bool isBlankInLine(std::string_view text, std::size_t begin, std::size_t end) {
-  return textOf(text, begin, end).find_first_not_of(" \t") == std::string_view::npos;
+  return textOf(text, begin, end).find_first_not_of(blanksInLine) == std::string_view::npos;
 }
 
 bool isLineEnd(char byte) { return byte == '\r' || byte == '\n'; }
@@ -62,10 +65,11 @@ JSONValue wrapped(JSONValue value, const JSONPath& path, std::size_t begin) {
   return value;
 }
 
-/// After the comments that begin in the line of this place.
-std::size_t afterCommentsOfLine(std::string_view text, std::size_t place) {
+/// The end of the last comment of those that follow this place, with only these blanks between. The place
+/// itself when none follows.
+std::size_t afterComments(std::string_view text, std::size_t place, std::string_view between) {
   for (std::size_t end = place;;) {
-    place = text.find_first_not_of(" \t", place);
+    place = text.find_first_not_of(between, place);
     const std::size_t next = afterComment(text, place);
     if (next == place) {
       return end;
@@ -74,19 +78,10 @@ std::size_t afterCommentsOfLine(std::string_view text, std::size_t place) {
   }
 }
 
-/// The place after the last comment in an empty object, or after its brace.
-std::size_t afterCommentsOf(std::string_view text, const ObjectPlace& object) {
-  std::size_t end = object.range.end - 1;
-  while (isJSONBlank(text[end - 1])) {
-    --end;
-  }
-  return end;
-}
-
 std::string withFirstMember(std::string_view text, const ObjectPlace& object, const JSONLayout& layout,
                             const std::string& member) {
   const std::size_t brace = object.range.end - 1;
-  const std::size_t place = afterCommentsOf(text, object);
+  const std::size_t place = afterComments(text, object.range.begin + 1, blanks);
   const std::string_view rest = textOf(text, place, brace);
   const bool hasLineEnd = rest.find_first_of("\r\n") != std::string_view::npos;
   if (!layout.isOnLines) {
@@ -106,7 +101,7 @@ std::string withLastMember(std::string_view text, const ObjectPlace& object, con
   const std::optional<std::size_t> comma = object.last->commaAfter;
   const std::size_t lastEnd = object.last->range.end;
   std::size_t place = comma ? *comma + 1 : lastEnd;
-  place = layout.isOnLines ? afterCommentsOfLine(text, place) : place;
+  place = layout.isOnLines ? afterComments(text, place, blanksInLine) : place;
   std::string addition(comma ? "" : ",");
   addition += textOf(text, lastEnd, comma ? lastEnd : place);
   addition += layout.isOnLines ? layout.lineEnd + layout.indentation : layout.isSpaced ? " " : "";
@@ -122,7 +117,7 @@ TextRange withBlanks(std::string_view text, TextRange range) {
   while (text[begin - 1] == ' ' || text[begin - 1] == '\t') {
     --begin;
   }
-  std::size_t end = text.find_first_not_of(" \t", range.end);
+  std::size_t end = text.find_first_not_of(blanksInLine, range.end);
   const bool isAtBegin = isLineEnd(text[begin - 1]);
   if (isAtBegin && isLineEnd(text[end])) {
     return {begin, afterLineEnd(text, end)};
@@ -146,7 +141,7 @@ std::string without(std::string_view text, const ObjectPlace& object, const Memb
   if (!comma && isBlank(text, inner.begin, range.begin) && isBlank(text, range.end, inner.end)) {
     return replaced(text, inner, "");
   }
-  const std::string result = replaced(text, withBlanks(text, range), "");
+  std::string result = replaced(text, withBlanks(text, range), "");
   if (!comma) {
     return result;
   }
@@ -202,7 +197,7 @@ std::optional<JSONValue> jsonMember(std::string_view text, const JSONPath& path)
   if (!way || !way->object.found) {
     return std::nullopt;
   }
-  const std::optional<JSONValue> value = decoded(text, *way->object.found);
+  std::optional<JSONValue> value = decoded(text, *way->object.found);
   if (!value) {
     throw JSONEditError::at(JSONEditError::Kind::notJSON, text, way->object.found->value);
   }

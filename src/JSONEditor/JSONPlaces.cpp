@@ -32,6 +32,12 @@ bool means(std::string_view written, std::string_view key) {
   return text && text->stringValue() == key;
 }
 
+std::size_t afterBlanksAndComments(std::string_view text, std::size_t place) {
+  JSONReader reader(text, place);
+  reader.skipBlanksAndComments();
+  return reader.position();
+}
+
 }  // namespace
 
 std::optional<std::size_t> placeOfRoot(std::string_view text) {
@@ -71,12 +77,6 @@ ObjectPlace objectAt(std::string_view text, std::size_t place, std::string_view 
   });
   object.range = {place, reader.position()};
   return object;
-}
-
-std::size_t afterBlanksAndComments(std::string_view text, std::size_t place) {
-  JSONReader reader(text, place);
-  reader.skipBlanksAndComments();
-  return reader.position();
 }
 
 std::size_t afterComment(std::string_view text, std::size_t place) {

@@ -30,9 +30,6 @@ std::optional<std::size_t> placeOfRoot(std::string_view text);
 /// there, and `ambiguous` when the key stands in it twice.
 ObjectPlace objectAt(std::string_view text, std::size_t place, std::string_view key);
 
-/// The first place that is neither blank nor in a comment, in a checked text.
-std::size_t afterBlanksAndComments(std::string_view text, std::size_t place);
-
 /// The end of the comment that begins at this place of a checked text. The place itself when none begins
 /// there. The end of the line does not belong to a comment.
 std::size_t afterComment(std::string_view text, std::size_t place);

@@ -86,6 +86,7 @@ const TextRow rows[] = {
     }›»
   }
 })"},
+    {"commentWithBlanksAtItsEnd", servers, "{\n  \"mcpServers\": { // none  «‹\n    \"tarnwell\": {\n      \"args\": [\"serve\"],\n      \"command\": \"/opt/tarnwell\"\n    }›»\n  }\n}"},
     {"commentAndBraceOnOneLine", servers, R"({
   "mcpServers": { /* none */«‹
     "tarnwell": {
