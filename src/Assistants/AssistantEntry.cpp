@@ -84,16 +84,14 @@ JSONValue valueFor(EntryShape shape, const std::string& helper) {
 JSONPath entryPath(const AssistantRow& row) { return {row.object, entryName}; }
 
 AssistantReading readEntry(const Machine& machine, const AssistantRow& row) {
-  const std::filesystem::path file = placeOf(machine, row).file;
-  std::error_code error;  // anything but a missing file is for the reader to tell
-  if (std::filesystem::status(file, error).type() == std::filesystem::file_type::not_found) {
+  const std::optional<std::string> text = readConfigurationFile(placeOf(machine, row).file);
+  if (!text) {
     return {};
   }
-  const FileChange current = proposeChange(file, [](std::string_view text) { return std::string(text); });
   if (row.shape == EntryShape::tomlTable) {
-    return readTOML(row, current.after);
+    return readTOML(row, *text);
   }
-  std::optional<JSONValue> value = jsonMember(current.after, entryPath(row));
+  std::optional<JSONValue> value = jsonMember(*text, entryPath(row));
   return value ? AssistantReading{entryOf(std::move(*value)), {}} : AssistantReading{};
 }
 
