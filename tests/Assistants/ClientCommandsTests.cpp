@@ -32,7 +32,8 @@ class CommandsOfClients : public testing::Test {
            R"(","args":["serve"])" + more + "}}}";
   }
   std::string toml(const std::string& command, const std::string& more = "") const {
-    return "# mine\n[mcp_servers.tarnwell]\ncommand = \"" + command + "\"\nargs = [\"serve\"]\n" + more;
+    return "# mine\nmodel = 'x'\n[mcp_servers.tarnwell]\ncommand = \"" + command +
+           "\"\nargs = [\"serve\"]\n" + more;
   }
   AssistantError::Kind errorOf(const std::function<void()>& work) const {
     try {
