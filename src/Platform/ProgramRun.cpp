@@ -77,6 +77,7 @@ class Capture {
 
 std::vector<char*> pointers(const std::vector<std::string>& texts) {
   std::vector<char*> result;
+  result.reserve(texts.size() + 1);
   for (const std::string& text : texts) {
     result.push_back(const_cast<char*>(text.c_str()));  // posix_spawn(3) does not change them
   }
