@@ -48,11 +48,6 @@ std::string runAll(const Machine& machine, AssistantID id, const std::vector<Cli
   return text;
 }
 
-/// The file as it is now, as a change of nothing.
-FileChange fileNow(const std::filesystem::path& file) {
-  return proposeChange(file, [](std::string_view text) { return std::string(text); });
-}
-
 bool isSameEntry(const std::optional<AssistantEntry>& one, const std::optional<AssistantEntry>& other) {
   return one.has_value() == other.has_value() && (!one || one->value == other->value);
 }
@@ -80,26 +75,46 @@ void checkReached(const Machine& machine, const ConnectionPlan& planned, const s
   }
 }
 
+/// Removes the copy of a file that is still what it was.
+void removeNeedless(const std::optional<std::filesystem::path>& backup, const std::filesystem::path& file,
+                    const std::optional<std::string>& before) {
+  try {
+    if (backup && readConfigurationFile(file) == before) {
+      std::filesystem::remove(*backup);
+    }
+  } catch (const std::exception&) {
+    return;  // it stays
+  }
+}
+
+/// What the commands made of the file, with a copy of what it was.
+WrittenFile changeOf(const ConnectionPlan& planned, std::optional<std::string> before,
+                     const std::optional<std::filesystem::path>& backup) {
+  FileChange change = proposeChange(planned.file, [](std::string_view text) { return std::string(text); });
+  change.before = std::move(before);
+  return {std::move(change), backup};
+}
+
 ConnectionDone runPlanned(const Machine& machine, const ConnectionPlan& planned) {
   const AssistantRow& row = assistantRow(planned.id);
   const std::filesystem::path program = planned.commands.front().front();
   const AssistantReading earlier = readEntry(machine, row);
-  const FileChange before = fileNow(planned.file);
-  std::string text;
+  std::optional<std::string> before = readConfigurationFile(planned.file);
+  // Claude Code keeps copies of its file itself.
+  const std::optional<std::filesystem::path> backup = row.rewritesFile ? std::nullopt : backUp(planned.file);
   try {
-    text = runAll(machine, planned.id, planned.commands);
-  } catch (const AssistantError&) {
+    const std::string text = runAll(machine, planned.id, planned.commands);
+    checkReached(machine, planned, text);
+  } catch (const std::exception&) {
     bringBack(machine, row, program, earlier.entry);
+    removeNeedless(backup, planned.file, before);
     throw;
   }
-  checkReached(machine, planned, text);
   ConnectionDone done{.plan = planned};
   done.undoCommands =
       restoreCommands(row, program, earlier.entry, planned.goal == ConnectionPlan::Goal::connect);
   if (!row.rewritesFile) {
-    FileChange change = fileNow(planned.file);
-    change.before = before.before;
-    done.written = WrittenFile{std::move(change), std::nullopt};
+    done.written = changeOf(planned, std::move(before), backup);
   }
   return done;
 }

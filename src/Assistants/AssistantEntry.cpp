@@ -6,6 +6,7 @@
 
 #include "Assistants/AssistantPlaces.h"
 #include "Assistants/TOMLReader.h"
+#include "Text/Text.h"
 
 namespace tarnwell {
 namespace {
@@ -59,13 +60,34 @@ AssistantEntry entryOf(JSONValue value) {
   return entry;
 }
 
+/// Codex writes all entries anew and drops the comments in them and right above. Any "#" there counts as one,
+/// also in a text.
+bool hasCommentsAmong(const char* object, std::string_view text) {
+  std::size_t begin = text.find(object);
+  if (begin == text.npos) {
+    return false;
+  }
+  begin = text.substr(0, begin).rfind('\n') + 1;
+  while (begin > 0) {
+    const std::size_t before = begin < 2 ? 0 : text.substr(0, begin - 1).rfind('\n') + 1;
+    const std::string_view line = trimmed(text.substr(before, begin - before));
+    if (!line.empty() && !line.starts_with('#')) {
+      break;
+    }
+    begin = before;
+  }
+  return text.find('#', begin) != text.npos;
+}
+
 AssistantReading readTOML(const AssistantRow& row, std::string_view text) {
   const std::variant<JSONValue, std::size_t> document = decodeTOML(text);
+  AssistantReading reading{.hasComments = hasCommentsAmong(row.object, text)};
   if (const std::size_t* line = std::get_if<std::size_t>(&document)) {
-    return {{}, "line " + std::to_string(*line) + ": not TOML"};
+    reading.problem = "line " + std::to_string(*line) + ": not TOML";
+  } else if (const JSONValue* value = std::get<JSONValue>(document)[row.object].member(entryName)) {
+    reading.entry = entryOf(*value);
   }
-  const JSONValue* value = std::get<JSONValue>(document)[row.object].member(entryName);
-  return value != nullptr ? AssistantReading{entryOf(*value), {}} : AssistantReading{};
+  return reading;
 }
 
 JSONValue valueFor(EntryShape shape, const std::string& helper) {
@@ -84,17 +106,15 @@ JSONValue valueFor(EntryShape shape, const std::string& helper) {
 JSONPath entryPath(const AssistantRow& row) { return {row.object, entryName}; }
 
 AssistantReading readEntry(const Machine& machine, const AssistantRow& row) {
-  const std::filesystem::path file = placeOf(machine, row).file;
-  std::error_code error;  // anything but a missing file is for the reader to tell
-  if (std::filesystem::status(file, error).type() == std::filesystem::file_type::not_found) {
+  const std::optional<std::string> text = readConfigurationFile(placeOf(machine, row).file);
+  if (!text) {
     return {};
   }
-  const FileChange current = proposeChange(file, [](std::string_view text) { return std::string(text); });
   if (row.shape == EntryShape::tomlTable) {
-    return readTOML(row, current.after);
+    return readTOML(row, *text);
   }
-  std::optional<JSONValue> value = jsonMember(current.after, entryPath(row));
-  return value ? AssistantReading{entryOf(std::move(*value)), {}} : AssistantReading{};
+  std::optional<JSONValue> value = jsonMember(*text, entryPath(row));
+  return value ? AssistantReading{.entry = entryOf(std::move(*value))} : AssistantReading{};
 }
 
 bool startsHelper(const Machine& machine, const AssistantEntry& entry) {

@@ -25,9 +25,11 @@ struct AssistantEntry {
 
 struct AssistantReading {
   /// Absent when there is none, or nothing can be read.
-  std::optional<AssistantEntry> entry;
+  std::optional<AssistantEntry> entry{};
   /// For TOML: why it cannot be read. JSON throws instead.
-  std::string problem;
+  std::string problem{};
+  /// For TOML: there may be comments among the entries, which the client's commands drop.
+  bool hasComments = false;
 };
 
 /// Throws `JSONEditError` or `ConfigurationFileError`.

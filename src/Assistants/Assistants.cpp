@@ -34,7 +34,8 @@ ConnectingWay wayTo(const Machine& machine, const AssistantRow& row, const Assis
   // Codex and Gemini CLI would drop what else the entry has. Claude Code takes it over.
   const bool wouldLose = goal == Goal::connect && row.id != AssistantID::claudeCode && reading.entry &&
                          !reading.entry->isPlain && reading.entry->command;
-  return commandProgram(machine, row) && !wouldLose ? ConnectingWay::ownCommand : byHand;
+  return commandProgram(machine, row) && !wouldLose && !reading.hasComments ? ConnectingWay::ownCommand
+                                                                            : byHand;
 }
 
 Connection connectionOf(const Machine& machine, const AssistantReading& reading) {
@@ -63,9 +64,9 @@ AssistantReading readOrTell(const Machine& machine, const AssistantRow& row) {
   try {
     return readEntry(machine, row);
   } catch (const JSONEditError& error) {
-    return {{}, describe(error)};
+    return {.problem = describe(error)};
   } catch (const ConfigurationFileError& error) {
-    return {{}, error.reason()};
+    return {.problem = error.reason()};
   }
 }
 

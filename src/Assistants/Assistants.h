@@ -176,8 +176,8 @@ ConnectionPlan plan(const Machine& machine, AssistantID id, ConnectionPlan::Goal
 
 struct ConnectionDone {
   ConnectionPlan plan;
-  /// The file before and after. For `ownCommand` as the command left it, and only if the client's file does
-  /// not change by itself.
+  /// The file before and after, and the copy of what it was. For `ownCommand` as the command left it; absent
+  /// for Claude Code, whose file changes by itself.
   std::optional<WrittenFile> written{};
   /// The commands that bring back the entry as it was. They are used only when the file was changed since, or
   /// changes by itself.

@@ -141,6 +141,16 @@ WrittenFile write(const FileChange& change) {
   return written;
 }
 
+std::optional<fs::path> backUp(const fs::path& path) {
+  const fs::path target = targetOf(path);
+  const std::optional<std::string> text = textOf(path, target);
+  if (!text) {
+    return std::nullopt;
+  }
+  const FileRights rights = fileRights(target).value_or(FileRights{});
+  return orNotWritten(target, [&] { return makeBackup(target, *text, rights); });
+}
+
 void undo(const WrittenFile& written) {
   const FileChange& change = written.change;
   if (change.isNothing()) {

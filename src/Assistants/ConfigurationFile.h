@@ -91,6 +91,10 @@ FileChange proposeChange(const std::filesystem::path& path, const TextEdit& edit
 /// no temporary file and no backup, except `notVerified`, which leaves the backup.
 WrittenFile write(const FileChange& change);
 
+/// Copies the file beside itself as `write` does, for a file that its own program is about to change. Absent
+/// when there is none. Throws `unreadable`, `otherWriter` and `notWritten`.
+std::optional<std::filesystem::path> backUp(const std::filesystem::path& path);
+
 /// Puts the text of before in place, or removes the file that `write` made. The backup stays. Throws as
 /// `write` does.
 void undo(const WrittenFile& written);

@@ -80,6 +80,36 @@ TEST(Entries, bareNameIsLookedUp) {
   EXPECT_EQ(fake.state(AssistantID::cursor).connection, Connection::here);
 }
 
+struct CommentRow {
+  const char* name;
+  const char* text;
+  ConnectingWay way;
+};
+
+class CommentsInTOML : public testing::TestWithParam<CommentRow> {};
+
+/// Codex writes all entries anew, and drops the comments in them and above.
+TEST_P(CommentsInTOML, areNotLeftToTheCommand) {
+  const FakeMachine fake;
+  FakeMachine::putProgram(fake.home() / "bin/codex", "exit 0");
+  fake.put(".codex/config.toml", GetParam().text);
+  EXPECT_EQ(plan(fake.machine, AssistantID::codex, Goal::connect).way, GetParam().way);
+  EXPECT_EQ(fake.state(AssistantID::codex).way, GetParam().way);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    all, CommentsInTOML,
+    testing::Values(CommentRow{"none", "a = 1\n\n[mcp_servers.b]\nc = 'd'\n", ConnectingWay::ownCommand},
+                    CommentRow{"noEntries", "# one\n\n[a]\n# two\n", ConnectingWay::ownCommand},
+                    CommentRow{"before", "# one\na = 1 # two\n\n[mcp_servers.b]\n",
+                               ConnectingWay::ownCommand},
+                    CommentRow{"above", "a = 1\n# one\n\n[mcp_servers.b]\n", ConnectingWay::block},
+                    CommentRow{"top", "# one\n[mcp_servers.b]\n", ConnectingWay::block},
+                    CommentRow{"behind", "[mcp_servers.b] # one\n", ConnectingWay::block},
+                    CommentRow{"inside", "[mcp_servers.b]\n  # one\nc = 'd'\n", ConnectingWay::block},
+                    CommentRow{"after", "[mcp_servers.b]\n[e]\n# one\n", ConnectingWay::block}),
+    rowName);
+
 struct HelperRow {
   const char* name;
   const char* helper;

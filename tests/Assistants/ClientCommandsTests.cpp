@@ -32,7 +32,8 @@ class CommandsOfClients : public testing::Test {
            R"(","args":["serve"])" + more + "}}}";
   }
   std::string toml(const std::string& command, const std::string& more = "") const {
-    return "# mine\n[mcp_servers.tarnwell]\ncommand = \"" + command + "\"\nargs = [\"serve\"]\n" + more;
+    return "# mine\nmodel = 'x'\n[mcp_servers.tarnwell]\ncommand = \"" + command +
+           "\"\nargs = [\"serve\"]\n" + more;
   }
   AssistantError::Kind errorOf(const std::function<void()>& work) const {
     try {
@@ -148,6 +149,7 @@ TEST_P(BytesOfClients, comeBackWhenNobodyChangedTheFileSince) {
     willWrite(connected(helper()));
     const ConnectionDone done = carryOut(fake.machine, plan(fake.machine, GetParam().id, Goal::connect));
     EXPECT_EQ(text(), connected(helper()));
+    EXPECT_EQ(fileContents(done.written.value().backup.value()), start);
     const std::string before = calls();
     undo(fake.machine, done);
     EXPECT_EQ(text(), start);
@@ -229,6 +231,21 @@ TEST_P(FailuresOfClients, areTold) {
   EXPECT_EQ(errorOf([&] { carryOut(fake.machine, planned); }), GetParam().kind);
   EXPECT_EQ(details, GetParam().details);
   EXPECT_EQ(fileContents(fake.home() / ".codex/config.toml"), "a = 1\n");
+  const std::filesystem::directory_iterator files(fake.home() / ".codex");
+  EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "no copy is left";
+}
+
+/// It makes its folder itself.
+TEST_F(CommandsOfClients, codexThatNeverRanIsConnected) {
+  FakeMachine::putProgram(
+      program("codex"),
+      "/bin/mkdir -p \"$HOME/.codex\"; /bin/cat \"$HOME/next\" > \"$HOME/.codex/config.toml\"");
+  willWrite(toml(helper()));
+  const ConnectionDone done = carryOut(fake.machine, plan(fake.machine, AssistantID::codex, Goal::connect));
+  EXPECT_FALSE(done.written.value().backup);
+  EXPECT_EQ(fake.state(AssistantID::codex).connection, Connection::here);
+  undo(fake.machine, done);
+  EXPECT_FALSE(std::filesystem::exists(fake.home() / ".codex/config.toml"));
 }
 
 INSTANTIATE_TEST_SUITE_P(
