@@ -33,6 +33,30 @@
     </message>
 </context>
 <context>
+    <name>tarnwell::AssistantsTexts</name>
+    <message numerus="yes">
+        <source>Tarnwell runs these %n command(s) of %1:</source>
+        <translation>
+            <numerusform>Tarnwell runs this command of %1:</numerusform>
+            <numerusform>Tarnwell runs these %n commands of %1:</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>… %n line(s) that stay …</source>
+        <translation>
+            <numerusform>… %n line that stays …</numerusform>
+            <numerusform>… %n lines that stay …</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Run the %n command(s)</source>
+        <translation>
+            <numerusform>Run the command</numerusform>
+            <numerusform>Run the %n commands</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>tarnwell::SafetyTexts</name>
     <message numerus="yes">
         <source>An assistant may read at most %n message(s) a call.</source>
