@@ -171,7 +171,7 @@ void AssistantListRow::showNews(const AssistantState& assistant, const Assistant
   news_->setAction(offer);
   news_->action()->setAccessibleName(spoken(assistant, offer));
   if (isNew) {
-    Q_EMIT grew(news_);
+    Q_EMIT grew();
   }
 }
 
@@ -194,7 +194,7 @@ void AssistantListRow::showPlan(const AssistantState& assistant, const Assistant
   plan_->showPlan(assistant, progress);
   plan_->show();
   if (isNew) {
-    Q_EMIT grew(plan_);
+    Q_EMIT grew();
   }
 }
 

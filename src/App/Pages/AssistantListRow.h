@@ -27,8 +27,8 @@ class AssistantListRow : public QWidget {
   void offerTaken();
   void confirmed();
   void dismissed();
-  /// Something was shown below the row that should be seen whole.
-  void grew(QWidget* part);
+  /// Something was shown that should be seen with the whole row.
+  void grew();
 
  private:
   void showState(const AssistantState& assistant);

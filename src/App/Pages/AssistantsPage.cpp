@@ -80,7 +80,7 @@ AssistantListRow* AssistantsPage::newRow(AssistantID assistant) {
       assistants_.tryAgain(assistant);
     }
   });
-  connect(row, &AssistantListRow::grew, this, [this](QWidget* part) { bringIntoView(part); });
+  connect(row, &AssistantListRow::grew, this, [this, row] { bringIntoView(row); });
   return row;
 }
 

@@ -27,7 +27,7 @@ class AssistantsPage : public Page {
   static QString name();
 
  protected:
-  void setTexts() override;
+  void setTexts() final;
   void showEvent(QShowEvent* event) override;
 
  private:

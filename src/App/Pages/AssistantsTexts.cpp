@@ -171,8 +171,13 @@ QStringList steps(const AssistantState& assistant, const ConnectionPlan& plan) {
     return {Words::tr("Open this file: %1").arg(file), Words::tr("Remove these lines and save it."),
             restart(assistant)};
   }
-  return {Words::tr("Copy this text."), Words::tr("Open this file, or make it: %1").arg(file),
-          Words::tr("Add the text at its end and save it."), restart(assistant)};
+  QStringList steps{Words::tr("Copy this text."), Words::tr("Open this file, or make it: %1").arg(file)};
+  if (assistant.connection == Connection::elsewhere) {
+    steps += Words::tr("Remove the lines of the entry “tarnwell” that is there.");
+  }
+  steps += Words::tr("Add the text at its end and save it.");
+  steps += restart(assistant);
+  return steps;
 }
 
 QString confirm(const AssistantProgress& progress) {

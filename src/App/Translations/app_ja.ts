@@ -992,6 +992,394 @@
     </message>
 </context>
 <context>
+    <name>tarnwell::AssistantsPage</name>
+    <message>
+        <source>No account is saved yet. You can connect an assistant already, but it gets an error until you save one on the page “Account”.</source>
+        <translation>アカウントがまだ保存されていません。アシスタントの接続はできますが、「アカウント」のページで保存するまではエラーになります。</translation>
+    </message>
+    <message>
+        <source>Looking for assistants…</source>
+        <translation>アシスタントを探しています…</translation>
+    </message>
+    <message>
+        <source>None of the assistants that Tarnwell knows was found on this computer.</source>
+        <translation>Tarnwell が対応しているアシスタントは、このコンピューターでは見つかりませんでした。</translation>
+    </message>
+    <message>
+        <source>Assistants</source>
+        <translation>アシスタント</translation>
+    </message>
+    <message>
+        <source>Connect the assistants on this computer to Tarnwell. Every change is shown to you before it is made, and can be undone.</source>
+        <translation>このコンピューターのアシスタントを Tarnwell に接続します。変更の内容は必ず事前に表示され、後から元に戻すこともできます。</translation>
+    </message>
+    <message>
+        <source>On this computer</source>
+        <translation>このコンピューター</translation>
+    </message>
+    <message>
+        <source>Another assistant</source>
+        <translation>ほかのアシスタント</translation>
+    </message>
+    <message>
+        <source>Any other assistant that knows the Model Context Protocol can use Tarnwell. Copy this entry into its settings, beside what is there, and restart it.</source>
+        <translation>Model Context Protocol に対応したアシスタントなら、ほかのものでも Tarnwell を使えます。この項目をコピーして、既存の内容を残したままアシスタントの設定に追加し、再起動してください。</translation>
+    </message>
+    <message>
+        <source>&amp;Format of the settings</source>
+        <translation>設定の形式(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Entry for another assistant</source>
+        <translation>ほかのアシスタント用の項目</translation>
+    </message>
+    <message>
+        <source>Not found here: %1</source>
+        <translation>見つからなかったもの: %1</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::AssistantsTexts</name>
+    <message>
+        <source>The file as it was: %1</source>
+        <translation>変更前のファイル: %1</translation>
+    </message>
+    <message>
+        <source>The settings of %1 cannot be read as JSON, so they stay as they are. Mend the file and try again.</source>
+        <translation>%1 の設定を JSON として読み取れないため、変更していません。ファイルを直してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The settings of %1 cannot be read as JSON: see line %2, column %3. They stay as they are. Mend the file and try again.</source>
+        <translation>%1 の設定を JSON として読み取れません（%2 行目、%3 文字目）。設定は変更していません。ファイルを直してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The settings of %1 hold something else where its servers belong, so they stay as they are. Mend the file and try again.</source>
+        <translation>%1 の設定では、サーバーを書く場所に別のものがあるため、変更していません。ファイルを直してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The settings of %1 have the same entry twice, so they stay as they are. Remove one of the two and try again.</source>
+        <translation>%1 の設定に同じ項目が 2 つあるため、変更していません。どちらかを削除してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The settings of %1 are no UTF-8 text, so they stay as they are. Save the file as UTF-8 and try again.</source>
+        <translation>%1 の設定が UTF-8 のテキストではないため、変更していません。UTF-8 で保存し直してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The settings of %1 are too large for this, so they stay as they are. Add the entry by hand, from “Another assistant” below.</source>
+        <translation>%1 の設定が大きすぎるため、変更していません。下の「ほかのアシスタント」の項目を手動で追加してください。</translation>
+    </message>
+    <message>
+        <source>The settings file of %1 cannot be read. The details say why; mend that and try again.</source>
+        <translation>%1 の設定ファイルを読み取れません。理由は「詳細」にあります。原因を取り除いてから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The settings file of %1 could not be written and is as it was. The details say why; mend that and try again.</source>
+        <translation>%1 の設定ファイルに書き込めませんでした。ファイルは元のままです。理由は「詳細」にあります。原因を取り除いてから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>Another program wrote the settings of %1 at the same time. Close %1 and try again.</source>
+        <translation>%1 の設定に、ほかのプログラムも同時に書き込みました。%1 を終了してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>%1 is running and would write its old settings over the change. Close it and try again.</source>
+        <translation>%1 が実行中です。このままでは、変更が以前の設定で上書きされてしまいます。終了してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>%1 was never started here, so its settings have no place yet. Start it once, close it, and try again.</source>
+        <translation>%1 が一度も起動されていないため、設定の保存場所がまだありません。一度起動して終了してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The program “tarnwell” is not beside this app. Install Tarnwell again and try again.</source>
+        <translation>このアプリと同じ場所にプログラム「tarnwell」がありません。Tarnwell をインストールし直してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>Tarnwell lies in a folder whose name is no UTF-8 text, and settings can hold only that. Install it elsewhere and try again.</source>
+        <translation>Tarnwell のフォルダー名が UTF-8 のテキストではないため、設定に書き込めません。別の場所にインストールしてから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The command of %1 cannot be started. Install %1 again, or wait until its update is done, and try again.</source>
+        <translation>%1 のコマンドを開始できません。%1 をインストールし直すか、更新が終わるのを待ってから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The command of %1 took too long and was stopped. Try again.</source>
+        <translation>%1 のコマンドに時間がかかりすぎたため、中止しました。もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The command of %1 ended well and yet changed nothing. The details are its own words.</source>
+        <translation>%1 のコマンドは正常に終了しましたが、何も変わっていません。「詳細」にコマンドの出力があります。</translation>
+    </message>
+    <message>
+        <source>Start a new session of %1 to see it.</source>
+        <translation>%1 の新しいセッションから使えます。</translation>
+    </message>
+    <message>
+        <source>Restart Visual Studio Code to see it in %1.</source>
+        <translation>Visual Studio Code を再起動すると、%1 に反映されます。</translation>
+    </message>
+    <message>
+        <source>Start %1 to see it.</source>
+        <translation>%1 を起動すると反映されます。</translation>
+    </message>
+    <message>
+        <source>Restart %1 to see it.</source>
+        <translation>%1 を再起動すると反映されます。</translation>
+    </message>
+    <message>
+        <source>Connected.</source>
+        <translation>接続済みです。</translation>
+    </message>
+    <message>
+        <source>Disconnected. %1 may use Tarnwell until it is restarted.</source>
+        <translation>接続を解除しました。%1 は再起動するまで Tarnwell を使うことがあります。</translation>
+    </message>
+    <message>
+        <source>Undone. The settings of %1 are as they were.</source>
+        <translation>元に戻しました。%1 の設定は変更前のとおりです。</translation>
+    </message>
+    <message>
+        <source>%1 was connected already, so nothing was changed.</source>
+        <translation>%1 はすでに接続されていたため、何も変更していません。</translation>
+    </message>
+    <message>
+        <source>%1 was not connected any more, so nothing was changed.</source>
+        <translation>%1 の接続はすでに解除されていたため、何も変更していません。</translation>
+    </message>
+    <message>
+        <source>The settings of %1 have changed meanwhile, so nothing was done. This is the plan anew.</source>
+        <translation>その間に %1 の設定が変わったため、何も実行していません。現在の設定に対する変更の内容は次のとおりです。</translation>
+    </message>
+    <message>
+        <source>The settings of %1 have changed since, so they stay as they are.</source>
+        <translation>その後 %1 の設定が変わったため、元に戻していません。</translation>
+    </message>
+    <message>
+        <source>Connected, but switched off in %1.</source>
+        <translation>接続済みですが、%1 で無効になっています。</translation>
+    </message>
+    <message>
+        <source>Its entry for Tarnwell belongs to something else.</source>
+        <translation>Tarnwell の項目が別のものに使われています。</translation>
+    </message>
+    <message>
+        <source>Connected to another program: %1</source>
+        <translation>別のプログラムに接続されています: %1</translation>
+    </message>
+    <message>
+        <source>Its settings cannot be read.</source>
+        <translation>設定を読み取れません。</translation>
+    </message>
+    <message>
+        <source>Not connected.</source>
+        <translation>未接続です。</translation>
+    </message>
+    <message>
+        <source>This file stays as it is. Mend it and look again: %1</source>
+        <translation>このファイルは変更しません。直してから、もう一度確認してください: %1</translation>
+    </message>
+    <message>
+        <source>Disconnect</source>
+        <translation>接続を解除</translation>
+    </message>
+    <message>
+        <source>Use this one</source>
+        <translation>こちらに切り替える</translation>
+    </message>
+    <message>
+        <source>Show what to add</source>
+        <translation>追加する内容を表示</translation>
+    </message>
+    <message>
+        <source>Show what to remove</source>
+        <translation>削除する内容を表示</translation>
+    </message>
+    <message>
+        <source>Look again</source>
+        <translation>もう一度確認</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>接続</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>もう一度試す</translation>
+    </message>
+    <message>
+        <source>Undoing…</source>
+        <translation>元に戻しています…</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>元に戻す</translation>
+    </message>
+    <message numerus="yes">
+        <source>Tarnwell runs these %n command(s) of %1:</source>
+        <translation>
+            <numerusform>Tarnwell は %1 のコマンドを %n 件実行します:</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>You add this to the settings of %1 yourself:</source>
+        <translation>次の内容を、%1 の設定に手動で追加してください:</translation>
+    </message>
+    <message>
+        <source>You remove this from the settings of %1 yourself:</source>
+        <translation>次の内容を、%1 の設定から手動で削除してください:</translation>
+    </message>
+    <message>
+        <source>Tarnwell makes this file, which %1 reads:</source>
+        <translation>Tarnwell は、%1 が読み取る次のファイルを作成します:</translation>
+    </message>
+    <message>
+        <source>Tarnwell changes this file of %1:</source>
+        <translation>Tarnwell は %1 の次のファイルを変更します:</translation>
+    </message>
+    <message>
+        <source>Commands of %1</source>
+        <translation>%1 のコマンド</translation>
+    </message>
+    <message>
+        <source>Change to the settings of %1</source>
+        <translation>%1 の設定の変更</translation>
+    </message>
+    <message>
+        <source>Entry for %1</source>
+        <translation>%1 用の項目</translation>
+    </message>
+    <message numerus="yes">
+        <source>… %n line(s) that stay …</source>
+        <translation>
+            <numerusform>… 変更のない %n 行 …</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>It is a link to this file, which changes: %1</source>
+        <translation>これはリンクで、実際に変更されるのは次のファイルです: %1</translation>
+    </message>
+    <message>
+        <source>Everything else in it stays. A copy of the file as it is now is kept beside it.</source>
+        <translation>そのほかの部分は変わりません。現在のファイルのコピーを同じ場所に残します。</translation>
+    </message>
+    <message>
+        <source>It is not there yet.</source>
+        <translation>このファイルはまだありません。</translation>
+    </message>
+    <message>
+        <source>Open this file: %1</source>
+        <translation>このファイルを開きます: %1</translation>
+    </message>
+    <message>
+        <source>Remove these lines and save it.</source>
+        <translation>これらの行を削除して保存します。</translation>
+    </message>
+    <message>
+        <source>Copy this text.</source>
+        <translation>このテキストをコピーします。</translation>
+    </message>
+    <message>
+        <source>Open this file, or make it: %1</source>
+        <translation>このファイルを開きます（なければ作成します）: %1</translation>
+    </message>
+    <message>
+        <source>Add the text at its end and save it.</source>
+        <translation>末尾にテキストを追加して保存します。</translation>
+    </message>
+    <message>
+        <source>Running…</source>
+        <translation>実行しています…</translation>
+    </message>
+    <message numerus="yes">
+        <source>Run the %n command(s)</source>
+        <translation>
+            <numerusform>%n 件のコマンドを実行</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Writing…</source>
+        <translation>書き込んでいます…</translation>
+    </message>
+    <message>
+        <source>Write the change</source>
+        <translation>変更を書き込む</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>閉じる</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>JSON with “servers”, as Visual Studio Code reads it</source>
+        <translation>JSON（「servers」、Visual Studio Code の形式）</translation>
+    </message>
+    <message>
+        <source>JSON with “mcp”, as opencode reads it</source>
+        <translation>JSON（「mcp」、opencode の形式）</translation>
+    </message>
+    <message>
+        <source>TOML, as Codex reads it</source>
+        <translation>TOML（Codex の形式）</translation>
+    </message>
+    <message>
+        <source>YAML, as Goose reads it</source>
+        <translation>YAML（Goose の形式）</translation>
+    </message>
+    <message>
+        <source>YAML, as Continue reads it</source>
+        <translation>YAML（Continue の形式）</translation>
+    </message>
+    <message>
+        <source>JSON with “mcpServers”, as most assistants read it</source>
+        <translation>JSON（「mcpServers」、多くのアシスタントの形式）</translation>
+    </message>
+    <message>
+        <source>Somebody else may write the settings file of %1, so it stays as it is. Keep file and folder to yourself and try again.</source>
+        <translation>%1 の設定ファイルにはほかのユーザーも書き込めるため、変更していません。ファイルとフォルダーを自分だけが書き込めるようにしてから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The command of %1 failed. The details are its own words; mend what they name and try again.</source>
+        <translation>%1 のコマンドが失敗しました。「詳細」にコマンドの出力があります。原因を取り除いてから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>Only you can change the settings of %1. Copy the entry into them.</source>
+        <translation>%1 の設定は手動でのみ変更できます。項目をコピーして設定に追加してください。</translation>
+    </message>
+    <message>
+        <source>This could not be done. The details say why; mend that and try again.</source>
+        <translation>実行できませんでした。理由は「詳細」にあります。原因を取り除いてから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>Connected. %1</source>
+        <comment>a sentence follows</comment>
+        <translation>接続しました。%1</translation>
+    </message>
+    <message>
+        <source>Remove the lines of the entry “tarnwell” that is there.</source>
+        <translation>すでにある項目「tarnwell」の行を削除します。</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::CopyBlock</name>
+    <message>
+        <source>Copy</source>
+        <translation>コピー</translation>
+    </message>
+    <message>
+        <source>Copied</source>
+        <translation>コピー済み</translation>
+    </message>
+    <message>
+        <source>Copied: %1</source>
+        <translation>コピー済み: %1</translation>
+    </message>
+    <message>
+        <source>Copy: %1</source>
+        <translation>コピー: %1</translation>
+    </message>
+</context>
+<context>
     <name>tarnwell::FormField</name>
     <message>
         <source>%1, invalid</source>

@@ -41,6 +41,19 @@ Tone toneOf(Kind kind) {
   return Tone::faint;
 }
 
+/// With a sign for each letter that would end the line here, though not in the file: separators, and the
+/// codes that Qt keeps for frames.
+QString onOneLine(QString text) {
+  for (QChar& letter : text) {
+    const char16_t code = letter.unicode();
+    if (code == 0x2028 || code == 0x2029 || code == 0xFDD0 || code == 0xFDD1 ||
+        (code < 0x20 && code != u'\t')) {
+      letter = QChar::ReplacementCharacter;
+    }
+  }
+  return text;
+}
+
 /// The ground with a little of the colour in it.
 QColor tinted(const QColor& ground, const QColor& colour) {
   constexpr float share = 0.09F;
@@ -60,7 +73,7 @@ void DifferenceView::setLines(std::vector<Line> lines) {
   lines_ = std::move(lines);
   QStringList text;
   for (const Line& line : lines_) {
-    text += signOf(line.kind) + line.text;
+    text += signOf(line.kind) + onOneLine(line.text);
   }
   setPlainText(text.join(QLatin1Char('\n')));
   colour();

@@ -128,6 +128,15 @@ TEST_F(AssistantsPageTest, planTellsOfALinkAndOfAFileThatIsMade) {
   EXPECT_FALSE(shown().contains("A copy of the file"));
 }
 
+TEST_F(AssistantsPageTest, stepsNameAnEntryThatIsInTheWay) {
+  machine_[codex].connection = Connection::elsewhere;
+  begin();
+  ASSERT_TRUE(press("Codex: Show what to add"));
+  EXPECT_TRUE(
+      shown().contains("\n3. Remove the lines of the entry “tarnwell” that is there.\n4. Add the text"))
+      << shown().toStdString();
+}
+
 TEST_F(AssistantsPageTest, severalCommandsAreCounted) {
   machine_->plan = [](AssistantID id, Goal goal) {
     AssistantState state = assistant(id, "Claude Code");

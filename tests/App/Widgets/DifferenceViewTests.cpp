@@ -99,6 +99,17 @@ TEST_F(DifferenceViewTest, groundReachesFromEdgeToEdge) {
   }
 }
 
+/// Else the colours would slip to other lines.
+TEST_F(DifferenceViewTest, noLetterEndsALine) {
+  for (const char16_t letter : {u'\n', u'\r', u'\v', u'\f', char16_t{0x2028}, char16_t{0x2029},
+                                char16_t{0xFDD0}, char16_t{0xFDD1}, char16_t{0}}) {
+    view->setLines({{Kind::same, QStringLiteral("a%1b").arg(QChar(letter))}, {Kind::added, "c"}});
+    EXPECT_EQ(view->toPlainText(), "  a\uFFFDb\n+ c") << static_cast<int>(letter);
+    EXPECT_EQ(view->document()->blockCount(), 2);
+    EXPECT_TRUE(groundOf(1));
+  }
+}
+
 TEST_F(DifferenceViewTest, sameLinesAndAnotherSchemeLeaveTheCursorAlone) {
   view->moveCursor(QTextCursor::End);
   view->setLines(lines);

@@ -19,7 +19,7 @@ using Connection = AssistantState::Connection;
 using Goal = ConnectionPlan::Goal;
 
 /// Outlives the test when a thread still works.
-class FakeMachine {
+class MachineInMemory {
  public:
   /// As `AssistantWork`. A test replaces what it wants to fail.
   std::vector<AssistantState> assistants;
@@ -70,7 +70,7 @@ class FakeAssistants {
  public:
   /// Three are here, one of each way, and one is not.
   FakeAssistants() {
-    FakeMachine& machine = *machine_;
+    MachineInMemory& machine = *machine_;
     AssistantState claude = assistant(AssistantID::claudeCode, "Claude Code");
     claude.way = ConnectingWay::ownCommand;
     AssistantState codex = assistant(AssistantID::codex, "Codex");
@@ -111,7 +111,7 @@ class FakeAssistants {
         .helper = "/opt/tarnwell/bin/tarnwell"};
   }
 
-  FakeMachine* operator->() const { return machine_.get(); }
+  MachineInMemory* operator->() const { return machine_.get(); }
   AssistantState& operator[](AssistantID id) const { return stateOf(*machine_, id); }
   std::vector<std::string> calls() const {
     const std::lock_guard lock(machine_->mutex);
@@ -147,11 +147,11 @@ class FakeAssistants {
   }
 
  private:
-  static AssistantState& stateOf(FakeMachine& machine, AssistantID id) {
+  static AssistantState& stateOf(MachineInMemory& machine, AssistantID id) {
     return *std::ranges::find(machine.assistants, id, &AssistantState::id);
   }
 
-  std::shared_ptr<FakeMachine> machine_ = std::make_shared<FakeMachine>();
+  std::shared_ptr<MachineInMemory> machine_ = std::make_shared<MachineInMemory>();
 };
 
 }  // namespace tarnwell::test
