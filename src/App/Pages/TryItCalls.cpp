@@ -12,7 +12,11 @@ namespace {
 
 /// Copies byte for byte, and shows what could deceive the eye.
 void showExact(CopyBlock& block, const std::string& json) {
-  block.setText(QString::fromStdString(json), harmlessText(json));
+  const QString exact = QString::fromStdString(json);
+  if (exact != block.text()) {
+    block.setText(exact);
+    block.code()->setPlainText(harmlessText(json));
+  }
 }
 
 }  // namespace

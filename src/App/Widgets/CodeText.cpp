@@ -11,6 +11,14 @@
 
 namespace tarnwell {
 
+namespace {
+
+/// A QPlainTextEdit keeps its margin free once above the text and twice below. Another one around it makes
+/// all sides equal.
+constexpr int margin = 4;
+
+}  // namespace
+
 CodeText::CodeText(QWidget* parent) : QPlainTextEdit(parent) {
   setObjectName("code");
   QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
@@ -20,7 +28,8 @@ CodeText::CodeText(QWidget* parent) : QPlainTextEdit(parent) {
   setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   setTabChangesFocus(true);
   setUndoRedoEnabled(false);
-  document()->setDocumentMargin(8);
+  document()->setDocumentMargin(margin);
+  setViewportMargins(margin, margin, margin, 0);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   connect(this, &QPlainTextEdit::textChanged, this, &CodeText::fitHeight);
   connect(horizontalScrollBar(), &QScrollBar::rangeChanged, this, &CodeText::fitHeight);
@@ -43,8 +52,8 @@ void CodeText::fitHeight() {
   }
   const bool isWide = horizontalScrollBar()->maximum() > 0;
   const QMargins frame = contentsMargins();
-  setFixedHeight(static_cast<int>(std::ceil(lines + 2 * document()->documentMargin())) + frame.top() +
-                 frame.bottom() + (isWide ? horizontalScrollBar()->sizeHint().height() : 0));
+  setFixedHeight(static_cast<int>(std::ceil(lines)) + 4 * margin + frame.top() + frame.bottom() +
+                 (isWide ? horizontalScrollBar()->sizeHint().height() : 0));
 }
 
 void CodeText::resizeEvent(QResizeEvent* event) {

@@ -17,6 +17,7 @@ CopyBlock::CopyBlock(QWidget* parent)
   row->setSpacing(10);
   row->addWidget(code_, 1);
   row->addWidget(copy_, 0, Qt::AlignTop);
+  copy_->setAutoDefault(true);  // Enter presses it too
   sinceCopied_.setSingleShot(true);
   sinceCopied_.setInterval(2s);
   connect(&sinceCopied_, &QTimer::timeout, this, &CopyBlock::setTexts);
@@ -24,12 +25,12 @@ CopyBlock::CopyBlock(QWidget* parent)
   setTexts();
 }
 
-void CopyBlock::setText(const QString& text, const QString& shown) {
+void CopyBlock::setText(const QString& text) {
   if (text == text_) {
     return;
   }
   text_ = text;
-  code_->setPlainText(shown.endsWith(QLatin1Char('\n')) ? shown.chopped(1) : shown);
+  code_->setPlainText(text.endsWith(QLatin1Char('\n')) ? text.chopped(1) : text);
   sinceCopied_.stop();  // this text was not copied
   setTexts();
 }

@@ -21,10 +21,8 @@ class CopyBlock : public QFrame {
  public:
   explicit CopyBlock(QWidget* parent = nullptr);
 
-  /// Plain text. The same text again leaves cursor and selection where they are. `shown` stands on the screen
-  /// in its place, where the text itself could deceive the eye.
-  void setText(const QString& text) { setText(text, text); }
-  void setText(const QString& text, const QString& shown);
+  /// Plain text. The same text again leaves cursor and selection where they are.
+  void setText(const QString& text);
   QString text() const { return text_; }
 
   /// What a screen reader calls the text, and says after "Copy" at the button.

@@ -48,8 +48,11 @@ TEST_F(CopyBlockTest, keyCopiesTheWholeTextByteForByte) {
   const QString text = "[mcp_servers.tarnwell]\r\ncommand = \"/opt/t arn\u3042well\"\n";
   block->setText(text);
   block->copyButton()->setFocus();
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
-  EXPECT_EQ(QGuiApplication::clipboard()->text(), text);
+  for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+    QGuiApplication::clipboard()->clear();
+    QTest::keyClick(QApplication::focusWidget(), key);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), text);
+  }
 }
 
 TEST_F(CopyBlockTest, buttonSaysForAMomentThatItCopied) {
