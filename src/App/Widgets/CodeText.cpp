@@ -27,6 +27,7 @@ CodeText::CodeText(QWidget* parent) : QPlainTextEdit(parent) {
   setLineWrapMode(QPlainTextEdit::NoWrap);
   setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   setTabChangesFocus(true);
+  setTabStopDistance(QFontMetricsF(fixed).horizontalAdvance(QLatin1Char(' ')) * 4);
   setUndoRedoEnabled(false);
   document()->setDocumentMargin(margin);
   setViewportMargins(margin, margin, margin, 0);
