@@ -49,4 +49,21 @@
         </translation>
     </message>
 </context>
+<context>
+    <name>tarnwell::TryItTexts</name>
+    <message numerus="yes">
+        <source>%n message(s)</source>
+        <translation>
+            <numerusform>%n message</numerusform>
+            <numerusform>%n messages</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n withheld</source>
+        <translation>
+            <numerusform>%n withheld</numerusform>
+            <numerusform>%n withheld</numerusform>
+        </translation>
+    </message>
+</context>
 </TS>
