@@ -115,11 +115,6 @@ void TryItMessage::arrange() {
   setFocusPolicy(Qt::NoFocus);
 }
 
-void TryItMessage::resizeEvent(QResizeEvent* event) {
-  QScrollArea::resizeEvent(event);
-  widget()->setMaximumWidth(viewport()->width());
-}
-
 void TryItMessage::showAnother() {
   verticalScrollBar()->setValue(0);
   changes_->startAnew();

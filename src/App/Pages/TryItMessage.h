@@ -25,9 +25,6 @@ class TryItMessage : public QScrollArea {
   /// In the language of the window.
   void setTexts();
 
- protected:
-  void resizeEvent(QResizeEvent* event) override;
-
  private:
   void arrange();
   void showAnother();

@@ -1,5 +1,6 @@
 #include "App/Pages/TryItPage.h"
 
+#include <QAccessible>
 #include <QHBoxLayout>
 #include <QHideEvent>
 #include <QKeyEvent>
@@ -15,15 +16,15 @@ namespace {
 
 constexpr int narrowest = 700;  // of a page with list and message side by side
 
-/// Pages in turn, each of which scrolls by itself where it must. So it asks for little room, whatever the texts
-/// in them would like to have.
+/// Pages in turn, each of which scrolls by itself where it must. So it asks for little room, whatever the
+/// texts in them would like to have.
 class Turns : public QStackedWidget {
  public:
   bool hasHeightForWidth() const override { return false; }
   QSize sizeHint() const override { return minimumSizeHint(); }
 };
 
-enum State { welcome, waiting, results };
+enum State { welcome, waiting, results, blank };
 enum Pane { nothing, message, calls };
 
 }  // namespace
@@ -57,6 +58,7 @@ void TryItPage::arrange() {
   states_->addWidget(makeWelcome());
   states_->addWidget(makeWaiting());
   states_->addWidget(makeResults());
+  states_->addWidget(new QWidget);
   body()->addWidget(search_);
   body()->addWidget(trouble_);
   body()->addWidget(before_);
@@ -155,20 +157,28 @@ void TryItPage::connectParts() {
   connect(&tryIt_, &TryItModel::chosenChanged, this, &TryItPage::showPanes);
 }
 
-/// Who stopped waiting with the keyboard goes on in the list.
+/// Who waited at the button goes on in the list. Screen readers announce what was found.
 void TryItPage::takeMessages() {
   const bool hadFocus = cancel_->hasFocus();
   list_->showMessages();
   showSearch();
+  if (tryIt_.state() != TryItModel::State::found) {
+    return;
+  }
   if (hadFocus && !tryIt_.messages().empty()) {
     list_->setFocus(Qt::OtherFocusReason);
   }
+  QAccessibleEvent alert(summary_, QAccessible::Alert);
+  QAccessible::updateAccessibility(&alert);
 }
 
 void TryItPage::showSearch() {
   using enum TryItModel::State;
   const TryItModel::State state = tryIt_.state();
-  states_->setCurrentIndex(state == searching ? waiting : state == found ? results : welcome);
+  states_->setCurrentIndex(state == empty       ? welcome
+                           : state == searching ? waiting
+                           : state == found     ? results
+                                                : blank);
   summary_->setText(TryItTexts::summary(static_cast<int>(tryIt_.messages().size()), tryIt_.withheldCount()));
   showAge();
   showProgress();

@@ -33,6 +33,40 @@
     </message>
 </context>
 <context>
+    <name>tarnwell::SafetyTexts</name>
+    <message numerus="yes">
+        <source>An assistant may read at most %n message(s) a call.</source>
+        <translation>
+            <numerusform>An assistant may read at most %n message a call.</numerusform>
+            <numerusform>An assistant may read at most %n messages a call.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>It gets at most %Ln character(s) of a text.</source>
+        <translation>
+            <numerusform>It gets at most %Ln character of a text.</numerusform>
+            <numerusform>It gets at most %Ln characters of a text.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::TryItTexts</name>
+    <message numerus="yes">
+        <source>%n message(s)</source>
+        <translation>
+            <numerusform>%n message</numerusform>
+            <numerusform>%n messages</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n withheld</source>
+        <translation>
+            <numerusform>%n withheld</numerusform>
+            <numerusform>%n withheld</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>tarnwell::AssistantsTexts</name>
     <message numerus="yes">
         <source>Tarnwell runs these %n command(s) of %1:</source>
@@ -53,23 +87,6 @@
         <translation>
             <numerusform>Run the command</numerusform>
             <numerusform>Run the %n commands</numerusform>
-        </translation>
-    </message>
-</context>
-<context>
-    <name>tarnwell::SafetyTexts</name>
-    <message numerus="yes">
-        <source>An assistant may read at most %n message(s) a call.</source>
-        <translation>
-            <numerusform>An assistant may read at most %n message a call.</numerusform>
-            <numerusform>An assistant may read at most %n messages a call.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>It gets at most %Ln character(s) of a text.</source>
-        <translation>
-            <numerusform>It gets at most %Ln character of a text.</numerusform>
-            <numerusform>It gets at most %Ln characters of a text.</numerusform>
         </translation>
     </message>
 </context>

@@ -1380,6 +1380,25 @@
     </message>
 </context>
 <context>
+    <name>tarnwell::CopyBlock</name>
+    <message>
+        <source>Copy</source>
+        <translation>コピー</translation>
+    </message>
+    <message>
+        <source>Copied</source>
+        <translation>コピーしました</translation>
+    </message>
+    <message>
+        <source>Copied: %1</source>
+        <translation>コピーしました：%1</translation>
+    </message>
+    <message>
+        <source>Copy: %1</source>
+        <translation>コピー：%1</translation>
+    </message>
+</context>
+<context>
     <name>tarnwell::FormField</name>
     <message>
         <source>%1, invalid</source>
@@ -1679,6 +1698,433 @@
     <message>
         <source>%1: failed</source>
         <translation>%1: 失敗</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::TryItCalls</name>
+    <message>
+        <source>Call</source>
+        <translation>呼び出し</translation>
+    </message>
+    <message>
+        <source>What an assistant sends</source>
+        <translation>アシスタントが送る内容</translation>
+    </message>
+    <message>
+        <source>What an assistant receives, byte for byte</source>
+        <translation>アシスタントが受け取る内容（一字一句そのまま）</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::TryItChanges</name>
+    <message>
+        <source>The folders could not be read</source>
+        <translation>フォルダーを読み取れませんでした</translation>
+    </message>
+    <message>
+        <source>Reading the folders…</source>
+        <translation>フォルダーを読み取り中…</translation>
+    </message>
+    <message>
+        <source>Asking…</source>
+        <translation>確認中…</translation>
+    </message>
+    <message>
+        <source>What would &amp;happen?</source>
+        <translation>操作するとどうなる？(&amp;H)</translation>
+    </message>
+    <message>
+        <source>Shows what an assistant could do with this message.</source>
+        <translation>アシスタントがこのメールに何をできるかを表示します。</translation>
+    </message>
+    <message>
+        <source>These only ask. The message stays as it is.</source>
+        <translation>確認するだけで、メールはそのまま残ります。</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>フォルダー</translation>
+    </message>
+    <message>
+        <source>If it were &amp;moved there?</source>
+        <translation>ここへ移動したら？(&amp;M)</translation>
+    </message>
+    <message>
+        <source>If it were &amp;trashed?</source>
+        <translation>ゴミ箱に入れたら？(&amp;T)</translation>
+    </message>
+    <message>
+        <source>If it were mar&amp;ked as read?</source>
+        <translation>既読にしたら？(&amp;K)</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::TryItMessage</name>
+    <message>
+        <source>Unread</source>
+        <translation>未読</translation>
+    </message>
+    <message>
+        <source>Has attachments, which an assistant never gets</source>
+        <translation>添付ファイルあり（アシスタントには渡しません）</translation>
+    </message>
+    <message>
+        <source>The text that an assistant gets</source>
+        <translation>アシスタントに渡される本文</translation>
+    </message>
+    <message>
+        <source>What an assistant reads in place of the text</source>
+        <translation>本文の代わりにアシスタントが読む文</translation>
+    </message>
+    <message>
+        <source>The chosen message</source>
+        <translation>選んだメール</translation>
+    </message>
+    <message>
+        <source>What a search shows of the text</source>
+        <translation>検索結果に出る本文</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::TryItPage</name>
+    <message>
+        <source>The settings have changed since this search.</source>
+        <translation>この検索のあとに設定が変わりました。</translation>
+    </message>
+    <message>
+        <source>Search a&amp;gain</source>
+        <translation>もう一度検索(&amp;G)</translation>
+    </message>
+    <message>
+        <source>Open “&amp;Account”</source>
+        <translation>「アカウント」を開く(&amp;A)</translation>
+    </message>
+    <message>
+        <source>The search was stopped.</source>
+        <translation>検索を中止しました。</translation>
+    </message>
+    <message>
+        <source>Try it</source>
+        <translation>試してみる</translation>
+    </message>
+    <message>
+        <source>What an assistant sees of your inbox, by its own tools and with your settings. Nothing is changed, and nothing is kept.</source>
+        <translation>アシスタントと同じツールと今の設定で、受信トレイがどう見えるかを確かめます。何も変更せず、何も保存しません。</translation>
+    </message>
+    <message>
+        <source>See it with the eyes of an assistant</source>
+        <translation>アシスタントの目で見てみましょう</translation>
+    </message>
+    <message>
+        <source>Search your inbox. For each message you see what an assistant would get, what is withheld, and which word is the reason. When you leave this page, all of it is forgotten.</source>
+        <translation>受信トレイを検索すると、メールごとに、アシスタントに渡される内容、渡されない内容、その理由となった言葉がわかります。このページを離れると、すべて消去されます。</translation>
+    </message>
+    <message>
+        <source>Ca&amp;ncel</source>
+        <translation>中止(&amp;N)</translation>
+    </message>
+    <message>
+        <source>The exact &amp;JSON</source>
+        <translation>実際の JSON(&amp;J)</translation>
+    </message>
+    <message>
+        <source>What an assistant sends and receives, byte for byte</source>
+        <translation>アシスタントが送受信する内容（一字一句そのまま）</translation>
+    </message>
+    <message>
+        <source>&amp;Back</source>
+        <translation>戻る(&amp;B)</translation>
+    </message>
+    <message>
+        <source>Messages</source>
+        <translation>メール</translation>
+    </message>
+    <message>
+        <source>Choose a message to see what an assistant gets of it.</source>
+        <translation>メールを選ぶと、アシスタントに渡される内容が表示されます。</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::TryItSearch</name>
+    <message>
+        <source>Search the inbox, or leave this empty for the newest messages</source>
+        <translation>受信トレイを検索（空欄なら新しい順に表示）</translation>
+    </message>
+    <message>
+        <source>Search the inbox</source>
+        <translation>受信トレイを検索</translation>
+    </message>
+    <message>
+        <source>&amp;Filters</source>
+        <translation>絞り込み(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Search</source>
+        <translation>検索(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Fr&amp;om</source>
+        <translation>差出人(&amp;O)</translation>
+    </message>
+    <message>
+        <source>S&amp;ubject</source>
+        <translation>件名(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Received</source>
+        <translation>受信日(&amp;R)</translation>
+    </message>
+    <message>
+        <source>At any time</source>
+        <translation>指定なし</translation>
+    </message>
+    <message>
+        <source>Since yesterday</source>
+        <translation>昨日から</translation>
+    </message>
+    <message>
+        <source>In the last 7 days</source>
+        <translation>過去 7 日間</translation>
+    </message>
+    <message>
+        <source>In the last 30 days</source>
+        <translation>過去 30 日間</translation>
+    </message>
+    <message>
+        <source>In the last 365 days</source>
+        <translation>過去 365 日間</translation>
+    </message>
+    <message>
+        <source>Unread messages onl&amp;y</source>
+        <translation>未読のみ(&amp;Y)</translation>
+    </message>
+    <message>
+        <source>Unread messages only</source>
+        <translation>未読のみ</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::TryItTexts</name>
+    <message>
+        <source>one-time code</source>
+        <translation>ワンタイムコード</translation>
+    </message>
+    <message>
+        <source>verification code</source>
+        <translation>認証コード</translation>
+    </message>
+    <message>
+        <source>password reset</source>
+        <translation>パスワード再設定</translation>
+    </message>
+    <message>
+        <source>security code</source>
+        <translation>セキュリティコード</translation>
+    </message>
+    <message>
+        <source>sign-in code</source>
+        <translation>ログインコード</translation>
+    </message>
+    <message>
+        <source>recovery code</source>
+        <translation>復旧コード</translation>
+    </message>
+    <message>
+        <source>security alert</source>
+        <translation>セキュリティ通知</translation>
+    </message>
+    <message>
+        <source>two-factor sign-in</source>
+        <translation>二要素認証</translation>
+    </message>
+    <message>
+        <source>link into an account</source>
+        <translation>アカウントのリンク</translation>
+    </message>
+    <message>
+        <source>Withheld: “%1” in the subject</source>
+        <translation>渡しません：件名に「%1」</translation>
+    </message>
+    <message>
+        <source>Withheld: “%1” in the sender</source>
+        <translation>渡しません：差出人に「%1」</translation>
+    </message>
+    <message>
+        <source>Withheld: “%1” in the text</source>
+        <translation>渡しません：本文に「%1」</translation>
+    </message>
+    <message>
+        <source>Allowed: an assistant could mark this message as read. Nothing was changed now.</source>
+        <translation>許可されています。アシスタントはこのメールを既読にできます。今は何も変更していません。</translation>
+    </message>
+    <message>
+        <source>Allowed: an assistant could move this message to “%1”. Nothing was changed now.</source>
+        <translation>許可されています。アシスタントはこのメールを「%1」に移動できます。今は何も変更していません。</translation>
+    </message>
+    <message>
+        <source>No message was found. An assistant would find none either.</source>
+        <translation>メールは見つかりませんでした。アシスタントにも見つかりません。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n message(s)</source>
+        <translation>
+            <numerusform>メール %n 通</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>none withheld</source>
+        <translation>すべて渡します</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n withheld</source>
+        <translation>
+            <numerusform>うち %n 通は渡しません</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1, %2. An assistant sees exactly this.</source>
+        <translation>%1、%2。アシスタントからもこのとおりに見えます。</translation>
+    </message>
+    <message>
+        <source>Asking the mail server…</source>
+        <translation>メールサーバーに問い合わせています…</translation>
+    </message>
+    <message>
+        <source>%1 of %2 messages are read.</source>
+        <translation>%2 通のうち %1 通を読み取りました。</translation>
+    </message>
+    <message>
+        <source>No subject</source>
+        <translation>件名なし</translation>
+    </message>
+    <message>
+        <source>No sender</source>
+        <translation>差出人なし</translation>
+    </message>
+    <message>
+        <source>No text</source>
+        <translation>本文なし</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <comment>a day and a time</comment>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>Unread</source>
+        <translation>未読</translation>
+    </message>
+    <message>
+        <source>Has attachments</source>
+        <translation>添付ファイルあり</translation>
+    </message>
+    <message>
+        <source>“%1” in the subject (%2)</source>
+        <translation>件名に「%1」（%2）</translation>
+    </message>
+    <message>
+        <source>“%1” in the sender (%2)</source>
+        <translation>差出人に「%1」（%2）</translation>
+    </message>
+    <message>
+        <source>“%1” in the text (%2)</source>
+        <translation>本文に「%1」（%2）</translation>
+    </message>
+    <message>
+        <source>The text is withheld.</source>
+        <translation>本文は渡しません。</translation>
+    </message>
+    <message>
+        <source>The beginning of the text is handed out. Asking for the rest…</source>
+        <translation>本文の冒頭は渡します。残りを確認しています…</translation>
+    </message>
+    <message>
+        <source>The text is withheld. An assistant is told why instead.</source>
+        <translation>本文は渡しません。代わりに理由を伝えます。</translation>
+    </message>
+    <message>
+        <source>There is no text that could be handed out.</source>
+        <translation>渡せる本文がありません。</translation>
+    </message>
+    <message>
+        <source>The text could not be read.</source>
+        <translation>本文を読み取れませんでした。</translation>
+    </message>
+    <message>
+        <source>The text is handed out.</source>
+        <translation>本文を渡します。</translation>
+    </message>
+    <message>
+        <source>The text is handed out, because withholding is switched off.</source>
+        <translation>「セキュリティメールを渡さない」がオフのため、本文を渡します。</translation>
+    </message>
+    <message>
+        <source>An assistant gets %1 of %2 characters in one call.</source>
+        <translation>1 回の呼び出しで渡すのは、%2 文字のうち %1 文字です。</translation>
+    </message>
+    <message>
+        <source>An assistant reads: “%1”</source>
+        <translation>アシスタントには次のように表示されます：「%1」</translation>
+    </message>
+    <message>
+        <source>Refused, because “%1” is on. Nothing was changed.</source>
+        <translation>「%1」がオンのため、拒否されます。何も変更していません。</translation>
+    </message>
+    <message>
+        <source>Refused, because “%1” is off. Nothing was changed.</source>
+        <translation>「%1」がオフのため、拒否されます。何も変更していません。</translation>
+    </message>
+    <message>
+        <source>This would fail. Nothing was changed.</source>
+        <translation>この操作は失敗します。何も変更していません。</translation>
+    </message>
+    <message>
+        <source>No account is set up yet. Set it up on the page “Account”.</source>
+        <translation>アカウントがまだ設定されていません。「アカウント」のページで設定してください。</translation>
+    </message>
+    <message>
+        <source>No password is stored for your account. Type it on the page “Account” and save it.</source>
+        <translation>アカウントのパスワードが保存されていません。「アカウント」のページで入力して保存してください。</translation>
+    </message>
+    <message>
+        <source>No program keeps passwords on this computer. The page “Account” says what to install.</source>
+        <translation>このコンピューターにはパスワードを保管するプログラムがありません。必要なものは「アカウント」のページで確認できます。</translation>
+    </message>
+    <message>
+        <source>The keyring is locked. Unlock it on the page “Account”, then search again.</source>
+        <translation>キーリングがロックされています。「アカウント」のページでロックを解除してから、もう一度検索してください。</translation>
+    </message>
+    <message>
+        <source>The keyring did not give the password. Type it again on the page “Account” and save it.</source>
+        <translation>キーリングからパスワードを取得できませんでした。「アカウント」のページでもう一度入力して保存してください。</translation>
+    </message>
+    <message>
+        <source>The mail server refused address or password. Check both on the page “Account”.</source>
+        <translation>メールサーバーにメールアドレスまたはパスワードを拒否されました。「アカウント」のページで両方を確認してください。</translation>
+    </message>
+    <message>
+        <source>The mail server cannot be reached. Check that this computer is online, or test the connection on the page “Account”.</source>
+        <translation>メールサーバーに接続できません。このコンピューターがオンラインか確認するか、「アカウント」のページで接続をテストしてください。</translation>
+    </message>
+    <message>
+        <source>The mail server took too long to answer. Try again in a few minutes.</source>
+        <translation>メールサーバーの応答に時間がかかりすぎました。数分後にもう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The tool could not do its work. The sentence below says why.</source>
+        <translation>ツールは処理を完了できませんでした。理由は下の文のとおりです。</translation>
+    </message>
+    <message>
+        <source>The search (%1)</source>
+        <translation>検索（%1）</translation>
+    </message>
+    <message>
+        <source>The text of the message (%1)</source>
+        <translation>メールの本文（%1）</translation>
+    </message>
+    <message>
+        <source>The change that was tried (%1)</source>
+        <translation>確かめた操作（%1）</translation>
     </message>
 </context>
 </TS>

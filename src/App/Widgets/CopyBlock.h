@@ -24,9 +24,10 @@ class CopyBlock : public QFrame {
 
   /// Plain text. The same text again leaves cursor and selection where they are.
   void setText(const QString& text);
-  /// For a text with something secret: `shown` is seen, and `copied` makes what the button copies when it is
-  /// pressed. So the secret is not kept here.
+  /// For a text that is better not seen as it is: it has something secret, or could deceive the eye. `copied`
+  /// makes what the button copies when it is pressed.
   void setText(const QString& shown, std::function<QString()> copied);
+  /// What is seen.
   QString text() const { return text_; }
 
   /// What a screen reader calls the text, and says after "Copy" at the button.

@@ -95,10 +95,10 @@ QString styleSheetOf(Scheme scheme) {
     QPlainTextEdit { background: @base; border: 1px solid @border; border-radius: 6px; }
     QPlainTextEdit#code { background: @alternate; padding: 1px; }
     QPlainTextEdit#code:focus { padding: 0; }
-    QPlainTextEdit#reading { background: @alternate; border-color: transparent; }
+    QPlainTextEdit#reading { background: @alternate; border-color: transparent; padding: 1px; }
+    QPlainTextEdit#reading:focus { border-color: @accent; padding: 0; }
     QListView#messages { background: @base; border: 1px solid @border; border-radius: 10px; outline: none;
                          padding: 3px 0; }
-    QSplitter::handle { background: transparent; }
     QScrollArea { background: transparent; border: none; }
     QScrollArea > QWidget > QWidget { background: transparent; }
     QCheckBox::indicator { width: 14px; height: 14px; border: 1px solid @faint; border-radius: 4px;

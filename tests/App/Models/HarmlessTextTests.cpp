@@ -54,10 +54,10 @@ TEST_P(HarmlessText, shows) {
 
 TEST(HarmlessTextOfAnyLength, takesLinearTime) {
   std::string given;
-  for (int i = 0; i < 1'000'000; ++i) {
+  for (int i = 0; i < 300'000; ++i) {
     given += "\u202e";
   }
-  EXPECT_EQ(harmlessLine(given).size(), 8'000'000);
+  EXPECT_EQ(harmlessLine(given).size(), 2'400'000);
 }
 
 TEST(HarmlessTextInASentence, isIsolated) { EXPECT_EQ(isolated("שלום"), "\u2068שלום\u2069"); }

@@ -118,7 +118,7 @@ class FakeMailbox {
   /// Why the password cannot be had, as a `SecretStatus`; and whether there is one.
   std::atomic<std::int32_t>& secretStatus = state_->secrets.status;
   std::atomic<bool>& hasPassword = state_->secrets.hasPassword;
-  /// The completion of LOGIN, and of CAPABILITY and EXAMINE.
+  /// The completion of LOGIN.
   std::string& loginAnswer = state_->loginAnswer;
   /// Nothing answers.
   std::atomic<bool>& isDown = state_->isDown;
