@@ -12,7 +12,7 @@ using State = EndpointModel::State;
 using Kind = EndpointNews::Kind;
 
 class Words {
-  Q_DECLARE_TR_FUNCTIONS(EndpointPage)
+  Q_DECLARE_TR_FUNCTIONS(tarnwell::EndpointTexts)
 };
 
 QString withFreePort(const QString& trouble, const EndpointNews& news) {
