@@ -79,7 +79,7 @@ QString news(const EndpointNews& news, int port) {
 }
 
 QString action(const EndpointNews& news) {
-  return news.freePort ? Words::tr("&Use port %1").arg(*news.freePort) : QString();
+  return news.freePort ? Words::tr("Use &port %1").arg(*news.freePort) : QString();
 }
 
 Question renewal() {
