@@ -96,13 +96,6 @@ void EndpointPage::build() {
        std::initializer_list<QWidget*>{keyringNotice_, news_, status, tokenCard_, clientCard_}) {
     body()->addWidget(part);
   }
-  QWidget* before = keyringNotice_->action();
-  for (QWidget* const stop : std::initializer_list<QWidget*>{
-           news_->action(), start_, address_->code(), address_->copyButton(), port_, token_->code(),
-           token_->copyButton(), show_, renew_, block_->code(), block_->copyButton()}) {
-    setTabOrder(before, stop);
-    before = stop;
-  }
 }
 
 void EndpointPage::listen() {

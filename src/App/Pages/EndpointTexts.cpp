@@ -12,7 +12,7 @@ using State = EndpointModel::State;
 using Kind = EndpointNews::Kind;
 
 class Words {
-  Q_DECLARE_TR_FUNCTIONS(EndpointPage)
+  Q_DECLARE_TR_FUNCTIONS(tarnwell::EndpointTexts)
 };
 
 QString withFreePort(const QString& trouble, const EndpointNews& news) {
@@ -79,7 +79,7 @@ QString news(const EndpointNews& news, int port) {
 }
 
 QString action(const EndpointNews& news) {
-  return news.freePort ? Words::tr("&Use port %1").arg(*news.freePort) : QString();
+  return news.freePort ? Words::tr("Use &port %1").arg(*news.freePort) : QString();
 }
 
 Question renewal() {

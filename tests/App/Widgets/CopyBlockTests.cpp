@@ -44,6 +44,20 @@ class CopyBlockTest : public testing::Test {
   CopyBlock* block;
 };
 
+TEST_F(CopyBlockTest, secretTextIsMadeOnlyForTheCopy) {
+  int made = 0;
+  block->setText("token: ***", [&made] { return QStringLiteral("token: %1").arg(++made); });
+  EXPECT_EQ(block->text(), "token: ***");
+  EXPECT_EQ(block->code()->toPlainText(), "token: ***");
+  EXPECT_EQ(made, 0);
+  QTest::mouseClick(block->copyButton(), Qt::LeftButton);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "token: 1");
+  EXPECT_EQ(block->code()->toPlainText(), "token: ***");
+  block->setText("token: ***");
+  QTest::mouseClick(block->copyButton(), Qt::LeftButton);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "token: ***") << "a text of its own again";
+}
+
 TEST_F(CopyBlockTest, keyCopiesTheWholeTextByteForByte) {
   const QString text = "[mcp_servers.tarnwell]\r\ncommand = \"/opt/t arn\u3042well\"\n";
   block->setText(text);
