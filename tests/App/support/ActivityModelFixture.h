@@ -85,7 +85,7 @@ struct ActivityModelTest : testing::Test {
     return result;
   }
   bool hasRows(int count) const {
-    return QTest::qWaitFor([&] { return model->rowCount() == count; });
+    return QTest::qWaitFor([&] { return model->rowCount() == count; }, 20'000);
   }
 };
 
