@@ -1399,6 +1399,211 @@
     </message>
 </context>
 <context>
+    <name>tarnwell::CopyBlock</name>
+    <message>
+        <source>Copy</source>
+        <translation>コピー</translation>
+    </message>
+    <message>
+        <source>Copied</source>
+        <translation>コピーしました</translation>
+    </message>
+    <message>
+        <source>Copied: %1</source>
+        <translation>コピーしました: %1</translation>
+    </message>
+    <message>
+        <source>Copy: %1</source>
+        <translation>コピー: %1</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::EndpointPage</name>
+    <message>
+        <source>S&amp;top</source>
+        <translation>停止(&amp;T)</translation>
+    </message>
+    <message>
+        <source>&amp;Start</source>
+        <translation>開始(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Hide</source>
+        <translation>隠す(&amp;H)</translation>
+    </message>
+    <message>
+        <source>S&amp;how</source>
+        <translation>表示(&amp;H)</translation>
+    </message>
+    <message>
+        <source>Hide the token</source>
+        <translation>トークンを隠す</translation>
+    </message>
+    <message>
+        <source>Show the token</source>
+        <translation>トークンを表示する</translation>
+    </message>
+    <message>
+        <source>Without the token, every program and every user of this computer could use your mailbox through the endpoint. Give it only to programs that you trust.</source>
+        <translation>トークンがなければ、このコンピューターのすべてのプログラムと利用者が、ローカル接続を通じてメールボックスを利用できてしまいます。信頼できるプログラムにだけ渡してください。</translation>
+    </message>
+    <message>
+        <source>Without a token, every program and every user of this computer could use your mailbox through the endpoint. Yours is made when you start it for the first time, and kept in the keyring.</source>
+        <translation>トークンがなければ、このコンピューターのすべてのプログラムと利用者が、ローカル接続を通じてメールボックスを利用できてしまいます。トークンは初めて開始したときに作られ、キーリングに保存されます。</translation>
+    </message>
+    <message>
+        <source>Local endpoint</source>
+        <translation>ローカル接続</translation>
+    </message>
+    <message>
+        <source>For programs on this computer that speak HTTP. An assistant that can start Tarnwell itself is better connected on the page Assistants: that needs no port and no token.</source>
+        <translation>HTTP で接続するこのコンピューターのプログラムのためのものです。Tarnwell を自分で起動できるアシスタントは、「アシスタント」のページで接続してください。ポートもトークンもいりません。</translation>
+    </message>
+    <message>
+        <source>Address of the endpoint</source>
+        <translation>ローカル接続のアドレス</translation>
+    </message>
+    <message>
+        <source>Port</source>
+        <translation>ポート</translation>
+    </message>
+    <message>
+        <source>It can be changed while the endpoint does not run.</source>
+        <translation>ローカル接続が停止しているときに変更できます。</translation>
+    </message>
+    <message>
+        <source>Token</source>
+        <translation>トークン</translation>
+    </message>
+    <message>
+        <source>&amp;Renew</source>
+        <translation>更新(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Renew the token</source>
+        <translation>トークンを更新する</translation>
+    </message>
+    <message>
+        <source>In the client</source>
+        <translation>クライアントの設定</translation>
+    </message>
+    <message>
+        <source>Clients that speak HTTP take a block like this one. Copying takes the token along.</source>
+        <translation>HTTP で接続するクライアントには、このような設定を書きます。コピーすると、トークンも含まれます。</translation>
+    </message>
+    <message>
+        <source>Settings for the client</source>
+        <translation>クライアントに書く設定</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::EndpointTexts</name>
+    <message>
+        <source>%1 Port %2 is free.</source>
+        <translation>%1ポート %2 は空いています。</translation>
+    </message>
+    <message>
+        <source>%1 Choose another port.</source>
+        <translation>%1別のポートを選んでください。</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>停止中</translation>
+    </message>
+    <message>
+        <source>Starting</source>
+        <translation>開始しています</translation>
+    </message>
+    <message>
+        <source>Running</source>
+        <translation>動作中</translation>
+    </message>
+    <message>
+        <source>Stopping</source>
+        <translation>停止しています</translation>
+    </message>
+    <message>
+        <source>Not started</source>
+        <translation>開始できませんでした</translation>
+    </message>
+    <message>
+        <source>The token is taken from the keyring, and the port is opened.</source>
+        <translation>キーリングからトークンを取り出し、ポートを開いています。</translation>
+    </message>
+    <message>
+        <source>Programs on this computer that know the token can use your mailbox as far as the safety settings allow. It ends with this window.</source>
+        <translation>トークンを知っているこのコンピューターのプログラムは、安全設定の範囲でメールボックスを利用できます。このウィンドウを閉じると終了します。</translation>
+    </message>
+    <message>
+        <source>The port is closed. A call that runs is finished first, which takes a minute at most.</source>
+        <translation>ポートは閉じました。実行中の呼び出しが終わるのを待っています（長くても 1 分ほどです）。</translation>
+    </message>
+    <message>
+        <source>Nothing listens. The endpoint never starts by itself.</source>
+        <translation>何も待ち受けていません。ローカル接続が自動で始まることはありません。</translation>
+    </message>
+    <message>
+        <source>Another program already uses port %1.</source>
+        <translation>ポート %1 は、すでに別のプログラムが使っています。</translation>
+    </message>
+    <message>
+        <source>Only programs of the system may use port %1.</source>
+        <translation>ポート %1 を使えるのは、システムのプログラムだけです。</translation>
+    </message>
+    <message>
+        <source>The endpoint could not be started.</source>
+        <translation>ローカル接続を開始できませんでした。</translation>
+    </message>
+    <message>
+        <source>The new token holds now. Give it to every client that uses the endpoint.</source>
+        <translation>新しいトークンが有効になりました。ローカル接続を使うすべてのクライアントに設定してください。</translation>
+    </message>
+    <message>
+        <source>The token could not be renewed. The one before holds.</source>
+        <translation>トークンを更新できませんでした。これまでのトークンが引き続き有効です。</translation>
+    </message>
+    <message>
+        <source>The settings could not be saved. The page shows what holds.</source>
+        <translation>設定を保存できませんでした。このページには、現在有効な設定が表示されています。</translation>
+    </message>
+    <message>
+        <source>Use &amp;port %1</source>
+        <translation>ポート %1 を使う(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Renew the token?</source>
+        <translation>トークンを更新しますか？</translation>
+    </message>
+    <message>
+        <source>Every client that uses the endpoint must be given the new token. Until then it is refused.</source>
+        <translation>ローカル接続を使うすべてのクライアントに、新しいトークンを設定する必要があります。設定するまで、接続は拒否されます。</translation>
+    </message>
+    <message>
+        <source>Renew</source>
+        <translation>更新する</translation>
+    </message>
+    <message>
+        <source>Keep</source>
+        <translation>更新しない</translation>
+    </message>
+    <message>
+        <source>Close the window?</source>
+        <translation>ウィンドウを閉じますか？</translation>
+    </message>
+    <message>
+        <source>The local endpoint runs. It ends with the window, and clients that use it lose their connection.</source>
+        <translation>ローカル接続が動作しています。ウィンドウを閉じるとローカル接続も終了し、利用中のクライアントは接続できなくなります。</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>閉じる</translation>
+    </message>
+    <message>
+        <source>Leave open</source>
+        <translation>閉じない</translation>
+    </message>
+</context>
+<context>
     <name>tarnwell::FormField</name>
     <message>
         <source>%1, invalid</source>

@@ -45,6 +45,7 @@ std::string_view HTTPRequestReader::takeHead(std::string_view bytes) {
   bytes.remove_prefix(end + headEnd.size() - known);
   buffer_.clear();
   state_ = stateAfterHead();
+  head_.authorizations.clear();  // nobody needs them any more
   return bytes;
 }
 
@@ -56,7 +57,6 @@ HTTPRequestReader::State HTTPRequestReader::stateAfterHead() {
   }
   const bool asksForToken = token_ && *token_;
   const Authorization authorization = asksForToken ? authorizationOf(head_, **token_) : Authorization::given;
-  head_.authorizations.clear();  // nobody needs them any more
   if (authorization != Authorization::given) {
     return refuse(authorizationRefusal(authorization));
   }

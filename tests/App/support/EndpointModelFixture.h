@@ -50,8 +50,10 @@ class EndpointModelFixture {
     return freeLoopbackPort(static_cast<std::uint16_t>(20'000 + ::getpid() % 10'000)).value();
   }
 
+  /// After the end of the one before, which closes its port on a thread of its own.
   EndpointModel& open() {
     model.reset();
+    EXPECT_TRUE(until([this] { return toolsOfModel.expired(); }));
     settings.emplace(store);
     auto mark = std::make_shared<int>();
     toolsOfModel = mark;

@@ -136,6 +136,7 @@ TEST(BearerTokenOfTheEndpoint, isAskedForAfterTheOriginAndBeforeTheLengths) {
     HTTPRequestReader reader(wanted);
     EXPECT_EQ(reader.push("POST / HTTP/1.1\r\n" + headers + "\r\n\r\n"), HTTPRequestReader::State::refused);
     EXPECT_EQ(reader.refusal().status, status) << headers;
+    EXPECT_TRUE(reader.head().authorizations.empty()) << "not kept: " << headers;
   }
 }
 
