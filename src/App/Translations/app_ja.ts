@@ -1380,44 +1380,6 @@
     </message>
 </context>
 <context>
-    <name>tarnwell::CopyBlock</name>
-    <message>
-        <source>Copy</source>
-        <translation>コピー</translation>
-    </message>
-    <message>
-        <source>Copied</source>
-        <translation>コピーしました</translation>
-    </message>
-    <message>
-        <source>Copied: %1</source>
-        <translation>コピーしました：%1</translation>
-    </message>
-    <message>
-        <source>Copy: %1</source>
-        <translation>コピー：%1</translation>
-    </message>
-</context>
-<context>
-    <name>tarnwell::CopyBlock</name>
-    <message>
-        <source>Copy</source>
-        <translation>コピー</translation>
-    </message>
-    <message>
-        <source>Copied</source>
-        <translation>コピーしました</translation>
-    </message>
-    <message>
-        <source>Copied: %1</source>
-        <translation>コピーしました: %1</translation>
-    </message>
-    <message>
-        <source>Copy: %1</source>
-        <translation>コピー: %1</translation>
-    </message>
-</context>
-<context>
     <name>tarnwell::EndpointPage</name>
     <message>
         <source>S&amp;top</source>
