@@ -26,10 +26,10 @@ class AppWindowTest : public testing::Test {
     app.window().close();
     return !app.window().isVisible();
   }
-  /// The button of the question before the window.
-  static QPushButton* answer(const AppWindow& app, const QString& text) {
+  /// The button with this text, once it is there.
+  static QPushButton* button(AppWindow& app, const QString& text) {
     QPushButton* found = nullptr;
-    QTest::qWaitFor([&] {
+    const bool isThere = QTest::qWaitFor([&] {
       for (QPushButton* const button : app.window().findChildren<QPushButton*>()) {
         if (button->isVisible() && button->text().remove(QLatin1Char('&')) == text) {
           found = button;
@@ -37,7 +37,7 @@ class AppWindowTest : public testing::Test {
       }
       return found != nullptr;
     });
-    return found;
+    return isThere ? found : nullptr;
   }
 
   TemporaryDirectory directory;
@@ -92,14 +92,16 @@ TEST_F(AppWindowTest, closingAsksWhileTheEndpointRuns) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return app.endpoint().state() == EndpointModel::State::running; }));
 
   EXPECT_FALSE(closes(app));
-  ASSERT_NE(answer(app, "Leave open"), nullptr);
-  answer(app, "Leave open")->click();
+  QPushButton* const stays = button(app, "Leave open");
+  ASSERT_NE(stays, nullptr);
+  stays->click();
   EXPECT_TRUE(app.window().isVisible());
   EXPECT_TRUE(app.endpoint().isRunning());
 
   EXPECT_FALSE(closes(app));
-  ASSERT_NE(answer(app, "Close"), nullptr);
-  answer(app, "Close")->click();
+  QPushButton* const closing = button(app, "Close");
+  ASSERT_NE(closing, nullptr);
+  closing->click();
   EXPECT_FALSE(app.window().isVisible());
   app.finishWork();
   EXPECT_FALSE(app.endpoint().isRunning());
@@ -110,7 +112,7 @@ TEST_F(AppWindowTest, troubleOnThePageTryItLeadsToTheAccount) {
   app.window().show();
   app.choose(AppWindow::PageName::tryIt);
   app.tryIt().search({});
-  QPushButton* const wayOut = answer(app, "Open “Account”");
+  QPushButton* const wayOut = button(app, "Open “Account”");
   ASSERT_NE(wayOut, nullptr);
   wayOut->click();
   EXPECT_EQ(app.window().chosen(), static_cast<int>(AppWindow::PageName::account));
