@@ -48,6 +48,7 @@ MainWindow::MainWindow() : navigation_(new QListWidget), pages_(new QStackedWidg
   setCentralWidget(contents);
 
   connect(navigation_, &QListWidget::currentRowChanged, this, &MainWindow::open);
+  connect(navigation_, &QListWidget::itemSelectionChanged, this, &MainWindow::followSelection);
   connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this), &QShortcut::activated, this,
           &QWidget::close);
   setTexts();
@@ -73,6 +74,20 @@ void MainWindow::open(int page) {
     pages_->addWidget(entry.page);
   }
   pages_->setCurrentWidget(entry.page);
+}
+
+/// A screen reader selects a name without moving to it, or takes the selection away.
+void MainWindow::followSelection() {
+  QListWidgetItem* const current = navigation_->currentItem();
+  for (QListWidgetItem* const item : navigation_->selectedItems()) {
+    if (item != current) {
+      navigation_->setCurrentItem(item);
+      return;
+    }
+  }
+  if (current != nullptr) {
+    current->setSelected(true);
+  }
 }
 
 void MainWindow::choose(int page) { navigation_->setCurrentRow(page); }

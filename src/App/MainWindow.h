@@ -45,6 +45,7 @@ class MainWindow : public QMainWindow {
  private:
   void setTexts();
   void open(int page);
+  void followSelection();
 
   struct Entry {
     std::function<QString()> name;
