@@ -30,11 +30,16 @@ for word in [*words, "help", "-h", "--help"]:
 
 variables, app_variables = {"SSL_CERT_FILE", "SSL_CERT_DIR"}, {"LC_ALL", "LC_MESSAGES", "LANG"}  # OpenSSL's; locale(7)
 for path in (source / "src").rglob("*.cpp"):
-    asked = app_variables if path.is_relative_to(source / "src/App") else variables
+    asked = app_variables if path.parts[len(source.parts) + 1] in ("App", "Assistants") else variables
     asked |= set(re.findall(r'(?:getenv|environment)\("([A-Z_]+)"\)', path.read_text(encoding="utf-8")))
 # Which language the system speaks is asked below the app, and for it.
 variables.remove("LANGUAGE")
 app_variables.add("LANGUAGE")
+# Where clients keep their settings: the names stand in a table.
+table = (source / "src/Assistants/AssistantTable.cpp").read_text(encoding="utf-8")
+folders = set(re.findall(r'"([A-Z]+_(?:HOME|DIR|CONFIG_DIR|CLI_HOME))"', table))
+check("clients have variables for their folders", len(folders) >= 3, str(folders))
+app_variables |= folders
 check("the program asks for variables", "XDG_DATA_HOME" in variables, str(variables))
 for variable in variables:
     check(f"the manual tells of {variable}", variable in plain)
@@ -48,6 +53,6 @@ for status in (0, 1, 2):
     check(f"the exit status {status} is explained", re.search(rf"^ +{status} +\w", plain, re.MULTILINE))
 
 app = read_page(build / "packaging/app/tarnwell-app.1")
-for variable in app_variables:
+for variable in app_variables - variables:  # it refers to those
     check(f"the app's manual tells of {variable}", re.search(rf"\b{variable}\b", app))
 finish()

@@ -130,7 +130,7 @@ inline QStringList cutOff(const QWidget& page) {
     }
   }
   for (const QScrollArea* const area : page.findChildren<QScrollArea*>()) {
-    if (area->widget()->width() > area->viewport()->width()) {
+    if (area->isVisible() && area->widget()->width() > area->viewport()->width()) {
       names.append(
           QStringLiteral("an area of %1 in %2").arg(area->widget()->width()).arg(area->viewport()->width()));
     }
