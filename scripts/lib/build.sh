@@ -13,8 +13,10 @@ configure_and_build() {
   if [ -e "$directory" ] && [ ! -w "$directory" ]; then
     fail "build/$preset belongs to another user: remove it, or work in a checkout of your own"
   fi
-  # libFuzzer needs Clang, and Clang compiles the tests with these sanitizers in half the time.
-  if [ "$preset" = asan ]; then set -- -D CMAKE_CXX_COMPILER="$(tool clang++)" "$@"; fi
+  # libFuzzer needs Clang, and Clang compiles with sanitizers in half the time.
+  case $preset in
+    asan | tsan) set -- -D CMAKE_CXX_COMPILER="$(tool clang++)" "$@" ;;
+  esac
   # A ninja that is told to end also ends its compilers. cmake --build would leave both running.
   run_quietly "build-$preset" "Building the preset $preset" sh -euc '
     cd "$1"
