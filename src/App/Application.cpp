@@ -8,6 +8,7 @@
 #include "App/DesktopScheme.h"
 #include "App/Models/Language.h"
 #include "App/SingleInstance.h"
+#include "App/Widgets/ScrollAreaAccess.h"
 #include "App/Widgets/Theme.h"
 #include "Core/BridgeConstants.h"
 
@@ -18,6 +19,7 @@ int runApplication(int argc, char** argv) {
   QApplication::setApplicationName("tarnwell-app");
   const QString identifier = QString::fromUtf8(BridgeConstants::bundleIdentifier.data());
   QApplication::setDesktopFileName(identifier);
+  makeScrollAreasSafeForScreenReaders();
   QApplication::setWindowIcon(QIcon::fromTheme(identifier));  // the installed one; Wayland takes the entry's
 
   std::optional<SingleInstance> instance(std::in_place);

@@ -30,7 +30,7 @@ class Missing(Exception):
 
 
 def eventually(look, what):
-    """What `look` finds, once it does not fail any more."""
+    """What `look` finds, once it does not fail any more; `what` says what was looked for."""
     end = time.monotonic() + PATIENCE
     while True:
         try:
@@ -40,7 +40,7 @@ def eventually(look, what):
         except (gi.repository.GLib.Error, Missing):
             pass  # it is being built or has just gone
         if time.monotonic() > end:
-            raise Missing(what)
+            raise Missing(what())
         time.sleep(0.05)
 
 
@@ -74,7 +74,7 @@ class Window:
         for application in children(Atspi.get_desktop(0)):
             if application.get_process_id() == self.process.pid:
                 return application
-        raise Missing("the app on the bus of screen readers")
+        raise Missing(f"the app on the bus of screen readers; its end is {self.process.poll()}")
 
     def all(self):
         return [node for node in descendants(self.root()) if is_shown(node)]
@@ -83,14 +83,16 @@ class Window:
         return eventually(
             lambda: next((node for node in self.all()
                           if node.get_role_name() == role and node.get_name() == name), None),
-            f"{role} “{name}”; there are " + ", ".join(
-                sorted({f"{node.get_role_name()} “{node.get_name()}”" for node in self.all()})))
+            lambda: f"{role} “{name}”; there are " + self.told())
 
     def hears(self, words):
         """Waits until something on the screen says these words."""
         eventually(lambda: any(words in node.get_name() for node in self.all()),
-                   f"the words “{words}”; there are " + ", ".join(
-                       sorted({f"“{node.get_name()}”" for node in self.all() if node.get_name()})))
+                   lambda: f"the words “{words}”; there are " + self.told())
+
+    def told(self):
+        """All that is on the screen."""
+        return ", ".join(sorted({f"{node.get_role_name()} “{node.get_name()}”" for node in self.all()}))
 
     def write(self, role, name, text):
         field = self.find(role, name)
@@ -102,7 +104,7 @@ class Window:
 
     def press(self, name):
         button = self.find("push button", name)
-        eventually(lambda: has(button, Atspi.StateType.ENABLED), f"“{name}” to press")
+        eventually(lambda: has(button, Atspi.StateType.ENABLED), lambda: f"“{name}” to press")
         assert Atspi.Action.do_action(button, 0), name
 
 
@@ -122,7 +124,7 @@ def main(app, helper, port, password):
     process = subprocess.Popen([app])
     try:
         window = Window(process)
-        eventually(window.root, "the window")
+        eventually(window.root, lambda: "the window")
         set_up(window, port, password)
         connect_cursor(window)
         try_it(window)
@@ -163,10 +165,10 @@ def connect_cursor(window):
     window.hears("Connected")
     connected = CURSOR.read_bytes()
     window.press("Cursor: Undo")
-    eventually(lambda: CURSOR.read_bytes() == OTHER_SERVER, "the file as it was")
+    eventually(lambda: CURSOR.read_bytes() == OTHER_SERVER, lambda: "the file as it was")
     window.press("Cursor: Connect")
     window.press("Write the change")
-    eventually(lambda: CURSOR.read_bytes() == connected, "the entry again")
+    eventually(lambda: CURSOR.read_bytes() == connected, lambda: "the entry again")
 
 
 def try_it(window):
@@ -194,7 +196,7 @@ def use_endpoint(window):
 def look_at_the_rest(window):
     window.choose_page("Safety settings")
     window.choose_page("Activity")
-    window.find("table cell", "Searched the inbox")
+    window.hears("16 messages, 5 withheld")
     window.choose_page("About")
 
 
