@@ -193,8 +193,8 @@ void EndpointPage::showToken() {
   const bool isKnown = endpoint_.token().has_value();
   const QString mask(16, QChar(0x2022));  // as long as no token: the length tells nothing
   const QString shown = isTokenShown_ ? token() : mask;
-  token_->setText(shown, [this] { return token(); });
-  block_->setText(endpoint_.clientBlock(shown), [this] { return endpoint_.clientBlock(token()); });
+  token_->setSecretText(shown, [this] { return token(); });
+  block_->setSecretText(endpoint_.clientBlock(shown), [this] { return endpoint_.clientBlock(token()); });
   show_->setText(isTokenShown_ ? tr("&Hide") : tr("S&how"));
   show_->setAccessibleName(isTokenShown_ ? tr("Hide the token") : tr("Show the token"));
   for (QWidget* const part : std::initializer_list<QWidget*>{token_, show_, renew_, clientCard_}) {

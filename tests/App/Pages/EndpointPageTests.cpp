@@ -4,6 +4,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QPlainTextEdit>
 
 #include "App/Pages/AccountTexts.h"
@@ -113,10 +114,15 @@ TEST_P(EndpointPageIn, tokenIsNotSeenUntilAskedForAndHiddenWhenThePageGoes) {
 
 TEST_F(EndpointPageTest, copyGivesTheExactTexts) {
   beginAgain();
+  const auto isMarkedSecret = [] {
+    return QGuiApplication::clipboard()->mimeData()->hasFormat("x-kde-passwordManagerHint");
+  };
   pressAt("Copy: Address of the endpoint");
   EXPECT_EQ(clipboard(), model->address());
+  EXPECT_FALSE(isMarkedSecret());
   pressAt("Copy: Token");
   EXPECT_EQ(clipboard(), storedText);
+  EXPECT_TRUE(isMarkedSecret());
   pressAt("Copy: Settings for the client");
   EXPECT_EQ(clipboard(), QStringLiteral(R"({
   "mcpServers": {
@@ -131,6 +137,7 @@ TEST_F(EndpointPageTest, copyGivesTheExactTexts) {
 }
 )")
                              .arg(model->port()));
+  EXPECT_TRUE(isMarkedSecret());
   EXPECT_FALSE(isTokenSeen());
 }
 
