@@ -215,7 +215,7 @@ void EndpointPage::setTexts() {
              tr("For programs on this computer that speak HTTP. An assistant that can start Tarnwell "
                 "itself is better connected on the page Assistants: that needs no port and no token."));
   address_->setAccessibleLabel(tr("Address of the endpoint"));
-  portRow_->setTexts(tr("Port"), tr("It can be changed while the endpoint does not run."));
+  portRow_->setTexts(tr("Port"), tr("It can be changed while the endpoint is stopped."));
   tokenCard_->setHeading(tr("Token"));
   token_->setAccessibleLabel(tr("Token"));
   renew_->setText(tr("&Renew"));

@@ -155,14 +155,14 @@ TEST_F(EndpointPageTest, renewalAsksFirst) {
   ASSERT_TRUE(eventually([this] { return !model->isRenewing(); }));
   EXPECT_NE(token(), storedText);
   EXPECT_EQ(statusWith(storedText), 401);
-  EXPECT_TRUE(sees("The new token holds now."));
+  EXPECT_TRUE(sees("The new token is in effect now."));
   pressAt("Copy: Token");
   EXPECT_EQ(clipboard().toStdString(), token());
 }
 
 TEST_F(EndpointPageTest, portIsTypedAndKept) {
   begin();
-  const int other = freeLoopbackPort(static_cast<std::uint16_t>(model->port() + 7)).value();
+  const int other = freePort();
   ASSERT_TRUE(tabTo("Port"));
   press(Qt::Key_A, Qt::ControlModifier);
   type(QString::number(other));
@@ -254,6 +254,10 @@ TEST_P(EndpointPageIn, everyStateAndNewsHasItsWords) {
     texts.append(text);
   }
   EXPECT_TRUE(EndpointTexts::news({.kind = Kind::portTaken, .freePort = 9000}, 8765).contains("9000"));
+  EXPECT_TRUE(EndpointTexts::news({.kind = Kind::portTaken, .hadToken = true}, 8765)
+                  .startsWith(EndpointTexts::news({.kind = Kind::portTaken}, 8765)));
+  EXPECT_NE(EndpointTexts::news({.kind = Kind::portTaken, .hadToken = true}, 8765),
+            EndpointTexts::news({.kind = Kind::portTaken}, 8765));
   EXPECT_TRUE(EndpointTexts::news({}, 8765).isEmpty());
   EXPECT_TRUE(EndpointTexts::action({}).isEmpty());
 }
