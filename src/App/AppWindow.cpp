@@ -53,9 +53,9 @@ void AppWindow::addPages() {
   window_.addPage(&AboutPage::name, [this] { return new AboutPage(about_); });
 }
 
-/// Whoever uses the endpoint loses it with the window.
+/// Whoever uses the endpoint loses it with the window, unless it ends anyway.
 bool AppWindow::mayClose() {
-  if (!endpoint_.isRunning()) {
+  if (!endpoint_.isRunning() || endpoint_.state() == EndpointModel::State::stopping) {
     return true;
   }
   questions_.ask(&window_, EndpointTexts::closing(), [this](bool isAgreed) {
@@ -70,7 +70,7 @@ bool AppWindow::mayClose() {
 bool AppWindow::isWorking() const {
   return settings_.isSaving() || account_.activity() == AccountModel::Activity::saving ||
          account_.activity() == AccountModel::Activity::removing || assistants_.isWriting() ||
-         endpoint_.isRunning();
+         endpoint_.isRunning() || endpoint_.isRenewing();
 }
 
 void AppWindow::finishWork() {

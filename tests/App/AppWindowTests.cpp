@@ -5,8 +5,11 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTest>
+#include <QTimer>
 
 #include "App/Models/Language.h"
+#include "MCP/HTTP/LoopbackPort.h"
+#include "support/Gate.h"
 #include "support/InMemorySecretItems.h"
 #include "support/TemporaryDirectory.h"
 
@@ -21,6 +24,9 @@ class AppWindowTest : public testing::Test {
     machine.home = directory.path();
     machine.environment = [](const char*) { return std::nullopt; };
     return machine;
+  }
+  void useFreePort() {
+    settings.change([](AppConfig& config) { config.httpPort = freeLoopbackPort(0).value(); });
   }
   static bool closes(AppWindow& app) {
     app.window().close();
@@ -85,7 +91,7 @@ TEST_F(AppWindowTest, numberThatWasTypedCountsWhenTheWindowCloses) {
 
 /// Whoever uses the endpoint would lose it without a word.
 TEST_F(AppWindowTest, closingAsksWhileTheEndpointRuns) {
-  settings.change([](AppConfig& config) { config.httpPort = 0; });
+  useFreePort();
   AppWindow app(settings, passwords, machine());
   app.window().show();
   app.endpoint().start();
@@ -105,6 +111,44 @@ TEST_F(AppWindowTest, closingAsksWhileTheEndpointRuns) {
   EXPECT_FALSE(app.window().isVisible());
   app.finishWork();
   EXPECT_FALSE(app.endpoint().isRunning());
+}
+
+TEST_F(AppWindowTest, closingDoesNotAskWhileTheEndpointEnds) {
+  useFreePort();
+  AppWindow app(settings, passwords, machine());
+  app.window().show();
+  app.endpoint().start();
+  app.endpoint().stop();
+  EXPECT_EQ(app.endpoint().state(), EndpointModel::State::stopping);
+  EXPECT_TRUE(closes(app));
+  app.finishWork();
+  EXPECT_FALSE(app.endpoint().isRunning());
+}
+
+/// The old token goes before the new one is there.
+TEST_F(AppWindowTest, closingWhileTheTokenIsRenewedLeavesOne) {
+  struct SlowItems : InMemorySecretItems {
+    Gate gate;
+    std::int32_t add(const SecretItemQuery& query, std::string_view data) override {
+      gate.pass();
+      return InMemorySecretItems::add(query, data);
+    }
+  } slow;
+  const SecretItemQuery token{"app.tarnwell.Tarnwell.endpoint", "local-endpoint", std::nullopt};
+  slow.put(token, "old");
+  const KeychainStore keyring("service", std::nullopt, slow);
+  AppWindow app(settings, keyring, machine());
+  app.window().show();
+  app.endpoint().renewToken();
+  ASSERT_TRUE(slow.gate.awaitArrivals(1));
+  EXPECT_FALSE(slow.at(token)) << "removed, and not yet replaced";
+  EXPECT_TRUE(closes(app));
+  QTimer::singleShot(0, [&slow] { slow.gate.open(); });
+  app.finishWork();
+  EXPECT_FALSE(app.endpoint().isRenewing());
+  slow.gate.open();  // also where nothing was waited for
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !app.endpoint().isRenewing(); }));
+  EXPECT_NE(slow.at(token).value_or("old"), "old");
 }
 
 TEST_F(AppWindowTest, troubleOnThePageTryItLeadsToTheAccount) {

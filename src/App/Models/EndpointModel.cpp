@@ -35,8 +35,8 @@ EndpointModel::EndpointModel(SettingsFile& settings, const KeychainStore& passwo
       tools_(std::move(tools)),
       keyring_(std::move(keyring)) {
   connect(&settings_, &SettingsFile::changed, this, &EndpointModel::changed);
-  connect(&settings_, &SettingsFile::notSaved, this, [this](const QString& reason) {
-    if (!isRunning()) {
+  connect(&settings_, &SettingsFile::notSaved, this, [this](const QString& reason, int first) {
+    if (portChange_ >= first) {
       tell({.kind = Kind::settingsNotSaved, .details = reason});
     }
   });
@@ -74,7 +74,7 @@ void EndpointModel::setPort(int port) {
   }
   state_ = State::stopped;
   news_ = {};  // it was about the port before
-  settings_.change([port](AppConfig& config) { config.httpPort = port; });
+  portChange_ = settings_.change([port](AppConfig& config) { config.httpPort = port; });
 }
 
 QString EndpointModel::address() const {
@@ -113,7 +113,9 @@ void EndpointModel::start() {
   become(State::starting);
   work_.run(
       [tokens = tokens_, tools = tools_, port = port()] {
-        Started started{.token = tokens.existingOrNew()};
+        std::optional<Secret> existing = tokens.existing();
+        Started started{.hadToken = existing.has_value()};
+        started.token = existing ? *std::move(existing) : tokens.renew();
         started.server = std::make_shared<EndpointServer>(tools, port, started.token);
         if (started.server->failure()) {
           started.freePort = freeLoopbackPort(static_cast<std::uint16_t>(port));
@@ -130,15 +132,20 @@ void EndpointModel::started(Outcome<Started> outcome) {
     become(State::failed, endpointNewsOf(outcome.failure, Kind::notStarted));
     return;
   }
-  auto& [server, token, freePort] = *outcome.value;
+  auto& [server, token, hadToken, freePort] = *outcome.value;
   token_ = std::move(token);
   if (const std::error_code failure = server->failure()) {
     wantsStop_ = false;
-    become(State::failed, endpointNewsOf(failure, freePort));
+    EndpointNews news = endpointNewsOf(failure, freePort);
+    news.hadToken = hadToken;
+    become(State::failed, std::move(news));
   } else {
     server_ = std::move(server);
-    become(State::running);
-    stopIfWanted();
+    if (wantsStop_) {
+      stopIfWanted();
+    } else {
+      become(State::running, std::move(news_));  // what was told meanwhile stays
+    }
   }
 }
 
@@ -150,8 +157,13 @@ void EndpointModel::startAtFreePort() {
 }
 
 void EndpointModel::stop() {
-  wantsStop_ = isRunning() && state_ != State::stopping;
-  if (!isBusy()) {
+  if (!isRunning() || state_ == State::stopping) {
+    return;
+  }
+  const bool canStopNow = !isBusy();
+  wantsStop_ = true;
+  become(State::stopping);
+  if (canStopNow) {
     stopIfWanted();
   }
 }
@@ -160,9 +172,8 @@ void EndpointModel::stopIfWanted() {
   if (!std::exchange(wantsStop_, false)) {
     return;
   }
-  become(State::stopping);
   work_.run([server = std::move(server_)] { server->end(); },
-            [this](const Outcome<void>&) { become(State::stopped); });
+            [this](const Outcome<void>&) { become(State::stopped, std::move(news_)); });
 }
 
 void EndpointModel::renewToken() {

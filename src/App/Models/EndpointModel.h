@@ -9,9 +9,9 @@
 /// Nothing starts it but `start`. It always asks for the token, which is made at the first start and kept in
 /// the keyring. Its tools are those of an assistant: the same settings, the same passwords.
 ///
-/// A program that ends should call `stop` and wait a little until `isRunning` is false, so that a change that
-/// a client has asked for is finished. It need not wait: the destructor leaves what runs to a thread of its
-/// own.
+/// A program that ends should call `stop` and wait a little until `isRunning` and `isRenewing` are false, so
+/// that a change that a client has asked for is finished, and the keyring has a token. It need not wait: the
+/// destructor leaves what runs to a thread of its own.
 ///
 /// Threads: that of the window, which never waits here.
 
@@ -42,14 +42,16 @@ struct EndpointNews {
     notStarted,       // any other reason; see the details
     keyring,          // `keyring` says what is the matter with it
     tokenRenewed,
-    tokenNotRenewed,   // see the details; the one before holds
-    settingsNotSaved,  // see the details
+    tokenNotRenewed,   // see the details; the previous one stays in effect
+    settingsNotSaved,  // the port of the last wish; see the details
   };
 
   Kind kind = Kind::none;
   /// The original English text, where there is one.
   QString details{};
   std::optional<int> freePort{};
+  /// Clients may already have sent the token to whoever listens there instead.
+  bool hadToken = false;
   AccountNews::Kind keyring = AccountNews::Kind::none;
 };
 
@@ -99,8 +101,8 @@ class EndpointModel : public QObject {
   void start();
   /// Starts at the free port of the news, which becomes that of the settings.
   void startAtFreePort();
-  /// Closes at once, or as soon as what is under way with the keyring allows. `stopping` lasts until the call
-  /// that runs has ended.
+  /// Closes at once, or as soon as what is under way with the keyring allows. `stopping` begins at once, and
+  /// lasts until the call that runs has ended.
   void stop();
   /// Makes a new token, which a running endpoint takes at once. Ask first.
   void renewToken();
@@ -116,6 +118,7 @@ class EndpointModel : public QObject {
   struct Started {
     std::shared_ptr<EndpointServer> server{};
     Secret token{};
+    bool hadToken = false;
     std::optional<int> freePort{};
   };
 
@@ -135,6 +138,7 @@ class EndpointModel : public QObject {
   std::optional<Secret> token_;
   bool isRenewing_ = false;
   bool wantsStop_ = false;  // as soon as it can be
+  int portChange_ = 0;      // the last one of the settings that was wished here
 
   BackgroundTask work_;
   BackgroundTask reading_;

@@ -61,11 +61,6 @@ std::optional<Secret> EndpointToken::existing() const {
   }
 }
 
-Secret EndpointToken::existingOrNew() const {
-  std::optional<Secret> token = existing();
-  return token ? *std::move(token) : renew();
-}
-
 /// As far as the store allows.
 void EndpointToken::putBack(const std::optional<Secret>& token) const {
   try {

@@ -3,7 +3,8 @@
 /// The token of the local endpoint, in the keyring as an item of its own.
 ///
 ///     EndpointToken tokens(passwords);
-///     Secret token = tokens.existingOrNew();   // 43 letters, digits, hyphens and underscores
+///     std::optional<Secret> token = tokens.existing();
+///     Secret other = tokens.renew();   // 43 letters, digits, hyphens and underscores
 ///
 /// Threads: any, one at a time. Waits for the secret store, so not for the thread of the window. Everything
 /// throws `KeychainError` when the store does not do it.
@@ -22,8 +23,6 @@ class EndpointToken {
 
   /// Absent when there is none, or what is there cannot stand in a header.
   std::optional<Secret> existing() const;
-
-  Secret existingOrNew() const;
 
   /// Makes a token of 32 random bytes and puts it in the place of the one before, which stays when the store
   /// does not take it. Also throws `std::system_error` when there is no randomness.

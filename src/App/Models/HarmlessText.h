@@ -5,8 +5,10 @@
 ///
 ///     harmlessLine("gpj\u202etxt.exe");   // "gpj‹U+202E›txt.exe"
 ///
-/// That concerns control characters, the embeddings, overrides and isolates of UAX #9, and the invisible tag
-/// characters. Joiners and other characters without a width of their own stay, because scripts need them.
+/// That concerns control characters, the embeddings, overrides and isolates of UAX #9, letters and operators
+/// without a shape, tag characters, and variation selectors that select nothing. A joiner or another
+/// character without a width stays where it stands alone, because scripts need it: several in a row could be
+/// a message.
 ///
 /// Threads: all functions are pure.
 
@@ -15,9 +17,9 @@
 
 namespace tarnwell {
 
-/// One line: a line end or a tab becomes a blank. The text is UTF-8.
+/// One line: a line end or a tab becomes a blank. A direction mark that stands alone goes. The text is UTF-8.
 QString harmlessLine(std::string_view text);
-/// Keeps line ends and tabs.
+/// Keeps line ends and tabs. Shows direction marks too.
 QString harmlessText(std::string_view text);
 
 /// For a stranger's text within a sentence: its direction of writing stays its own.

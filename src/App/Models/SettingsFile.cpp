@@ -24,17 +24,20 @@ SettingsFile::SettingsFile(ConfigStore store, QObject* parent)
 
 QString SettingsFile::path() const { return QString::fromStdString(store_.configURL().string()); }
 
-void SettingsFile::change(Edit edit) {
+int SettingsFile::change(Edit edit) {
   edit(file_.config);
   waiting_.push_back(std::move(edit));
+  const int number = ++changes_;
   if (!writing_.isRunning()) {
     writeWaiting();
   }
   Q_EMIT changed();
+  return number;
 }
 
 void SettingsFile::writeWaiting() {
   reading_.abandon();  // what it read is older than this change
+  const int first = changes_ - static_cast<int>(waiting_.size()) + 1;
   writing_.run(
       [store = store_, edits = std::exchange(waiting_, {})] {
         store.update([&](AppConfig& config) {
@@ -43,10 +46,10 @@ void SettingsFile::writeWaiting() {
           }
         });
       },
-      [this](const Outcome<void>& outcome) {
+      [this, first](const Outcome<void>& outcome) {
         if (outcome.failure) {
           waiting_.clear();
-          Q_EMIT notSaved(reasonOf(outcome.failure));
+          Q_EMIT notSaved(reasonOf(outcome.failure), first);
         }
         if (waiting_.empty()) {
           reload();

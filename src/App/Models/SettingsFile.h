@@ -36,7 +36,8 @@ class SettingsFile : public QObject {
   const ConfigStore& store() const { return store_; }
 
   using Edit = std::function<void(AppConfig&)>;
-  void change(Edit edit);
+  /// Returns the number of the change, by which `notSaved` names it. The first is 1.
+  int change(Edit edit);
 
   /// Reads the file again, off this thread.
   void reload();
@@ -47,8 +48,8 @@ class SettingsFile : public QObject {
  Q_SIGNALS:
   /// What `config`, `state` or `reason` say has changed.
   void changed();
-  /// The newest changes could not be written, for this reason. `config` shows the file again.
-  void notSaved(const QString& reason);
+  /// The changes from this one on could not be written, for this reason. `config` shows the file again.
+  void notSaved(const QString& reason, int first);
 
  private:
   void writeWaiting();
@@ -59,6 +60,7 @@ class SettingsFile : public QObject {
   ConfigStore::Inspection file_;
   QFileSystemWatcher watcher_;
   std::vector<Edit> waiting_;
+  int changes_ = 0;
   BackgroundTask writing_;
   BackgroundTask reading_;
 };

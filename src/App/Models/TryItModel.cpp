@@ -84,7 +84,8 @@ int TryItModel::withheldCount() const {
 const TriedMessage* TryItModel::chosen() const { return chosen_ ? &messages_.at(*chosen_) : nullptr; }
 
 void TryItModel::choose(std::optional<std::size_t> index) {
-  if (index == chosen_) {
+  const bool hasFailed = text_ && text_->kind == TriedText::Kind::failed;
+  if (index == chosen_ && !hasFailed) {
     return;
   }
   dropMessage();
@@ -96,6 +97,10 @@ void TryItModel::choose(std::optional<std::size_t> index) {
 }
 
 void TryItModel::readText() {
+  if (settings_.isSaving()) {
+    moment_.start();  // the tools read the settings from the file
+    return;
+  }
   reading_.begin(tools_, ToolName::getMessageBody, {{"uid", chosen()->uid}}, [this](ToolCall call) {
     text_ = triedText(call);
     textCall_ = std::move(call);
@@ -144,10 +149,15 @@ std::vector<const ToolCall*> TryItModel::calls() const {
 }
 
 void TryItModel::dropMessage() {
+  dropAnswers();
+  chosen_.reset();
+}
+
+/// What the chosen message got.
+void TryItModel::dropAnswers() {
   moment_.stop();
   reading_.giveUp();
   change_.giveUp();
-  chosen_.reset();
   text_.reset();
   outcome_.reset();
   textCall_.reset();
@@ -184,7 +194,7 @@ void TryItModel::forget() {
   }
 }
 
-/// What was decided about a change goes: the settings may decide otherwise now.
+/// The text and what was decided about a change go: the settings may decide otherwise now.
 void TryItModel::takeSettings() {
   if (state_ == State::empty || isSameForTools(settings_.config(), seen_)) {
     return;
@@ -195,9 +205,10 @@ void TryItModel::takeSettings() {
   }
   seen_ = settings_.config();
   isFromBefore_ = !isSameForTools(seen_, config_);
-  change_.giveUp();
-  outcome_.reset();
-  changeCall_.reset();
+  dropAnswers();
+  if (chosen_) {
+    moment_.start();
+  }
   Q_EMIT messageChanged();
   Q_EMIT aged();
 }

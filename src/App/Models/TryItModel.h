@@ -10,7 +10,7 @@
 ///
 /// Nothing here is ever kept: `forget` drops every word of mail, and no other place has any. A newer call
 /// gives the older one of its kind up. When the settings change, the messages stay and are known to be from
-/// before; when the account changes, they are forgotten.
+/// before, and the text of the chosen one is read again; when the account changes, all are forgotten.
 ///
 /// Threads: that of the window. Nothing is done before the first call.
 
@@ -70,7 +70,7 @@ class TryItModel : public QObject {
   bool isFromBefore() const { return isFromBefore_; }
 
   /// Shows one of the messages. Its text is read after a moment, so that running through a list does not sign
-  /// in for each of its rows. Absent: none.
+  /// in for each of its rows. The same one again: nothing, unless its text could not be read. Absent: none.
   void choose(std::optional<std::size_t> index);
   /// A null pointer for none.
   const TriedMessage* chosen() const;
@@ -79,6 +79,8 @@ class TryItModel : public QObject {
 
   /// Asks for the folders that a message can be moved to, once until they are forgotten.
   void loadFolders();
+  bool isListing() const { return listing_.isRunning(); }
+  /// Empty when there is none, too.
   const std::vector<TriedFolder>& folders() const { return folders_; }
   /// Absent unless they could not be read.
   const std::optional<TriedFailure>& foldersFailure() const { return foldersFailure_; }
@@ -110,6 +112,7 @@ class TryItModel : public QObject {
  private:
   void readText();
   void dropMessage();
+  void dropAnswers();
   void dropFolders();
   void takeSettings();
 

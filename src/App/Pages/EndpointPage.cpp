@@ -193,8 +193,8 @@ void EndpointPage::showToken() {
   const bool isKnown = endpoint_.token().has_value();
   const QString mask(16, QChar(0x2022));  // as long as no token: the length tells nothing
   const QString shown = isTokenShown_ ? token() : mask;
-  token_->setText(shown, [this] { return token(); });
-  block_->setText(endpoint_.clientBlock(shown), [this] { return endpoint_.clientBlock(token()); });
+  token_->setSecretText(shown, [this] { return token(); });
+  block_->setSecretText(endpoint_.clientBlock(shown), [this] { return endpoint_.clientBlock(token()); });
   show_->setText(isTokenShown_ ? tr("&Hide") : tr("S&how"));
   show_->setAccessibleName(isTokenShown_ ? tr("Hide the token") : tr("Show the token"));
   for (QWidget* const part : std::initializer_list<QWidget*>{token_, show_, renew_, clientCard_}) {
@@ -215,7 +215,7 @@ void EndpointPage::setTexts() {
              tr("For programs on this computer that speak HTTP. An assistant that can start Tarnwell "
                 "itself is better connected on the page Assistants: that needs no port and no token."));
   address_->setAccessibleLabel(tr("Address of the endpoint"));
-  portRow_->setTexts(tr("Port"), tr("It can be changed while the endpoint does not run."));
+  portRow_->setTexts(tr("Port"), tr("It can be changed while the endpoint is stopped."));
   tokenCard_->setHeading(tr("Token"));
   token_->setAccessibleLabel(tr("Token"));
   renew_->setText(tr("&Renew"));

@@ -20,6 +20,12 @@ QString withFreePort(const QString& trouble, const EndpointNews& news) {
                        : Words::tr("%1 Choose another port.").arg(trouble);
 }
 
+/// A client that tried to reach the endpoint has sent its token to the other program.
+QString withAdvice(const QString& trouble, const EndpointNews& news) {
+  return news.hadToken ? Words::tr("%1 If you do not know that program, renew the token.").arg(trouble)
+                       : trouble;
+}
+
 }  // namespace
 
 QString state(State state) {
@@ -61,7 +67,8 @@ QString news(const EndpointNews& news, int port) {
     case Kind::none:
       break;
     case Kind::portTaken:
-      return withFreePort(Words::tr("Another program already uses port %1.").arg(port), news);
+      return withAdvice(withFreePort(Words::tr("Another program already uses port %1.").arg(port), news),
+                        news);
     case Kind::portNeedsRights:
       return withFreePort(Words::tr("Only programs of the system may use port %1.").arg(port), news);
     case Kind::notStarted:
@@ -69,9 +76,9 @@ QString news(const EndpointNews& news, int port) {
     case Kind::keyring:
       return AccountTexts::news({.kind = news.keyring});
     case Kind::tokenRenewed:
-      return Words::tr("The new token holds now. Give it to every client that uses the endpoint.");
+      return Words::tr("The new token is in effect now. Give it to every client that uses the endpoint.");
     case Kind::tokenNotRenewed:
-      return Words::tr("The token could not be renewed. The one before holds.");
+      return Words::tr("The token could not be renewed. The previous one stays in effect.");
     case Kind::settingsNotSaved:
       return Words::tr("The settings could not be saved. The page shows what holds.");
   }
@@ -93,8 +100,8 @@ Question renewal() {
 
 Question closing() {
   return {.title = Words::tr("Close the window?"),
-          .text = Words::tr("The local endpoint runs. It ends with the window, and clients that use it lose "
-                            "their connection."),
+          .text = Words::tr("The local endpoint is running. It ends with the window, and clients that use "
+                            "it lose their connection."),
           .yes = Words::tr("Close"),
           .no = Words::tr("Leave open"),
           .isDangerous = false};

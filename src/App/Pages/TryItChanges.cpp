@@ -92,8 +92,9 @@ void TryItChanges::showFolders() {
     folders_->addItem(folder.name, folder.path);
   }
   if (folders_->count() == 0) {
-    folders_->addItem(tryIt_.foldersFailure() ? tr("The folders could not be read")
-                                              : tr("Reading the folders…"));
+    folders_->addItem(tryIt_.isListing()        ? tr("Reading the folders…")
+                      : tryIt_.foldersFailure() ? tr("The folders could not be read")
+                                                : tr("There is no other folder."));
   }
   folders_->setCurrentIndex(std::max(folders_->findData(before), 0));
   const bool areThere = !tryIt_.folders().empty();

@@ -79,6 +79,9 @@ void TryItMessage::arrange() {
   }
 
   verdictBox_->setObjectName("notice");
+  QSizePolicy keepsItsPlace = verdictMark_->sizePolicy();
+  keepsItsPlace.setRetainSizeWhenHidden(true);  // the words do not move when the text arrives
+  verdictMark_->setSizePolicy(keepsItsPlace);
   auto* const words = new QVBoxLayout;
   words->setSpacing(4);
   words->addWidget(verdict_);
@@ -149,8 +152,10 @@ void TryItMessage::showText(const TriedMessage& message) {
   const bool isWithheld = text != nullptr ? text->kind == TriedText::Kind::withheld : message.isWithheld;
   const std::vector<TriedSignal>& signs =
       text != nullptr && !text->signs.empty() ? text->signs : message.signs;
+  const bool isReturned = text != nullptr && text->kind == TriedText::Kind::returned;
   verdictMark_->setMark(isWithheld ? Mark::shield : Mark::tick,
                         isWithheld || !signs.empty() ? Tone::warning : Tone::success);
+  verdictMark_->setVisible(isWithheld || isReturned);
   verdict_->setText(TryItTexts::verdict(message, text));
   QStringList reasons;
   for (const TriedSignal& sign : signs) {
@@ -159,7 +164,6 @@ void TryItMessage::showText(const TriedMessage& message) {
   signs_->setText(reasons.join(QLatin1Char('\n')));
   signs_->setVisible(!reasons.isEmpty());
 
-  const bool isReturned = text != nullptr && text->kind == TriedText::Kind::returned;
   textName_->setText(isReturned || text == nullptr ? tr("The text that an assistant gets")
                                                    : tr("What an assistant reads in place of the text"));
   text_->setAccessibleName(textName_->text());

@@ -27,6 +27,10 @@ class Turns : public QStackedWidget {
 enum State { welcome, waiting, results, blank };
 enum Pane { nothing, message, calls };
 
+bool isMendedAtTheAccount(TriedFailure::Kind kind) {
+  return kind != TriedFailure::Kind::tooSlow && kind != TriedFailure::Kind::other;
+}
+
 }  // namespace
 
 TryItPage::TryItPage(TryItModel& tryIt, QWidget* parent)
@@ -202,7 +206,7 @@ void TryItPage::showFailure() {
   if (failure) {
     trouble_->tell(Notice::Kind::error,
                    TryItTexts::failure(*failure) + QLatin1Char('\n') + TryItTexts::quoted(failure->told));
-    trouble_->setAction(tr("Open “&Account”"));
+    trouble_->setAction(isMendedAtTheAccount(failure->kind) ? tr("Open “&Account”") : QString());
   } else {
     trouble_->fallSilent();
   }
@@ -274,7 +278,7 @@ void TryItPage::setTexts() {
       "word is the reason. When you leave this page, all of it is forgotten."));
   cancel_->setText(tr("Ca&ncel"));
   json_->setText(tr("The exact &JSON"));
-  json_->setToolTip(tr("What an assistant sends and receives, byte for byte"));
+  json_->setToolTip(tr("What an assistant sends, and byte for byte what it receives"));
   json_->setAccessibleDescription(json_->toolTip());
   back_->setText(tr("&Back"));
   list_->setAccessibleName(tr("Messages"));

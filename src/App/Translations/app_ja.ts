@@ -1430,10 +1430,6 @@
         <translation>ポート</translation>
     </message>
     <message>
-        <source>It can be changed while the endpoint does not run.</source>
-        <translation>ローカル接続が停止しているときに変更できます。</translation>
-    </message>
-    <message>
         <source>Token</source>
         <translation>トークン</translation>
     </message>
@@ -1456,6 +1452,10 @@
     <message>
         <source>Settings for the client</source>
         <translation>クライアントに書く設定</translation>
+    </message>
+    <message>
+        <source>It can be changed while the endpoint is stopped.</source>
+        <translation>ローカル接続が停止しているときに変更できます。</translation>
     </message>
 </context>
 <context>
@@ -1517,14 +1517,6 @@
         <translation>ローカル接続を開始できませんでした。</translation>
     </message>
     <message>
-        <source>The new token holds now. Give it to every client that uses the endpoint.</source>
-        <translation>新しいトークンが有効になりました。ローカル接続を使うすべてのクライアントに設定してください。</translation>
-    </message>
-    <message>
-        <source>The token could not be renewed. The one before holds.</source>
-        <translation>トークンを更新できませんでした。これまでのトークンが引き続き有効です。</translation>
-    </message>
-    <message>
         <source>The settings could not be saved. The page shows what holds.</source>
         <translation>設定を保存できませんでした。このページには、現在有効な設定が表示されています。</translation>
     </message>
@@ -1553,16 +1545,28 @@
         <translation>ウィンドウを閉じますか？</translation>
     </message>
     <message>
-        <source>The local endpoint runs. It ends with the window, and clients that use it lose their connection.</source>
-        <translation>ローカル接続が動作しています。ウィンドウを閉じるとローカル接続も終了し、利用中のクライアントは接続できなくなります。</translation>
-    </message>
-    <message>
         <source>Close</source>
         <translation>閉じる</translation>
     </message>
     <message>
         <source>Leave open</source>
         <translation>閉じない</translation>
+    </message>
+    <message>
+        <source>%1 If you do not know that program, renew the token.</source>
+        <translation>%1心当たりのないプログラムの場合は、トークンを更新してください。</translation>
+    </message>
+    <message>
+        <source>The new token is in effect now. Give it to every client that uses the endpoint.</source>
+        <translation>新しいトークンが有効になりました。ローカル接続を使うすべてのクライアントに設定してください。</translation>
+    </message>
+    <message>
+        <source>The token could not be renewed. The previous one stays in effect.</source>
+        <translation>トークンを更新できませんでした。これまでのトークンが引き続き有効です。</translation>
+    </message>
+    <message>
+        <source>The local endpoint is running. It ends with the window, and clients that use it lose their connection.</source>
+        <translation>ローカル接続が動作しています。ウィンドウを閉じるとローカル接続も終了し、利用中のクライアントは接続できなくなります。</translation>
     </message>
 </context>
 <context>
@@ -1924,6 +1928,10 @@
         <source>If it were mar&amp;ked as read?</source>
         <translation>既読にしたら？(&amp;K)</translation>
     </message>
+    <message>
+        <source>There is no other folder.</source>
+        <translation>ほかにフォルダーはありません。</translation>
+    </message>
 </context>
 <context>
     <name>tarnwell::TryItMessage</name>
@@ -1995,10 +2003,6 @@
         <translation>実際の JSON(&amp;J)</translation>
     </message>
     <message>
-        <source>What an assistant sends and receives, byte for byte</source>
-        <translation>アシスタントが送受信する内容（一字一句そのまま）</translation>
-    </message>
-    <message>
         <source>&amp;Back</source>
         <translation>戻る(&amp;B)</translation>
     </message>
@@ -2009,6 +2013,10 @@
     <message>
         <source>Choose a message to see what an assistant gets of it.</source>
         <translation>メールを選ぶと、アシスタントに渡される内容が表示されます。</translation>
+    </message>
+    <message>
+        <source>What an assistant sends, and byte for byte what it receives</source>
+        <translation>アシスタントが送信する内容と、受信する内容（一字一句そのまま）</translation>
     </message>
 </context>
 <context>

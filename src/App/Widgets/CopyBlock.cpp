@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QMimeData>
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -31,8 +32,14 @@ void CopyBlock::setText(const QString& shown, std::function<QString()> copied) {
   copied_ = std::move(copied);
 }
 
+void CopyBlock::setSecretText(const QString& shown, std::function<QString()> copied) {
+  setText(shown, std::move(copied));
+  isSecret_ = true;
+}
+
 void CopyBlock::setText(const QString& text) {
   copied_ = {};
+  isSecret_ = false;
   if (text == text_) {
     return;
   }
@@ -48,7 +55,13 @@ void CopyBlock::setAccessibleLabel(const QString& label) {
 }
 
 void CopyBlock::copy() {
-  QGuiApplication::clipboard()->setText(copied_ ? copied_() : text_);
+  auto* const copied = new QMimeData;
+  copied->setText(copied_ ? copied_() : text_);
+  if (isSecret_) {
+    // The histories of clipboards look for it.
+    copied->setData(QStringLiteral("x-kde-passwordManagerHint"), "secret");
+  }
+  QGuiApplication::clipboard()->setMimeData(copied);
   sinceCopied_.start();
   setTexts();
 }

@@ -24,9 +24,10 @@ class CopyBlock : public QFrame {
 
   /// Plain text. The same text again leaves cursor and selection where they are.
   void setText(const QString& text);
-  /// For a text that is better not seen as it is: it has something secret, or could deceive the eye. `copied`
-  /// makes what the button copies when it is pressed.
+  /// For a text that could deceive the eye. `copied` makes what the button copies when it is pressed.
   void setText(const QString& shown, std::function<QString()> copied);
+  /// For a text with something secret. Programs that keep what was copied are asked not to keep it.
+  void setSecretText(const QString& shown, std::function<QString()> copied);
   /// What is seen.
   QString text() const { return text_; }
 
@@ -46,6 +47,7 @@ class CopyBlock : public QFrame {
   CodeText* code_;
   QPushButton* copy_;
   std::function<QString()> copied_;
+  bool isSecret_ = false;
   QString text_;  // a text field would give line ends back in another form
   QString label_;
   QTimer sinceCopied_;

@@ -32,6 +32,7 @@ class MarkLabel : public QWidget {
  public:
   MarkLabel(Mark mark, Tone tone, int size = 20, QWidget* parent = nullptr);
   void setMark(Mark mark, Tone tone);
+  Mark mark() const { return mark_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

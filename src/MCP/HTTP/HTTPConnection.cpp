@@ -53,13 +53,17 @@ void HTTPConnection::unbound() { timer_.expires_at(Clock::time_point::max()); }
 void HTTPConnection::read() {
   socket_.async_read_some(asio::buffer(received_),
                           [self = shared_from_this()](error_code error, std::size_t count) {
-                            error ? self->close() : self->take({self->received_.data(), count});
+                            error ? self->close() : self->take(count);
                           });
 }
 
-void HTTPConnection::take(std::string_view bytes) {
+void HTTPConnection::take(std::size_t count) {
   const bool wasReadingHead = reader_.state() == HTTPRequestReader::State::readingHead;
-  switch (reader_.push(bytes)) {
+  const HTTPRequestReader::State state = reader_.push({received_.data(), count});
+  if (wasReadingHead && dispatch_.token) {
+    wipe(received_.data(), count);  // the token is in it
+  }
+  switch (state) {
     case HTTPRequestReader::State::readingHead:
       return read();
     case HTTPRequestReader::State::readingBody:

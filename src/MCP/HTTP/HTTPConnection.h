@@ -25,6 +25,7 @@
 #include <boost/asio/thread_pool.hpp>
 #include <boost/system/error_code.hpp>
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -63,7 +64,7 @@ class HTTPConnection : public std::enable_shared_from_this<HTTPConnection> {
   void bound(std::chrono::steady_clock::duration time);
   void unbound();
   void read();
-  void take(std::string_view bytes);
+  void take(std::size_t count);
   void inviteBody();
   void process();
   void answerAtOnce();

@@ -43,10 +43,16 @@ std::string_view HTTPRequestReader::takeHead(std::string_view bytes) {
   }
   head_ = HTTPRequestHead::parse(std::string_view(buffer_).substr(0, end));
   bytes.remove_prefix(end + headEnd.size() - known);
-  buffer_.clear();
+  wipeHead();
   state_ = stateAfterHead();
   head_.authorizations.clear();  // nobody needs them any more
   return bytes;
+}
+
+/// The body takes the same memory.
+void HTTPRequestReader::wipeHead() {
+  wipe(buffer_.data(), buffer_.size());
+  buffer_.clear();
 }
 
 /// The origin is checked first: a foreign page learns nothing about its other errors. Then the token: nor
@@ -71,7 +77,7 @@ HTTPRequestReader::State HTTPRequestReader::stateAfterHead() {
 
 HTTPRequestReader::State HTTPRequestReader::refuse(HTTPResponse refusal) {
   refusal_ = std::move(refusal);
-  buffer_.clear();
+  wipeHead();
   return State::refused;
 }
 

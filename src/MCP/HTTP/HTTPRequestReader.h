@@ -11,6 +11,9 @@
 /// The outcome does not depend on how the bytes are cut. Memory grows with the bytes that arrived, never with
 /// an announced length. Bytes after the request are ignored, because a connection carries one request.
 ///
+/// The head may hold a token, so its bytes are wiped when it has been read. A copy may stay where a head
+/// arrives in several pieces, because its buffer grows then.
+///
 /// Threads: one at a time.
 
 #include <cstddef>
@@ -58,6 +61,7 @@ class HTTPRequestReader {
   std::string_view takeHead(std::string_view bytes);
   State stateAfterHead();
   State refuse(HTTPResponse refusal);
+  void wipeHead();
 
   const std::optional<Secret>* token_ = nullptr;
   State state_ = State::readingHead;

@@ -31,6 +31,9 @@ std::optional<std::uint16_t> tried(std::uint16_t port) {
 }  // namespace
 
 std::optional<std::uint16_t> freeLoopbackPort(std::uint16_t from) {
+  if (from == 0) {
+    return tried(0);
+  }
   constexpr std::uint32_t firstUnprivileged = 1024;
   constexpr std::uint32_t tries = 100;
   const std::uint32_t first = std::max<std::uint32_t>(from, firstUnprivileged);

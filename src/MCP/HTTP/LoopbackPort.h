@@ -14,8 +14,8 @@
 namespace tarnwell {
 
 /// The first port of 127.0.0.1 from this one on that nobody listens at, within the next hundred ports and
-/// from 1024 on; if they are all taken, one that the system chooses. It is free when this returns, and
-/// another program may take it right after. Absent when there is none.
+/// from 1024 on; if they are all taken, one that the system chooses. From 0 on: one that the system chooses.
+/// It is free when this returns, and another program may take it right after. Absent when there is none.
 std::optional<std::uint16_t> freeLoopbackPort(std::uint16_t from);
 
 }  // namespace tarnwell

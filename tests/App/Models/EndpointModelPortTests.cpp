@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <QSignalSpy>
 #include <fstream>
 
 #include "App/support/EndpointModelFixture.h"
@@ -11,7 +12,14 @@ namespace {
 using State = EndpointModel::State;
 using Kind = EndpointNews::Kind;
 
-class EndpointModelPort : public testing::Test, public EndpointModelFixture {};
+class EndpointModelPort : public testing::Test, public EndpointModelFixture {
+ protected:
+  /// Nothing can be written any more.
+  void breakTheSettings() {
+    std::filesystem::remove_all(store.configURL().parent_path());
+    std::ofstream(store.configURL().parent_path()) << "no folder";
+  }
+};
 
 TEST_F(EndpointModelPort, takenPortIsNamedAndAFreeOneOffered) {
   open();
@@ -70,7 +78,7 @@ TEST_F(EndpointModelPort, portChangesOnlyWhileItDoesNotRun) {
   EXPECT_EQ(model->port(), before);
   model->stop();
   ASSERT_TRUE(become(State::stopped));
-  const int after = freeLoopbackPort(static_cast<std::uint16_t>(before + 1)).value();
+  const int after = freePort();
   model->setPort(after);
   EXPECT_EQ(model->port(), after);
   EXPECT_EQ(model->address(), QStringLiteral("http://127.0.0.1:%1/mcp").arg(after));
@@ -89,11 +97,51 @@ TEST_F(EndpointModelPort, portsBeyondTheRangeMeanTheUsualOne) {
 TEST_F(EndpointModelPort, settingsThatCannotBeSavedAreNamed) {
   open();
   const int before = model->port();
-  std::filesystem::remove_all(store.configURL().parent_path());
-  std::ofstream(store.configURL().parent_path()) << "no folder";
+  breakTheSettings();
   model->setPort(before + 1);
   EXPECT_TRUE(until([this] { return model->news().kind == Kind::settingsNotSaved; }));
   EXPECT_FALSE(model->news().details.isEmpty());
+}
+
+/// The page shows two ports then: the one where it listens, and that of the file.
+TEST_F(EndpointModelPort, portThatCannotBeSavedIsNamedAlsoWhenTheEndpointStarts) {
+  open();
+  breakTheSettings();
+  model->setPort(freePort());
+  model->start();
+  ASSERT_TRUE(until([this] { return model->state() == State::running && !settings->isSaving(); }));
+  EXPECT_EQ(model->news().kind, Kind::settingsNotSaved);
+  model->stop();
+  EXPECT_EQ(model->news().kind, Kind::none);
+}
+
+TEST_F(EndpointModelPort, changeOfAnotherPageThatCannotBeSavedIsNoNewsHere) {
+  open();
+  model->setPort(freePort());
+  ASSERT_TRUE(until([this] { return !settings->isSaving(); }));
+  MCPServer dispatcher(MCPTools::shared());
+  MCPHTTPServer other(dispatcher, model->port());
+  other.start();
+  model->start();
+  ASSERT_TRUE(become(State::failed));
+  breakTheSettings();
+  QSignalSpy notSaved(&*settings, &SettingsFile::notSaved);
+  settings->change([](AppConfig& config) { config.safety.maxFetch = 7; });
+  ASSERT_TRUE(until([&] { return notSaved.count() == 1; }));
+  EXPECT_EQ(model->news().kind, Kind::portTaken);
+}
+
+TEST_F(EndpointModelPort, takenPortTellsWhetherATokenMayHaveBeenSentThere) {
+  open();
+  MCPServer dispatcher(MCPTools::shared());
+  MCPHTTPServer other(dispatcher, model->port());
+  other.start();
+  for (const bool hadToken : {false, true}) {  // the first start makes one
+    model->start();
+    ASSERT_TRUE(become(State::failed));
+    EXPECT_EQ(model->news().kind, Kind::portTaken);
+    EXPECT_EQ(model->news().hadToken, hadToken);
+  }
 }
 
 }  // namespace

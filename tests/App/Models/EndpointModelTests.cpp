@@ -89,8 +89,11 @@ TEST_F(EndpointModelTest, manyStartsAndStopsAreClean) {
 TEST_F(EndpointModelTest, stopWhileItStartsCountsWhenItHasStarted) {
   open();
   model->start();
+  QSignalSpy changes(&*model, &EndpointModel::changed);
   model->stop();
-  EXPECT_EQ(model->state(), State::starting);
+  EXPECT_EQ(model->state(), State::stopping) << "at once, so that the person sees the wish";
+  EXPECT_EQ(changes.count(), 1);
+  EXPECT_TRUE(model->isRunning());
   ASSERT_TRUE(become(State::stopped));
   EXPECT_FALSE(connect().isConnected());
   ASSERT_TRUE(start());

@@ -42,7 +42,9 @@ TEST_F(EndpointModelToken, stopWhileTheTokenIsRenewedCountsAfterIt) {
   ASSERT_TRUE(start());
   model->renewToken();
   model->stop();
+  EXPECT_EQ(model->state(), State::stopping);
   ASSERT_TRUE(become(State::stopped));
+  EXPECT_EQ(model->news().kind, Kind::tokenRenewed);
   EXPECT_EQ(storedToken(), token());
 }
 

@@ -101,6 +101,19 @@ TEST_F(SettingsFileTest, failedChangeIsToldAndTakenBack) {
   EXPECT_THAT(notSaved[0][0].toString().toStdString(), testing::HasSubstr("settings"));
 }
 
+TEST_F(SettingsFileTest, failureNamesTheChangesThatAreLost) {
+  SettingsFile settings(store);
+  QSignalSpy notSaved(&settings, &SettingsFile::notSaved);
+  EXPECT_EQ(settings.change([](AppConfig& config) { config.email = "anna@example.org"; }), 1);
+  ASSERT_TRUE(eventually([&] { return !settings.isSaving(); }));
+  ASSERT_EQ(::chmod(store.configURL().c_str(), 0666), 0);
+  EXPECT_EQ(settings.change([](AppConfig& config) { config.email = "ben@example.org"; }), 2);
+  EXPECT_EQ(settings.change([](AppConfig& config) { config.email = "cleo@example.org"; }), 3);
+  ASSERT_TRUE(eventually([&] { return !settings.isSaving(); }));
+  ASSERT_EQ(notSaved.count(), 1);
+  EXPECT_EQ(notSaved[0][1].toInt(), 2);
+}
+
 TEST_F(SettingsFileTest, fileThatOthersMayWriteIsNotChanged) {
   write(R"({"email": "anna@example.org"})");
   ASSERT_EQ(::chmod(store.configURL().c_str(), 0666), 0);

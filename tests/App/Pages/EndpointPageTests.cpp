@@ -4,6 +4,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QPlainTextEdit>
 
 #include "App/Pages/AccountTexts.h"
@@ -113,10 +114,15 @@ TEST_P(EndpointPageIn, tokenIsNotSeenUntilAskedForAndHiddenWhenThePageGoes) {
 
 TEST_F(EndpointPageTest, copyGivesTheExactTexts) {
   beginAgain();
+  const auto isMarkedSecret = [] {
+    return QGuiApplication::clipboard()->mimeData()->hasFormat("x-kde-passwordManagerHint");
+  };
   pressAt("Copy: Address of the endpoint");
   EXPECT_EQ(clipboard(), model->address());
+  EXPECT_FALSE(isMarkedSecret());
   pressAt("Copy: Token");
   EXPECT_EQ(clipboard(), storedText);
+  EXPECT_TRUE(isMarkedSecret());
   pressAt("Copy: Settings for the client");
   EXPECT_EQ(clipboard(), QStringLiteral(R"({
   "mcpServers": {
@@ -131,6 +137,7 @@ TEST_F(EndpointPageTest, copyGivesTheExactTexts) {
 }
 )")
                              .arg(model->port()));
+  EXPECT_TRUE(isMarkedSecret());
   EXPECT_FALSE(isTokenSeen());
 }
 
@@ -148,14 +155,14 @@ TEST_F(EndpointPageTest, renewalAsksFirst) {
   ASSERT_TRUE(eventually([this] { return !model->isRenewing(); }));
   EXPECT_NE(token(), storedText);
   EXPECT_EQ(statusWith(storedText), 401);
-  EXPECT_TRUE(sees("The new token holds now."));
+  EXPECT_TRUE(sees("The new token is in effect now."));
   pressAt("Copy: Token");
   EXPECT_EQ(clipboard().toStdString(), token());
 }
 
 TEST_F(EndpointPageTest, portIsTypedAndKept) {
   begin();
-  const int other = freeLoopbackPort(static_cast<std::uint16_t>(model->port() + 7)).value();
+  const int other = freePort();
   ASSERT_TRUE(tabTo("Port"));
   press(Qt::Key_A, Qt::ControlModifier);
   type(QString::number(other));
@@ -247,6 +254,10 @@ TEST_P(EndpointPageIn, everyStateAndNewsHasItsWords) {
     texts.append(text);
   }
   EXPECT_TRUE(EndpointTexts::news({.kind = Kind::portTaken, .freePort = 9000}, 8765).contains("9000"));
+  EXPECT_TRUE(EndpointTexts::news({.kind = Kind::portTaken, .hadToken = true}, 8765)
+                  .startsWith(EndpointTexts::news({.kind = Kind::portTaken}, 8765)));
+  EXPECT_NE(EndpointTexts::news({.kind = Kind::portTaken, .hadToken = true}, 8765),
+            EndpointTexts::news({.kind = Kind::portTaken}, 8765));
   EXPECT_TRUE(EndpointTexts::news({}, 8765).isEmpty());
   EXPECT_TRUE(EndpointTexts::action({}).isEmpty());
 }

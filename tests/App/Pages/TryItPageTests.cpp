@@ -7,7 +7,6 @@
 
 #include <QAccessible>
 #include <QClipboard>
-#include <QSignalSpy>
 
 #include "App/Pages/SafetyTexts.h"
 #include "App/Pages/TryItPageFixture.h"
@@ -222,20 +221,6 @@ TEST_P(TryItPageChange, saysWhatWouldHappen) {
   ASSERT_TRUE(eventually([this] { return model->outcome().has_value(); }));
   EXPECT_TRUE(shown(*page).contains(GetParam().sentence)) << shown(*page).toStdString();
   EXPECT_FALSE(mailbox.hasCommand("SELECT"));
-}
-
-TEST_F(TryItPageTest, troubleSaysWhatToDoAndLeadsToTheAccount) {
-  mailbox.hasPassword = false;
-  begin();
-  QSignalSpy wanted(&*page, &TryItPage::accountWanted);
-  search();
-  EXPECT_TRUE(
-      shown(*page).contains("No password is stored for your account. Type it on the page “Account” and "
-                            "save it.\nAn assistant reads: “\u2068No iCloud account is configured. Open "
-                            "the app and save your email + app password.\u2069”"))
-      << shown(*page).toStdString();
-  pressButton("Open “&Account”");
-  EXPECT_EQ(wanted.count(), 1);
 }
 
 TEST_F(TryItPageTest, changedSettingsAreSaidAndTheSearchIsMadeAgain) {

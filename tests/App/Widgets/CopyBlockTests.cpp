@@ -4,6 +4,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QTest>
 #include <QVBoxLayout>
@@ -46,7 +47,7 @@ class CopyBlockTest : public testing::Test {
 
 TEST_F(CopyBlockTest, secretTextIsMadeOnlyForTheCopy) {
   int made = 0;
-  block->setText("token: ***", [&made] { return QStringLiteral("token: %1").arg(++made); });
+  block->setSecretText("token: ***", [&made] { return QStringLiteral("token: %1").arg(++made); });
   EXPECT_EQ(block->text(), "token: ***");
   EXPECT_EQ(block->code()->toPlainText(), "token: ***");
   EXPECT_EQ(made, 0);
@@ -56,6 +57,23 @@ TEST_F(CopyBlockTest, secretTextIsMadeOnlyForTheCopy) {
   block->setText("token: ***");
   QTest::mouseClick(block->copyButton(), Qt::LeftButton);
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "token: ***") << "a text of its own again";
+}
+
+/// Plasma's clipboard and others keep no text that is marked so.
+TEST_F(CopyBlockTest, onlySecretTextsAreMarkedForTheHistoriesOfClipboards) {
+  const auto hint = [this] {
+    QTest::mouseClick(block->copyButton(), Qt::LeftButton);
+    return QGuiApplication::clipboard()->mimeData()->data("x-kde-passwordManagerHint");
+  };
+  block->setSecretText("***", [] { return QStringLiteral("token"); });
+  EXPECT_EQ(hint(), "secret");
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "token");
+  block->setText("***", [] { return QStringLiteral("no token"); });
+  EXPECT_EQ(hint(), "");
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "no token");
+  block->setSecretText("***", [] { return QStringLiteral("token"); });
+  block->setText("***");
+  EXPECT_EQ(hint(), "");
 }
 
 TEST_F(CopyBlockTest, keyCopiesTheWholeTextByteForByte) {

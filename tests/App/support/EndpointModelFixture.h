@@ -3,7 +3,6 @@
 /// The endpoint's model on settings and a keyring of its own, with tools of which one call can be held up.
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <QTest>
 #include <atomic>
@@ -45,10 +44,8 @@ class EndpointModelFixture {
     EXPECT_TRUE(until([this] { return toolsOfModel.expired(); }));
   }
 
-  /// Another one for each program that runs the tests at the same time.
-  static std::uint16_t freePort() {
-    return freeLoopbackPort(static_cast<std::uint16_t>(20'000 + ::getpid() % 10'000)).value();
-  }
+  /// The system gives another one to each program that runs the tests at the same time.
+  static std::uint16_t freePort() { return freeLoopbackPort(0).value(); }
 
   /// After the end of the one before, which closes its port on a thread of its own.
   EndpointModel& open() {

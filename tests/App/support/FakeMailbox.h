@@ -51,6 +51,7 @@ class FakeMailbox {
     Secrets secrets;
     std::string loginAnswer = "OK done";
     std::atomic<bool> isDown = false;
+    std::atomic<bool> isSlow = false;
 
     std::mutex mutex;
     std::condition_variable released;
@@ -62,6 +63,9 @@ class FakeMailbox {
           [self = shared_from_this(), wire = std::make_shared<Wire>()] {
             if (self->isDown) {
               throw IMAPError::connectionFailed("imap.example.org:993: nobody answers");
+            }
+            if (self->isSlow) {
+              throw IMAPError::timeout();
             }
             return std::make_unique<IMAPConnection>(std::make_unique<InstantServer>(
                 *wire, [self](const std::string& tag, const std::string& command) {
@@ -122,6 +126,8 @@ class FakeMailbox {
   std::string& loginAnswer = state_->loginAnswer;
   /// Nothing answers.
   std::atomic<bool>& isDown = state_->isDown;
+  /// Nothing answers in time.
+  std::atomic<bool>& isSlow = state_->isSlow;
 
   MCPTools tools(const ConfigStore& store) const {
     return {store, keychain(), EmailRiskDetector::shared(),
