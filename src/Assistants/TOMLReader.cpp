@@ -12,8 +12,9 @@ namespace tarnwell {
 namespace {
 
 constexpr std::size_t maximumDepth = 64;
-/// In bytes. A table takes a time that grows with the square of the number of its keys.
-constexpr std::size_t maximumSize = 1 << 20;
+/// In bytes. A table takes a time that grows with the square of the number of its keys, so a text of four
+/// times the size would take sixteen times as long.
+constexpr std::size_t maximumSize = std::size_t{256} * 1024;
 using Keys = std::vector<std::string>;
 
 bool isBareKeyByte(char byte) {

@@ -20,7 +20,8 @@
 namespace tarnwell {
 
 /// The document, or the line (from 1) that cannot be read: line 1 for a text that is not UTF-8 or longer than
-/// a megabyte. Nesting beyond 64 is not read.
+/// 256 KiB, which bounds the time (a table takes the square of the number of its keys). Nesting beyond 64 is
+/// not read.
 std::variant<JSONValue, std::size_t> decodeTOML(std::string_view text);
 
 }  // namespace tarnwell
