@@ -56,6 +56,8 @@ struct Machine {
   /// The absolute path of the helper, beside the app.
   std::filesystem::path helper;
   FolderLayout layout;
+  /// The name of the machine, which some clients note in a lock.
+  std::string hostName{};
   /// What comes before folders outside the home directory, such as /usr/local/bin and /Applications.
   std::filesystem::path systemRoot = "/";
   /// A client's command that takes longer is ended.
