@@ -23,7 +23,18 @@ struct AssistantEntry {
   JSONValue value;
 };
 
+AssistantEntry entryOf(JSONValue value);
+
+/// Has variables or headers. A user's passwords are often there, so they never become words of a command,
+/// which every user of the machine can read while it runs.
+bool hasSecrets(const AssistantEntry& entry);
+
+/// Both have the same meaning for the client, or both are absent.
+bool isSameEntry(const std::optional<JSONValue>& one, const std::optional<JSONValue>& other);
+
 struct AssistantReading {
+  std::optional<JSONValue> value() const { return entry ? std::optional(entry->value) : std::nullopt; }
+
   /// Absent when there is none, or nothing can be read.
   std::optional<AssistantEntry> entry{};
   /// For TOML: why it cannot be read. JSON throws instead.

@@ -107,7 +107,10 @@ INSTANTIATE_TEST_SUITE_P(
                     CommentRow{"top", "# one\n[mcp_servers.b]\n", ConnectingWay::block},
                     CommentRow{"behind", "[mcp_servers.b] # one\n", ConnectingWay::block},
                     CommentRow{"inside", "[mcp_servers.b]\n  # one\nc = 'd'\n", ConnectingWay::block},
-                    CommentRow{"after", "[mcp_servers.b]\n[e]\n# one\n", ConnectingWay::block}),
+                    CommentRow{"after", "[mcp_servers.b]\n[e]\n# one\n", ConnectingWay::block},
+                    CommentRow{"escapedName", "[\"mcp\\u005fservers\".b] # one\n", ConnectingWay::block},
+                    CommentRow{"escapedNameOnly", "[\"mcp\\u005fservers\".b]\n", ConnectingWay::ownCommand},
+                    CommentRow{"notTOML", "a = 1\nb\n", ConnectingWay::block}),
     rowName);
 
 struct HelperRow {
