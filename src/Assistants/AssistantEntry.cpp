@@ -59,8 +59,35 @@ bool hasCommentsAmong(const char* object, std::string_view text) {
   return text.find('#', begin) != text.npos;
 }
 
+/// The lines of the entry with what is between them. Where that is something else, it is an empty line.
+std::string linesOfEntry(const AssistantRow& row, const std::vector<std::string_view>& statements) {
+  std::string lines;
+  std::string_view header;
+  std::string_view before;  // the line of the entry that comes right before
+  for (const std::string_view statement : statements) {
+    const bool isHeader = statement.starts_with('[');
+    header = isHeader ? statement : header;
+    const std::variant<JSONValue, std::size_t> alone =
+        decodeTOML(isHeader ? std::string(header) : std::string(header) + std::string(statement));
+    const JSONValue* value = std::get_if<JSONValue>(&alone);
+    if (value == nullptr || (*value)[row.object].member(entryName) == nullptr) {
+      before = {};
+      continue;
+    }
+    if (!before.empty()) {
+      lines += std::string_view(before.end(), statement.begin());
+    } else if (!lines.empty()) {
+      lines += '\n';
+    }
+    lines += statement;
+    before = statement;
+  }
+  return lines;
+}
+
 AssistantReading readTOML(const AssistantRow& row, std::string_view text) {
-  const std::variant<JSONValue, std::size_t> document = decodeTOML(text);
+  std::vector<std::string_view> statements;
+  const std::variant<JSONValue, std::size_t> document = decodeTOML(text, &statements);
   AssistantReading reading;
   if (const std::size_t* line = std::get_if<std::size_t>(&document)) {
     reading.problem = "line " + std::to_string(*line) + ": not TOML";
@@ -70,6 +97,7 @@ AssistantReading readTOML(const AssistantRow& row, std::string_view text) {
   reading.hasComments = !entries.isNull() && hasCommentsAmong(row.object, text);
   if (const JSONValue* value = entries.member(entryName)) {
     reading.entry = entryOf(*value);
+    reading.lines = linesOfEntry(row, statements);
   }
   return reading;
 }

@@ -39,6 +39,8 @@ struct AssistantReading {
   std::optional<AssistantEntry> entry{};
   /// For TOML: why it cannot be read. JSON throws instead.
   std::string problem{};
+  /// For TOML: the lines of the entry, as they stand.
+  std::string lines{};
   /// For TOML: there may be comments among the entries, which the client's commands drop.
   bool hasComments = false;
 };

@@ -164,7 +164,9 @@ ConnectionPlan plan(const Machine& machine, AssistantID id, Goal goal) {
       planned.change = proposedChange(machine, row, goal, state.file);
       break;
     case ConnectingWay::block:
-      planned.block = connectionBlock(BlockFormat::codexTOML, machine.helper);
+      planned.block = goal == Goal::disconnect && reading.entry
+                          ? reading.lines
+                          : connectionBlock(BlockFormat::codexTOML, machine.helper);
       planned.blockFormat = "toml";
       break;
   }

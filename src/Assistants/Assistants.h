@@ -166,7 +166,7 @@ struct ConnectionPlan {
   std::vector<std::vector<std::string>> commands{};
   /// For `file`.
   std::optional<FileChange> change{};
-  /// For `block`: the text to copy, or the text to remove, and its format: "toml".
+  /// For `block`: the text to copy, or the lines to remove as they stand, and the format: "toml".
   std::string block{};
   std::string blockFormat{};
   /// The configuration that changes, or that the block belongs in.
