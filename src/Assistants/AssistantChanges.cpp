@@ -114,10 +114,11 @@ AssistantError withCopy(const AssistantError& failure, const std::filesystem::pa
   return {failure.kind(), failure.assistant(), printed + "A copy of the file as it was: " + backup.string()};
 }
 
-/// The user agreed to these commands, and they may do something else to another entry.
+/// The user agreed to what the commands do to the entry that was there, not to another one.
 void checkUpToDate(const Machine& machine, const ConnectionPlan& planned) {
   const ConnectionPlan now = plan(machine, planned.id, planned.goal);
-  if (now.way != planned.way || now.commands != planned.commands) {
+  if (now.way != planned.way || now.commands != planned.commands ||
+      !isSameEntry(now.entryBefore, planned.entryBefore)) {
     throw AssistantError(Kind::changed, planned.id, "");
   }
 }
@@ -134,7 +135,6 @@ ConnectionDone runPlanned(const Machine& machine, const ConnectionPlan& planned)
   checkUpToDate(machine, planned);
   const AssistantRow& row = assistantRow(planned.id);
   const std::filesystem::path program = planned.commands.front().front();
-  const AssistantReading earlier = readEntry(machine, row);
   std::optional<std::string> before = readConfigurationFile(planned.file);
   // Claude Code keeps copies of its file itself.
   const std::optional<std::filesystem::path> backup = row.rewritesFile ? std::nullopt : backUp(planned.file);
@@ -142,16 +142,14 @@ ConnectionDone runPlanned(const Machine& machine, const ConnectionPlan& planned)
     const std::string text = runAll(machine, planned.id, planned.commands);
     checkReached(machine, planned, text);
   } catch (const std::exception& failure) {
-    bringBack(machine, row, program, earlier.value());
+    bringBack(machine, row, program, planned.entryBefore);
     const bool isAsBefore = isWithoutCopy(backup, planned.file, before);
     if (const auto* error = dynamic_cast<const AssistantError*>(&failure); error && !isAsBefore) {
       throw withCopy(*error, *backup);
     }
     throw;
   }
-  ConnectionDone done{.plan = planned};
-  done.entryBefore = earlier.value();
-  done.entryAfter = readEntry(machine, row).value();
+  ConnectionDone done{.plan = planned, .entryAfter = readEntry(machine, row).value()};
   if (!row.rewritesFile) {
     done.written = changeOf(planned, std::move(before), backup);
   }
@@ -163,13 +161,13 @@ ConnectionDone runPlanned(const Machine& machine, const ConnectionPlan& planned)
 void undoCommands(const Machine& machine, const ConnectionDone& done) {
   const AssistantRow& row = assistantRow(done.plan.id);
   const AssistantReading now = readEntry(machine, row);
-  if (now.problem.empty() && isSameEntry(now.value(), done.entryBefore)) {
+  if (now.problem.empty() && isSameEntry(now.value(), done.plan.entryBefore)) {
     return;
   }
   if (!now.problem.empty() || now.hasComments || (now.entry && !isSameEntry(now.value(), done.entryAfter))) {
     throw AssistantError(Kind::changed, row.id, "");
   }
-  restore(machine, row, done.plan.commands.front().front(), done.entryBefore, now.entry.has_value());
+  restore(machine, row, done.plan.commands.front().front(), done.plan.entryBefore, now.entry.has_value());
 }
 
 }  // namespace

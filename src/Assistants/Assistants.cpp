@@ -156,6 +156,7 @@ ConnectionPlan plan(const Machine& machine, AssistantID id, Goal goal) {
       const std::filesystem::path program = commandProgram(machine, row).value();
       planned.commands = goal == Goal::connect ? connectCommands(machine, row, program, reading.entry)
                                                : disconnectCommands(row, program);
+      planned.entryBefore = reading.value();
       break;
     }
     case ConnectingWay::file:

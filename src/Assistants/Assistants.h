@@ -136,8 +136,8 @@ class AssistantError : public std::runtime_error {
     /// Its command succeeded, and yet the client is not connected, or not disconnected. `details` is what it
     /// printed.
     withoutEffect,
-    /// Its configuration was changed: since the plan was made, so other commands are needed now, or since it
-    /// was carried out, so undo would destroy that, or cannot put back what was there before.
+    /// Its configuration was changed: since the plan was made, so the commands would do something else, or
+    /// since it was carried out, so undo would destroy that, or cannot put back what was there before.
     changed,
     /// A block can only be copied by hand.
     onlyByHand
@@ -164,6 +164,8 @@ struct ConnectionPlan {
   ConnectingWay way = ConnectingWay::file;
   /// For `ownCommand`: program and arguments of each command, in order.
   std::vector<std::vector<std::string>> commands{};
+  /// For `ownCommand`: the entry as it is now. Absent: there is none.
+  std::optional<JSONValue> entryBefore{};
   /// For `file`.
   std::optional<FileChange> change{};
   /// For `block`: the text to copy, or the lines to remove as they stand, and the format: "toml".
@@ -184,8 +186,7 @@ struct ConnectionDone {
   /// The file before and after, and the copy of what it was. For `ownCommand` as the command left it; absent
   /// for Claude Code, whose file changes by itself.
   std::optional<WrittenFile> written{};
-  /// For `ownCommand`: the entry as it was, and as the commands left it. Absent: there was none.
-  std::optional<JSONValue> entryBefore{};
+  /// For `ownCommand`: the entry as the commands left it. Absent: there was none.
   std::optional<JSONValue> entryAfter{};
 };
 

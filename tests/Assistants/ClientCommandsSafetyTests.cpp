@@ -117,14 +117,42 @@ INSTANTIATE_TEST_SUITE_P(
                             R"({"args":[],"command":"/x","env":{},"timeout":5,"type":"stdio"})"}),
     rowName);
 
-TEST_F(CommandsWithCare, planThatIsOutOfDateIsNotCarriedOut) {
-  put(old);
-  const ConnectionPlan shown = planned();
-  const std::string since = R"({"args":["serve"],"command":"/old/tarnwell","timeout":6})";
-  put(since);
+struct PlanRow {
+  const char* name;
+  const char* before;
+  Goal goal;
+  /// The entry that the user made of it while the plan was shown.
+  const char* since;
+};
+
+class PlansOutOfDate : public CommandsWithCare, public testing::WithParamInterface<PlanRow> {};
+
+TEST_P(PlansOutOfDate, areNotCarriedOut) {
+  put(GetParam().before);
+  const ConnectionPlan shown = planned(GetParam().goal);
+  put(GetParam().since);
   EXPECT_EQ(failureOf([&] { carryOut(fake.machine, shown); }), Kind::changed);
-  EXPECT_EQ(entry(), since);
-  put("");
+  EXPECT_EQ(entry(), GetParam().since);
+  EXPECT_FALSE(std::filesystem::exists(fake.home() / "calls"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    all, PlansOutOfDate,
+    testing::Values(PlanRow{"changed", old, Goal::connect,
+                            R"({"args":["serve"],"command":"/old/tarnwell","timeout":6})"},
+                    PlanRow{"removed", old, Goal::connect, ""}, PlanRow{"added", "", Goal::connect, own},
+                    PlanRow{"replacedBeforeItsRemoval", old, Goal::disconnect, own},
+                    PlanRow{"otherProgram", R"({"args":["x"],"command":"/one"})", Goal::connect,
+                            R"({"args":["x"],"command":"/two"})"},
+                    PlanRow{"removedBeforeItsRemoval", old, Goal::disconnect, ""}),
+    rowName);
+
+/// The command would be the same for either entry.
+TEST_F(CommandsWithCare, entryThatIsNewSinceThePlanIsNotReplaced) {
+  FakeMachine::putProgram(fake.home() / ".local/bin/codex", "echo >> \"$HOME/calls\"");
+  fake.put(".codex/config.toml", "a = 1\n");
+  const ConnectionPlan shown = plan(fake.machine, AssistantID::codex, Goal::connect);
+  fake.put(".codex/config.toml", "a = 1\n[mcp_servers.tarnwell]\ncommand = '/own'\n");
   EXPECT_EQ(failureOf([&] { carryOut(fake.machine, shown); }), Kind::changed);
   EXPECT_FALSE(std::filesystem::exists(fake.home() / "calls"));
 }
