@@ -79,7 +79,8 @@ AssistantState stateOf(const Machine& machine, const AssistantRow& row) {
     state.isSwitchedOff = reading.entry->isSwitchedOff;
     state.otherCommand = state.connection == Connection::elsewhere ? otherCommandOf(*reading.entry) : "";
   }
-  state.way = wayTo(machine, row, reading, Goal::connect);
+  const bool isHere = state.connection == Connection::here;
+  state.way = wayTo(machine, row, reading, isHere ? Goal::disconnect : Goal::connect);
   state.isRunning = row.rewritesFile && state.way == ConnectingWay::file && isRunning(machine, row);
   return state;
 }

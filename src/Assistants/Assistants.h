@@ -101,6 +101,7 @@ struct AssistantState {
   bool isSwitchedOff = false;
   /// For `elsewhere`: the command in its entry. Empty when the entry has none, such as one with an address.
   std::string otherCommand{};
+  /// To connect it, or to disconnect it when it is connected here.
   ConnectingWay way = ConnectingWay::file;
   /// Its configuration, as the client names it.
   std::filesystem::path file{};

@@ -173,6 +173,23 @@ TEST_F(CommandsWithCare, copyThatIsKeptAfterAFailureIsTold) {
   }
 }
 
+/// Its own command cannot put in what this entry has, but can remove it.
+TEST_F(CommandsWithCare, connectedEntryHasTheWayOfItsRemoval) {
+  FakeMachine::putProgram(fake.home() / ".local/bin/codex", "exit 0");
+  const std::string helper = fake.machine.helper.string();
+  fake.put(".codex/config.toml",
+           "[mcp_servers.tarnwell]\ncommand = '" + helper + "'\nargs = ['serve']\nenv = { A = 'b' }\n");
+  put(R"({"args":["serve"],"command":")" + helper + R"(","env":{"A":"b"}})");
+  fake.running = {{5, 1, "claude", "/x/2.1.0"}};
+  for (const AssistantID id : {AssistantID::codex, AssistantID::claudeCode}) {
+    const AssistantState state = fake.state(id);
+    EXPECT_EQ(state.connection, AssistantState::Connection::here);
+    EXPECT_EQ(state.way, plan(fake.machine, id, Goal::disconnect).way);
+    EXPECT_EQ(state.way, ConnectingWay::ownCommand);
+    EXPECT_FALSE(state.isRunning) << "its command may run beside it";
+  }
+}
+
 class SecretsOfEntries : public CommandsWithCare, public testing::WithParamInterface<const char*> {};
 
 TEST_P(SecretsOfEntries, areNoWordsOfACommand) {
