@@ -48,18 +48,41 @@ std::string runAll(const Machine& machine, AssistantID id, const std::vector<Cli
   return text;
 }
 
-bool isSameEntry(const std::optional<AssistantEntry>& one, const std::optional<AssistantEntry>& other) {
-  return one.has_value() == other.has_value() && (!one || one->value == other->value);
+void restoreInFile(const Machine& machine, const AssistantRow& row, const JSONValue& earlier) {
+  if (row.shape == EntryShape::tomlTable) {
+    throw AssistantError(Kind::changed, row.id, "");
+  }
+  checkNotRunning(machine, row.id);
+  const JSONPath path = entryPath(row);
+  write(proposeChange(placeOf(machine, row).file, [&](std::string_view text) {
+    return withJSONMember(withoutJSONMember(text, path), path, earlier);
+  }));
+}
+
+/// Brings back the earlier entry, or that there was none. `isThereNow` tells whether there is another one.
+void restore(const Machine& machine, const AssistantRow& row, const std::filesystem::path& program,
+             const std::optional<JSONValue>& earlier, bool isThereNow) {
+  const std::optional<AssistantEntry> entry = earlier ? std::optional(entryOf(*earlier)) : std::nullopt;
+  const std::vector<ClientCommand> commands = restoreCommands(row, program, entry, isThereNow);
+  if (commands.empty() && earlier) {
+    restoreInFile(machine, row, *earlier);
+    return;
+  }
+  const std::string text = runAll(machine, row.id, commands);
+  const AssistantReading now = readEntry(machine, row);
+  if (!now.problem.empty() || !isSameEntry(now.value(), earlier)) {
+    throw AssistantError(Kind::withoutEffect, row.id, text);
+  }
 }
 
 /// After a failure: one command may have removed the entry before another one failed. When this fails too,
 /// the first failure is the one to tell.
 void bringBack(const Machine& machine, const AssistantRow& row, const std::filesystem::path& program,
-               const std::optional<AssistantEntry>& earlier) {
+               const std::optional<JSONValue>& earlier) {
   try {
     const AssistantReading now = readEntry(machine, row);
-    if (!isSameEntry(now.entry, earlier)) {
-      runAll(machine, row.id, restoreCommands(row, program, earlier, now.entry.has_value()));
+    if (!isSameEntry(now.value(), earlier)) {
+      restore(machine, row, program, earlier, now.entry.has_value());
     }
   } catch (const std::exception&) {
     return;
@@ -75,15 +98,28 @@ void checkReached(const Machine& machine, const ConnectionPlan& planned, const s
   }
 }
 
-/// Removes the copy of a file that is still what it was.
-void removeNeedless(const std::optional<std::filesystem::path>& backup, const std::filesystem::path& file,
-                    const std::optional<std::string>& before) {
+/// Removes the copy of a file that is still what it was. Returns whether there is no copy any more.
+bool isWithoutCopy(const std::optional<std::filesystem::path>& backup, const std::filesystem::path& file,
+                   const std::optional<std::string>& before) {
   try {
-    if (backup && readConfigurationFile(file) == before) {
-      std::filesystem::remove(*backup);
-    }
+    return !backup || (readConfigurationFile(file) == before && std::filesystem::remove(*backup));
   } catch (const std::exception&) {
-    return;  // it stays
+    return false;
+  }
+}
+
+/// The failure, which also names the copy.
+AssistantError withCopy(const AssistantError& failure, const std::filesystem::path& backup) {
+  const std::string printed = failure.details().empty() ? "" : failure.details() + "\n";
+  return {failure.kind(), failure.assistant(), printed + "A copy of the file as it was: " + backup.string()};
+}
+
+/// The user agreed to what the commands do to the entry that was there, not to another one.
+void checkUpToDate(const Machine& machine, const ConnectionPlan& planned) {
+  const ConnectionPlan now = plan(machine, planned.id, planned.goal);
+  if (now.way != planned.way || now.commands != planned.commands ||
+      !isSameEntry(now.entryBefore, planned.entryBefore)) {
+    throw AssistantError(Kind::changed, planned.id, "");
   }
 }
 
@@ -96,27 +132,42 @@ WrittenFile changeOf(const ConnectionPlan& planned, std::optional<std::string> b
 }
 
 ConnectionDone runPlanned(const Machine& machine, const ConnectionPlan& planned) {
+  checkUpToDate(machine, planned);
   const AssistantRow& row = assistantRow(planned.id);
   const std::filesystem::path program = planned.commands.front().front();
-  const AssistantReading earlier = readEntry(machine, row);
   std::optional<std::string> before = readConfigurationFile(planned.file);
   // Claude Code keeps copies of its file itself.
   const std::optional<std::filesystem::path> backup = row.rewritesFile ? std::nullopt : backUp(planned.file);
   try {
     const std::string text = runAll(machine, planned.id, planned.commands);
     checkReached(machine, planned, text);
-  } catch (const std::exception&) {
-    bringBack(machine, row, program, earlier.entry);
-    removeNeedless(backup, planned.file, before);
+  } catch (const std::exception& failure) {
+    bringBack(machine, row, program, planned.entryBefore);
+    const bool isAsBefore = isWithoutCopy(backup, planned.file, before);
+    if (const auto* error = dynamic_cast<const AssistantError*>(&failure); error && !isAsBefore) {
+      throw withCopy(*error, *backup);
+    }
     throw;
   }
-  ConnectionDone done{.plan = planned};
-  done.undoCommands =
-      restoreCommands(row, program, earlier.entry, planned.goal == ConnectionPlan::Goal::connect);
+  ConnectionDone done{.plan = planned, .entryAfter = readEntry(machine, row).value()};
   if (!row.rewritesFile) {
     done.written = changeOf(planned, std::move(before), backup);
   }
   return done;
+}
+
+/// No entry where the commands left one comes from an earlier try that failed halfway, or from the user; then
+/// nothing is destroyed.
+void undoCommands(const Machine& machine, const ConnectionDone& done) {
+  const AssistantRow& row = assistantRow(done.plan.id);
+  const AssistantReading now = readEntry(machine, row);
+  if (now.problem.empty() && isSameEntry(now.value(), done.plan.entryBefore)) {
+    return;
+  }
+  if (!now.problem.empty() || now.hasComments || (now.entry && !isSameEntry(now.value(), done.entryAfter))) {
+    throw AssistantError(Kind::changed, row.id, "");
+  }
+  restore(machine, row, done.plan.commands.front().front(), done.plan.entryBefore, now.entry.has_value());
 }
 
 }  // namespace
@@ -128,12 +179,9 @@ ConnectionDone carryOut(const Machine& machine, const ConnectionPlan& planned) {
   switch (planned.way) {
     case ConnectingWay::block:
       throw AssistantError(Kind::onlyByHand, planned.id, "");
-    case ConnectingWay::file: {
+    case ConnectingWay::file:
       checkNotRunning(machine, planned.id);
-      ConnectionDone done{.plan = planned, .written = write(*planned.change)};
-      checkReached(machine, planned, "");
-      return done;
-    }
+      return {.plan = planned, .written = write(*planned.change)};
     case ConnectingWay::ownCommand:
       break;
   }
@@ -156,10 +204,7 @@ void undo(const Machine& machine, const ConnectionDone& done) {
     }
   }
   if (done.plan.way == ConnectingWay::ownCommand && !done.plan.isNothing()) {
-    if (done.undoCommands.empty()) {
-      throw AssistantError(Kind::changed, id, "");
-    }
-    runAll(machine, id, done.undoCommands);
+    undoCommands(machine, done);
   }
 }
 

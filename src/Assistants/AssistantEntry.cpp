@@ -1,7 +1,9 @@
 #include "Assistants/AssistantEntry.h"
 
 #include <algorithm>
+#include <iterator>
 #include <system_error>
+#include <utility>
 #include <variant>
 
 #include "Assistants/AssistantPlaces.h"
@@ -38,6 +40,97 @@ bool startsProgram(const JSONValue& value) {
          value["type"].stringValue().value_or("stdio") == "stdio";
 }
 
+/// Codex writes all entries anew and drops the comments in them and right above. Any "#" there counts as one,
+/// also in a text. When the name of the object is written with escapes, any "#" of the file does.
+bool hasCommentsAmong(const char* object, std::string_view text) {
+  std::size_t begin = text.find(object);
+  if (begin == text.npos) {
+    return text.find('#') != text.npos;
+  }
+  begin = text.substr(0, begin).rfind('\n') + 1;
+  while (begin > 0) {
+    const std::size_t before = begin < 2 ? 0 : text.substr(0, begin - 1).rfind('\n') + 1;
+    const std::string_view line = trimmed(text.substr(before, begin - before));
+    if (!line.empty() && !line.starts_with('#')) {
+      break;
+    }
+    begin = before;
+  }
+  return text.find('#', begin) != text.npos;
+}
+
+/// The lines of the entry with what is between them. Where that is something else, it is an empty line.
+std::string linesOfEntry(const AssistantRow& row, const std::vector<std::string_view>& statements) {
+  std::string lines;
+  std::string_view header;
+  std::string_view before;  // the line of the entry that comes right before
+  for (const std::string_view statement : statements) {
+    const bool isHeader = statement.starts_with('[');
+    header = isHeader ? statement : header;
+    const std::variant<JSONValue, std::size_t> alone =
+        decodeTOML(isHeader ? std::string(header) : std::string(header) + std::string(statement));
+    const JSONValue* value = std::get_if<JSONValue>(&alone);
+    if (value == nullptr || (*value)[row.object].member(entryName) == nullptr) {
+      before = {};
+      continue;
+    }
+    if (!before.empty()) {
+      lines += std::string_view(before.end(), statement.begin());
+    } else if (!lines.empty()) {
+      lines += '\n';
+    }
+    lines += statement;
+    before = statement;
+  }
+  return lines;
+}
+
+AssistantReading readTOML(const AssistantRow& row, std::string_view text) {
+  std::vector<std::string_view> statements;
+  const std::variant<JSONValue, std::size_t> document = decodeTOML(text, &statements);
+  AssistantReading reading;
+  if (const std::size_t* line = std::get_if<std::size_t>(&document)) {
+    reading.problem = "line " + std::to_string(*line) + ": not TOML";
+    return reading;
+  }
+  const JSONValue& entries = std::get<JSONValue>(document)[row.object];
+  reading.hasComments = !entries.isNull() && hasCommentsAmong(row.object, text);
+  if (const JSONValue* value = entries.member(entryName)) {
+    reading.entry = entryOf(*value);
+    reading.lines = linesOfEntry(row, statements);
+  }
+  return reading;
+}
+
+/// Clients write some members that mean no more than when they are missing.
+JSONValue withoutDefaults(const JSONValue& value) {
+  const JSONObject* members = value.objectValue();
+  if (members == nullptr) {
+    return value;
+  }
+  std::vector<JSONMember> rest;
+  std::ranges::remove_copy_if(*members, std::back_inserter(rest), [](const JSONMember& member) {
+    const auto& [key, held] = member;
+    return (key == "type" && held.stringValue() == "stdio") ||
+           (key == "env" && held.objectValue() != nullptr && held.objectValue()->size() == 0) ||
+           (key == "args" && held.arrayValue() != nullptr && held.arrayValue()->empty());
+  });
+  return JSONObject(std::move(rest));
+}
+
+JSONValue valueFor(EntryShape shape, const std::string& helper) {
+  JSONObject value{{"command", helper}, {"args", JSONValue::strings({"serve"})}};
+  if (shape != EntryShape::command) {
+    value.emplace("type", "stdio");
+  }
+  if (shape == EntryShape::typedCommandWithEnvironment) {
+    value.emplace("env", JSONObject{});
+  }
+  return value;
+}
+
+}  // namespace
+
 AssistantEntry entryOf(JSONValue value) {
   AssistantEntry entry;
   if (startsProgram(value)) {
@@ -60,48 +153,18 @@ AssistantEntry entryOf(JSONValue value) {
   return entry;
 }
 
-/// Codex writes all entries anew and drops the comments in them and right above. Any "#" there counts as one,
-/// also in a text.
-bool hasCommentsAmong(const char* object, std::string_view text) {
-  std::size_t begin = text.find(object);
-  if (begin == text.npos) {
-    return false;
-  }
-  begin = text.substr(0, begin).rfind('\n') + 1;
-  while (begin > 0) {
-    const std::size_t before = begin < 2 ? 0 : text.substr(0, begin - 1).rfind('\n') + 1;
-    const std::string_view line = trimmed(text.substr(before, begin - before));
-    if (!line.empty() && !line.starts_with('#')) {
-      break;
-    }
-    begin = before;
-  }
-  return text.find('#', begin) != text.npos;
+bool hasSecrets(const AssistantEntry& entry) {
+  const auto hasMembers = [&](const char* key) {
+    const JSONValue& value = entry.value[key];
+    return !value.isNull() && (value.objectValue() == nullptr || value.objectValue()->size() > 0);
+  };
+  return hasMembers("env") || hasMembers("headers");
 }
 
-AssistantReading readTOML(const AssistantRow& row, std::string_view text) {
-  const std::variant<JSONValue, std::size_t> document = decodeTOML(text);
-  AssistantReading reading{.hasComments = hasCommentsAmong(row.object, text)};
-  if (const std::size_t* line = std::get_if<std::size_t>(&document)) {
-    reading.problem = "line " + std::to_string(*line) + ": not TOML";
-  } else if (const JSONValue* value = std::get<JSONValue>(document)[row.object].member(entryName)) {
-    reading.entry = entryOf(*value);
-  }
-  return reading;
+bool isSameEntry(const std::optional<JSONValue>& one, const std::optional<JSONValue>& other) {
+  return one && other ? withoutDefaults(*one) == withoutDefaults(*other)
+                      : one.has_value() == other.has_value();
 }
-
-JSONValue valueFor(EntryShape shape, const std::string& helper) {
-  JSONObject value{{"command", helper}, {"args", JSONValue::strings({"serve"})}};
-  if (shape != EntryShape::command) {
-    value.emplace("type", "stdio");
-  }
-  if (shape == EntryShape::typedCommandWithEnvironment) {
-    value.emplace("env", JSONObject{});
-  }
-  return value;
-}
-
-}  // namespace
 
 JSONPath entryPath(const AssistantRow& row) { return {row.object, entryName}; }
 

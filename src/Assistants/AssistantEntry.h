@@ -23,11 +23,24 @@ struct AssistantEntry {
   JSONValue value;
 };
 
+AssistantEntry entryOf(JSONValue value);
+
+/// Has variables or headers. A user's passwords are often there, so they never become words of a command,
+/// which every user of the machine can read while it runs.
+bool hasSecrets(const AssistantEntry& entry);
+
+/// Both have the same meaning for the client, or both are absent.
+bool isSameEntry(const std::optional<JSONValue>& one, const std::optional<JSONValue>& other);
+
 struct AssistantReading {
+  std::optional<JSONValue> value() const { return entry ? std::optional(entry->value) : std::nullopt; }
+
   /// Absent when there is none, or nothing can be read.
   std::optional<AssistantEntry> entry{};
   /// For TOML: why it cannot be read. JSON throws instead.
   std::string problem{};
+  /// For TOML: the lines of the entry, as they stand.
+  std::string lines{};
   /// For TOML: there may be comments among the entries, which the client's commands drop.
   bool hasComments = false;
 };

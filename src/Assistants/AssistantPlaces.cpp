@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <functional>
 #include <system_error>
@@ -68,18 +69,6 @@ bool hasComponent(const path& file, std::string_view name) {
   return !name.empty() && std::ranges::any_of(file, [&](const path& part) { return part == path(name); });
 }
 
-bool holdsLock(const FoundPlace& place, const std::vector<RunningProgram>& programs) {
-  std::error_code error;
-  const std::string holder = std::filesystem::read_symlink(place.trace / "SingletonLock", error).string();
-  const std::size_t dash = holder.rfind('-');  // "name-of-the-machine-4711"
-  if (error || dash == holder.npos) {
-    return false;
-  }
-  return std::ranges::any_of(programs, [&](const RunningProgram& program) {
-    return std::to_string(program.processID) == holder.substr(dash + 1);
-  });
-}
-
 bool belongsTo(const RunningProgram& program, const AssistantRow& row) {
   const auto isItsName = [&](std::string_view name) {
     return name == program.name || path(name) == program.executable.filename();
@@ -87,6 +76,22 @@ bool belongsTo(const RunningProgram& program, const AssistantRow& row) {
   return std::ranges::any_of(row.programs, isItsName) || std::ranges::any_of(row.processes, isItsName) ||
          hasComponent(program.executable, row.folder) ||
          (row.application != nullptr && hasComponent(program.executable, row.application));
+}
+
+/// A lock stays when its program is killed. Another program may have the number by now, and a home directory
+/// may be shared between machines.
+bool holdsLock(const Machine& machine, const AssistantRow& row, const RunningProgram& program) {
+  std::error_code error;
+  const path lock = placeOf(machine, row).trace / "SingletonLock";
+  const std::string holder = std::filesystem::read_symlink(lock, error).string();
+  const bool mayBeIt = program.executable.empty() || belongsTo(program, row) ||
+                       program.executable.filename().string().starts_with("electron");
+  return !error && mayBeIt && holder == machine.hostName + "-" + std::to_string(program.processID);
+}
+
+std::string ownHostName() {
+  std::array<char, 256> name{};
+  return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
 }
 
 }  // namespace
@@ -104,6 +109,7 @@ Machine Machine::thisOne() {
     machine.helper = app->parent_path() / "tarnwell";
   }
   machine.layout = ownFolderLayout();
+  machine.hostName = ownHostName();
   return machine;
 }
 
@@ -178,8 +184,9 @@ bool isInstalled(const Machine& machine, const AssistantRow& row) {
 
 bool isRunning(const Machine& machine, const AssistantRow& row) {
   const std::vector<RunningProgram> programs = machine.runningPrograms();
-  return holdsLock(placeOf(machine, row), programs) ||
-         std::ranges::any_of(programs, [&](const auto& program) { return belongsTo(program, row); });
+  return std::ranges::any_of(programs, [&](const RunningProgram& program) {
+    return belongsTo(program, row) || holdsLock(machine, row, program);
+  });
 }
 
 std::optional<std::string> assistantName(const RunningProgram& program) {

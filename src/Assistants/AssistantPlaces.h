@@ -34,7 +34,7 @@ std::optional<std::filesystem::path> findProgram(const Machine& machine, std::st
 bool isInstalled(const Machine& machine, const AssistantRow& row);
 
 /// One of its processes runs, or one holds the lock that programs of its kind (Chromium's) keep beside their
-/// settings: some packages run it under the name of another program.
+/// settings: some packages run it as "electron".
 bool isRunning(const Machine& machine, const AssistantRow& row);
 
 /// Throws `AssistantError::Kind::running` when it runs and would write its file anew.

@@ -15,27 +15,25 @@ namespace {
 using Goal = ConnectionPlan::Goal;
 using Connection = AssistantState::Connection;
 
-std::string describe(const JSONEditError& error) {
-  const std::string place = error.line() == 0 ? ""
-                                              : "line " + std::to_string(error.line()) + ", column " +
-                                                    std::to_string(error.column()) + ": ";
-  return place + error.what();
-}
-
 /// The program with the client's commands, if it has some and is here.
 std::optional<std::filesystem::path> commandProgram(const Machine& machine, const AssistantRow& row) {
   return row.hasCommands ? findProgram(machine, row.programs.front()) : std::nullopt;
+}
+
+/// Codex and Gemini CLI would drop what else the entry has. Claude Code takes it over, but from the words of
+/// a command, which every user of the machine can read while it runs.
+bool wouldLoseOrTell(const AssistantRow& row, const AssistantEntry& entry) {
+  return row.id == AssistantID::claudeCode ? hasSecrets(entry) : !entry.isPlain && entry.command;
 }
 
 ConnectingWay wayTo(const Machine& machine, const AssistantRow& row, const AssistantReading& reading,
                     Goal goal) {
   const ConnectingWay byHand =
       row.shape == EntryShape::tomlTable ? ConnectingWay::block : ConnectingWay::file;
-  // Codex and Gemini CLI would drop what else the entry has. Claude Code takes it over.
-  const bool wouldLose = goal == Goal::connect && row.id != AssistantID::claudeCode && reading.entry &&
-                         !reading.entry->isPlain && reading.entry->command;
-  return commandProgram(machine, row) && !wouldLose && !reading.hasComments ? ConnectingWay::ownCommand
-                                                                            : byHand;
+  const bool isNotUnderstood = row.shape == EntryShape::tomlTable && !reading.problem.empty();
+  const bool isLeftToHands = isNotUnderstood || reading.hasComments ||
+                             (goal == Goal::connect && reading.entry && wouldLoseOrTell(row, *reading.entry));
+  return commandProgram(machine, row) && !isLeftToHands ? ConnectingWay::ownCommand : byHand;
 }
 
 Connection connectionOf(const Machine& machine, const AssistantReading& reading) {
@@ -64,7 +62,7 @@ AssistantReading readOrTell(const Machine& machine, const AssistantRow& row) {
   try {
     return readEntry(machine, row);
   } catch (const JSONEditError& error) {
-    return {.problem = describe(error)};
+    return {.problem = error.what()};
   } catch (const ConfigurationFileError& error) {
     return {.problem = error.reason()};
   }
@@ -81,7 +79,8 @@ AssistantState stateOf(const Machine& machine, const AssistantRow& row) {
     state.isSwitchedOff = reading.entry->isSwitchedOff;
     state.otherCommand = state.connection == Connection::elsewhere ? otherCommandOf(*reading.entry) : "";
   }
-  state.way = wayTo(machine, row, reading, Goal::connect);
+  const bool isHere = state.connection == Connection::here;
+  state.way = wayTo(machine, row, reading, isHere ? Goal::disconnect : Goal::connect);
   state.isRunning = row.rewritesFile && state.way == ConnectingWay::file && isRunning(machine, row);
   return state;
 }
@@ -158,6 +157,7 @@ ConnectionPlan plan(const Machine& machine, AssistantID id, Goal goal) {
       const std::filesystem::path program = commandProgram(machine, row).value();
       planned.commands = goal == Goal::connect ? connectCommands(machine, row, program, reading.entry)
                                                : disconnectCommands(row, program);
+      planned.entryBefore = reading.value();
       break;
     }
     case ConnectingWay::file:
@@ -166,7 +166,9 @@ ConnectionPlan plan(const Machine& machine, AssistantID id, Goal goal) {
       planned.change = proposedChange(machine, row, goal, state.file);
       break;
     case ConnectingWay::block:
-      planned.block = connectionBlock(BlockFormat::codexTOML, machine.helper);
+      planned.block = goal == Goal::disconnect && reading.entry
+                          ? reading.lines
+                          : connectionBlock(BlockFormat::codexTOML, machine.helper);
       planned.blockFormat = "toml";
       break;
   }

@@ -26,6 +26,7 @@
 
 #include "Assistants/Blocks.h"
 #include "Assistants/ConfigurationFile.h"
+#include "MCP/JSON/JSONValue.h"
 #include "Platform/RunningPrograms.h"
 
 namespace tarnwell {
@@ -56,6 +57,8 @@ struct Machine {
   /// The absolute path of the helper, beside the app.
   std::filesystem::path helper;
   FolderLayout layout;
+  /// The name of the machine, which some clients note in a lock.
+  std::string hostName{};
   /// What comes before folders outside the home directory, such as /usr/local/bin and /Applications.
   std::filesystem::path systemRoot = "/";
   /// A client's command that takes longer is ended.
@@ -98,6 +101,7 @@ struct AssistantState {
   bool isSwitchedOff = false;
   /// For `elsewhere`: the command in its entry. Empty when the entry has none, such as one with an address.
   std::string otherCommand{};
+  /// To connect it, or to disconnect it when it is connected here.
   ConnectingWay way = ConnectingWay::file;
   /// Its configuration, as the client names it.
   std::filesystem::path file{};
@@ -125,14 +129,16 @@ class AssistantError : public std::runtime_error {
     neverStarted,
     /// Its command cannot be started. `details` is the system's reason.
     notStarted,
-    /// Its command failed. `details` is what it printed.
+    /// Its command failed. `details` is what it printed, and which copy of its file was kept, if the command
+    /// changed that; also for the next two.
     failed,
     /// Its command took too long and was ended. `details` is what it had printed.
     tookTooLong,
     /// Its command succeeded, and yet the client is not connected, or not disconnected. `details` is what it
     /// printed.
     withoutEffect,
-    /// Undo: its configuration was changed since, and what was there before cannot be put back by a command.
+    /// Its configuration was changed: since the plan was made, so the commands would do something else, or
+    /// since it was carried out, so undo would destroy that, or cannot put back what was there before.
     changed,
     /// A block can only be copied by hand.
     onlyByHand
@@ -159,9 +165,11 @@ struct ConnectionPlan {
   ConnectingWay way = ConnectingWay::file;
   /// For `ownCommand`: program and arguments of each command, in order.
   std::vector<std::vector<std::string>> commands{};
+  /// For `ownCommand`: the entry as it is now. Absent: there is none.
+  std::optional<JSONValue> entryBefore{};
   /// For `file`.
   std::optional<FileChange> change{};
-  /// For `block`: the text to copy, or the text to remove, and its format: "toml".
+  /// For `block`: the text to copy, or the lines to remove as they stand, and the format: "toml".
   std::string block{};
   std::string blockFormat{};
   /// The configuration that changes, or that the block belongs in.
@@ -179,17 +187,16 @@ struct ConnectionDone {
   /// The file before and after, and the copy of what it was. For `ownCommand` as the command left it; absent
   /// for Claude Code, whose file changes by itself.
   std::optional<WrittenFile> written{};
-  /// The commands that bring back the entry as it was. They are used only when the file was changed since, or
-  /// changes by itself.
-  std::vector<std::vector<std::string>> undoCommands{};
+  /// For `ownCommand`: the entry as the commands left it. Absent: there was none.
+  std::optional<JSONValue> entryAfter{};
 };
 
-/// Does what the plan says, and reads the state again. Throws as `plan` does; after a failed command the
-/// entry that was there before is back as far as the client's commands can do it.
+/// Does what the plan says, and makes sure of it. Throws as `plan` does. After a failed command the entry
+/// that was there before is back as far as that is possible.
 ConnectionDone carryOut(const Machine& machine, const ConnectionPlan& planned);
 
-/// Brings back what was there before: the bytes of the file if nobody has changed it since, else the entry.
-/// Throws as `carryOut` does.
+/// Brings back what was there before: the bytes of the file if nobody has changed it since, else the entry if
+/// nobody has changed that. Throws as `carryOut` does. After a failure it can be called again.
 void undo(const Machine& machine, const ConnectionDone& done);
 
 /// The command as a person would type it in a shell.

@@ -91,6 +91,9 @@ std::vector<ClientCommand> disconnectCommands(const AssistantRow& row, const std
 
 std::vector<ClientCommand> restoreCommands(const AssistantRow& row, const std::filesystem::path& program,
                                            const std::optional<AssistantEntry>& earlier, bool isThereNow) {
+  if (earlier && hasSecrets(*earlier)) {
+    return {};
+  }
   if (row.id == AssistantID::claudeCode) {
     std::vector<ClientCommand> commands;
     if (isThereNow) {

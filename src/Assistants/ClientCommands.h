@@ -14,7 +14,8 @@ namespace tarnwell {
 
 using ClientCommand = std::vector<std::string>;
 
-/// The commands that connect the helper. `existing` is the entry that is there.
+/// The commands that connect the helper. `existing` is the entry that is there. One of Claude Code must have
+/// no secrets.
 std::vector<ClientCommand> connectCommands(const Machine& machine, const AssistantRow& row,
                                            const std::filesystem::path& program,
                                            const std::optional<AssistantEntry>& existing);
@@ -22,7 +23,7 @@ std::vector<ClientCommand> connectCommands(const Machine& machine, const Assista
 std::vector<ClientCommand> disconnectCommands(const AssistantRow& row, const std::filesystem::path& program);
 
 /// The commands that bring back the `earlier` entry, or no entry, where another one may be by now. None when
-/// the client has no command that can write the earlier entry as it was.
+/// the client has no command that can write the earlier entry as it was, or the entry has secrets.
 std::vector<ClientCommand> restoreCommands(const AssistantRow& row, const std::filesystem::path& program,
                                            const std::optional<AssistantEntry>& earlier, bool isThereNow);
 

@@ -63,11 +63,13 @@ void requireText(const FileChange& change, const std::optional<std::string>& tex
 }
 
 /// The same after a write.
-void verifyText(const FileChange& change, const std::optional<std::string>& text) {
+void verifyText(const WrittenFile& written, const std::optional<std::string>& text) {
   try {
-    requireText(change, text);
+    requireText(written.change, text);
   } catch (const ConfigurationFileError& error) {
-    throw ConfigurationFileError(Kind::notVerified, change.target, error.reason());
+    const std::string copy =
+        written.backup ? "; a copy of what it was before is " + written.backup->string() : "";
+    throw ConfigurationFileError(Kind::notVerified, written.change.target, error.reason() + copy);
   }
 }
 
@@ -137,7 +139,7 @@ WrittenFile write(const FileChange& change) {
     fs::remove(written.backup.value_or(fs::path()), ignored);
     throw;
   }
-  verifyText(change, change.after);
+  verifyText(written, change.after);
   return written;
 }
 
@@ -166,7 +168,7 @@ void undo(const WrittenFile& written) {
       fs::remove(change.target);
     }
   });
-  verifyText(change, change.before);
+  verifyText(written, change.before);
 }
 
 }  // namespace tarnwell

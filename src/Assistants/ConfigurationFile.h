@@ -38,7 +38,8 @@ class ConfigurationFileError : public std::runtime_error {
     changed,
     /// The system refused. The file is as it was.
     notWritten,
-    /// It was written, but is now something else: another program writes it at the same time.
+    /// It was written, but is now something else: another program writes it at the same time. The reason
+    /// names the copy of what it was.
     notVerified,
     /// A user other than this one and root may write the file, or replace it in its folder.
     otherWriter,

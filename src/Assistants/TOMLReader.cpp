@@ -12,8 +12,9 @@ namespace tarnwell {
 namespace {
 
 constexpr std::size_t maximumDepth = 64;
-/// In bytes. A table takes a time that grows with the square of the number of its keys.
-constexpr std::size_t maximumSize = 1 << 20;
+/// In bytes. A table takes a time that grows with the square of the number of its keys, so a text of four
+/// times the size would take sixteen times as long.
+constexpr std::size_t maximumSize = std::size_t{256} * 1024;
 using Keys = std::vector<std::string>;
 
 bool isBareKeyByte(char byte) {
@@ -30,11 +31,12 @@ class TOMLReader {
     return 1 + static_cast<std::size_t>(std::ranges::count(text_.substr(0, position_), '\n'));
   }
 
-  std::optional<JSONValue> document() {
+  std::optional<JSONValue> document(std::vector<std::string_view>* statements) {
     (void)skip("\xEF\xBB\xBF");
     JSONValue root = JSONObject{};
     JSONValue* table = &root;
     for (skipBlankLines(); !isAtEnd(); skipBlankLines()) {
+      const std::size_t begin = position_;
       if (current() == '[') {
         table = header(root);
         if (table == nullptr) {
@@ -45,6 +47,9 @@ class TOMLReader {
       }
       if (!endLine()) {
         return std::nullopt;
+      }
+      if (statements != nullptr) {
+        statements->push_back(text_.substr(begin, position_ - begin));
       }
     }
     return root;
@@ -279,10 +284,11 @@ class TOMLReader {
 
 }  // namespace
 
-std::variant<JSONValue, std::size_t> decodeTOML(std::string_view text) {
+std::variant<JSONValue, std::size_t> decodeTOML(std::string_view text,
+                                                std::vector<std::string_view>* statements) {
   TOMLReader reader(text);
   std::optional<JSONValue> document =
-      text.size() <= maximumSize && isValidUTF8(text) ? reader.document() : std::nullopt;
+      text.size() <= maximumSize && isValidUTF8(text) ? reader.document(statements) : std::nullopt;
   if (!document) {
     return reader.line();
   }

@@ -14,13 +14,17 @@
 #include <optional>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 #include "MCP/JSON/JSONValue.h"
 
 namespace tarnwell {
 
 /// The document, or the line (from 1) that cannot be read: line 1 for a text that is not UTF-8 or longer than
-/// a megabyte. Nesting beyond 64 is not read.
-std::variant<JSONValue, std::size_t> decodeTOML(std::string_view text);
+/// 256 KiB, which bounds the time (a table takes the square of the number of its keys). Nesting beyond 64 is
+/// not read. `statements`, if given, gets each header and each member with its name, up to the end of its
+/// line.
+std::variant<JSONValue, std::size_t> decodeTOML(std::string_view text,
+                                                std::vector<std::string_view>* statements = nullptr);
 
 }  // namespace tarnwell

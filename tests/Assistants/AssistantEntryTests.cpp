@@ -107,8 +107,57 @@ INSTANTIATE_TEST_SUITE_P(
                     CommentRow{"top", "# one\n[mcp_servers.b]\n", ConnectingWay::block},
                     CommentRow{"behind", "[mcp_servers.b] # one\n", ConnectingWay::block},
                     CommentRow{"inside", "[mcp_servers.b]\n  # one\nc = 'd'\n", ConnectingWay::block},
-                    CommentRow{"after", "[mcp_servers.b]\n[e]\n# one\n", ConnectingWay::block}),
+                    CommentRow{"after", "[mcp_servers.b]\n[e]\n# one\n", ConnectingWay::block},
+                    CommentRow{"escapedName", "[\"mcp\\u005fservers\".b] # one\n", ConnectingWay::block},
+                    CommentRow{"escapedNameOnly", "[\"mcp\\u005fservers\".b]\n", ConnectingWay::ownCommand},
+                    CommentRow{"notTOML", "a = 1\nb\n", ConnectingWay::block}),
     rowName);
+
+struct LinesRow {
+  const char* name;
+  const char* before;
+  /// The entry.
+  const char* lines;
+  const char* after;
+};
+
+class EntriesInTOML : public testing::TestWithParam<LinesRow> {};
+
+TEST_P(EntriesInTOML, areShownAsTheyStandToBeRemoved) {
+  const FakeMachine fake;  // without the program of Codex
+  const LinesRow& row = GetParam();
+  fake.put(".codex/config.toml", std::string(row.before) + row.lines + row.after);
+  const ConnectionPlan planned = plan(fake.machine, AssistantID::codex, Goal::disconnect);
+  EXPECT_EQ(planned.way, ConnectingWay::block);
+  EXPECT_EQ(planned.block, row.lines);
+  fake.put(".codex/config.toml", std::string(row.before) + row.after);
+  EXPECT_EQ(fake.state(AssistantID::codex).connection, Connection::none);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    all, EntriesInTOML,
+    testing::Values(
+        LinesRow{"otherProgram", "a = 1\n", "[mcp_servers.tarnwell]\ncommand = '/old'\n", "\n[b]\nc = 2\n"},
+        LinesRow{"tablesBelow", "",
+                 "[mcp_servers.tarnwell]\ncommand = '/old' # mine\n# more\nargs = [\n  'serve',\n]\n\n"
+                 "[mcp_servers.tarnwell.env]\nA = '''\n[b]\n'''\n",
+                 "\n# of b\n[mcp_servers.b]\ncommand = 'b'\n"},
+        LinesRow{"afterItsName", "[mcp_servers.b]\nc = '''\n[mcp_servers.tarnwell]\n'''\n",
+                 "[mcp_servers.tarnwell]\r\ncommand = '/old'\r\n", "[d]\r\n"},
+        LinesRow{"inOneLine", "[mcp_servers]\n", "tarnwell = { command = '/old' }\n",
+                 "b = { command = 'b' }\n"},
+        LinesRow{"dotted", "mcp_servers.b.command = 'b'\n",
+                 "mcp_servers.tarnwell.command = '/old'\nmcp_servers.\"tarnwell\".args = []\n", "c = 1\n"},
+        LinesRow{"withoutLineEnd", "", "[mcp_servers.tarnwell]\ncommand = '/old'", ""}),
+    rowName);
+
+TEST(EntryInTOML, thatStandsInTwoPlacesIsShownTogether) {
+  const FakeMachine fake;
+  fake.put(".codex/config.toml",
+           "[mcp_servers.tarnwell]\ncommand = '/old'\n[b]\nc = 1\n[mcp_servers.tarnwell.env]\nA = 'b'\n");
+  EXPECT_EQ(plan(fake.machine, AssistantID::codex, Goal::disconnect).block,
+            "[mcp_servers.tarnwell]\ncommand = '/old'\n\n[mcp_servers.tarnwell.env]\nA = 'b'\n");
+}
 
 struct HelperRow {
   const char* name;

@@ -174,6 +174,7 @@ struct LockRow {
   const char* name;
   const char* link;
   bool isRunning;
+  const char* executable = "/usr/lib/electron/electron";
 };
 
 class LocksOfClients : public testing::TestWithParam<LockRow> {};
@@ -182,13 +183,18 @@ class LocksOfClients : public testing::TestWithParam<LockRow> {};
 TEST_P(LocksOfClients, tellThatItRuns) {
   FakeMachine fake;
   fake.put(".config/Claude/claude_desktop_config.json", "{}");
-  fake.running = {{4711, 1, "electron", "/usr/lib/electron/electron"}};
+  fake.machine.hostName = "my-host";
+  fake.running = {{4711, 1, "x", GetParam().executable}};
   std::filesystem::create_symlink(GetParam().link, fake.home() / ".config/Claude/SingletonLock");
   EXPECT_EQ(fake.state(AssistantID::claudeDesktop).isRunning, GetParam().isRunning);
 }
 
 INSTANTIATE_TEST_SUITE_P(all, LocksOfClients,
                          testing::Values(LockRow{"held", "my-host-4711", true},
+                                         LockRow{"heldByNobodyKnows", "my-host-4711", true, ""},
+                                         LockRow{"numberOfAnotherProgram", "my-host-4711", false, "/bin/vim"},
+                                         LockRow{"ofAnotherMachine", "your-host-4711", false},
+                                         LockRow{"ofALongerName", "x-my-host-4711", false},
                                          LockRow{"ofAProgramThatEnded", "my-host-4712", false},
                                          LockRow{"unreadable", "4711", false}),
                          rowName);
@@ -198,6 +204,7 @@ TEST(Machine, thisOneHasTheHelperBesideTheProgram) {
   EXPECT_TRUE(machine.home.is_absolute());
   EXPECT_EQ(machine.helper.filename(), "tarnwell");
   EXPECT_TRUE(machine.helper.is_absolute());
+  EXPECT_NE(machine.hostName, "");
   EXPECT_FALSE(machine.environment("TARNWELL_NO_SUCH_VARIABLE"));
 }
 

@@ -76,6 +76,7 @@ TEST_F(CommandsOfClients, claudeCodeIsConnectedAndDisconnected) {
   EXPECT_THAT(planned.commands, ElementsAre(ElementsAre(program("claude").string(), "mcp", "remove",
                                                         "--scope", "user", "tarnwell")));
   done = carryOut(fake.machine, planned);
+  willWrite(entry(helper()));
   undo(fake.machine, done);
   EXPECT_THAT(calls(),
               testing::EndsWith("mcp remove --scope user tarnwell\nmcp add-json --scope user tarnwell "
@@ -86,19 +87,12 @@ TEST_F(CommandsOfClients, claudeCodeIsConnectedAndDisconnected) {
 /// Claude Code refuses an entry that is there already.
 TEST_F(CommandsOfClients, claudeCodeKeepsTheOtherMembersOfAnOldEntry) {
   putClient("claude", ".claude.json");
-  fake.put(".claude.json", entry("/old/tarnwell", R"(,"env":{"A":"b"})"));
+  fake.put(".claude.json", entry("/old/tarnwell", R"(,"timeout":5)"));
   const ConnectionPlan planned = plan(fake.machine, AssistantID::claudeCode, Goal::connect);
-  EXPECT_THAT(
-      planned.commands,
-      ElementsAre(ElementsAre(testing::_, "mcp", "remove", "--scope", "user", "tarnwell"),
-                  ElementsAre(testing::_, "mcp", "add-json", "--scope", "user", "tarnwell",
-                              R"({"args":["serve"],"command":")" + helper() + R"(","env":{"A":"b"}})")));
-  willWrite(entry(helper()));
-  const ConnectionDone done = carryOut(fake.machine, planned);
-  EXPECT_THAT(done.undoCommands,
+  EXPECT_THAT(planned.commands,
               ElementsAre(ElementsAre(testing::_, "mcp", "remove", "--scope", "user", "tarnwell"),
                           ElementsAre(testing::_, "mcp", "add-json", "--scope", "user", "tarnwell",
-                                      R"({"args":["serve"],"command":"/old/tarnwell","env":{"A":"b"}})")));
+                                      R"({"args":["serve"],"command":")" + helper() + R"(","timeout":5})")));
 }
 
 TEST_F(CommandsOfClients, oldEntryOfClaudeCodeComesBackWhenTheNewOneFails) {
@@ -173,13 +167,15 @@ TEST_P(BytesOfClients, entryComesBackByCommandWhenTheFileWasChanged) {
   willWrite(connected(helper()));
   const ConnectionDone done = carryOut(fake.machine, plan(fake.machine, GetParam().id, Goal::connect));
   put(connected(helper()) + "\n");
+  willWrite(connected("/old/tarnwell"));
   undo(fake.machine, done);
   EXPECT_THAT(calls(), testing::EndsWith(GetParam().id == AssistantID::codex
                                              ? "\nmcp add tarnwell -- /old/tarnwell serve\n"
                                              : "\nmcp add --scope user tarnwell /old/tarnwell serve\n"));
 }
 
-TEST_P(BytesOfClients, entryThatNoCommandCanWriteIsLeftToTheUser) {
+/// JSON is edited instead. TOML is left to the user.
+TEST_P(BytesOfClients, entryThatNoCommandCanWriteComesBackInTheFile) {
   putClient(GetParam().program, GetParam().file);
   put(GetParam().id == AssistantID::codex ? toml("/old/tarnwell", "startup_timeout_sec = 9\n")
                                           : entry("/old/tarnwell", ",\"trust\":true"));
@@ -187,7 +183,13 @@ TEST_P(BytesOfClients, entryThatNoCommandCanWriteIsLeftToTheUser) {
   const ConnectionDone done = carryOut(fake.machine, plan(fake.machine, GetParam().id, Goal::disconnect));
   put(GetParam().id == AssistantID::codex ? "a = 1\n" : "{ }");
   const std::string before = calls();
-  EXPECT_EQ(errorOf([&] { undo(fake.machine, done); }), AssistantError::Kind::changed);
+  if (GetParam().id == AssistantID::codex) {
+    EXPECT_EQ(errorOf([&] { undo(fake.machine, done); }), AssistantError::Kind::changed);
+  } else {
+    undo(fake.machine, done);
+    EXPECT_EQ(fake.state(GetParam().id).otherCommand, "/old/tarnwell");
+    EXPECT_THAT(text(), testing::HasSubstr("\"trust\": true"));
+  }
   EXPECT_EQ(calls(), before);
 }
 
@@ -262,9 +264,11 @@ TEST_F(CommandsOfClients, programThatIsGoneIsTold) {
   putClient("codex", ".codex/config.toml");
   fake.put(".codex/config.toml", "");
   const ConnectionPlan planned = plan(fake.machine, AssistantID::codex, Goal::connect);
-  std::filesystem::remove(program("codex"));
+  fake.put(".local/bin/codex", "#!/nowhere/interpreter\n");
   EXPECT_EQ(errorOf([&] { carryOut(fake.machine, planned); }), AssistantError::Kind::notStarted);
   EXPECT_EQ(details, "No such file or directory");
+  std::filesystem::remove(program("codex"));
+  EXPECT_EQ(errorOf([&] { carryOut(fake.machine, planned); }), AssistantError::Kind::changed);
 }
 
 TEST_F(CommandsOfClients, programThatMayNotBeRunIsNotFound) {

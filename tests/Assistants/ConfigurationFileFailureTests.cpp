@@ -107,6 +107,24 @@ TEST(ConfigurationFileMeanwhile, fileThatAppearedIsNotReplaced) {
   EXPECT_EQ(countOf(directory.path()), 1U);
 }
 
+/// Here it cannot be read back, because it is too large.
+TEST(ConfigurationFileMeanwhile, fileThatIsNotAsWrittenIsToldWithItsCopy) {
+  const TemporaryDirectory directory;
+  put(directory / "file", "text ");
+  const FileChange change = proposeChange(directory / "file", [](std::string_view) {
+    return std::string(maximumConfigurationFileSize + 1, 'x');
+  });
+  try {
+    write(change);
+    FAIL() << "it is not what was written";
+  } catch (const ConfigurationFileError& error) {
+    EXPECT_EQ(error.kind(), Kind::notVerified);
+    const std::string start = "it is too large; a copy of what it was before is ";
+    ASSERT_TRUE(error.reason().starts_with(start)) << error.reason();
+    EXPECT_EQ(fileContents(error.reason().substr(start.size())), "text ");
+  }
+}
+
 struct DiskRow {
   const char* name;
   std::size_t before, after;  // sizes in bytes, while no file may grow beyond 4000

@@ -146,8 +146,18 @@ TEST_P(OwnCommands, firstEntryOfAllMakesTheFile) {
   EXPECT_EQ(std::filesystem::exists(file()), !done.written);
 }
 
-/// Claude Code takes a whole entry, so the old one comes back with all that it had.
-TEST(OwnCommandsOfClaudeCode, environmentOfTheOldEntryStaysAndComesBack) {
+struct MembersRow {
+  const char* name;
+  /// What the old entry has beside its command.
+  const char* members;
+  ConnectingWay way;
+};
+
+class OwnCommandsOfClaudeCode : public testing::TestWithParam<MembersRow> {};
+
+/// Claude Code takes a whole entry, so the old one comes back with all that it had. Variables may be secret
+/// and are no words of a command, so these come back in the file.
+TEST_P(OwnCommandsOfClaudeCode, membersOfTheOldEntryStayAndComeBack) {
   const TemporaryDirectory directory;
   Machine machine;
   machine.home = std::filesystem::canonical(directory.path());
@@ -160,19 +170,33 @@ TEST(OwnCommandsOfClaudeCode, environmentOfTheOldEntryStaysAndComesBack) {
   machine.layout = FolderLayout::linuxDesktop;
   std::ofstream(machine.helper) << "#!/bin/sh\n";
   std::filesystem::permissions(machine.helper, std::filesystem::perms::owner_all);
-  const std::string entry =
-      R"({"type":"stdio","command":"/old/tarnwell","args":["serve"],"env":{"A":"b c"}})";
+  const std::string entry = R"({"type":"stdio","command":"/old/tarnwell","args":["serve"],)" +
+                            std::string(GetParam().members) + "}";
   std::ofstream(machine.home / ".claude.json") << R"({"mcpServers":{"tarnwell":)" + entry + "}}";
   const JSONPath path = {"mcpServers", "tarnwell"};
   const auto current = [&] { return jsonMember(fileContents(machine.home / ".claude.json"), path).value(); };
 
-  const ConnectionDone done =
-      carryOut(machine, plan(machine, AssistantID::claudeCode, ConnectionPlan::Goal::connect));
-  EXPECT_EQ(current()["command"].stringValue(), machine.helper.string());
-  EXPECT_EQ(current()["env"]["A"].stringValue(), "b c");
+  const JSONValue old = JSONValue::decode(entry).value();
+  JSONValue connected = old;
+  (*connected.objectValue())["command"] = machine.helper.string();
+  const ConnectionPlan planned = plan(machine, AssistantID::claudeCode, Goal::connect);
+  EXPECT_EQ(planned.way, GetParam().way);
+  ConnectionDone done = carryOut(machine, planned);
+  EXPECT_EQ(current(), connected);
   undo(machine, done);
-  EXPECT_EQ(current(), JSONValue::decode(entry));
+  EXPECT_EQ(current(), old);
+
+  done = carryOut(machine, plan(machine, AssistantID::claudeCode, Goal::disconnect));
+  EXPECT_EQ(done.plan.way, ConnectingWay::ownCommand);
+  undo(machine, done);
+  EXPECT_EQ(current(), old);
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    all, OwnCommandsOfClaudeCode,
+    testing::Values(MembersRow{"environment", R"("env":{"A":"b c"})", ConnectingWay::file},
+                    MembersRow{"limit", R"("env":{},"timeout":5000)", ConnectingWay::ownCommand}),
+    rowName);
 
 INSTANTIATE_TEST_SUITE_P(
     all, OwnCommands,
