@@ -1,9 +1,14 @@
+#include <signal.h>
+#include <unistd.h>
+
 #include <chrono>
 #include <string>
 #include <thread>
 
 #include "Platform/ProgramRun.h"
 #include "support/Files.h"
+#include "support/ForkedProcess.h"
+#include "support/RowName.h"
 #include "support/TemporaryDirectory.h"
 
 namespace tarnwell::test {
@@ -12,14 +17,27 @@ namespace {
 using End = ProgramOutcome::End;
 using namespace std::chrono_literals;
 
-TEST(ProgramRun, programThatTakesTooLongIsEndedWithItsChildren) {
+struct ChildRow {
+  const char* name;
+  const char* script;
+};
+
+class ProgramRunChild : public testing::TestWithParam<ChildRow> {};
+INSTANTIATE_TEST_SUITE_P(
+    all, ProgramRunChild,
+    testing::Values(ChildRow{"endsWhenAsked", "echo before; sleep 600 & echo $! >child; wait"},
+                    // It ignores what the program itself ends of.
+                    ChildRow{"refusesToEnd",
+                             "trap '' TERM; sleep 600 & echo $! >child; trap - TERM; echo before; wait"}),
+    rowName);
+
+TEST_P(ProgramRunChild, endsWithTheProgramThatTakesTooLong) {
   const TemporaryDirectory directory;
   const auto begin = std::chrono::steady_clock::now();
-  const ProgramOutcome outcome =
-      runProgram({.command = {"/bin/sh", "-c", "echo before; sleep 600 & echo $! >child; wait"},
-                  .environment = {"PATH=/usr/bin:/bin"},
-                  .folder = directory.path(),
-                  .limit = 300ms});
+  const ProgramOutcome outcome = runProgram({.command = {"/bin/sh", "-c", GetParam().script},
+                                             .environment = {"PATH=/usr/bin:/bin"},
+                                             .folder = directory.path(),
+                                             .limit = 300ms});
   EXPECT_EQ(outcome.end, End::tookTooLong);
   EXPECT_FALSE(outcome.succeeded());
   EXPECT_EQ(outcome.output, "before\n");
@@ -32,6 +50,29 @@ TEST(ProgramRun, programThatTakesTooLongIsEndedWithItsChildren) {
     std::this_thread::sleep_for(5ms);
   }
   EXPECT_EQ(fileContents("/proc/" + std::to_string(child) + "/maps"), "");
+}
+
+TEST(ProgramRun, endsAlsoWhereTheSystemDoesNotTellHow) {
+  EXPECT_EQ(inForkedProcess([] {
+              ::alarm(30);  // it used to wait for ever
+              ::signal(SIGCHLD, SIG_IGN);
+              const ProgramOutcome outcome = runProgram({.command = {"/bin/sh", "-c", "echo end"}});
+              return outcome.output + std::to_string(outcome.status) + (outcome.succeeded() ? " well" : "");
+            }),
+            "end\n-1");
+}
+
+TEST(ProgramRun, programHearsOfItsOwnChildren) {
+  const std::string ignored = inForkedProcess([] {
+    ::alarm(30);
+    ::signal(SIGCHLD, SIG_IGN);
+    return runProgram({.command = {"/bin/sh", "-c",
+                                   "while read -r name value; do [ \"$name\" != SigIgn: ] || "
+                                   "echo \"$value\"; done </proc/self/status"}})
+        .output;
+  });
+  ASSERT_FALSE(ignored.empty());
+  EXPECT_EQ(std::stoull(ignored, nullptr, 16) & (1ULL << (SIGCHLD - 1)), 0U) << ignored;
 }
 
 }  // namespace
