@@ -53,21 +53,17 @@ constexpr unsigned ofOwner = 0700;
 
 /// With an access list, the bits of the group say what everybody on the list may do at most. Lists of other
 /// systems leave those bits alone.
-bool hasAccessList([[maybe_unused]] int descriptor) {
 #ifdef __linux__
+bool hasAccessList(int descriptor) {
   return ::fgetxattr(descriptor, "system.posix_acl_access", nullptr, 0) > 0;
-#else
-  return false;
-#endif
 }
 
-bool hasAccessList([[maybe_unused]] const std::filesystem::path& path) {
-#ifdef __linux__
+bool hasAccessList(const std::filesystem::path& path) {
   return ::getxattr(path.c_str(), "system.posix_acl_access", nullptr, 0) > 0;
-#else
-  return false;
-#endif
 }
+#else
+bool hasAccessList(const auto&) { return false; }
+#endif
 
 /// The mode for a new file with the owner and group that it got. In another group than the wanted one, group
 /// and others may do what both were to do: the members of either group may have been the others of before.

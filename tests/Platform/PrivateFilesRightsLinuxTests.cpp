@@ -27,6 +27,8 @@ struct GroupRow {
   unsigned given;
 };
 
+void PrintTo(const GroupRow& row, std::ostream* stream) { *stream << row.name; }
+
 class GroupThatCannotBeGiven : public testing::TestWithParam<GroupRow> {};
 INSTANTIATE_TEST_SUITE_P(Table, GroupThatCannotBeGiven,
                          testing::Values(GroupRow{"ownerAlone", 0600, 0600},

@@ -50,6 +50,9 @@ TEST_P(ProgramRunChild, endsWithTheProgramThatTakesTooLong) {
     std::this_thread::sleep_for(5ms);
   }
   EXPECT_EQ(fileContents("/proc/" + std::to_string(child) + "/maps"), "");
+  if (HasFailure()) {
+    (void)::kill(child, SIGKILL);
+  }
 }
 
 TEST(ProgramRun, endsAlsoWhereTheSystemDoesNotTellHow) {
