@@ -35,6 +35,10 @@ AssistantsModel::AssistantsModel(SettingsFile& settings, AssistantWork work, QOb
   QObject::connect(&settings_, &SettingsFile::changed, this, &AssistantsModel::changed);
 }
 
+bool AssistantsModel::offersDisconnect(const AssistantState& assistant) {
+  return action(assistant) == Action::useThisOne;
+}
+
 void AssistantsModel::look() {
   hasLooked_ = true;
   if (isLooking() || isWriting()) {
@@ -94,6 +98,8 @@ void AssistantsModel::tryAgain(AssistantID assistant) { plan(assistant, progress
 /// The news of something that can be undone stay: with them goes the way to undo it.
 void AssistantsModel::plan(AssistantID assistant, Goal goal, AssistantNews news) {
   if (isWriting()) {
+void AssistantsModel::remove(AssistantID assistant) { plan(assistant, Goal::disconnect, {}); }
+
     return;
   }
   closePlan();

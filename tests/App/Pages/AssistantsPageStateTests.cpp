@@ -69,8 +69,35 @@ TEST_F(AssistantsPageTest, eachStateHasItsSentence) {
     EXPECT_TRUE(shown().split('\n').contains(sentence)) << sentence;
   }
   const QStringList stops = tabStops(*page_);
-  EXPECT_EQ(stops.mid(0, 4), (QStringList{"Claude Code: Disconnect", "Codex: Show what to remove",
-                                          "Cursor: Use this one", "Zed: Use this one"}));
+  EXPECT_EQ(stops.mid(0, 6),
+            (QStringList{"Claude Code: Disconnect", "Codex: Show what to remove", "Cursor: Use this one",
+                         "Cursor: Disconnect", "Zed: Use this one", "Zed: Disconnect"}));
+}
+
+TEST_F(AssistantsPageTest, otherProgramIsDisconnectedByKeys) {
+  machine_[cursor].connection = Connection::elsewhere;
+  begin();
+  ASSERT_TRUE(press("Cursor: Disconnect"));
+  EXPECT_EQ(model_->progress(cursor).goal, Goal::disconnect);
+  EXPECT_EQ(tabStops(*page_).filter("Cursor: "), QStringList()) << "the plan is what there is to do";
+  test::press(Qt::Key_Escape);
+  EXPECT_EQ(focused(), "Cursor: Disconnect");
+
+  ASSERT_TRUE(press("Cursor: Disconnect"));
+  ASSERT_TRUE(press("Write the change"));
+  EXPECT_EQ(machine_[cursor].connection, Connection::none);
+  EXPECT_EQ(focused(), "Cursor: Connect");
+}
+
+/// Somebody else has removed it meanwhile.
+TEST_F(AssistantsPageTest, buttonThatGoesLeavesTheFocusToTheOther) {
+  machine_[cursor].connection = Connection::elsewhere;
+  begin();
+  ASSERT_TRUE(tabTo("Cursor: Disconnect"));
+  machine_[cursor].connection = Connection::none;
+  model_->lookAgain();
+  ASSERT_TRUE(untilSeen());
+  EXPECT_EQ(focused(), "Cursor: Connect");
 }
 
 TEST_F(AssistantsPageTest, fileThatCannotBeReadIsNamedWithTheReason) {
