@@ -117,6 +117,7 @@ class AssistantsModel : public QObject {
   void planned(AssistantID assistant, Outcome<Planned> outcome);
   void carriedOut(AssistantID assistant, Outcome<ConnectionDone> outcome);
   void undone(AssistantID assistant, const Outcome<void>& outcome);
+  void failed(AssistantID assistant, AssistantNews news);
   void finish(AssistantID assistant, AssistantNews news, Offer offer);
 
   SettingsFile& settings_;
