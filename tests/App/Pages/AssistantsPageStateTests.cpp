@@ -100,6 +100,48 @@ TEST_F(AssistantsPageTest, buttonThatGoesLeavesTheFocusToTheOther) {
   EXPECT_EQ(focused(), "Cursor: Connect");
 }
 
+struct TextRow {
+  const char* name;
+  ConnectingWay way;
+  AssistantNews news;
+  const char* text;
+};
+
+TEST(AssistantNewsTexts, fitWhatWasDone) {
+  using enum ConnectingWay;
+  const TextRow rows[] = {
+      {"command",
+       ownCommand,
+       {Kind::commandWithoutEffect},
+       "The command of Cursor succeeded but changed nothing. The details are its own words."},
+      {"file",
+       file,
+       {Kind::commandWithoutEffect},
+       "The settings of Cursor were written, but this changed nothing. Close Cursor and try again."},
+      {"copy",
+       file,
+       {Kind::notVerified, "mcp.json: changed; a copy is mcp.json.tarnwell-20261122T193000Z"},
+       "Another program wrote the settings of Cursor at the same time. Close Cursor and try again.\n"
+       "There is a copy of the file as it was; the details say where."},
+      {"noCopy",
+       file,
+       {Kind::notVerified, "mcp.json: changed"},
+       "Another program wrote the settings of Cursor at the same time. Close Cursor and try again."},
+      {"undoneByCommand",
+       ownCommand,
+       {Kind::undone},
+       "Undone. The entry for Tarnwell in Cursor is as it was."},
+      {"undone", file, {Kind::undone}, "Undone. The settings of Cursor are as they were."},
+  };
+  for (const TextRow& row : rows) {
+    AssistantState state = assistant(cursor, "Cursor");
+    state.way = row.way;
+    AssistantProgress progress;
+    progress.news = row.news;
+    EXPECT_EQ(AssistantsTexts::news(state, progress), row.text) << row.name;
+  }
+}
+
 TEST_F(AssistantsPageTest, fileThatCannotBeReadIsNamedWithTheReason) {
   machine_[cursor].connection = Connection::unknown;
   machine_[cursor].problem = "line 3, column 5: no JSON";
