@@ -100,6 +100,7 @@ AssistantListRow::AssistantListRow(QWidget* parent)
   texts->setSpacing(4);
   texts->addWidget(name_);
   texts->addLayout(line);
+  texts->addStretch();
   auto* const buttons = new QVBoxLayout;
   buttons->setSpacing(4);
   buttons->addWidget(action_);

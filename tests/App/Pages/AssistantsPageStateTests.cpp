@@ -80,6 +80,7 @@ TEST_F(AssistantsPageTest, otherProgramIsDisconnectedByKeys) {
   ASSERT_TRUE(press("Cursor: Disconnect"));
   EXPECT_EQ(model_->progress(cursor).goal, Goal::disconnect);
   EXPECT_EQ(tabStops(*page_).filter("Cursor: "), QStringList()) << "the plan is what there is to do";
+  ASSERT_TRUE(tabTo("Write the change"));
   test::press(Qt::Key_Escape);
   EXPECT_EQ(focused(), "Cursor: Disconnect");
 
