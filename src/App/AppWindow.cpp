@@ -73,12 +73,11 @@ bool AppWindow::isWorking() const {
          endpoint_.isRunning() || endpoint_.isRenewing();
 }
 
-void AppWindow::finishWork() {
-  constexpr int longest = 10'000;  // milliseconds
+void AppWindow::finishWork(std::chrono::milliseconds longest) {
   endpoint_.stop();
   QElapsedTimer timer;
   timer.start();
-  while (isWorking() && timer.elapsed() < longest) {
+  while (assistants_.isWriting() || (isWorking() && timer.elapsed() < longest.count())) {
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::ExcludeUserInputEvents, 50);
     QThread::msleep(1);
   }

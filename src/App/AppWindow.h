@@ -5,6 +5,8 @@
 /// Threads: that of the window. Closing the window waits for nothing: a test that runs is given up, and its
 /// thread ends by itself.
 
+#include <chrono>
+
 #include "App/MainWindow.h"
 #include "App/Models/AboutModel.h"
 #include "App/Models/AccountModel.h"
@@ -30,9 +32,10 @@ class AppWindow {
             const Machine& machine = Machine::thisOne());
 
   /// What a person began shall not be lost by closing the window right after it. Waits, with the window
-  /// closed, until what was saved is on the disk and in the keyring, what is written for an assistant is
-  /// written, and the call that the endpoint runs has ended: 10 seconds at most.
-  void finishWork();
+  /// closed, until what was saved is on the disk and in the keyring, and the call that the endpoint runs has
+  /// ended: `longest` at most. However long it takes, waits until what is done for an assistant is done, so
+  /// that it never ends between two commands; each of them is given a minute.
+  void finishWork(std::chrono::milliseconds longest = std::chrono::seconds(10));
 
   MainWindow& window() { return window_; }
   AccountModel& account() { return account_; }

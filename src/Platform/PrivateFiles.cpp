@@ -4,6 +4,9 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#ifdef __linux__
+#include <sys/xattr.h>
+#endif
 
 #include <algorithm>
 #include <cerrno>
@@ -45,6 +48,37 @@ void writeAll(int descriptor, std::string_view text, const std::filesystem::path
   }
 }
 
+/// The bits of a mode that say what the owner may do.
+constexpr unsigned ofOwner = 0700;
+
+/// With an access list, the bits of the group say what everybody on the list may do at most. Lists of other
+/// systems leave those bits alone.
+#ifdef __linux__
+bool hasAccessList(int descriptor) {
+  return ::fgetxattr(descriptor, "system.posix_acl_access", nullptr, 0) > 0;
+}
+
+bool hasAccessList(const std::filesystem::path& path) {
+  return ::getxattr(path.c_str(), "system.posix_acl_access", nullptr, 0) > 0;
+}
+#else
+bool hasAccessList(const auto&) { return false; }
+#endif
+
+/// The mode for a new file with the owner and group that it got. In another group than the wanted one, group
+/// and others may do what both were to do: the members of either group may have been the others of before.
+mode_t modeOf(int file, const FileRights& rights) {
+  struct stat status{};
+  if (::fstat(file, &status) < 0 || hasAccessList(file)) {  // a folder may give each new file a list
+    return rights.mode & ofOwner;
+  }
+  if (!rights.group || status.st_gid == *rights.group) {
+    return rights.mode;
+  }
+  const unsigned ofBoth = (rights.mode >> 3U) & rights.mode & 07U;
+  return (rights.mode & ofOwner) | (ofBoth << 3U) | ofBoth;
+}
+
 /// A file that was just made. The destructor removes it unless it is kept.
 class NewFile {
  public:
@@ -71,12 +105,12 @@ class NewFile {
 
   /// Returns when the text is on the disk.
   void fill(std::string_view text, const FileRights& rights) {
-    // Failures are ignored: some file systems have no modes, and only root gives files away. The owner comes
-    // first, and the text last, so that nobody reads it who may not.
+    // Failures are ignored: some file systems have no modes, and only root gives files away. The new file is
+    // the user's alone until it has its mode, which counts with what was given; the text comes last.
     if (rights.owner && rights.group && ::fchown(descriptor_.number(), *rights.owner, *rights.group) < 0) {
       (void)!::fchown(descriptor_.number(), static_cast<uid_t>(-1), *rights.group);
     }
-    (void)::fchmod(descriptor_.number(), static_cast<mode_t>(rights.mode));
+    (void)::fchmod(descriptor_.number(), modeOf(descriptor_.number(), rights));
     writeAll(descriptor_.number(), text, target_);
     if (::fsync(descriptor_.number()) < 0 || descriptor_.close() < 0) {
       fail("cannot write", target_);
@@ -209,7 +243,8 @@ std::optional<FileRights> fileRights(const std::filesystem::path& path) {
   if (::stat(path.c_str(), &status) < 0) {
     return std::nullopt;
   }
-  return FileRights{.mode = status.st_mode & 0777U, .owner = status.st_uid, .group = status.st_gid};
+  const unsigned counting = hasAccessList(path) ? ofOwner : 0777U;
+  return FileRights{.mode = status.st_mode & counting, .owner = status.st_uid, .group = status.st_gid};
 }
 
 bool everybodyMayReplaceFilesIn(const std::filesystem::path& folder) {

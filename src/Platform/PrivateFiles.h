@@ -64,13 +64,15 @@ struct FileRights {
   bool operator==(const FileRights&) const = default;
 };
 
-/// Absent when there is no file, or it is out of reach. Follows links.
+/// Absent when there is no file, or it is out of reach. Follows links. For a file with an access list (Linux)
+/// the mode is that of the owner alone: it does not say what others may do.
 std::optional<FileRights> fileRights(const std::filesystem::path& path);
 
 /// Puts a file with this text at `path` in one step. Replaces a link, does not follow it. Returns when the
-/// file is on the disk. Owner and group are what the system lets this user give. On failure throws
-/// `std::filesystem::filesystem_error` naming the path. Then the old file is unchanged and no temporary file
-/// remains; so too when `lastLook` throws, which is called when all but the last step is done.
+/// file is on the disk. Owner and group are what the system lets this user give; nobody else may do
+/// more with the file than `rights` say. On failure throws `std::filesystem::filesystem_error` naming the
+/// path. Then the old file is unchanged and no temporary file remains; so too when `lastLook` throws, which
+/// is called when all but the last step is done.
 void replaceFile(const std::filesystem::path& path, std::string_view text, const FileRights& rights,
                  const std::function<void()>& lastLook = {});
 

@@ -19,7 +19,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How long an ended program may stay unnoticed: waitpid(2) knows no time limit.
+/// How long an ended program may stay unnoticed: waitid(2) knows no time limit.
 constexpr std::chrono::milliseconds tick{20};
 /// What a program has to end in order after it was asked to.
 constexpr std::chrono::seconds grace{2};
@@ -101,6 +101,7 @@ int start(const ProgramRun& run, const Capture& output, const Capture& errors, p
   ::posix_spawnattr_setsigmask(&attributes, &signals);
   ::sigaddset(&signals, SIGPIPE);
   ::sigaddset(&signals, SIGXFSZ);
+  ::sigaddset(&signals, SIGCHLD);
   ::posix_spawnattr_setsigdefault(&attributes, &signals);
   ::posix_spawnattr_setflags(&attributes,
                              POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
@@ -111,36 +112,52 @@ int start(const ProgramRun& run, const Capture& output, const Capture& errors, p
   return failure;
 }
 
-ProgramOutcome outcomeOf(int status) {
+/// Lets go of a program that has ended. Until then nobody else gets its number, nor that of its group.
+ProgramOutcome reap(pid_t process) {
+  int status = 0;
+  while (::waitpid(process, &status, 0) < 0) {
+    if (errno != EINTR) {
+      return {ProgramOutcome::End::exited, -1};
+    }
+  }
   return WIFEXITED(status) ? ProgramOutcome{ProgramOutcome::End::exited, WEXITSTATUS(status)}
                            : ProgramOutcome{ProgramOutcome::End::killed, WTERMSIG(status)};
 }
 
-/// Reads until the program has ended. Deliberate: does not wait for the pipes to close, because a program
-/// that this one left behind may hold them for ever.
+enum class Life { runs, ended, lost };
+
+/// `lost`: it has ended, and the system has let go of it.
+Life lifeOf(pid_t process) {
+  siginfo_t news{};
+  if (::waitid(P_PID, static_cast<id_t>(process), &news, WEXITED | WNOHANG | WNOWAIT) < 0) {
+    return errno == EINTR ? Life::runs : Life::lost;
+  }
+  return news.si_pid == process ? Life::ended : Life::runs;
+}
+
+/// Reads until the program has ended; after it was asked to, until its group was forced. A number that is
+/// lost may be somebody else's, so nothing is sent to it. Deliberate: does not wait for the pipes to close,
+/// because a program that this one left behind may hold them for ever.
 ProgramOutcome follow(pid_t process, const ProgramRun& run, Capture& output, Capture& errors) {
+  enum class Stage { running, asked, forced } stage = Stage::running;
   Clock::time_point nextStep = Clock::now() + run.limit;
-  int signalToSend = SIGTERM;
-  int status = 0;
   while (true) {
-    const pid_t ended = ::waitpid(process, &status, WNOHANG);
+    const Life life = lifeOf(process);
     output.readSome(run.outputLimit);
     errors.readSome(run.outputLimit);
-    if (ended == process) {
+    if (life == Life::lost || (life == Life::ended && stage != Stage::asked)) {
       break;
     }
-    if (Clock::now() >= nextStep) {
-      (void)::kill(-process, signalToSend);
-      signalToSend = SIGKILL;
+    if (stage != Stage::forced && Clock::now() >= nextStep) {
+      (void)::kill(-process, stage == Stage::running ? SIGTERM : SIGKILL);
+      stage = stage == Stage::running ? Stage::asked : Stage::forced;
       nextStep = Clock::now() + grace;
     }
     pollfd news[] = {{output.readingEnd(), POLLIN, 0}, {errors.readingEnd(), POLLIN, 0}};
     (void)::poll(news, 2, static_cast<int>(tick.count()));  // skips closed ends, which are -1
   }
-  if (signalToSend == SIGKILL) {
-    return {ProgramOutcome::End::tookTooLong, 0};
-  }
-  return outcomeOf(status);
+  const ProgramOutcome outcome = reap(process);
+  return stage == Stage::running ? outcome : ProgramOutcome{ProgramOutcome::End::tookTooLong, 0};
 }
 
 }  // namespace

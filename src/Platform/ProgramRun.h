@@ -6,10 +6,12 @@
 ///     if (outcome.succeeded()) ...
 ///
 /// The program reads nothing: its standard input is /dev/null. It has a process group of its own, and when it
-/// takes too long, the whole group is ended: asked first, and forced 2 seconds later.
+/// takes too long, the whole group is ended: asked first, and forced 2 seconds later, also when the program
+/// itself has ended by then.
 ///
-/// Threads: any. Waits for the program, so not for a thread that shows a window. Nobody else in this process
-/// may wait for all children.
+/// Threads: any. Waits for the program, so not for a thread that shows a window. When this process ignores
+/// SIGCHLD, or somebody else in it waits for all children, nobody can say how the program ended, and what it
+/// leaves behind is not forced.
 
 #include <chrono>
 #include <cstddef>
@@ -32,7 +34,7 @@ struct ProgramRun {
 
 struct ProgramOutcome {
   enum class End {
-    /// By itself, with `status`.
+    /// By itself, with `status`; -1 when the system does not tell it.
     exited,
     /// By a signal from elsewhere: `status` is its number.
     killed,
@@ -52,7 +54,7 @@ struct ProgramOutcome {
 
 ProgramOutcome runProgram(const ProgramRun& run);
 
-/// "NAME=VALUE" of this process, each name once, as `runProgram` takes it.
+/// "NAME=VALUE" of this process, as `runProgram` takes it.
 std::vector<std::string> ownEnvironment();
 
 }  // namespace tarnwell

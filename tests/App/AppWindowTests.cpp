@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include "App/Models/Language.h"
+#include "Assistants/FakeMachine.h"
 #include "MCP/HTTP/LoopbackPort.h"
 #include "support/Gate.h"
 #include "support/InMemorySecretItems.h"
@@ -73,6 +74,27 @@ TEST_F(AppWindowTest, closingRightAfterAChangeLosesNothing) {
   EXPECT_EQ(store.load().safety.maxFetch, 7);
   EXPECT_EQ(store.load().email, "anna@example.org");
   EXPECT_EQ(items.at({"service", "anna@example.org", std::nullopt}), "pass");
+}
+
+/// Between two commands the assistant would be left without its entry.
+TEST_F(AppWindowTest, closingWaitsForTheCommandsOfAnAssistantWithoutALimit) {
+  FakeMachine fake;
+  fake.put(".claude.json", "{}");
+  FakeMachine::putProgram(fake.home() / ".local/bin/claude", "sleep 0.3; echo $2 >>\"$HOME/ran\"; exit 1");
+  fake.variables["PATH"] = "/usr/bin:/bin";
+  AppWindow app(settings, passwords, fake.machine);
+  app.choose(AppWindow::PageName::assistants);
+  app.window().show();
+  AssistantsModel& assistants = app.assistants();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !assistants.assistants().empty(); }));
+  assistants.act(AssistantID::claudeCode);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return assistants.progress(AssistantID::claudeCode).plan.has_value(); }));
+  assistants.carryOut();
+  app.window().close();
+  ASSERT_TRUE(assistants.isWriting());
+  app.finishWork(std::chrono::milliseconds(0));
+  EXPECT_FALSE(assistants.isWriting());
+  EXPECT_TRUE(fileContents(fake.home() / "ran").starts_with("add"));
 }
 
 TEST_F(AppWindowTest, numberThatWasTypedCountsWhenTheWindowCloses) {

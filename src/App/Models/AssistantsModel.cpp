@@ -13,6 +13,11 @@ using Connection = AssistantState::Connection;
 using Goal = ConnectionPlan::Goal;
 using Kind = AssistantNews::Kind;
 
+void tellDone(AssistantProgress& progress) {
+  progress.news = {progress.done->plan.goal == Goal::connect ? Kind::connected : Kind::disconnected};
+  progress.offer = AssistantProgress::Offer::undo;
+}
+
 }  // namespace
 
 AssistantsModel::Action AssistantsModel::action(const AssistantState& assistant) {
@@ -28,6 +33,10 @@ AssistantsModel::Action AssistantsModel::action(const AssistantState& assistant)
       return isByHand ? Action::showEntry : Action::lookAgain;
   }
   return isByHand ? Action::showEntry : Action::connect;
+}
+
+bool AssistantsModel::offersDisconnect(const AssistantState& assistant) {
+  return action(assistant) == Action::useThisOne;
 }
 
 AssistantsModel::AssistantsModel(SettingsFile& settings, AssistantWork work, QObject* parent)
@@ -89,6 +98,8 @@ void AssistantsModel::act(AssistantID assistant) {
   }
 }
 
+void AssistantsModel::remove(AssistantID assistant) { plan(assistant, Goal::disconnect, {}); }
+
 void AssistantsModel::tryAgain(AssistantID assistant) { plan(assistant, progress(assistant).goal, {}); }
 
 /// The news of something that can be undone stay: with them goes the way to undo it.
@@ -104,6 +115,8 @@ void AssistantsModel::plan(AssistantID assistant, Goal goal, AssistantNews news)
   if (news.kind != Kind::none || !progress.done) {
     progress.news = std::move(news);
     progress.offer = Offer::none;
+  } else if (progress.offer == Offer::undo) {
+    tellDone(progress);  // no longer of a failure since then
   }
   working_.run(
       [make = work_.plan, assistant, goal] {
@@ -120,7 +133,7 @@ void AssistantsModel::plan(AssistantID assistant, Goal goal, AssistantNews news)
 void AssistantsModel::planned(AssistantID assistant, Outcome<Planned> outcome) {
   AssistantProgress& progress = progress_[assistant];
   if (outcome.failure) {
-    finish(assistant, newsOf(outcome.failure), Offer::tryAgain);
+    failed(assistant, newsOf(outcome.failure));
   } else if (outcome.value->plan.isNothing()) {
     finish(assistant, {progress.goal == Goal::connect ? Kind::alreadyConnected : Kind::alreadyDisconnected},
            Offer::none);
@@ -143,6 +156,9 @@ void AssistantsModel::closePlan() {
   progress.difference.clear();
   if (progress.news.kind == Kind::newPlan) {
     progress.news = {};
+    if (progress.done) {
+      tellDone(progress);
+    }
   }
 }
 
@@ -179,7 +195,7 @@ void AssistantsModel::carriedOut(AssistantID assistant, Outcome<ConnectionDone> 
       plan(assistant, goal, {Kind::newPlan});
       return;
     }
-    finish(assistant, std::move(news), Offer::tryAgain);
+    failed(assistant, std::move(news));
     return;
   }
   progress.done = std::move(outcome.value);
@@ -218,6 +234,11 @@ void AssistantsModel::undone(AssistantID assistant, const Outcome<void>& outcome
     *state = *std::exchange(progress.before, std::nullopt);
   }
   finish(assistant, {Kind::undone}, Offer::none);
+}
+
+/// Other buttons of the assistant try again too; none of them is the way back.
+void AssistantsModel::failed(AssistantID assistant, AssistantNews news) {
+  finish(assistant, std::move(news), progress(assistant).done ? Offer::undo : Offer::tryAgain);
 }
 
 /// Looks at once, because what a command did may show in other places too.

@@ -66,6 +66,8 @@ class AssistantsModel : public QObject {
     lookAgain,
   };
   static Action action(const AssistantState& assistant);
+  /// Whether a person may want `disconnect` instead: neither the other program nor this one.
+  static bool offersDisconnect(const AssistantState& assistant);
 
   /// `settings` must outlive the model.
   AssistantsModel(SettingsFile& settings, AssistantWork work, QObject* parent = nullptr);
@@ -89,6 +91,8 @@ class AssistantsModel : public QObject {
 
   /// Does what `action` says. Another plan is closed. Nothing while something is written.
   void act(AssistantID assistant);
+  /// Plans to remove the entry, whichever program it names.
+  void remove(AssistantID assistant);
   /// Makes the last plan once more, after a failure.
   void tryAgain(AssistantID assistant);
   /// Closes the open plan.
@@ -113,6 +117,7 @@ class AssistantsModel : public QObject {
   void planned(AssistantID assistant, Outcome<Planned> outcome);
   void carriedOut(AssistantID assistant, Outcome<ConnectionDone> outcome);
   void undone(AssistantID assistant, const Outcome<void>& outcome);
+  void failed(AssistantID assistant, AssistantNews news);
   void finish(AssistantID assistant, AssistantNews news, Offer offer);
 
   SettingsFile& settings_;

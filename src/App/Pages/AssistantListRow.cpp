@@ -73,6 +73,7 @@ AssistantListRow::AssistantListRow(QWidget* parent)
       mark_(new ToneLabel(Tone::faint, this)),
       state_(new ToneLabel(Tone::faint, this)),
       action_(new QPushButton(this)),
+      disconnect_(new QPushButton(this)),
       trouble_(new Notice(this)),
       news_(new Notice(this)) {
   QFont bold = name_->font();
@@ -86,8 +87,10 @@ AssistantListRow::AssistantListRow(QWidget* parent)
   for (QLabel* const label : {name_, mark_, state_}) {
     label->setTextFormat(Qt::PlainText);
   }
-  action_->setAutoDefault(true);  // Enter presses it too
-  news_->action()->setAutoDefault(true);
+  makeQuiet(disconnect_);
+  for (QPushButton* const button : {action_, disconnect_, news_->action()}) {
+    button->setAutoDefault(true);  // Enter presses it too
+  }
 
   auto* const line = new QHBoxLayout;
   line->setSpacing(8);
@@ -97,10 +100,16 @@ AssistantListRow::AssistantListRow(QWidget* parent)
   texts->setSpacing(4);
   texts->addWidget(name_);
   texts->addLayout(line);
+  texts->addStretch();
+  auto* const buttons = new QVBoxLayout;
+  buttons->setSpacing(4);
+  buttons->addWidget(action_);
+  buttons->addWidget(disconnect_);
   auto* const top = new QHBoxLayout;
   top->setSpacing(16);
   top->addLayout(texts, 1);
-  top->addWidget(action_, 0, Qt::AlignTop);
+  top->addLayout(buttons);
+  top->setAlignment(buttons, Qt::AlignTop);
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->setSpacing(10);
@@ -109,10 +118,11 @@ AssistantListRow::AssistantListRow(QWidget* parent)
   rows->addWidget(news_);
 
   connect(action_, &QPushButton::clicked, this, &AssistantListRow::acted);
+  connect(disconnect_, &QPushButton::clicked, this, &AssistantListRow::disconnectWanted);
   connect(news_, &Notice::acted, this, &AssistantListRow::offerTaken);
 }
 
-/// The focus goes where the person goes on: into the plan, and back to the button when the plan is gone.
+/// The focus goes where the person goes on: into the plan, and back to its button when the plan is gone.
 void AssistantListRow::showAssistant(const AssistantState& assistant, const AssistantProgress& progress) {
   const QWidget* const focus = QApplication::focusWidget();
   const bool hadFocus = focus && isAncestorOf(focus);
@@ -120,9 +130,13 @@ void AssistantListRow::showAssistant(const AssistantState& assistant, const Assi
   const bool isShown = isOpen(progress);
   showState(assistant);
   if (!isShown) {
+    const bool isOffered = AssistantsModel::offersDisconnect(assistant);
+    const bool isLost = focus == disconnect_ && !isOffered;
     action_->show();
-    if (hadFocus && wasShown) {
-      action_->setFocus();
+    disconnect_->setVisible(isOffered);
+    if (hadFocus && (wasShown || isLost)) {
+      const bool isBack = isOffered && progress.goal == ConnectionPlan::Goal::disconnect;
+      (isBack ? disconnect_ : action_)->setFocus();
     }
   }
   showNews(assistant, progress);
@@ -132,6 +146,7 @@ void AssistantListRow::showAssistant(const AssistantState& assistant, const Assi
       plan_->first()->setFocus();
     }
     action_->hide();
+    disconnect_->hide();
   }
 }
 
@@ -145,6 +160,10 @@ void AssistantListRow::showState(const AssistantState& assistant) {
   action_->setText(action);
   action_->setAccessibleName(spoken(assistant, action));
   action_->setAccessibleDescription(state);
+  const QString removal = AssistantsTexts::action(AssistantsModel::Action::disconnect);
+  disconnect_->setText(removal);
+  disconnect_->setAccessibleName(spoken(assistant, removal));
+  disconnect_->setAccessibleDescription(state);
   if (assistant.connection == Connection::unknown) {
     trouble_->tell(Notice::Kind::warning, AssistantsTexts::remedy(assistant),
                    QString::fromStdString(assistant.problem));

@@ -1,7 +1,7 @@
 #pragma once
 
-/// One assistant: its name, whether it is connected, the button for what a person would do next, and below it
-/// the plan or what came of it.
+/// One assistant: its name, whether it is connected, the buttons for what a person would do next, and below
+/// them the plan or what came of it.
 
 #include <QPushButton>
 
@@ -23,6 +23,8 @@ class AssistantListRow : public QWidget {
  Q_SIGNALS:
   /// The button for the next thing to do.
   void acted();
+  /// The quiet one below it.
+  void disconnectWanted();
   /// Whatever the news offer.
   void offerTaken();
   void confirmed();
@@ -39,6 +41,7 @@ class AssistantListRow : public QWidget {
   ToneLabel* mark_;
   ToneLabel* state_;
   QPushButton* action_;
+  QPushButton* disconnect_;
   Notice* trouble_;
   Notice* news_;
   AssistantPlanView* plan_ = nullptr;

@@ -63,7 +63,15 @@ QString notJSON(const QString& name, const AssistantNews& news) {
            QLocale().toString(static_cast<qulonglong>(news.column)));
 }
 
-QString failure(const QString& name, const AssistantNews& news) {
+/// Where a failure leaves a copy, its details name it.
+QString copyOf(const AssistantNews& news) {
+  return news.details.contains(QLatin1String(".tarnwell-"))
+             ? Words::tr("There is a copy of the file as it was; the details say where.")
+             : QString();
+}
+
+QString failure(const AssistantState& assistant, const AssistantNews& news) {
+  const QString name = AssistantsTexts::name(assistant);
   using Kind = AssistantNews::Kind;
   switch (news.kind) {
     case Kind::notJSON:
@@ -102,8 +110,8 @@ QString failure(const QString& name, const AssistantNews& news) {
           .arg(name);
     case Kind::otherWriter:
       return Words::tr(
-                 "Somebody else may write the settings file of %1, so it stays as it is. Keep file and "
-                 "folder to yourself and try again.")
+                 "Somebody else may write the settings file of %1, so it stays as it is. Make sure that "
+                 "only you can write the file and its folder, and try again.")
           .arg(name);
     case Kind::assistantRuns:
       return Words::tr(
@@ -134,8 +142,13 @@ QString failure(const QString& name, const AssistantNews& news) {
     case Kind::commandTooSlow:
       return Words::tr("The command of %1 took too long and was stopped. Try again.").arg(name);
     case Kind::commandWithoutEffect:
-      return Words::tr("The command of %1 ended well and yet changed nothing. The details are its own words.")
-          .arg(name);
+      return assistant.way == ConnectingWay::ownCommand
+                 ? Words::tr(
+                       "The command of %1 succeeded but changed nothing. The details are its own words.")
+                       .arg(name)
+                 : Words::tr(
+                       "The settings of %1 were written, but this changed nothing. Close %1 and try again.")
+                       .arg(name);
     case Kind::onlyByHand:
       return Words::tr("Only you can change the settings of %1. Copy the entry into them.").arg(name);
     default:
@@ -173,21 +186,23 @@ QString news(const AssistantState& assistant, const AssistantProgress& progress)
           {Words::tr("Disconnected. %1 may use Tarnwell until it is restarted.").arg(name(assistant)),
            backup(progress)});
     case Kind::undone:
-      return Words::tr("Undone. The settings of %1 are as they were.").arg(name(assistant));
+      return assistant.way == ConnectingWay::ownCommand
+                 ? Words::tr("Undone. The entry for Tarnwell in %1 is as it was.").arg(name(assistant))
+                 : Words::tr("Undone. The settings of %1 are as they were.").arg(name(assistant));
     case Kind::alreadyConnected:
       return Words::tr("%1 was connected already, so nothing was changed.").arg(name(assistant));
     case Kind::alreadyDisconnected:
       return Words::tr("%1 was not connected any more, so nothing was changed.").arg(name(assistant));
     case Kind::newPlan:
       return Words::tr(
-                 "The settings of %1 have changed meanwhile, so nothing was done. This is the plan anew.")
+                 "The settings of %1 have changed meanwhile, so nothing was done. This is the new plan.")
           .arg(name(assistant));
     case Kind::changedSince:
       return lineByLine(
           {Words::tr("The settings of %1 have changed since, so they stay as they are.").arg(name(assistant)),
            backup(progress)});
     default:
-      return failure(name(assistant), progress.news);
+      return lineByLine({failure(assistant, progress.news), copyOf(progress.news)});
   }
 }
 

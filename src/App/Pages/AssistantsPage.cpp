@@ -71,6 +71,8 @@ AssistantListRow* AssistantsPage::newRow(AssistantID assistant) {
   row->hide();
   found_->rows()->addWidget(row);
   connect(row, &AssistantListRow::acted, this, [this, assistant] { assistants_.act(assistant); });
+  connect(row, &AssistantListRow::disconnectWanted, this,
+          [this, assistant] { assistants_.remove(assistant); });
   connect(row, &AssistantListRow::confirmed, &assistants_, &AssistantsModel::carryOut);
   connect(row, &AssistantListRow::dismissed, &assistants_, &AssistantsModel::cancel);
   connect(row, &AssistantListRow::offerTaken, this, [this, assistant] {

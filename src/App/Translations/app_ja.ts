@@ -1105,10 +1105,6 @@
         <translation>%1 のコマンドに時間がかかりすぎたため、中止しました。もう一度お試しください。</translation>
     </message>
     <message>
-        <source>The command of %1 ended well and yet changed nothing. The details are its own words.</source>
-        <translation>%1 のコマンドは正常に終了しましたが、何も変わっていません。「詳細」にコマンドの出力があります。</translation>
-    </message>
-    <message>
         <source>Start a new session of %1 to see it.</source>
         <translation>%1 の新しいセッションから使えます。</translation>
     </message>
@@ -1143,10 +1139,6 @@
     <message>
         <source>%1 was not connected any more, so nothing was changed.</source>
         <translation>%1 の接続はすでに解除されていたため、何も変更していません。</translation>
-    </message>
-    <message>
-        <source>The settings of %1 have changed meanwhile, so nothing was done. This is the plan anew.</source>
-        <translation>その間に %1 の設定が変わったため、何も実行していません。現在の設定に対する変更の内容は次のとおりです。</translation>
     </message>
     <message>
         <source>The settings of %1 have changed since, so they stay as they are.</source>
@@ -1335,10 +1327,6 @@
         <translation>JSON（「mcpServers」、多くのアシスタントの形式）</translation>
     </message>
     <message>
-        <source>Somebody else may write the settings file of %1, so it stays as it is. Keep file and folder to yourself and try again.</source>
-        <translation>%1 の設定ファイルにはほかのユーザーも書き込めるため、変更していません。ファイルとフォルダーを自分だけが書き込めるようにしてから、もう一度お試しください。</translation>
-    </message>
-    <message>
         <source>The command of %1 failed. The details are its own words; mend what they name and try again.</source>
         <translation>%1 のコマンドが失敗しました。「詳細」にコマンドの出力があります。原因を取り除いてから、もう一度お試しください。</translation>
     </message>
@@ -1358,6 +1346,30 @@
     <message>
         <source>Remove the lines of the entry “tarnwell” that is there.</source>
         <translation>すでにある項目「tarnwell」の行を削除します。</translation>
+    </message>
+    <message>
+        <source>There is a copy of the file as it was; the details say where.</source>
+        <translation>変更前のファイルのコピーがあります。場所は「詳細」をご覧ください。</translation>
+    </message>
+    <message>
+        <source>Somebody else may write the settings file of %1, so it stays as it is. Make sure that only you can write the file and its folder, and try again.</source>
+        <translation>%1 の設定ファイルにはほかのユーザーも書き込めるため、変更していません。ファイルとフォルダーを自分だけが書き込めるようにしてから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The command of %1 succeeded but changed nothing. The details are its own words.</source>
+        <translation>%1 のコマンドは正常に終了しましたが、何も変わっていません。「詳細」にコマンドの出力があります。</translation>
+    </message>
+    <message>
+        <source>The settings of %1 were written, but this changed nothing. Close %1 and try again.</source>
+        <translation>%1 の設定を書き込みましたが、接続の状態は変わっていません。%1 を終了してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>Undone. The entry for Tarnwell in %1 is as it was.</source>
+        <translation>元に戻しました。%1 の Tarnwell の項目は変更前のとおりです。</translation>
+    </message>
+    <message>
+        <source>The settings of %1 have changed meanwhile, so nothing was done. This is the new plan.</source>
+        <translation>その間に %1 の設定が変わったため、何も実行していません。現在の設定に対する変更の内容は次のとおりです。</translation>
     </message>
 </context>
 <context>

@@ -64,6 +64,7 @@ QString styleSheetOf(Scheme scheme) {
     }
     QLineEdit, QSpinBox, QComboBox { padding: 6px 8px; min-height: 20px; }
     QPushButton { padding: 7px 16px; min-height: 18px; }
+    QPushButton[quiet="true"] { background: transparent; border-color: transparent; }
     QToolButton { padding: 4px 8px; }
     QLineEdit:focus, QSpinBox:focus, QComboBox:focus, QPushButton:focus, QToolButton:focus,
     QTableView:focus, QPlainTextEdit:focus { border: 2px solid @accent; }
@@ -191,5 +192,7 @@ void ToneLabel::changeEvent(QEvent* event) {
 void makePrimary(QPushButton* button) { button->setProperty("primary", true); }
 
 void makeDangerous(QPushButton* button) { button->setProperty("dangerous", true); }
+
+void makeQuiet(QPushButton* button) { button->setProperty("quiet", true); }
 
 }  // namespace tarnwell

@@ -55,5 +55,7 @@ class ToneLabel : public QLabel {
 void makePrimary(QPushButton* button);
 /// A button whose effect cannot be taken back.
 void makeDangerous(QPushButton* button);
+/// Steps back from the button beside it.
+void makeQuiet(QPushButton* button);
 
 }  // namespace tarnwell

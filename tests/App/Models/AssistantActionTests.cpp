@@ -41,6 +41,7 @@ TEST_P(AssistantAction, isWhatAPersonDoesNext) {
   AssistantState state = assistant(AssistantID::cursor, "Cursor", GetParam().connection);
   state.way = GetParam().way;
   EXPECT_EQ(AssistantsModel::action(state), GetParam().action);
+  EXPECT_EQ(AssistantsModel::offersDisconnect(state), GetParam().action == Action::useThisOne);
 }
 
 }  // namespace

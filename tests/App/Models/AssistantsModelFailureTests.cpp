@@ -146,6 +146,54 @@ TEST_F(AssistantsModelTest, cancellingTheNewPlanForgetsWhyItWasMade) {
   EXPECT_EQ(news(cursor), Kind::none);
 }
 
+/// The assistant was started after it was connected, and is in the way of disconnecting it.
+TEST_F(AssistantsModelTest, failureOfAPlanKeepsTheWayBackOfWhatWasDoneBefore) {
+  ASSERT_TRUE(look());
+  ASSERT_TRUE(act(cursor));
+  ASSERT_TRUE(carryOut());
+  const auto planWell = machine->plan;
+  machine->plan = [](AssistantID id, Goal) -> ConnectionPlan {
+    throw AssistantError(AssistantError::Kind::running, id, "");
+  };
+  ASSERT_TRUE(act(cursor));
+  EXPECT_EQ(news(cursor), Kind::assistantRuns);
+  EXPECT_EQ(progress(cursor).offer, Offer::undo);
+
+  machine->plan = planWell;
+  ASSERT_TRUE(act(cursor));
+  EXPECT_EQ(step(cursor), Step::planned);
+  model->cancel();
+  EXPECT_EQ(news(cursor), Kind::connected) << "the failure is over";
+  EXPECT_EQ(progress(cursor).offer, Offer::undo);
+  ASSERT_TRUE(undo(cursor));
+  EXPECT_EQ(connection(cursor), Connection::none);
+}
+
+TEST_F(AssistantsModelTest, failureToCarryOutKeepsTheWayBackOfWhatWasDoneBefore) {
+  ASSERT_TRUE(look());
+  ASSERT_TRUE(act(cursor));
+  ASSERT_TRUE(carryOut());
+  auto kind = ConfigurationFileError::Kind::changed;
+  machine->carryOut = [&](const ConnectionPlan& plan) -> ConnectionDone {
+    throw ConfigurationFileError(kind, plan.change->path, "");
+  };
+  ASSERT_TRUE(act(cursor));
+  ASSERT_TRUE(carryOut());
+  EXPECT_EQ(news(cursor), Kind::newPlan);
+  kind = ConfigurationFileError::Kind::notWritten;
+  ASSERT_TRUE(carryOut());
+  EXPECT_EQ(news(cursor), Kind::notWritten);
+  EXPECT_EQ(progress(cursor).offer, Offer::undo);
+
+  kind = ConfigurationFileError::Kind::changed;
+  ASSERT_TRUE(act(cursor));
+  ASSERT_TRUE(carryOut());
+  EXPECT_EQ(news(cursor), Kind::newPlan);
+  model->cancel();
+  EXPECT_EQ(news(cursor), Kind::connected);
+  EXPECT_EQ(progress(cursor).offer, Offer::undo);
+}
+
 TEST_F(AssistantsModelTest, failureOfUndoKeepsTheWayBackUnlessItIsTooLate) {
   ASSERT_TRUE(look());
   ASSERT_TRUE(act(cursor));

@@ -81,6 +81,17 @@ TEST_F(AssistantsModelTest, otherProgramGivesWayToThisOne) {
   EXPECT_EQ(connection(cursor), Connection::here);
 }
 
+TEST_F(AssistantsModelTest, otherProgramIsDisconnected) {
+  machine[cursor].connection = Connection::elsewhere;
+  ASSERT_TRUE(look());
+  model->remove(cursor);
+  ASSERT_TRUE(untilSeen());
+  EXPECT_EQ(progress(cursor).goal, Goal::disconnect);
+  ASSERT_TRUE(carryOut());
+  EXPECT_EQ(news(cursor), Kind::disconnected);
+  EXPECT_EQ(connection(cursor), Connection::none);
+}
+
 TEST_F(AssistantsModelTest, stateIsKnownBeforeTheNextLookHasAnAnswer) {
   machine[cursor].isSwitchedOff = true;
   machine[cursor].connection = Connection::elsewhere;

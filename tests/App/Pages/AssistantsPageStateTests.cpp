@@ -69,8 +69,78 @@ TEST_F(AssistantsPageTest, eachStateHasItsSentence) {
     EXPECT_TRUE(shown().split('\n').contains(sentence)) << sentence;
   }
   const QStringList stops = tabStops(*page_);
-  EXPECT_EQ(stops.mid(0, 4), (QStringList{"Claude Code: Disconnect", "Codex: Show what to remove",
-                                          "Cursor: Use this one", "Zed: Use this one"}));
+  EXPECT_EQ(stops.mid(0, 6),
+            (QStringList{"Claude Code: Disconnect", "Codex: Show what to remove", "Cursor: Use this one",
+                         "Cursor: Disconnect", "Zed: Use this one", "Zed: Disconnect"}));
+}
+
+TEST_F(AssistantsPageTest, otherProgramIsDisconnectedByKeys) {
+  machine_[cursor].connection = Connection::elsewhere;
+  begin();
+  ASSERT_TRUE(press("Cursor: Disconnect"));
+  EXPECT_EQ(model_->progress(cursor).goal, Goal::disconnect);
+  EXPECT_EQ(tabStops(*page_).filter("Cursor: "), QStringList()) << "the plan is what there is to do";
+  ASSERT_TRUE(tabTo("Write the change"));
+  test::press(Qt::Key_Escape);
+  EXPECT_EQ(focused(), "Cursor: Disconnect");
+
+  ASSERT_TRUE(press("Cursor: Disconnect"));
+  ASSERT_TRUE(press("Write the change"));
+  EXPECT_EQ(machine_[cursor].connection, Connection::none);
+  EXPECT_EQ(focused(), "Cursor: Connect");
+}
+
+/// Somebody else has removed it meanwhile.
+TEST_F(AssistantsPageTest, buttonThatGoesLeavesTheFocusToTheOther) {
+  machine_[cursor].connection = Connection::elsewhere;
+  begin();
+  ASSERT_TRUE(tabTo("Cursor: Disconnect"));
+  machine_[cursor].connection = Connection::none;
+  model_->lookAgain();
+  ASSERT_TRUE(untilSeen());
+  EXPECT_EQ(focused(), "Cursor: Connect");
+}
+
+struct TextRow {
+  const char* name;
+  ConnectingWay way;
+  AssistantNews news;
+  const char* text;
+};
+
+TEST(AssistantNewsTexts, fitWhatWasDone) {
+  using enum ConnectingWay;
+  const TextRow rows[] = {
+      {"command",
+       ownCommand,
+       {Kind::commandWithoutEffect},
+       "The command of Cursor succeeded but changed nothing. The details are its own words."},
+      {"file",
+       file,
+       {Kind::commandWithoutEffect},
+       "The settings of Cursor were written, but this changed nothing. Close Cursor and try again."},
+      {"copy",
+       file,
+       {Kind::notVerified, "mcp.json: changed; a copy is mcp.json.tarnwell-20261122T193000Z"},
+       "Another program wrote the settings of Cursor at the same time. Close Cursor and try again.\n"
+       "There is a copy of the file as it was; the details say where."},
+      {"noCopy",
+       file,
+       {Kind::notVerified, "mcp.json: changed"},
+       "Another program wrote the settings of Cursor at the same time. Close Cursor and try again."},
+      {"undoneByCommand",
+       ownCommand,
+       {Kind::undone},
+       "Undone. The entry for Tarnwell in Cursor is as it was."},
+      {"undone", file, {Kind::undone}, "Undone. The settings of Cursor are as they were."},
+  };
+  for (const TextRow& row : rows) {
+    AssistantState state = assistant(cursor, "Cursor");
+    state.way = row.way;
+    AssistantProgress progress;
+    progress.news = row.news;
+    EXPECT_EQ(AssistantsTexts::news(state, progress), row.text) << row.name;
+  }
 }
 
 TEST_F(AssistantsPageTest, fileThatCannotBeReadIsNamedWithTheReason) {
