@@ -182,16 +182,14 @@ TEST(ActivityJournal, showsTwoHelpersAndTheAppItself) {
   EXPECT_THAT(part(shown, newer, older), ElementsAre(start, status, goodbye));
   EXPECT_THAT(part(shown, older, "lines:"), ElementsAre(start, refusal, goodbye));
   EXPECT_THAT(part(shown, "lines:", "found:"),
-              UnorderedElementsAre(start, start, "Info The helper is ready.", "Info The helper is ready.",
-                                   "Info An assistant connected (protocol 2025-06-18).",
-                                   "Info An assistant connected (protocol 2025-06-18).",
-                                   "Notice from the app itself", "Info The assistant calls get_status.",
-                                   "Info get_status answered that no account is set up (TIME).",
-                                   "Info The assistant calls mark_as_read.",
-                                   "Notice mark_as_read is refused: read-only mode is on.",
-                                   "Info mark_as_read was refused and changed nothing (TIME).", goodbye,
-                                   goodbye, "Info The helper stopped.", "Info The helper stopped.",
-                                   "0 processes without an entry"));
+              UnorderedElementsAre(
+                  start, start, "Info The helper is ready.", "Info The helper is ready.",
+                  "Info An assistant connected (protocol 2025-06-18).",
+                  "Info An assistant connected (protocol 2025-06-18).", "Notice from the app itself",
+                  "Info get_status is called.", "Info get_status answered that no account is set up (TIME).",
+                  "Info mark_as_read is called.", "Notice mark_as_read is refused: read-only mode is on.",
+                  "Info mark_as_read was refused and changed nothing (TIME).", goodbye, goodbye,
+                  "Info The helper stopped.", "Info The helper stopped.", "0 processes without an entry"));
   EXPECT_TRUE(shown.ends_with("found:\n" + goodbye + "\n" + goodbye + "\n"));
 }
 

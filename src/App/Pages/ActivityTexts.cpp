@@ -150,8 +150,10 @@ QString ActivityTexts::sentence(const LogText& text) {
       return tr("The assistant said goodbye.");
     case LogPhrase::helperStopped:
       return tr("The helper stopped.");
+    case LogPhrase::callTried:
+      return tr("You try %1.").arg(text.name);
     case LogPhrase::callBegan:
-      return tr("The assistant calls %1.").arg(text.name);
+      return tr("%1 is called.").arg(text.name);
     case LogPhrase::callCancelled:
       return tr("The assistant cancelled %1 before it began.").arg(text.name);
     case LogPhrase::callOutlivedItsConnection:

@@ -15,15 +15,21 @@ int CallTexts::count(qint64 number) {
 }
 
 QString CallTexts::row(const ActivityCall& call, const LogText& text) {
+  return call.isTrial ? tr("Try it: %1").arg(words(call, text)) : words(call, text);
+}
+
+QString CallTexts::words(const ActivityCall& call, const LogText& text) {
   switch (call.state) {
     case ActivityCall::State::begun:
       return begun(call.tool, text.name);
     case ActivityCall::State::ended:
       return outcome(call, text);
-    case ActivityCall::State::withoutOutcome:
-      return call.tool == CalledTool::other
-                 ? tr("There is no tool with the name %1").arg(text.name)
-                 : tr("%1 not possible with what the assistant gave").arg(action(call.tool, text.name));
+    case ActivityCall::State::unusable:
+      return call.tool == CalledTool::other ? tr("There is no tool with the name %1").arg(text.name)
+                                            : tr("%1 not done: the assistant's request was not usable")
+                                                  .arg(action(call.tool, text.name));
+    case ActivityCall::State::unknown:
+      return tr("%1: no outcome in the log").arg(action(call.tool, text.name));
     case ActivityCall::State::brokenOff:
       return tr("%1 broken off: the helper ended").arg(action(call.tool, text.name));
   }

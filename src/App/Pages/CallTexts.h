@@ -24,6 +24,7 @@ class CallTexts {
   static int count(qint64 number);
 
  private:
+  static QString words(const ActivityCall& call, const LogText& text);
   static QString begun(CalledTool tool, const QString& name);
   static QString done(CalledTool tool, const QString& name);
   static QString previewed(CalledTool tool, const QString& name);

@@ -101,8 +101,8 @@ const Row rows[] = {
      "移動に失敗しました: Folder not found: %1 Attic"},
     {"moveWithUnusableArguments",
      {"tool call: move_message", "tool call: get_status"},
-     "Move not possible with what the assistant gave",
-     "アシスタントの指定では移動ができませんでした"},
+     "Move not done: the assistant's request was not usable",
+     "アシスタントの指定に誤りがあり、移動ができませんでした"},
     {"marked",
      {"tool call: mark_as_read", "write mark_as_read: execute", "tool mark_as_read: executed (59 ms)"},
      "Marked a message as read, 0.1 s",
@@ -133,6 +133,18 @@ const Row rows[] = {
      {"cancelled by the client before it began: search_inbox"},
      "Search cancelled before it began",
      "検索は開始前に取り消されました"},
+    {"hours",
+     {"tool call: search_inbox", "tool search_inbox: 12345 messages, 1234 withheld (3600000 ms)"},
+     "Searched the inbox: 12,345 messages, 1,234 withheld, 3,600.0 s",
+     "受信トレイを検索しました: 12,345 通、うち 1,234 通は渡していません、3,600.0 秒"},
+    {"trial",
+     {"tried by the user: search_inbox", "tool call: search_inbox", "tool search_inbox: 1 message (66 ms)"},
+     "Try it: Searched the inbox: 1 message, 0.1 s",
+     "お試し: 受信トレイを検索しました: 1 通、0.1 秒"},
+    {"trialThatRuns",
+     {"tried by the user: search_inbox", "tool call: search_inbox"},
+     "Try it: Searching the inbox…",
+     "お試し: 受信トレイを検索しています…"},
     {"keyring",
      {"tool call: search_inbox", "tool search_inbox keychain error locked"},
      "Search failed, the keyring could not be used: locked",
@@ -171,6 +183,16 @@ TEST_P(CallTextsOf, areWordsInBothLanguages) {
 
 INSTANTIATE_TEST_SUITE_P(, CallTextsOf, testing::ValuesIn(rows), rowName);
 
+TEST(CallTexts, aCallOfUnknownEndIsNotBlamedOnTheAssistant) {
+  Language language;
+  const ActivityCall call{.tool = CalledTool::searchInbox, .state = ActivityCall::State::unknown};
+  language.choose(AppLanguage::english);
+  EXPECT_EQ(CallTexts::row(call, {}), "Search: no outcome in the log");
+  language.choose(AppLanguage::japanese);
+  EXPECT_EQ(CallTexts::row(call, {}), "検索: 結果の記録がありません");
+  language.choose(AppLanguage::english);
+}
+
 TEST(CallTexts, eachToolHasWordsOfItsOwnInEachState) {
   Language language;
   for (const AppLanguage spoken : AppLanguages::allCases) {
@@ -179,7 +201,7 @@ TEST(CallTexts, eachToolHasWordsOfItsOwnInEachState) {
     int count = 0;
     for (int tool = 0; tool <= static_cast<int>(CalledTool::trashMessage); ++tool) {
       using enum ActivityCall::State;
-      for (const auto state : {begun, withoutOutcome, brokenOff, ended}) {
+      for (const auto state : {begun, unusable, unknown, brokenOff, ended}) {
         const ActivityCall call{.tool = static_cast<CalledTool>(tool), .state = state};
         said += CallTexts::row(call, {.phrase = LogPhrase::changeMade, .name = "x"});
         ++count;
