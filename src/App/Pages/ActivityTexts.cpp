@@ -115,11 +115,19 @@ QString ActivityTexts::remedy(LogAccess access) {
 }
 
 QString ActivityTexts::process(const ActivityProcess& process) {
-  constexpr qsizetype withoutSeconds = 3;  // ":00"
-  const QString since = timeWords(process.since).chopped(withoutSeconds);
-  if (!process.program.isEmpty()) {
-    return tr("%1, since %2").arg(process.program, since);
-  }
+  constexpr qsizetype seconds = 3;  // ":00"
+  const QString since = timeWords(process.since).chopped(seconds);
+  return process.program.isEmpty() ? named(process, since) : tr("%1, since %2").arg(process.program, since);
+}
+
+QString ActivityTexts::exactProcess(const ActivityProcess& process) {
+  const QString since = timeWords(process.since);
+  return process.program.isEmpty() ? named(process, since)
+                                   : tr("%1 (process %2), since %3")
+                                         .arg(process.program, QString::number(process.processID), since);
+}
+
+QString ActivityTexts::named(const ActivityProcess& process, const QString& since) {
   const QString number = QString::number(process.processID);
   switch (process.kind) {
     case ActivityProcess::Kind::thisApp:
