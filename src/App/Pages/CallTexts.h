@@ -19,6 +19,7 @@ class CallTexts {
   /// `text` is what the call came to, or its beginning.
   static QString row(const ActivityCall& call, const LogText& text);
 
+  /// How long it took, with the unit.
   static QString seconds(const LogText& text);
   /// For a plural. What is larger than its largest number is that number.
   static int count(qint64 number);
