@@ -84,7 +84,9 @@ std::vector<DifferenceLine> shortened(std::vector<DifferenceLine> lines, std::si
     const auto run = static_cast<std::size_t>(change - line);
     const std::size_t before = line == lines.begin() ? 0 : std::min(around, run);
     const std::size_t after = change == lines.end() ? 0 : std::min(around, run - before);
-    const auto isKept = [&](std::size_t index) { return index < before || index >= run - after; };
+    // In place of one line there is as much room for the line itself.
+    const bool isWhole = run - before - after <= 1;
+    const auto isKept = [&](std::size_t index) { return isWhole || index < before || index >= run - after; };
     for (std::size_t index = 0; index < run; ++index) {
       if (isKept(index)) {
         result.push_back(std::move(line[static_cast<std::ptrdiff_t>(index)]));

@@ -32,8 +32,9 @@ struct DifferenceLine {
 };
 
 /// The changed lines with up to `around` same lines before and after each, removed lines before added ones.
-/// Empty when nothing differs. The lines between the first and the last change are compared each with each;
-/// when these are more than four million pairs, all of them count as changed.
+/// One line alone is not left out. Empty when nothing differs. The lines between the first and the last
+/// change are compared each with each; when these are more than four million pairs, all of them count as
+/// changed.
 std::vector<DifferenceLine> lineDifference(std::string_view before, std::string_view after,
                                            std::size_t around = 3);
 

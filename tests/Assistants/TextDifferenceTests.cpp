@@ -49,8 +49,8 @@ const DifferenceRow rows[] = {
     {"newFile", "", "a\nb\n", "+a\n+b\n"},
     {"emptiedFile", "a\nb", "", "-a\n-b\n"},
     {"oneLine", "a\nb\nc\n", "a\nB\nc\n", "=a\n-b\n+B\n=c\n"},
-    {"firstLine", "a\nb\nc\nd\n", "A\nb\nc\nd\n", "-a\n+A\n=b\n=c\n~1\n"},
-    {"lastLine", "a\nb\nc\nd", "a\nb\nc\nD", "~1\n=b\n=c\n-d\n+D\n"},
+    {"firstLine", "a\nb\nc\nd\n", "A\nb\nc\nd\n", "-a\n+A\n=b\n=c\n=d\n"},
+    {"lastLine", "a\nb\nc\nd", "a\nb\nc\nD", "=a\n=b\n=c\n-d\n+D\n"},
     {"insertedLines", "{\n}\n", "{\n1\n2\n}\n", "={\n+1\n+2\n=}\n"},
     {"removedLines", "{\n1\n2\n}\n", "{\n}\n", "={\n-1\n-2\n=}\n"},
     {"commaAndLine", "1\n}\n", "1,\n2\n}\n", "-1\n+1,\n+2\n=}\n"},
@@ -58,8 +58,11 @@ const DifferenceRow rows[] = {
     {"linesBetweenChanges", "1\n2\n3\n4\n", "x\n2\n3\ny\n", "-1\n+x\n=2\n=3\n-4\n+y\n"},
     {"fourLinesBetweenChangesStay", "a\n1\n2\n3\n4\nb\n", "A\n1\n2\n3\n4\nB\n",
      "-a\n+A\n=1\n=2\n=3\n=4\n-b\n+B\n"},
-    {"fiveLinesBetweenChangesLeaveOne", "a\n1\n2\n3\n4\n5\nb\n", "A\n1\n2\n3\n4\n5\nB\n",
-     "-a\n+A\n=1\n=2\n~1\n=4\n=5\n-b\n+B\n"},
+    {"fiveLinesBetweenChangesStay", "a\n1\n2\n3\n4\n5\nb\n", "A\n1\n2\n3\n4\n5\nB\n",
+     "-a\n+A\n=1\n=2\n=3\n=4\n=5\n-b\n+B\n"},
+    {"sixLinesBetweenChangesLeaveTwo", "a\n1\n2\n3\n4\n5\n6\nb\n", "A\n1\n2\n3\n4\n5\n6\nB\n",
+     "-a\n+A\n=1\n=2\n~2\n=5\n=6\n-b\n+B\n"},
+    {"linesFarFromTheChange", "1\n2\n3\n4\na\n", "1\n2\n3\n4\nb\n", "~2\n=3\n=4\n-a\n+b\n"},
     {"emptyLines", "\n\n", "\n1\n\n", "=\n+1\n=\n"},
     {"carriageReturns", "a\r\nb\rc", "a\r\nB\rc", "=a\n-b\n+B\n=c\n"},
     {"otherLineEnd", "a\nb\n", "a\r\nb\n", "-a\n+a\n=b\n"},
@@ -70,7 +73,7 @@ const DifferenceRow rows[] = {
 INSTANTIATE_TEST_SUITE_P(Texts, TextDifference, testing::ValuesIn(rows), rowName);
 
 TEST(TextDifference, noNeighboursWhenNoneAreWanted) {
-  EXPECT_EQ(shown(lineDifference("a\nb\nc\n", "a\nB\nc\n", 0)), "~1\n-b\n+B\n~1\n");
+  EXPECT_EQ(shown(lineDifference("a\na\nb\nc\nc\n", "a\na\nB\nc\nc\n", 0)), "~2\n-b\n+B\n~2\n");
 }
 
 TEST(TextDifference, manyChangedLinesCountAsChangedWhole) {

@@ -17,17 +17,21 @@ FORMS = {"en": 2, "ja": 1}  # plural forms of each language (Unicode CLDR, Langu
 
 
 def messages(path):
-    """Maps (context, text, comment) to the message."""
+    """Maps (context, text, comment) to the message; and the keys that occur again."""
     found = {}
+    again = []
     for context in xml.parse(path).getroot().iter("context"):
         for message in context.iter("message"):
             comment = message.findtext("comment") or ""
-            found[context.findtext("name"), message.findtext("source"), comment] = message
-    return found
+            key = context.findtext("name"), message.findtext("source"), comment
+            if key in found:
+                again.append(key)
+            found[key] = message
+    return found, again
 
 
 def placeholders(text):
-    return collections.Counter(re.findall(r"%(?:L?\d+|n)", text))
+    return collections.Counter(re.findall(r"%L?(?:\d+|n)", text))
 
 
 def faults_of(message, language):
@@ -44,7 +48,7 @@ def faults_of(message, language):
         if not form.strip():
             faults.append("empty")
         # The singular of a language may do without the number.
-        elif placeholders(form) - placeholders(source) or (placeholders(source) - placeholders(form)).keys() - {"%n"}:
+        elif placeholders(form) - placeholders(source) or (placeholders(source) - placeholders(form)).keys() - {"%n", "%Ln"}:
             faults.append("other placeholders")
         if ("&" in source.replace("&&", "")) != ("&" in form.replace("&&", "")) and "<" not in source:
             faults.append("a letter to reach it by in one language only")
@@ -62,7 +66,9 @@ def main(source, lupdate):
             only = ["-pluralonly"] if language == "en" else []
             subprocess.run([lupdate, source / "App", "-I", source, "-ts", fresh, "-target-language", language, *only,
                             "-locations", "none", "-no-obsolete"], check=True, stdout=subprocess.DEVNULL)
-            kept, needed = messages(path), messages(fresh)
+            kept, again = messages(path)
+            needed, _ = messages(fresh)
+            wrong += [f"{path.name}: {key} is there twice" for key in again]
             wrong += [f"{path.name}: {key} is not in the file" for key in needed.keys() - kept.keys()]
             wrong += [f"{path.name}: {key} belongs to no text any more" for key in kept.keys() - needed.keys()]
             for key, message in kept.items():

@@ -32,8 +32,10 @@ struct ActivityCall {
     begun,
     /// It came to an outcome.
     ended,
-    /// The log tells no outcome: the tool does not exist, or its arguments could not be used.
-    withoutOutcome,
+    /// It is over without an outcome: the tool does not exist, or its arguments could not be used.
+    unusable,
+    /// Nobody knows: the log tells no outcome, and no reason for that.
+    unknown,
     /// The helper ended in the middle of it.
     brokenOff,
   };
@@ -43,6 +45,8 @@ struct ActivityCall {
   /// What the safety settings decided about a change: one of the phrases that begin with "write". `other`
   /// when the log tells no decision.
   LogPhrase decision = LogPhrase::other;
+  /// The user's own, on the page "Try it".
+  bool isTrial = false;
 
   bool operator==(const ActivityCall&) const = default;
 };

@@ -11,12 +11,16 @@ using State = ActivityCall::State;
 /// An outcome that comes after more calls than these finds its call no more.
 constexpr std::size_t keptUnfinished = 8;
 
+/// In letters. What a row has of its lines is bounded, however many there are.
+constexpr qsizetype longestOriginal = 2'000;
+
 State stateOf(const ActivityItem* row) { return row->call->entry.call->state; }
 
 }  // namespace
 
 void ActivityCalls::add(ActivityItem& item) {
   switch (item.line.text.phrase) {
+    case LogPhrase::callTried:
     case LogPhrase::callBegan:
       begin(item);
       break;
@@ -62,8 +66,11 @@ void ActivityCalls::add(ActivityItem& item) {
       hasLeft_ = true;
       break;
     case LogPhrase::helperStopped:
-      closeAll(State::withoutOutcome);
+      closeAll(State::unusable);
       item.isDetail = hasLeft_;
+      break;
+    case LogPhrase::endpointListening:
+      runsSeveral_ = true;
       break;
     case LogPhrase::other:
     case LogPhrase::callOutlivedItsConnection:
@@ -73,7 +80,6 @@ void ActivityCalls::add(ActivityItem& item) {
     case LogPhrase::passwordNotRead:
     case LogPhrase::passwordNotPutBack:
     case LogPhrase::passwordOfOtherAccountNotRemoved:
-    case LogPhrase::endpointListening:
     case LogPhrase::endpointFailed:
     case LogPhrase::endpointStopped:
       break;
@@ -84,13 +90,13 @@ void ActivityCalls::forget(const ActivityItem& item) { std::erase(unfinished_, &
 
 void ActivityCalls::reset() {
   unfinished_.clear();
-  hasStarted_ = hasJustStarted_ = hasLeft_ = false;
+  runsSeveral_ = hasStarted_ = hasJustStarted_ = hasLeft_ = false;
 }
 
 void ActivityCalls::giveUp(std::chrono::system_clock::time_point before) {
   for (ActivityItem* const row : unfinished_) {
-    if (row->line.date < before) {
-      close(*row, State::withoutOutcome);
+    if (stateOf(row) == State::begun && row->line.date < before) {
+      close(*row, State::unknown);
     }
   }
 }
@@ -102,16 +108,37 @@ bool ActivityCalls::hasBegunOne() const {
 
 void ActivityCalls::begin(ActivityItem& item) {
   hasJustStarted_ = false;
-  closeAll(State::withoutOutcome);
+  if (ActivityItem* const trial = announcedTrial(item.line.text)) {
+    trial->call->entry.text = item.line.text;
+    addDetail(*trial, item);
+    return;
+  }
+  const bool isTrial = item.line.text.phrase == LogPhrase::callTried;
+  runsSeveral_ |= isTrial || item.line.isOwn;
+  if (!runsSeveral_) {
+    closeAll(State::unusable);
+  }
   makeRow(item, State::begun);
+  item.call->entry.call->isTrial = isTrial;
   unfinished_.push_back(&item);
   if (unfinished_.size() > keptUnfinished) {
+    close(*unfinished_.front(), State::unknown);
     unfinished_.pop_front();
   }
 }
 
+/// The trial that the log spoke of before its call. Nothing that began afterwards has this name.
+ActivityItem* ActivityCalls::announcedTrial(const LogText& began) const {
+  const auto found = std::find_if(unfinished_.begin(), unfinished_.end(), [&](const ActivityItem* row) {
+    const LogText& text = row->call->entry.text;
+    return began.phrase == LogPhrase::callBegan && text.phrase == LogPhrase::callTried &&
+           text.name == began.name && stateOf(row) == State::begun;
+  });
+  return found == unfinished_.end() ? nullptr : *found;
+}
+
 void ActivityCalls::addDecision(ActivityItem& item) {
-  if (ActivityItem* const row = unfinished(item.line.text.name)) {
+  if (ActivityItem* const row = unfinished(item.line)) {
     row->call->entry.call->decision = item.line.text.phrase;
     addDetail(*row, item);
   }
@@ -125,7 +152,7 @@ void ActivityCalls::addSignIn(ActivityItem& item) {
 }
 
 void ActivityCalls::end(ActivityItem& item) {
-  ActivityItem* const row = unfinished(item.line.text.name);
+  ActivityItem* const row = unfinished(item.line);
   if (!row) {
     makeRow(item, State::ended);
     return;
@@ -136,11 +163,16 @@ void ActivityCalls::end(ActivityItem& item) {
   addDetail(*row, item);
 }
 
-/// One that has begun rather than one that seemed to be over, then the newest.
-ActivityItem* ActivityCalls::unfinished(const QString& tool) const {
+/// One that seemed to be over only when there is no other. Then the one that began nearest to when the line
+/// says: a line without a duration takes the newest.
+ActivityItem* ActivityCalls::unfinished(const ActivityEntry& line) const {
+  const auto began = line.date - std::chrono::milliseconds(line.text.milliseconds);
+  const auto rank = [&](const ActivityItem* row) {
+    return std::pair(stateOf(row) == State::unusable, std::chrono::abs(row->line.date - began));
+  };
   ActivityItem* found = nullptr;
   for (ActivityItem* const row : unfinished_) {
-    if (row->line.text.name == tool && (!found || stateOf(found) != State::begun)) {
+    if (row->line.text.name == line.text.name && (!found || rank(row) <= rank(found))) {
       found = row;
     }
   }
@@ -149,7 +181,12 @@ ActivityItem* ActivityCalls::unfinished(const QString& tool) const {
 
 void ActivityCalls::addDetail(ActivityItem& row, ActivityItem& detail) {
   ActivityEntry& entry = row.call->entry;
-  entry.original += QStringLiteral(" · ") + detail.line.original;
+  if (entry.original.size() < longestOriginal) {
+    entry.original += QStringLiteral(" · ") + detail.line.original;
+    if (entry.original.size() > longestOriginal) {
+      entry.original = entry.original.first(longestOriginal) + u'…';
+    }
+  }
   entry.level = std::max(entry.level, detail.line.level);
   detail.isDetail = true;
   touch(row);
@@ -161,7 +198,7 @@ void ActivityCalls::makeRow(ActivityItem& item, State state) {
 }
 
 void ActivityCalls::close(ActivityItem& row, State state) {
-  if (stateOf(&row) == State::begun) {
+  if (stateOf(&row) == State::begun || stateOf(&row) == State::unknown) {
     row.call->entry.call->state = state;
     touch(row);
   }

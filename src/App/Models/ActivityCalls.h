@@ -9,9 +9,12 @@
 /// A line that is neither part of a call nor known for a detail keeps a row of its own, so nothing that is
 /// not understood is hidden.
 ///
-/// A helper runs one call at a time. So a call is over when the next one begins. The app may run two at a
-/// time, for its own endpoint and for a trial: the outcome of the first one then comes late, and still finds
-/// its call.
+/// A helper runs one call at a time. So a call is over when the next one begins. The app runs several at a
+/// time, for its own endpoint and for trials. An outcome is that of the call whose tool it names, and of
+/// several the one that began as long before as the outcome says. A failure does not say how long it took:
+/// there two calls of one tool at a time may swap their outcomes.
+///
+/// "tried by the user: search_inbox" announces a trial: the next call of this tool is the user's own.
 ///
 /// Threads: that of the window. The items must outlive it, or be forgotten before they go.
 
@@ -45,7 +48,8 @@ class ActivityCalls {
   void addDecision(ActivityItem& item);
   void addSignIn(ActivityItem& item);
   void end(ActivityItem& item);
-  ActivityItem* unfinished(const QString& tool) const;
+  ActivityItem* announcedTrial(const LogText& began) const;
+  ActivityItem* unfinished(const ActivityEntry& line) const;
   void addDetail(ActivityItem& row, ActivityItem& detail);
   void makeRow(ActivityItem& item, ActivityCall::State state);
   void close(ActivityItem& row, ActivityCall::State state);
@@ -55,6 +59,8 @@ class ActivityCalls {
   std::vector<ActivityItem*>* changed_;
   /// The rows of the calls that have no outcome yet, oldest first.
   std::deque<ActivityItem*> unfinished_;
+  /// It is the app, now or when it ran before.
+  bool runsSeveral_ = false;
   /// An assistant that connects now is the one that the helper was started for.
   bool hasJustStarted_ = false;
   bool hasStarted_ = false;

@@ -115,15 +115,15 @@ void ActivityModel::takeTurn() {
 }
 
 void ActivityModel::insert(std::vector<ActivityEntry> entries) {
-  std::stable_sort(entries.begin(), entries.end(), [](const ActivityEntry& one, const ActivityEntry& other) {
-    return one.date < other.date;
-  });
-  std::vector<ActivityItem*> fresh;
+  std::vector<std::unique_ptr<ActivityItem>> arrived;
   for (ActivityEntry& entry : entries) {
-    if (cleared_ && entry.date <= *cleared_) {
-      continue;
+    if (!cleared_ || entry.date > *cleared_) {
+      arrived.push_back(std::make_unique<ActivityItem>(std::move(entry), ++arrivals_));
     }
-    auto item = std::make_unique<ActivityItem>(std::move(entry), ++arrivals_);
+  }
+  std::sort(arrived.begin(), arrived.end(), isBefore);
+  std::vector<ActivityItem*> fresh;
+  for (std::unique_ptr<ActivityItem>& item : arrived) {
     item->words = wordsOf(item->line);
     processes_.add(*item);
     fresh.push_back(item.get());

@@ -69,8 +69,8 @@ class ActivityModel : public QAbstractTableModel {
   /// Shows only what this process wrote, or everything again.
   void showProcess(std::optional<int> number);
   std::optional<int> shownProcess() const { return process_; }
-  /// The processes among the entries, newest first, without this app (`ActivityProcesses::thisApp`). The one
-  /// that is shown stays, also when it has no entry any more.
+  /// The newest processes among the entries, newest first, without this app (`ActivityProcesses::thisApp`).
+  /// The one that is shown stays, also when it has no entry any more.
   const std::vector<ActivityProcess>& otherProcesses() const { return otherProcesses_; }
 
   /// Shows only entries that have this text in one of their columns. Letter case does not count.

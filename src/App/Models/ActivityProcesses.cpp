@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <algorithm>
 #include <iterator>
+#include <set>
 #include <utility>
 
 #include "App/Models/StartingProgram.h"
@@ -15,9 +16,22 @@ using Moment = std::chrono::system_clock::time_point;
 constexpr auto isEarlier = [](Moment date, const ActivityItem* item) { return date < item->line.date; };
 
 bool isOfAHelper(LogPhrase phrase) {
-  return phrase == LogPhrase::helperStarting || phrase == LogPhrase::helperReady ||
-         phrase == LogPhrase::assistantLeft || phrase == LogPhrase::helperStopped;
+  switch (phrase) {
+    case LogPhrase::helperStarting:
+    case LogPhrase::helperReady:
+    case LogPhrase::assistantConnected:
+    case LogPhrase::callBegan:
+    case LogPhrase::assistantLeft:
+    case LogPhrase::helperStopped:
+      return true;
+    default:
+      return false;
+  }
 }
+
+constexpr auto isNewer = [](const ActivityProcess& one, const ActivityProcess& other) {
+  return std::pair(one.since, one.number) > std::pair(other.since, other.number);
+};
 
 std::optional<qint64> keyOf(const ActivityEntry& line) {
   return line.isOwn ? std::nullopt : std::optional(line.processID);
@@ -59,8 +73,9 @@ void ActivityProcesses::learn(Process& process, const ActivityEntry& line) {
   process.known.since = std::min(process.known.since, line.date);
   process.hasStart |= phrase == LogPhrase::helperStarting;
   process.hasStopped |= phrase == LogPhrase::helperStopped;
-  if (!line.isOwn && isOfAHelper(phrase)) {
-    process.known.kind = ActivityProcess::Kind::helper;
+  process.isApp |= line.isOwn || phrase == LogPhrase::callTried || phrase == LogPhrase::endpointListening;
+  if (!line.isOwn && (process.isApp || isOfAHelper(phrase))) {
+    process.known.kind = process.isApp ? ActivityProcess::Kind::other : ActivityProcess::Kind::helper;
   }
 }
 
@@ -108,12 +123,28 @@ ActivityProcesses::Process& ActivityProcesses::insert(const ActivityEntry& first
   return **all.insert(all.begin() + static_cast<std::ptrdiff_t>(place), std::move(process));
 }
 
-template <class Condition>
-void ActivityProcesses::eraseEmpty(const Condition& condition) {
+bool ActivityProcesses::mayRun(const Process& process) {
+  return process.known.kind == ActivityProcess::Kind::helper && !process.hasStopped && !process.isReplaced &&
+         process.known.processID != 0;
+}
+
+/// A helper may wait for its assistant for hours, and is known when it writes again: of those without an
+/// entry the newest stay.
+void ActivityProcesses::eraseEmpty() {
+  std::vector<ActivityProcess> waiting;
+  forEach([&](const Process& process) {
+    if (process.items.empty() && mayRun(process)) {
+      waiting.push_back(process.known);
+    }
+  });
+  std::sort(waiting.begin(), waiting.end(), isNewer);
+  std::set<int> kept{thisApp, chosen_.value_or(thisApp)};
+  for (std::size_t place = 0; place < std::min(waiting.size(), mostProcesses); ++place) {
+    kept.insert(waiting[place].number);
+  }
   for (auto each = processes_.begin(); each != processes_.end();) {
     std::erase_if(each->second, [&](const std::unique_ptr<Process>& process) {
-      const int number = process->known.number;
-      return process->items.empty() && number != thisApp && number != chosen_ && condition(*process);
+      return process->items.empty() && !kept.contains(process->known.number);
     });
     each = each->second.empty() ? processes_.erase(each) : std::next(each);
   }
@@ -125,16 +156,14 @@ void ActivityProcesses::drop(ActivityItem& item) {
     if (process->known.number == item.process) {
       process->items.pop_front();
       process->calls.forget(item);
-      if (process->items.empty()) {
-        eraseEmpty([&](const Process& empty) { return &empty == process.get(); });
-      }
+      hasEmptyOnes_ |= process->items.empty();
       return;
     }
   }
 }
 
 void ActivityProcesses::dropAll() {
-  eraseEmpty([](const Process&) { return true; });
+  eraseEmpty();
   forEach([](Process& process) {
     process.items.clear();
     process.calls.reset();
@@ -144,6 +173,9 @@ void ActivityProcesses::dropAll() {
 }
 
 void ActivityProcesses::settle(Moment giveUpBefore) {
+  if (std::exchange(hasEmptyOnes_, false)) {
+    eraseEmpty();
+  }
   forEach([&](Process& process) {
     if (std::exchange(process.isUnordered, false)) {
       order(process);
@@ -201,8 +233,8 @@ std::vector<ActivityItem*> ActivityProcesses::takeChanged() {
 }
 
 void ActivityProcesses::choose(std::optional<int> number) {
-  const std::optional<int> before = std::exchange(chosen_, number);
-  eraseEmpty([&](const Process& process) { return process.known.number == before; });
+  chosen_ = number;
+  hasEmptyOnes_ = true;
 }
 
 std::vector<ActivityProcess> ActivityProcesses::others() const {
@@ -213,18 +245,20 @@ std::vector<ActivityProcess> ActivityProcesses::others() const {
       result.push_back(process.known);
     }
   });
-  std::sort(result.begin(), result.end(), [](const ActivityProcess& one, const ActivityProcess& other) {
-    return std::pair(one.since, one.number) > std::pair(other.since, other.number);
-  });
+  std::sort(result.begin(), result.end(), isNewer);
+  if (result.size() > mostProcesses) {
+    const auto rest = result.begin() + static_cast<std::ptrdiff_t>(mostProcesses);
+    const auto chosen = std::find_if(
+        rest, result.end(), [&](const ActivityProcess& process) { return process.number == chosen_; });
+    result.erase(chosen == result.end() ? rest : std::rotate(rest, chosen, chosen + 1), result.end());
+  }
   return result;
 }
 
 std::vector<int> ActivityProcesses::takeUnnamed() {
   std::vector<int> numbers;
   forEach([&](Process& process) {
-    const bool mayRun = process.known.kind == ActivityProcess::Kind::helper && !process.hasStopped &&
-                        !process.isReplaced && process.known.processID != 0;
-    if (mayRun && !std::exchange(process.isNamed, true)) {
+    if (mayRun(process) && !std::exchange(process.isNamed, true)) {
       numbers.push_back(process.known.number);
     }
   });
@@ -232,8 +266,9 @@ std::vector<int> ActivityProcesses::takeUnnamed() {
 }
 
 void ActivityProcesses::name(const std::vector<int>& numbers, const std::vector<RunningProgram>& running) {
+  const std::set<int> asked(numbers.begin(), numbers.end());
   forEach([&](Process& process) {
-    if (std::find(numbers.begin(), numbers.end(), process.known.number) != numbers.end()) {
+    if (asked.contains(process.known.number)) {
       process.known.program = startingProgram(process.known.processID, running);
     }
   });

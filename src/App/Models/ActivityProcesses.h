@@ -32,7 +32,7 @@ struct ActivityProcess {
     thisApp,
     /// Serves an assistant.
     helper,
-    /// Another one, such as a test of the connection on the command line.
+    /// Another one, such as a test of the connection on the command line, or an earlier run of this app.
     other,
   };
 
@@ -51,6 +51,7 @@ struct ActivityProcess {
 class ActivityProcesses {
  public:
   static constexpr int thisApp = 0;
+  static constexpr std::size_t mostProcesses = 50;
 
   ActivityProcesses();
   ActivityProcesses(const ActivityProcesses&) = delete;
@@ -70,7 +71,7 @@ class ActivityProcesses {
 
   /// Keeps this one, also without an entry.
   void choose(std::optional<int> number);
-  /// Those that have an entry, newest first, and the chosen one. This app is not among them.
+  /// The newest of those that have an entry, newest first, and the chosen one. This app is not among them.
   std::vector<ActivityProcess> others() const;
 
   /// The numbers of the helpers that may still run, for finding out who started them. Each comes once.
@@ -85,6 +86,8 @@ class ActivityProcesses {
     std::deque<ActivityItem*> items{};
     ActivityCalls calls;
     bool hasStart = false;
+    /// This app, now or when it ran before.
+    bool isApp = false;
     bool hasStopped = false;
     /// A later process has its number.
     bool isReplaced = false;
@@ -99,8 +102,8 @@ class ActivityProcesses {
   Process& insert(const ActivityEntry& first, std::size_t place);
   static void learn(Process& process, const ActivityEntry& line);
   void order(Process& process);
-  template <class Condition>
-  void eraseEmpty(const Condition& condition);
+  static bool mayRun(const Process& process);
+  void eraseEmpty();
   template <class Function>
   void forEach(const Function& function) const;
 
@@ -109,6 +112,8 @@ class ActivityProcesses {
   std::map<std::optional<qint64>, Processes> processes_;
   std::optional<int> chosen_;
   int next_ = thisApp + 1;
+  /// A process has lost its last entry, or is chosen no more.
+  bool hasEmptyOnes_ = false;
 };
 
 }  // namespace tarnwell

@@ -25,6 +25,7 @@ constexpr Pattern messages[] = {
     {LogPhrase::assistantConnected, "initialize (protocol %N)"},
     {LogPhrase::assistantLeft, "stdio input stream ended"},
     {LogPhrase::helperStopped, "stdio MCP server stopped"},
+    {LogPhrase::callTried, "tried by the user: %N"},
     {LogPhrase::callBegan, "tool call: %N"},
     {LogPhrase::callCancelled, "cancelled by the client before it began: %N"},
     {LogPhrase::callOutlivedItsConnection, "a call was not run: its connection closed before it began"},

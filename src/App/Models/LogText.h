@@ -22,6 +22,7 @@ enum class LogPhrase {
   assistantLeft,
   helperStopped,
   // Calls. name: the tool.
+  callTried,  // by the user
   callBegan,
   callCancelled,
   callOutlivedItsConnection,  // no name
@@ -41,7 +42,7 @@ enum class LogPhrase {
   changePreviewed,
   changeRefused,
   callStopped,  // cancelled after it had begun
-  callEnded,  // detail: what it gave, in a text that is not one of ours
+  callEnded,    // detail: what it gave, in a text that is not one of ours
   callFailed,
   callMetKeyringError,
   callBroke,

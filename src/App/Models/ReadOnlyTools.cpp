@@ -1,5 +1,7 @@
 #include "App/Models/ReadOnlyTools.h"
 
+#include "Core/AppLogger.h"
+
 namespace tarnwell {
 
 ToolCall ReadOnlyTools::call(ToolName tool, JSONObject arguments, const CallWatch& watch) const {
@@ -7,6 +9,7 @@ ToolCall ReadOnlyTools::call(ToolName tool, JSONObject arguments, const CallWatc
     arguments["dryRun"] = true;
   }
   const JSONValue sent = std::move(arguments);
+  AppLogger::info(AppLogger::Category::tool, "tried by the user: " + std::string(rawValue(tool)));
   ToolCall call{
       .tool = tool,
       .request = JSONValue(JSONObject{{"name", rawValue(tool)}, {"arguments", sent}}).prettyString(),

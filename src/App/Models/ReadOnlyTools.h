@@ -6,7 +6,7 @@
 ///     call.request;  // what was asked, with "dryRun": true
 ///
 /// Tools that read pass as they are. A tool that can change the mailbox only tells what it would do, whatever
-/// the arguments say.
+/// the arguments say. The log tells each call as one that the user tries.
 ///
 /// Threads: a value; one call at a time. Several values may be used at once.
 

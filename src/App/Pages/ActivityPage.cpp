@@ -7,6 +7,7 @@
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QVariant>
+#include <map>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -14,6 +15,12 @@
 #include "App/Pages/ActivityTexts.h"
 
 namespace tarnwell {
+
+namespace {
+
+constexpr int linesOfAnEntry = 6;
+
+}  // namespace
 
 ActivityPage::ActivityPage(ActivityModel& activity, FileChoice& files, QWidget* parent)
     : Page(parent),
@@ -28,8 +35,8 @@ ActivityPage::ActivityPage(ActivityModel& activity, FileChoice& files, QWidget* 
       followLabel_(new QLabel),
       follow_(new Switch),
       table_(new ActivityTable(activity)),
-      entryText_(new ToneLabel),
-      entryOriginal_(new ToneLabel(Tone::faint)),
+      emptyText_(new ToneLabel),
+      entry_(new ReadingText(linesOfAnEntry)),
       clear_(new QPushButton),
       copy_(new QPushButton),
       save_(new QPushButton) {
@@ -42,11 +49,6 @@ void ActivityPage::arrange() {
   fillRoom();
   search_->setClearButtonEnabled(true);
   follow_->setChecked(table_->isFollowing());
-  for (ToneLabel* const label : {entryText_, entryOriginal_}) {
-    label->setTextFormat(Qt::PlainText);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  }
-
   everyLine_->setChecked(activity_.detail() == ActivityDetail::everyLine);
   // Room for some letters to search for, whatever the processes are called.
   search_->setMinimumWidth(fontMetrics().averageCharWidth() * 20);
@@ -66,8 +68,8 @@ void ActivityPage::arrange() {
   body()->addLayout(tools);
   body()->addLayout(view);
   body()->addWidget(table_, 1);
-  body()->addWidget(entryText_);
-  body()->addWidget(entryOriginal_);
+  body()->addWidget(emptyText_);
+  body()->addWidget(entry_);
   footer()->addWidget(clear_);
   footer()->addStretch(1);
   footer()->addWidget(copy_);
@@ -135,6 +137,7 @@ void ActivityPage::setTexts() {
   follow_->setToolTip(tr("Stays at the newest entry."));
   follow_->setAccessibleDescription(follow_->toolTip());
   table_->setAccessibleName(tr("Entries"));
+  entry_->setAccessibleName(tr("The chosen entry"));
   clear_->setText(tr("C&lear"));
   clear_->setToolTip(tr("Hides all entries so far. The logs themselves stay as they are."));
   clear_->setAccessibleDescription(clear_->toolTip());
@@ -158,8 +161,13 @@ void ActivityPage::showProcesses() {
   std::vector<std::pair<QVariant, QString>> wanted{
       {QVariant(), tr("Everything")},
       {ActivityProcesses::thisApp, ActivityTexts::process({.kind = ActivityProcess::Kind::thisApp})}};
+  std::map<QString, int> uses;
   for (const ActivityProcess& process : activity_.otherProcesses()) {
-    wanted.emplace_back(process.number, ActivityTexts::process(process));
+    ++uses[ActivityTexts::process(process)];
+  }
+  for (const ActivityProcess& process : activity_.otherProcesses()) {
+    const QString name = ActivityTexts::process(process);
+    wanted.emplace_back(process.number, uses[name] == 1 ? name : ActivityTexts::exactProcess(process));
   }
   const QSignalBlocker blocker(process_);
   int place = 0;
@@ -219,23 +227,19 @@ void ActivityPage::showSaved() {
 }
 
 void ActivityPage::showEntry() {
-  const QModelIndex current = table_->currentIndex();
-  QString original;
-  if (activity_.rowCount() == 0) {
-    entryText_->setText(activity_.isSearching()    ? tr("No entry has this text.")
-                        : activity_.shownProcess() ? tr("This process has no entry yet.")
-                                                   : tr("There is no entry yet."));
-  } else if (current.isValid()) {
+  const bool isEmpty = activity_.rowCount() == 0;
+  emptyText_->setText(activity_.isSearching()    ? tr("No entry has this text.")
+                      : activity_.shownProcess() ? tr("No entry of this process is shown.")
+                                                 : tr("No entry is shown."));
+  emptyText_->setVisible(isEmpty);
+  QString text;
+  if (const QModelIndex current = table_->currentIndex(); !isEmpty && current.isValid()) {
     const ActivityEntry& entry = activity_.entry(current.row());
-    const bool isOurs = ActivityTexts::isOurs(entry);
-    entryText_->setText(isOurs ? ActivityTexts::sentence(entry) : entry.original);
-    original = isOurs ? entry.original : QString();
-  } else {
-    entryText_->clear();
+    text = ActivityTexts::isOurs(entry) ? ActivityTexts::sentence(entry) + u'\n' : QString();
+    text += entry.original;
   }
-  entryText_->setVisible(!entryText_->text().isEmpty());
-  entryOriginal_->setText(original);
-  entryOriginal_->setVisible(!original.isEmpty());
+  entry_->setText(text);
+  entry_->setVisible(!text.isEmpty());
 }
 
 void ActivityPage::copy() {

@@ -16,6 +16,7 @@
 #include "App/Widgets/FileChoice.h"
 #include "App/Widgets/Notice.h"
 #include "App/Widgets/Page.h"
+#include "App/Widgets/ReadingText.h"
 #include "App/Widgets/Switch.h"
 
 namespace tarnwell {
@@ -43,7 +44,8 @@ class ActivityPage : public Page {
   void chooseProcess(int place);
   void showAccess();
   void showSaved();
-  /// The entry that the keyboard is on, in full; or why the table is empty.
+  /// The entry that the keyboard is on, in full, as it is said and as it was logged; or why the table is
+  /// empty.
   void showEntry();
   void copy();
   void save();
@@ -66,8 +68,9 @@ class ActivityPage : public Page {
   QLabel* followLabel_;
   Switch* follow_;
   ActivityTable* table_;
-  ToneLabel* entryText_;
-  ToneLabel* entryOriginal_;
+  /// Why the table is empty.
+  ToneLabel* emptyText_;
+  ReadingText* entry_;
   QPushButton* clear_;
   QPushButton* copy_;
   QPushButton* save_;

@@ -1,5 +1,6 @@
 #include "App/Pages/ActivityTexts.h"
 
+#include <QLocale>
 #include <chrono>
 
 #include "App/Pages/CallTexts.h"
@@ -115,11 +116,19 @@ QString ActivityTexts::remedy(LogAccess access) {
 }
 
 QString ActivityTexts::process(const ActivityProcess& process) {
-  constexpr qsizetype withoutSeconds = 3;  // ":00"
-  const QString since = timeWords(process.since).chopped(withoutSeconds);
-  if (!process.program.isEmpty()) {
-    return tr("%1, since %2").arg(process.program, since);
-  }
+  constexpr qsizetype seconds = 3;  // ":00"
+  const QString since = timeWords(process.since).chopped(seconds);
+  return process.program.isEmpty() ? named(process, since) : tr("%1, since %2").arg(process.program, since);
+}
+
+QString ActivityTexts::exactProcess(const ActivityProcess& process) {
+  const QString since = timeWords(process.since);
+  return process.program.isEmpty() ? named(process, since)
+                                   : tr("%1 (process %2), since %3")
+                                         .arg(process.program, QString::number(process.processID), since);
+}
+
+QString ActivityTexts::named(const ActivityProcess& process, const QString& since) {
   const QString number = QString::number(process.processID);
   switch (process.kind) {
     case ActivityProcess::Kind::thisApp:
@@ -150,8 +159,10 @@ QString ActivityTexts::sentence(const LogText& text) {
       return tr("The assistant said goodbye.");
     case LogPhrase::helperStopped:
       return tr("The helper stopped.");
+    case LogPhrase::callTried:
+      return tr("You try %1.").arg(text.name);
     case LogPhrase::callBegan:
-      return tr("The assistant calls %1.").arg(text.name);
+      return tr("%1 is called.").arg(text.name);
     case LogPhrase::callCancelled:
       return tr("The assistant cancelled %1 before it began.").arg(text.name);
     case LogPhrase::callOutlivedItsConnection:
@@ -166,35 +177,35 @@ QString ActivityTexts::sentence(const LogText& text) {
       return tr("%1 is refused: it is off in the safety settings.").arg(text.name);
     case LogPhrase::foundMessages:
       return text.withheld > 0
-                 ? tr("%1 gave %n message(s), %2 withheld (%3 s).", nullptr, CallTexts::count(text.count))
-                       .arg(text.name, QString::number(text.withheld), CallTexts::seconds(text))
-                 : tr("%1 gave %n message(s) (%2 s).", nullptr, CallTexts::count(text.count))
+                 ? tr("%1 gave %Ln message(s), %2 withheld (%3).", nullptr, CallTexts::count(text.count))
+                       .arg(text.name, QLocale().toString(text.withheld), CallTexts::seconds(text))
+                 : tr("%1 gave %Ln message(s) (%2).", nullptr, CallTexts::count(text.count))
                        .arg(text.name, CallTexts::seconds(text));
     case LogPhrase::foundFolders:
-      return tr("%1 gave %n folder(s) (%2 s).", nullptr, CallTexts::count(text.count))
+      return tr("%1 gave %Ln folder(s) (%2).", nullptr, CallTexts::count(text.count))
           .arg(text.name, CallTexts::seconds(text));
     case LogPhrase::readText:
-      return tr("%1 gave a text of %n character(s) (%2 s).", nullptr, CallTexts::count(text.count))
+      return tr("%1 gave a text of %Ln character(s) (%2).", nullptr, CallTexts::count(text.count))
           .arg(text.name, CallTexts::seconds(text));
     case LogPhrase::textWithheld:
-      return tr("%1 withheld the text of the message (%2 s).").arg(text.name, CallTexts::seconds(text));
+      return tr("%1 withheld the text of the message (%2).").arg(text.name, CallTexts::seconds(text));
     case LogPhrase::hadNoText:
-      return tr("%1 found no text in the message (%2 s).").arg(text.name, CallTexts::seconds(text));
+      return tr("%1 found no text in the message (%2).").arg(text.name, CallTexts::seconds(text));
     case LogPhrase::statusConfigured:
-      return tr("%1 answered that an account is set up (%2 s).").arg(text.name, CallTexts::seconds(text));
+      return tr("%1 answered that an account is set up (%2).").arg(text.name, CallTexts::seconds(text));
     case LogPhrase::statusNotConfigured:
-      return tr("%1 answered that no account is set up (%2 s).").arg(text.name, CallTexts::seconds(text));
+      return tr("%1 answered that no account is set up (%2).").arg(text.name, CallTexts::seconds(text));
     case LogPhrase::changeMade:
-      return tr("%1 changed the mailbox (%2 s).").arg(text.name, CallTexts::seconds(text));
+      return tr("%1 changed the mailbox (%2).").arg(text.name, CallTexts::seconds(text));
     case LogPhrase::changePreviewed:
-      return tr("%1 told what it would change, and changed nothing (%2 s).")
+      return tr("%1 told what it would change, and changed nothing (%2).")
           .arg(text.name, CallTexts::seconds(text));
     case LogPhrase::changeRefused:
-      return tr("%1 was refused and changed nothing (%2 s).").arg(text.name, CallTexts::seconds(text));
+      return tr("%1 was refused and changed nothing (%2).").arg(text.name, CallTexts::seconds(text));
     case LogPhrase::callStopped:
-      return tr("%1 was cancelled (%2 s).").arg(text.name, CallTexts::seconds(text));
+      return tr("%1 was cancelled (%2).").arg(text.name, CallTexts::seconds(text));
     case LogPhrase::callEnded:
-      return tr("%1 answered: %2 (%3 s).").arg(text.name, text.detail, CallTexts::seconds(text));
+      return tr("%1 answered: %2 (%3).").arg(text.name, text.detail, CallTexts::seconds(text));
     case LogPhrase::callFailed:
       return tr("%1 failed: %2").arg(text.name, text.detail);
     case LogPhrase::callMetKeyringError:

@@ -21,6 +21,8 @@ class ActivityTexts : public ActivityWords {
   static QString subject(AppLogger::Category subject);
   /// For the choice of a process.
   static QString process(const ActivityProcess& process);
+  /// For one that would else have the same name as another.
+  static QString exactProcess(const ActivityProcess& process);
   /// Whether the entry is said in our words. Otherwise it is shown as it was logged.
   static bool isOurs(const ActivityEntry& entry) { return entry.text.phrase != LogPhrase::other; }
   static QString sentence(const ActivityEntry& entry);
@@ -31,6 +33,9 @@ class ActivityTexts : public ActivityWords {
   static QString missing(LogAccess access);
   /// What can be done about it. May be empty.
   static QString remedy(LogAccess access);
+
+ private:
+  static QString named(const ActivityProcess& process, const QString& since);
 };
 
 }  // namespace tarnwell

@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 
+#include "App/Models/HarmlessText.h"
+
 namespace tarnwell::AssistantsTexts {
 
 namespace {
@@ -18,7 +20,7 @@ using Goal = ConnectionPlan::Goal;
 
 QString name(const AssistantState& assistant) { return QString::fromStdString(assistant.name); }
 
-QString path(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
+QString path(const std::filesystem::path& path) { return harmlessLine(path.string()); }
 
 /// Of itself a line ends at a slash only, and names of files can be longer than a line.
 QString pathInSentence(const std::filesystem::path& path) {
@@ -126,7 +128,7 @@ std::vector<DifferenceView::Line> lines(const std::vector<DifferenceLine>& diffe
   using Kind = DifferenceView::Line::Kind;
   std::vector<DifferenceView::Line> shown;
   for (const DifferenceLine& line : difference) {
-    const QString text = QString::fromStdString(line.text);
+    const QString text = harmlessText(line.text);
     switch (line.kind) {
       case DifferenceLine::Kind::same:
         shown.push_back({Kind::same, text});

@@ -1,5 +1,6 @@
 #include "App/Pages/CallTexts.h"
 
+#include <QLocale>
 #include <algorithm>
 #include <limits>
 
@@ -7,7 +8,9 @@ namespace tarnwell {
 
 QString CallTexts::seconds(const LogText& text) {
   constexpr double millisecondsPerSecond = 1'000;
-  return QString::number(static_cast<double>(text.milliseconds) / millisecondsPerSecond, 'f', 1);
+  const double seconds = static_cast<double>(text.milliseconds) / millisecondsPerSecond;
+  return seconds < 0.05 ? tr("under %1 s").arg(QLocale().toString(0.1, 'f', 1))
+                        : tr("%1 s").arg(QLocale().toString(seconds, 'f', 1));
 }
 
 int CallTexts::count(qint64 number) {
@@ -15,15 +18,21 @@ int CallTexts::count(qint64 number) {
 }
 
 QString CallTexts::row(const ActivityCall& call, const LogText& text) {
+  return call.isTrial ? tr("Try it: %1").arg(words(call, text)) : words(call, text);
+}
+
+QString CallTexts::words(const ActivityCall& call, const LogText& text) {
   switch (call.state) {
     case ActivityCall::State::begun:
       return begun(call.tool, text.name);
     case ActivityCall::State::ended:
       return outcome(call, text);
-    case ActivityCall::State::withoutOutcome:
-      return call.tool == CalledTool::other
-                 ? tr("There is no tool with the name %1").arg(text.name)
-                 : tr("%1 not possible with what the assistant gave").arg(action(call.tool, text.name));
+    case ActivityCall::State::unusable:
+      return call.tool == CalledTool::other ? tr("There is no tool with the name %1").arg(text.name)
+                                            : tr("%1 not done: the assistant's request was not usable")
+                                                  .arg(action(call.tool, text.name));
+    case ActivityCall::State::unknown:
+      return tr("%1: no outcome in the log").arg(action(call.tool, text.name));
     case ActivityCall::State::brokenOff:
       return tr("%1 broken off: the helper ended").arg(action(call.tool, text.name));
   }
@@ -33,7 +42,7 @@ QString CallTexts::row(const ActivityCall& call, const LogText& text) {
 QString CallTexts::begun(CalledTool tool, const QString& name) {
   switch (tool) {
     case CalledTool::getStatus:
-      return tr("Telling the status…");
+      return tr("Giving the status…");
     case CalledTool::listFolders:
       return tr("Listing the folders…");
     case CalledTool::searchInbox:
@@ -59,7 +68,7 @@ QString CallTexts::begun(CalledTool tool, const QString& name) {
 QString CallTexts::done(CalledTool tool, const QString& name) {
   switch (tool) {
     case CalledTool::getStatus:
-      return tr("Told the status");
+      return tr("Gave the status");
     case CalledTool::listFolders:
       return tr("Listed the folders");
     case CalledTool::searchInbox:
@@ -128,31 +137,31 @@ QString CallTexts::outcome(const ActivityCall& call, const LogText& text) {
   switch (text.phrase) {
     case LogPhrase::foundMessages:
       if (call.tool == CalledTool::getMessageSummary) {
-        return tr("%1, %2 s").arg(did, time);
+        return tr("%1, %2").arg(did, time);
       }
-      return text.withheld > 0 ? tr("%1: %n message(s), %2 withheld, %3 s", nullptr, count(text.count))
-                                     .arg(did, QString::number(text.withheld), time)
-                               : tr("%1: %n message(s), %2 s", nullptr, count(text.count)).arg(did, time);
+      return text.withheld > 0 ? tr("%1: %Ln message(s), %2 withheld, %3", nullptr, count(text.count))
+                                     .arg(did, QLocale().toString(text.withheld), time)
+                               : tr("%1: %Ln message(s), %2", nullptr, count(text.count)).arg(did, time);
     case LogPhrase::foundFolders:
-      return tr("%1: %n folder(s), %2 s", nullptr, count(text.count)).arg(did, time);
+      return tr("%1: %Ln folder(s), %2", nullptr, count(text.count)).arg(did, time);
     case LogPhrase::readText:
-      return tr("%1: %n character(s), %2 s", nullptr, count(text.count)).arg(did, time);
+      return tr("%1: %Ln character(s), %2", nullptr, count(text.count)).arg(did, time);
     case LogPhrase::textWithheld:
-      return tr("%1: withheld, %2 s").arg(did, time);
+      return tr("%1: withheld, %2").arg(did, time);
     case LogPhrase::hadNoText:
-      return tr("%1: it has no text, %2 s").arg(did, time);
+      return tr("%1: it has no text, %2").arg(did, time);
     case LogPhrase::statusConfigured:
-      return tr("%1: an account is set up, %2 s").arg(did, time);
+      return tr("%1: an account is set up, %2").arg(did, time);
     case LogPhrase::statusNotConfigured:
-      return tr("%1: no account is set up, %2 s").arg(did, time);
+      return tr("%1: no account is set up, %2").arg(did, time);
     case LogPhrase::changeMade:
-      return tr("%1, %2 s").arg(did, time);
+      return tr("%1, %2").arg(did, time);
     case LogPhrase::changePreviewed:
-      return tr("%1, %2 s").arg(previewed(call.tool, text.name), time);
+      return tr("%1, %2").arg(previewed(call.tool, text.name), time);
     case LogPhrase::changeRefused:
       return refused(action(call.tool, text.name), call.decision);
     case LogPhrase::callStopped:
-      return tr("%1 cancelled after %2 s").arg(action(call.tool, text.name), time);
+      return tr("%1 cancelled, %2").arg(action(call.tool, text.name), time);
     case LogPhrase::callCancelled:
       return tr("%1 cancelled before it began").arg(action(call.tool, text.name));
     case LogPhrase::callFailed:
@@ -163,7 +172,7 @@ QString CallTexts::outcome(const ActivityCall& call, const LogText& text) {
     case LogPhrase::callBroke:
       return tr("%1 failed by a fault of the helper: %2").arg(action(call.tool, text.name), text.detail);
     default:
-      return tr("%1: %2, %3 s").arg(did, text.detail, time);
+      return tr("%1: %2, %3").arg(did, text.detail, time);
   }
 }
 

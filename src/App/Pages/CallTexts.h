@@ -19,11 +19,13 @@ class CallTexts {
   /// `text` is what the call came to, or its beginning.
   static QString row(const ActivityCall& call, const LogText& text);
 
+  /// How long it took, with the unit.
   static QString seconds(const LogText& text);
   /// For a plural. What is larger than its largest number is that number.
   static int count(qint64 number);
 
  private:
+  static QString words(const ActivityCall& call, const LogText& text);
   static QString begun(CalledTool tool, const QString& name);
   static QString done(CalledTool tool, const QString& name);
   static QString previewed(CalledTool tool, const QString& name);

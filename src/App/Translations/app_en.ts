@@ -4,62 +4,62 @@
 <context>
     <name>ActivityTexts</name>
     <message numerus="yes">
-        <source>%1 gave %n message(s) (%2 s).</source>
+        <source>%1 gave %Ln message(s) (%2).</source>
         <translation>
-            <numerusform>%1 gave %n message (%2 s).</numerusform>
-            <numerusform>%1 gave %n messages (%2 s).</numerusform>
+            <numerusform>%1 gave %Ln message (%2).</numerusform>
+            <numerusform>%1 gave %Ln messages (%2).</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1 gave %n folder(s) (%2 s).</source>
+        <source>%1 gave %Ln folder(s) (%2).</source>
         <translation>
-            <numerusform>%1 gave %n folder (%2 s).</numerusform>
-            <numerusform>%1 gave %n folders (%2 s).</numerusform>
+            <numerusform>%1 gave %Ln folder (%2).</numerusform>
+            <numerusform>%1 gave %Ln folders (%2).</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1 gave a text of %n character(s) (%2 s).</source>
+        <source>%1 gave a text of %Ln character(s) (%2).</source>
         <translation>
-            <numerusform>%1 gave a text of %n character (%2 s).</numerusform>
-            <numerusform>%1 gave a text of %n characters (%2 s).</numerusform>
+            <numerusform>%1 gave a text of %Ln character (%2).</numerusform>
+            <numerusform>%1 gave a text of %Ln characters (%2).</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1 gave %n message(s), %2 withheld (%3 s).</source>
+        <source>%1 gave %Ln message(s), %2 withheld (%3).</source>
         <translation>
-            <numerusform>%1 gave %n message, %2 of them withheld (%3 s).</numerusform>
-            <numerusform>%1 gave %n messages, %2 of them withheld (%3 s).</numerusform>
+            <numerusform>%1 gave %Ln message, %2 of them withheld (%3).</numerusform>
+            <numerusform>%1 gave %Ln messages, %2 of them withheld (%3).</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>CallTexts</name>
     <message numerus="yes">
-        <source>%1: %n message(s), %2 withheld, %3 s</source>
+        <source>%1: %Ln message(s), %2 withheld, %3</source>
         <translation>
-            <numerusform>%1: %n message, %2 withheld, %3 s</numerusform>
-            <numerusform>%1: %n messages, %2 withheld, %3 s</numerusform>
+            <numerusform>%1: %Ln message, %2 withheld, %3</numerusform>
+            <numerusform>%1: %Ln messages, %2 withheld, %3</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1: %n message(s), %2 s</source>
+        <source>%1: %Ln message(s), %2</source>
         <translation>
-            <numerusform>%1: %n message, %2 s</numerusform>
-            <numerusform>%1: %n messages, %2 s</numerusform>
+            <numerusform>%1: %Ln message, %2</numerusform>
+            <numerusform>%1: %Ln messages, %2</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1: %n folder(s), %2 s</source>
+        <source>%1: %Ln folder(s), %2</source>
         <translation>
-            <numerusform>%1: %n folder, %2 s</numerusform>
-            <numerusform>%1: %n folders, %2 s</numerusform>
+            <numerusform>%1: %Ln folder, %2</numerusform>
+            <numerusform>%1: %Ln folders, %2</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1: %n character(s), %2 s</source>
+        <source>%1: %Ln character(s), %2</source>
         <translation>
-            <numerusform>%1: %n character, %2 s</numerusform>
-            <numerusform>%1: %n characters, %2 s</numerusform>
+            <numerusform>%1: %Ln character, %2</numerusform>
+            <numerusform>%1: %Ln characters, %2</numerusform>
         </translation>
     </message>
 </context>

@@ -104,10 +104,6 @@
         <translation>ヘルパーが終了しました。</translation>
     </message>
     <message>
-        <source>The assistant calls %1.</source>
-        <translation>アシスタントが %1 を呼び出しました。</translation>
-    </message>
-    <message>
         <source>The assistant cancelled %1 before it began.</source>
         <translation>アシスタントが %1 を開始前に取り消しました。</translation>
     </message>
@@ -132,54 +128,54 @@
         <translation>安全設定でオフになっているため、%1 を拒否します。</translation>
     </message>
     <message numerus="yes">
-        <source>%1 gave %n message(s) (%2 s).</source>
+        <source>%1 gave %Ln message(s) (%2).</source>
         <translation>
-            <numerusform>%1 は %n 件のメールを返しました（%2 秒）。</numerusform>
+            <numerusform>%1 は %Ln 通のメールを返しました（%2）。</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1 gave %n folder(s) (%2 s).</source>
+        <source>%1 gave %Ln folder(s) (%2).</source>
         <translation>
-            <numerusform>%1 は %n 個のフォルダーを返しました（%2 秒）。</numerusform>
+            <numerusform>%1 は %Ln 個のフォルダーを返しました（%2）。</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1 gave a text of %n character(s) (%2 s).</source>
+        <source>%1 gave a text of %Ln character(s) (%2).</source>
         <translation>
-            <numerusform>%1 は %n 文字の本文を返しました（%2 秒）。</numerusform>
+            <numerusform>%1 は %Ln 文字の本文を返しました（%2）。</numerusform>
         </translation>
     </message>
     <message>
-        <source>%1 withheld the text of the message (%2 s).</source>
-        <translation>%1 はメールの本文を非公開にしました（%2 秒）。</translation>
+        <source>%1 withheld the text of the message (%2).</source>
+        <translation>%1 はメールの本文を渡しませんでした（%2）。</translation>
     </message>
     <message>
-        <source>%1 found no text in the message (%2 s).</source>
-        <translation>%1 が調べたメールには本文がありませんでした（%2 秒）。</translation>
+        <source>%1 found no text in the message (%2).</source>
+        <translation>%1 が調べたメールには本文がありませんでした（%2）。</translation>
     </message>
     <message>
-        <source>%1 answered that an account is set up (%2 s).</source>
-        <translation>%1 は、アカウントが設定済みだと答えました（%2 秒）。</translation>
+        <source>%1 answered that an account is set up (%2).</source>
+        <translation>%1 は、アカウントが設定済みだと答えました（%2）。</translation>
     </message>
     <message>
-        <source>%1 answered that no account is set up (%2 s).</source>
-        <translation>%1 は、アカウントが未設定だと答えました（%2 秒）。</translation>
+        <source>%1 answered that no account is set up (%2).</source>
+        <translation>%1 は、アカウントが未設定だと答えました（%2）。</translation>
     </message>
     <message>
-        <source>%1 changed the mailbox (%2 s).</source>
-        <translation>%1 がメールボックスを変更しました（%2 秒）。</translation>
+        <source>%1 changed the mailbox (%2).</source>
+        <translation>%1 がメールボックスを変更しました（%2）。</translation>
     </message>
     <message>
-        <source>%1 told what it would change, and changed nothing (%2 s).</source>
-        <translation>%1 は変更の内容だけを伝え、何も変更しませんでした（%2 秒）。</translation>
+        <source>%1 told what it would change, and changed nothing (%2).</source>
+        <translation>%1 は変更の内容だけを伝え、何も変更しませんでした（%2）。</translation>
     </message>
     <message>
-        <source>%1 was refused and changed nothing (%2 s).</source>
-        <translation>%1 は拒否され、何も変更しませんでした（%2 秒）。</translation>
+        <source>%1 was refused and changed nothing (%2).</source>
+        <translation>%1 は拒否され、何も変更しませんでした（%2）。</translation>
     </message>
     <message>
-        <source>%1 answered: %2 (%3 s).</source>
-        <translation>%1 の答え: %2（%3 秒）</translation>
+        <source>%1 answered: %2 (%3).</source>
+        <translation>%1 の答え: %2（%3）</translation>
     </message>
     <message>
         <source>%1 failed: %2</source>
@@ -195,7 +191,7 @@
     </message>
     <message>
         <source>Signed in to the mail server as %1.</source>
-        <translation>%1 としてメールサーバーにサインインしました。</translation>
+        <translation>%1 としてメールサーバーにログインしました。</translation>
     </message>
     <message>
         <source>The settings file cannot be read. The default settings hold.</source>
@@ -234,9 +230,9 @@
         <translation>ローカル接続を停止しました。</translation>
     </message>
     <message numerus="yes">
-        <source>%1 gave %n message(s), %2 withheld (%3 s).</source>
+        <source>%1 gave %Ln message(s), %2 withheld (%3).</source>
         <translation>
-            <numerusform>%1 は %n 件のメールを返しました。うち %2 件は非公開です（%3 秒）。</numerusform>
+            <numerusform>%1 は %Ln 通のメールを返しました。うち %2 通は渡していません（%3）。</numerusform>
         </translation>
     </message>
     <message>
@@ -256,8 +252,20 @@
         <translation>プログラム %1（%2 から）</translation>
     </message>
     <message>
-        <source>%1 was cancelled (%2 s).</source>
-        <translation>%1 は取り消されました（%2 秒）。</translation>
+        <source>%1 was cancelled (%2).</source>
+        <translation>%1 は取り消されました（%2）。</translation>
+    </message>
+    <message>
+        <source>%1 (process %2), since %3</source>
+        <translation>%1（プロセス %2、%3 から）</translation>
+    </message>
+    <message>
+        <source>You try %1.</source>
+        <translation>お試しで %1 を呼び出します。</translation>
+    </message>
+    <message>
+        <source>%1 is called.</source>
+        <translation>%1 が呼び出されました。</translation>
     </message>
 </context>
 <context>
@@ -267,15 +275,11 @@
         <translation>%1 というツールはありません</translation>
     </message>
     <message>
-        <source>%1 not possible with what the assistant gave</source>
-        <translation>アシスタントの指定では%1ができませんでした</translation>
-    </message>
-    <message>
         <source>%1 broken off: the helper ended</source>
         <translation>ヘルパーが終了したため、%1が中断されました</translation>
     </message>
     <message>
-        <source>Telling the status…</source>
+        <source>Giving the status…</source>
         <translation>状態を伝えています…</translation>
     </message>
     <message>
@@ -284,11 +288,11 @@
     </message>
     <message>
         <source>Searching the inbox…</source>
-        <translation>受信箱を検索しています…</translation>
+        <translation>受信トレイを検索しています…</translation>
     </message>
     <message>
         <source>Reading the summary of a message…</source>
-        <translation>メールの概要を読んでいます…</translation>
+        <translation>メールの要約を読んでいます…</translation>
     </message>
     <message>
         <source>Reading a message…</source>
@@ -315,7 +319,7 @@
         <translation>%1 を呼び出しています…</translation>
     </message>
     <message>
-        <source>Told the status</source>
+        <source>Gave the status</source>
         <translation>状態を伝えました</translation>
     </message>
     <message>
@@ -324,11 +328,11 @@
     </message>
     <message>
         <source>Searched the inbox</source>
-        <translation>受信箱を検索しました</translation>
+        <translation>受信トレイを検索しました</translation>
     </message>
     <message>
         <source>Read the summary of a message</source>
-        <translation>メールの概要を読みました</translation>
+        <translation>メールの要約を読みました</translation>
     </message>
     <message>
         <source>Read a message</source>
@@ -384,7 +388,7 @@
     </message>
     <message>
         <source>Summary of a message</source>
-        <translation>概要の読み取り</translation>
+        <translation>要約の読み取り</translation>
     </message>
     <message>
         <source>Reading</source>
@@ -407,52 +411,52 @@
         <translation>ゴミ箱への移動</translation>
     </message>
     <message>
-        <source>%1, %2 s</source>
-        <translation>%1、%2 秒</translation>
+        <source>%1, %2</source>
+        <translation>%1（%2）</translation>
     </message>
     <message numerus="yes">
-        <source>%1: %n message(s), %2 withheld, %3 s</source>
+        <source>%1: %Ln message(s), %2 withheld, %3</source>
         <translation>
-            <numerusform>%1: %n 件、うち %2 件は非公開、%3 秒</numerusform>
+            <numerusform>%1: %Ln 通、うち %2 通は渡していません、%3</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1: %n message(s), %2 s</source>
+        <source>%1: %Ln message(s), %2</source>
         <translation>
-            <numerusform>%1: %n 件、%2 秒</numerusform>
+            <numerusform>%1: %Ln 通、%2</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1: %n folder(s), %2 s</source>
+        <source>%1: %Ln folder(s), %2</source>
         <translation>
-            <numerusform>%1: %n 個、%2 秒</numerusform>
+            <numerusform>%1: %Ln 個、%2</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1: %n character(s), %2 s</source>
+        <source>%1: %Ln character(s), %2</source>
         <translation>
-            <numerusform>%1: %n 文字、%2 秒</numerusform>
+            <numerusform>%1: %Ln 文字、%2</numerusform>
         </translation>
     </message>
     <message>
-        <source>%1: withheld, %2 s</source>
-        <translation>%1: 非公開、%2 秒</translation>
+        <source>%1: withheld, %2</source>
+        <translation>%1: 渡していません、%2</translation>
     </message>
     <message>
-        <source>%1: it has no text, %2 s</source>
-        <translation>%1: 本文なし、%2 秒</translation>
+        <source>%1: it has no text, %2</source>
+        <translation>%1: 本文なし、%2</translation>
     </message>
     <message>
-        <source>%1: an account is set up, %2 s</source>
-        <translation>%1: アカウントは設定済み、%2 秒</translation>
+        <source>%1: an account is set up, %2</source>
+        <translation>%1: アカウントは設定済み、%2</translation>
     </message>
     <message>
-        <source>%1: no account is set up, %2 s</source>
-        <translation>%1: アカウントは未設定、%2 秒</translation>
+        <source>%1: no account is set up, %2</source>
+        <translation>%1: アカウントは未設定、%2</translation>
     </message>
     <message>
-        <source>%1 cancelled after %2 s</source>
-        <translation>%1が %2 秒後に取り消されました</translation>
+        <source>%1 cancelled, %2</source>
+        <translation>%1が取り消されました（%2）</translation>
     </message>
     <message>
         <source>%1 cancelled before it began</source>
@@ -471,8 +475,8 @@
         <translation>ヘルパーの不具合で%1に失敗しました: %2</translation>
     </message>
     <message>
-        <source>%1: %2, %3 s</source>
-        <translation>%1: %2、%3 秒</translation>
+        <source>%1: %2, %3</source>
+        <translation>%1: %2、%3</translation>
     </message>
     <message>
         <source>%1 refused: read-only mode is on</source>
@@ -485,6 +489,26 @@
     <message>
         <source>%1 refused</source>
         <translation>%1を拒否しました</translation>
+    </message>
+    <message>
+        <source>under %1 s</source>
+        <translation>%1 秒未満</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 秒</translation>
+    </message>
+    <message>
+        <source>Try it: %1</source>
+        <translation>お試し: %1</translation>
+    </message>
+    <message>
+        <source>%1 not done: the assistant&apos;s request was not usable</source>
+        <translation>アシスタントの指定に誤りがあり、%1ができませんでした</translation>
+    </message>
+    <message>
+        <source>%1: no outcome in the log</source>
+        <translation>%1: 結果の記録がありません</translation>
     </message>
 </context>
 <context>
@@ -507,7 +531,7 @@
     </message>
     <message>
         <source>Tarnwell %1 lets an AI assistant work with one mailbox. Assistants reach it by the &lt;a href=&quot;%2&quot;&gt;Model Context Protocol&lt;/a&gt;. It is free software under the &lt;a href=&quot;%3&quot;&gt;MIT licence&lt;/a&gt;.</source>
-        <translation>Tarnwell %1 は、AI アシスタントが一つのメールボックスを扱えるようにします。アシスタントとは &lt;a href=&quot;%2&quot;&gt;Model Context Protocol&lt;/a&gt; でつながります。&lt;a href=&quot;%3&quot;&gt;MIT ライセンス&lt;/a&gt;の自由ソフトウェアです。</translation>
+        <translation>Tarnwell %1 は、AI アシスタントが 1 つのメールボックスを扱えるようにします。アシスタントとは &lt;a href=&quot;%2&quot;&gt;Model Context Protocol&lt;/a&gt; でつながります。&lt;a href=&quot;%3&quot;&gt;MIT ライセンス&lt;/a&gt;の自由ソフトウェアです。</translation>
     </message>
     <message>
         <source>Language</source>
@@ -566,7 +590,7 @@
     </message>
     <message>
         <source>&amp;Cancel</source>
-        <translation>中止(&amp;C)</translation>
+        <translation>キャンセル(&amp;C)</translation>
     </message>
     <message>
         <source>&amp;Test connection</source>
@@ -713,7 +737,7 @@
     </message>
     <message>
         <source>At first it may only read, and mail with codes and account links stays closed to it.</source>
-        <translation>初期設定では読み取りだけが許可され、認証コードやアカウントのリンクを含むメールは公開されません。</translation>
+        <translation>初期設定では読み取りだけが許可され、認証コードやアカウントのリンクを含むメールは渡しません。</translation>
     </message>
     <message>
         <source>Type your account here, test the connection, save it: then connect your assistant.</source>
@@ -765,7 +789,7 @@
     </message>
     <message>
         <source>The test was stopped.</source>
-        <translation>テストを中止しました。</translation>
+        <translation>テストをキャンセルしました。</translation>
     </message>
     <message>
         <source>The mail server was not found. Check its name for typing errors, and that this computer is online.</source>
@@ -865,7 +889,7 @@
     </message>
     <message>
         <source>Somebody else may have written the settings file, so it does not count and nothing can be saved. Remove it, or make it your own: %1</source>
-        <translation>設定ファイルが他のユーザーに書き換えられた可能性があるため、ファイルは使われず、保存もできません。ファイルを削除するか、所有者と権限を直してください: %1</translation>
+        <translation>設定ファイルがほかのユーザーに書き換えられた可能性があるため、ファイルは使われず、保存もできません。ファイルを削除するか、所有者と権限を直してください: %1</translation>
     </message>
     <message>
         <source>Remove the account?</source>
@@ -951,10 +975,6 @@
         <translation>一致する記録はありません。</translation>
     </message>
     <message>
-        <source>There is no entry yet.</source>
-        <translation>記録はまだありません。</translation>
-    </message>
-    <message>
         <source>Save the entries</source>
         <translation>記録を保存</translation>
     </message>
@@ -968,7 +988,7 @@
     </message>
     <message>
         <source>Shows only what one process did: this app, or one helper of an assistant.</source>
-        <translation>一つのプロセス（このアプリ、またはアシスタントのヘルパーの一つ）がしたことだけを表示します。</translation>
+        <translation>1 つのプロセス（このアプリ、またはアシスタントのヘルパーの 1 つ）がしたことだけを表示します。</translation>
     </message>
     <message>
         <source>&amp;Every line of the log</source>
@@ -980,15 +1000,23 @@
     </message>
     <message>
         <source>Shows each line as it was logged, instead of one for each call.</source>
-        <translation>呼び出しごとに一行ではなく、ログの行をすべて表示します。</translation>
+        <translation>呼び出しごとに 1 行ではなく、ログの行をすべて表示します。</translation>
     </message>
     <message>
         <source>Everything</source>
         <translation>すべて</translation>
     </message>
     <message>
-        <source>This process has no entry yet.</source>
-        <translation>このプロセスの記録はまだありません。</translation>
+        <source>The chosen entry</source>
+        <translation>選んだ記録</translation>
+    </message>
+    <message>
+        <source>No entry of this process is shown.</source>
+        <translation>このプロセスの記録は表示されていません。</translation>
+    </message>
+    <message>
+        <source>No entry is shown.</source>
+        <translation>表示する記録はありません。</translation>
     </message>
 </context>
 <context>
@@ -1419,11 +1447,11 @@
     </message>
     <message>
         <source>Without the token, every program and every user of this computer could use your mailbox through the endpoint. Give it only to programs that you trust.</source>
-        <translation>トークンがなければ、このコンピューターのすべてのプログラムと利用者が、ローカル接続を通じてメールボックスを利用できてしまいます。信頼できるプログラムにだけ渡してください。</translation>
+        <translation>トークンがなければ、このコンピューターのすべてのプログラムとユーザーが、ローカル接続を通じてメールボックスを利用できてしまいます。信頼できるプログラムにだけ渡してください。</translation>
     </message>
     <message>
         <source>Without a token, every program and every user of this computer could use your mailbox through the endpoint. Yours is made when you start it for the first time, and kept in the keyring.</source>
-        <translation>トークンがなければ、このコンピューターのすべてのプログラムと利用者が、ローカル接続を通じてメールボックスを利用できてしまいます。トークンは初めて開始したときに作られ、キーリングに保存されます。</translation>
+        <translation>トークンがなければ、このコンピューターのすべてのプログラムとユーザーが、ローカル接続を通じてメールボックスを利用できてしまいます。トークンは初めて開始したときに作られ、キーリングに保存されます。</translation>
     </message>
     <message>
         <source>Local endpoint</source>
@@ -1431,7 +1459,7 @@
     </message>
     <message>
         <source>For programs on this computer that speak HTTP. An assistant that can start Tarnwell itself is better connected on the page Assistants: that needs no port and no token.</source>
-        <translation>HTTP で接続するこのコンピューターのプログラムのためのものです。Tarnwell を自分で起動できるアシスタントは、「アシスタント」のページで接続してください。ポートもトークンもいりません。</translation>
+        <translation>このコンピューターで HTTP を使うプログラムのための接続です。Tarnwell を自分で起動できるアシスタントは、「アシスタント」のページで接続してください。ポートもトークンもいりません。</translation>
     </message>
     <message>
         <source>Address of the endpoint</source>
@@ -1530,7 +1558,7 @@
     </message>
     <message>
         <source>The settings could not be saved. The page shows what holds.</source>
-        <translation>設定を保存できませんでした。このページには、現在有効な設定が表示されています。</translation>
+        <translation>設定を保存できませんでした。画面には現在有効な設定を表示しています。</translation>
     </message>
     <message>
         <source>Use &amp;port %1</source>
@@ -1656,11 +1684,11 @@
     </message>
     <message>
         <source>An assistant may move a message from the inbox to another folder, one in each call. Nothing is lost, but you may have to look for it.</source>
-        <translation>アシスタントは、1 回の呼び出しで受信箱のメール 1 通を別のフォルダーに移動できます。なくなることはありませんが、探す手間がかかることがあります。</translation>
+        <translation>アシスタントは、1 回の呼び出しで受信トレイのメール 1 通を別のフォルダーに移動できます。なくなることはありませんが、探す手間がかかることがあります。</translation>
     </message>
     <message>
         <source>An assistant may move a message from the inbox to the trash, one in each call. Many providers empty the trash by themselves after some weeks.</source>
-        <translation>アシスタントは、1 回の呼び出しで受信箱のメール 1 通をゴミ箱に移動できます。多くのプロバイダーは、数週間後にゴミ箱を自動的に空にします。</translation>
+        <translation>アシスタントは、1 回の呼び出しで受信トレイのメール 1 通をゴミ箱に移動できます。多くのプロバイダーは、数週間後にゴミ箱を自動的に空にします。</translation>
     </message>
     <message>
         <source>Where the server cannot move, the message is copied and the original is marked as deleted. The original stays until a mail program removes it for good.</source>
@@ -1777,11 +1805,11 @@
     </message>
     <message>
         <source>While this is on, an assistant reads: “%1”</source>
-        <translation>オンの間、アシスタントには次のように表示されます：「%1」</translation>
+        <translation>オンの間、アシスタントには次のように表示されます: 「%1」</translation>
     </message>
     <message>
         <source>While this is off, an assistant reads: “%1”</source>
-        <translation>オフの間、アシスタントには次のように表示されます：「%1」</translation>
+        <translation>オフの間、アシスタントには次のように表示されます: 「%1」</translation>
     </message>
     <message numerus="yes">
         <source>An assistant may read at most %n message(s) a call.</source>
@@ -1857,11 +1885,11 @@
     </message>
     <message>
         <source>The settings file is damaged, so the defaults hold, which are read-only. The next change begins a new file and keeps a copy of the damaged one beside it.</source>
-        <translation>設定ファイルが壊れているため、既定値（読み取り専用）が有効になっています。次に変更すると、新しいファイルを作り、壊れたファイルのコピーを同じ場所に残します。</translation>
+        <translation>設定ファイルが壊れているため、初期設定（読み取り専用）が有効になっています。次に変更すると、新しいファイルを作り、壊れたファイルのコピーを同じ場所に残します。</translation>
     </message>
     <message>
         <source>Somebody else may have written the settings file. It is set aside, and the defaults hold, which are read-only. Nothing can be saved until that is put right.</source>
-        <translation>設定ファイルをほかの人が書き換えた可能性があります。このファイルは使わず、既定値（読み取り専用）が有効になっています。この問題が解決するまで保存できません。</translation>
+        <translation>設定ファイルをほかのユーザーが書き換えた可能性があります。このファイルは使わず、初期設定（読み取り専用）が有効になっています。この問題が解決するまで保存できません。</translation>
     </message>
 </context>
 <context>
@@ -1988,7 +2016,7 @@
     </message>
     <message>
         <source>The search was stopped.</source>
-        <translation>検索を中止しました。</translation>
+        <translation>検索をキャンセルしました。</translation>
     </message>
     <message>
         <source>Try it</source>
@@ -2008,7 +2036,7 @@
     </message>
     <message>
         <source>Ca&amp;ncel</source>
-        <translation>中止(&amp;N)</translation>
+        <translation>キャンセル(&amp;N)</translation>
     </message>
     <message>
         <source>The exact &amp;JSON</source>
@@ -2122,7 +2150,7 @@
     </message>
     <message>
         <source>two-factor sign-in</source>
-        <translation>二要素認証</translation>
+        <translation>2 要素認証</translation>
     </message>
     <message>
         <source>link into an account</source>
@@ -2130,15 +2158,15 @@
     </message>
     <message>
         <source>Withheld: “%1” in the subject</source>
-        <translation>渡しません：件名に「%1」</translation>
+        <translation>渡しません: 件名に「%1」</translation>
     </message>
     <message>
         <source>Withheld: “%1” in the sender</source>
-        <translation>渡しません：差出人に「%1」</translation>
+        <translation>渡しません: 差出人に「%1」</translation>
     </message>
     <message>
         <source>Withheld: “%1” in the text</source>
-        <translation>渡しません：本文に「%1」</translation>
+        <translation>渡しません: 本文に「%1」</translation>
     </message>
     <message>
         <source>Allowed: an assistant could mark this message as read. Nothing was changed now.</source>
@@ -2251,7 +2279,7 @@
     </message>
     <message>
         <source>An assistant reads: “%1”</source>
-        <translation>アシスタントには次のように表示されます：「%1」</translation>
+        <translation>アシスタントには次のように表示されます: 「%1」</translation>
     </message>
     <message>
         <source>Refused, because “%1” is on. Nothing was changed.</source>

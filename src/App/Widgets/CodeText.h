@@ -2,14 +2,13 @@
 
 /// Text for a program, such as a command or a part of a file: monospace, read-only, lines unbroken.
 ///
-/// It is as high as its lines, up to a bound; what is more, or wider, is scrolled. Keys move a cursor in it
-/// and select, and Tab leaves it.
+/// It is as high as its lines, up to a bound; what is more, or wider, is scrolled.
 
-#include <QPlainTextEdit>
+#include "App/Widgets/FittedText.h"
 
 namespace tarnwell {
 
-class CodeText : public QPlainTextEdit {
+class CodeText : public FittedText {
   Q_OBJECT
 
  public:
@@ -19,12 +18,11 @@ class CodeText : public QPlainTextEdit {
   void setMostLines(int lines);
 
  protected:
-  void resizeEvent(QResizeEvent* event) override;
-  void showEvent(QShowEvent* event) override;
+  qreal linesHeight() const override;
   void changeEvent(QEvent* event) override;
 
  private:
-  void fitHeight();
+  void placeTabStops();
 
   int mostLines_ = 12;
 };

@@ -1,15 +1,15 @@
 #pragma once
 
 /// A text to read and to select: plain, wrapped wherever it must, as high as it needs up to a bound, beyond
-/// which it scrolls by itself. Tab leaves it.
+/// which it scrolls by itself.
 ///
 /// Threads: that of the window.
 
-#include <QPlainTextEdit>
+#include "App/Widgets/FittedText.h"
 
 namespace tarnwell {
 
-class ReadingText : public QPlainTextEdit {
+class ReadingText : public FittedText {
   Q_OBJECT
 
  public:
@@ -19,12 +19,9 @@ class ReadingText : public QPlainTextEdit {
   void setText(const QString& text);
 
  protected:
-  void resizeEvent(QResizeEvent* event) override;
-  void changeEvent(QEvent* event) override;
+  qreal linesHeight() const override;
 
  private:
-  void fitHeight();
-
   int mostLines_;
 };
 

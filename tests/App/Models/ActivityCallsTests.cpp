@@ -76,17 +76,17 @@ const Row rows[] = {
       "ended: cancelled by the client before it began: move_message"}},
     {"withoutAnOutcomeWhenTheNextBegins",
      {{7, move}, {7, search}, {7, found}},
-     {"without: tool call: move_message",
+     {"unusable: tool call: move_message",
       "ended: tool call: search_inbox · tool search_inbox: 16 messages, 5 withheld (247 ms)"}},
     {"withoutAnOutcomeWhenTheHelperStops",
      {{7, search}, {7, left}, {7, stopped}},
-     {"without: tool call: search_inbox", "Goodbye"}},
+     {"unusable: tool call: search_inbox", "Goodbye"}},
     {"brokenOffWhenANewProcessHasTheNumber",
      {{7, start}, {7, search}, {7, start}},
      {start, "broken off: tool call: search_inbox", start}},
     {"twoOfTheSameTool",
      {{7, search}, {7, search}, {7, found}},
-     {"without: tool call: search_inbox",
+     {"unusable: tool call: search_inbox",
       "ended: tool call: search_inbox · tool search_inbox: 16 messages, 5 withheld (247 ms)"}},
     {"twoAtATime",
      {{7, search}, {7, move}, {7, found}, {7, refused}},
@@ -112,7 +112,7 @@ const Row rows[] = {
      {"ended: tool call: search_inbox · tool search_inbox: 16 messages, 5 withheld (247 ms)", signIn}},
     {"signInAfterACallThatCameToNothing",
      {{7, move}, {7, search}, {7, found}, {7, signIn}},
-     {"without: tool call: move_message",
+     {"unusable: tool call: move_message",
       "ended: tool call: search_inbox · tool search_inbox: 16 messages, 5 withheld (247 ms)", signIn}},
     {"aConnectionIsTwoRows",
      {{7, start}, {7, ready}, {7, connected}, {7, left}, {7, stopped}},
@@ -129,7 +129,7 @@ const Row rows[] = {
       "a call was not run: its connection closed before it began"}},
     {"unknownTool",
      {{7, "tool call: rm_rf"}, {7, left}, {7, stopped}},
-     {"without: tool call: rm_rf", "Goodbye"}},
+     {"unusable: tool call: rm_rf", "Goodbye"}},
 };
 
 struct ActivityCallsTest : ActivityModelTest {
@@ -257,9 +257,17 @@ TEST_F(ActivityCallsTest, aCallOfLongAgoIsNotWaitedForButItsOutcomeStillCounts) 
   makeModel();
   const Moment then = now - ActivityModel::longestCall - std::chrono::seconds(1);
   log.tell({entryOf(7, then, search)});
-  ASSERT_TRUE(shows({"without: tool call: search_inbox"}));
+  ASSERT_TRUE(shows({"unknown: tool call: search_inbox"}));
   log.tell({entryOf(7, now, found)});
   EXPECT_TRUE(shows({std::string("ended: ") + search + " · " + found}));
+}
+
+TEST_F(ActivityCallsTest, aCallOfLongAgoWasUnusableWhenItsHelperWentOn) {
+  makeModel();
+  log.tell({entryOf(7, now - std::chrono::minutes(9), move)});
+  ASSERT_TRUE(shows({"unknown: tool call: move_message"}));
+  log.tell({entryOf(7, now, search)});
+  EXPECT_TRUE(shows({"unusable: tool call: move_message", "begun: tool call: search_inbox"}));
 }
 
 TEST_F(ActivityCallsTest, clearingLeavesTheOutcomeOfACallThatRuns) {

@@ -151,6 +151,79 @@ TEST_F(ActivityProcessesTest, areNamedByTheProgramThatStartedThemWhileTheyRun) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return programs->asked() == 2; }));
 }
 
+TEST_F(ActivityProcessesTest, aHelperThatRunsKeepsItsNameWithoutAnEntry) {
+  constexpr int all = static_cast<int>(ActivityModel::keptEntries);
+  programs->run({{.processID = 7, .parentID = 3, .name = "tarnwell"}, {.processID = 3, .name = "claude"}});
+  makeModel();
+  tell(1, 7, start);
+  ASSERT_TRUE(have({"helper 7 1 Claude Code"}));
+  programs->run({});
+  std::vector<FollowedEntry> flood;
+  for (int number = 2; number < all + 2; ++number) {
+    flood.push_back(entryOf(9, moment(number), "x"));
+  }
+  log.tell(std::move(flood));
+  ASSERT_TRUE(have({"other 9 2"}));
+  tell(all + 2, 7, "x");
+  ASSERT_TRUE(have({"other 9 2", "helper 7 1 Claude Code"}));
+  model->clear();
+  model->clear();
+  EXPECT_THAT(processes(), IsEmpty());
+  log.tell({entryOf(7, std::chrono::system_clock::now() + std::chrono::hours(1), "tool call: get_status")});
+  EXPECT_TRUE(have({"helper 7 1 Claude Code"}));
+}
+
+TEST_F(ActivityProcessesTest, ofThoseWithoutAnEntryTheNewestAreKnown) {
+  constexpr int more = static_cast<int>(ActivityProcesses::mostProcesses) + 1;
+  makeModel();
+  std::vector<FollowedEntry> entries;
+  for (int number = 1; number <= more; ++number) {
+    entries.push_back(entryOf(100 + number, moment(number), start));
+  }
+  log.tell(std::move(entries));
+  ASSERT_TRUE(hasRows(more));
+  model->clear();
+  model->clear();
+  const auto later = std::chrono::system_clock::now() + std::chrono::hours(1);
+  log.tell({entryOf(101, later, "x"), entryOf(102, later, "x")});
+  ASSERT_TRUE(hasRows(2));
+  ASSERT_EQ(model->otherProcesses().size(), 2U);
+  EXPECT_EQ(model->otherProcesses()[0].kind, ActivityProcess::Kind::other) << "the oldest";
+  EXPECT_EQ(model->otherProcesses()[1].since, moment(2));
+}
+
+TEST_F(ActivityProcessesTest, onlyTheNewestAreOfferedAndTheChosenOne) {
+  constexpr int most = static_cast<int>(ActivityProcesses::mostProcesses);
+  makeModel();
+  tell(0, 7, start);
+  ASSERT_TRUE(have({"helper 7 0"}));
+  model->showProcess(numberOf(0));
+  std::vector<FollowedEntry> entries;
+  for (int number = 1; number <= 2 * most; ++number) {
+    entries.push_back(entryOf(100 + number, moment(number), start));
+  }
+  log.tell(std::move(entries));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return model->otherProcesses().size() == most + 1U; }));
+  EXPECT_EQ(processes().front(), "helper 200 100");
+  EXPECT_EQ(processes()[most - 1], "helper 151 51");
+  EXPECT_EQ(processes().back(), "helper 7 0");
+  model->showProcess(std::nullopt);
+  EXPECT_EQ(processes().size(), most + 0U);
+}
+
+TEST_F(ActivityProcessesTest, aCallMakesAHelperUnlessTheAppRunsIt) {
+  makeModel();
+  log.tell({entryOf(7, moment(1), "tool call: get_status"),
+            entryOf(8, moment(2), "initialize (protocol 2025-11-25)"),
+            entryOf(9, moment(3), "tried by the user: get_status"),
+            entryOf(9, moment(3), "tool call: get_status"),
+            entryOf(10, moment(4), "localhost MCP HTTP server listening on 127.0.0.1:8765"),
+            entryOf(10, moment(5), "tool call: get_status"), entryOf(11, moment(6), "tool call: get_status"),
+            entryOf(11, moment(7), "tried by the user: get_status")});
+  EXPECT_TRUE(have({"other 11 6", "other 10 4", "other 9 3", "helper 8 2", "helper 7 1"}))
+      << "three are the app itself";
+}
+
 TEST_F(ActivityProcessesTest, areNotAskedForWhenAllHaveEnded) {
   makeModel();
   log.tell({entryOf(7, moment(1), start), entryOf(7, moment(2), "stdio MCP server stopped"),

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QScrollArea>
+
 #include "App/support/ActivityPageFixture.h"
 
 namespace tarnwell::test {
@@ -52,7 +54,7 @@ TEST_F(ActivityFilterTest, showsOneRowForEachCallUntilEveryLineIsWanted) {
   ASSERT_TRUE(tabTo("Every line of the log"));
   press(Qt::Key_Space);
   EXPECT_EQ(model.rowCount(), 8);
-  EXPECT_TRUE(shownTexts().contains("The assistant calls move_message."));
+  EXPECT_TRUE(shownTexts().contains("move_message is called."));
   EXPECT_TRUE(isAtEnd());
   press(Qt::Key_Space);
   EXPECT_EQ(model.rowCount(), 4);
@@ -85,7 +87,7 @@ TEST_F(ActivityFilterTest, oneProcessIsChosenByKeys) {
   ASSERT_TRUE(tabTo("Process"));
   press(Qt::Key_Down);
   EXPECT_EQ(model.rowCount(), 0);
-  EXPECT_TRUE(visibleTexts().contains("This process has no entry yet."));
+  EXPECT_TRUE(visibleTexts().contains("No entry of this process is shown."));
   press(Qt::Key_Down);
   press(Qt::Key_Down);
   EXPECT_EQ(shownTexts(), QStringList({"A helper starts for an assistant.",
@@ -136,6 +138,35 @@ TEST_F(ActivityFilterTest, aProcessHasTheNameOfTheProgramThatStartedIt) {
   EXPECT_TRUE(processes()->itemText(3).endsWith(", since " + time)) << processes()->itemText(3).toStdString();
 }
 
+TEST_F(ActivityFilterTest, twoProcessesOfOneProgramAreToldApart) {
+  programs->run({{.processID = 4711, .parentID = 3, .name = "tarnwell"},
+                 {.processID = 4712, .parentID = 3, .name = "tarnwell"},
+                 {.processID = 3, .name = "claude-desktop"}});
+  tellOfTwo();
+  ASSERT_TRUE(hasChoices(
+      {"Everything", "This app", "Claude Desktop (process 4712)", "Claude Desktop (process 4711)"}));
+}
+
+TEST_F(ActivityFilterTest, twoProcessesOfOneNumberAreToldApart) {
+  const Moment minute = std::chrono::floor<std::chrono::minutes>(now);
+  log.tell({entryOf(4711, minute, "tarnwell serve starting"),
+            entryOf(4711, minute + std::chrono::seconds(1), "tarnwell serve starting")});
+  ASSERT_TRUE(hasChoices({"Everything", "This app", "Helper 4711", "Helper 4711"}));
+  EXPECT_NE(processes()->itemText(2), processes()->itemText(3));
+}
+
+TEST_F(ActivityFilterTest, aLongNameLeavesThePageAsWideAsItIs) {
+  page.resize(620, 600);
+  const std::string name(300, 'a');
+  log.tell({line(1, 4711, ("tool call: " + name).c_str())});
+  ASSERT_TRUE(hasRows(1));
+  ASSERT_TRUE(tabTo("Entries"));
+  QCoreApplication::processEvents();
+  const QScrollArea* const area = only<QScrollArea>();
+  EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0);
+  EXPECT_TRUE(visibleTexts().contains(QString::fromStdString("tool call: " + name)));
+}
+
 TEST_F(ActivityFilterTest, anotherLanguageKeepsTheChoice) {
   tellOfTwo();
   ASSERT_TRUE(hasChoices({"Everything", "This app", "Helper 4712", "Helper 4711"}));
@@ -145,7 +176,8 @@ TEST_F(ActivityFilterTest, anotherLanguageKeepsTheChoice) {
   EXPECT_TRUE(processes()->currentText().startsWith("ヘルパー 4711（"))
       << processes()->currentText().toStdString();
   EXPECT_EQ(processes()->itemText(0), "すべて");
-  EXPECT_EQ(cell(1, ActivityColumn::text), "受信箱を検索しました: 16 件、うち 5 件は非公開、0.3 秒");
+  EXPECT_EQ(cell(1, ActivityColumn::text),
+            "受信トレイを検索しました: 16 通、うち 5 通は渡していません、0.3 秒");
   language.choose(AppLanguage::english);
 }
 

@@ -15,15 +15,15 @@ namespace {
 TEST_F(ActivityPageTest, tabKeyVisitsEverythingInOrderAndAllHaveNames) {
   ASSERT_TRUE(fill(3));
   QStringList visited;
-  for (int step = 0; step < 8; ++step) {
+  for (int step = 0; step < 9; ++step) {
     if (step > 0 || !focus()) {
       press(Qt::Key_Tab);
     }
     const auto* const button = qobject_cast<QPushButton*>(focus());
     visited += button ? button->text().remove('&') : focusName();
   }
-  EXPECT_EQ(visited, QStringList({"Search", "Process", "Every line of the log", "Follow", "Entries", "Clear",
-                                  "Copy", "Save to a file…"}));
+  EXPECT_EQ(visited, QStringList({"Search", "Process", "Every line of the log", "Follow", "Entries",
+                                  "The chosen entry", "Clear", "Copy", "Save to a file…"}));
 }
 
 TEST_F(ActivityPageTest, searchIsTypedAndTakenBack) {
@@ -154,7 +154,7 @@ TEST_F(ActivityPageTest, clearEmptiesTheTable) {
   ASSERT_TRUE(tabTo("Clear"));
   press(Qt::Key_Space);
   EXPECT_EQ(model.rowCount(), 0);
-  EXPECT_TRUE(visibleTexts().contains("There is no entry yet."));
+  EXPECT_TRUE(visibleTexts().contains("No entry is shown."));
 }
 
 TEST_F(ActivityPageTest, theCurrentEntryIsShownInFullWithItsOriginal) {

@@ -84,7 +84,7 @@ TEST_F(ActivityTextsTest, countsHaveTheirPlurals) {
   }
   LogText huge = sample(LogPhrase::foundFolders);
   huge.count = 999'999'999'999;
-  EXPECT_TRUE(ActivityTexts::sentence(huge).contains("2147483647")) << "no nonsense at least";
+  EXPECT_TRUE(ActivityTexts::sentence(huge).contains("2,147,483,647")) << "no nonsense at least";
 }
 
 TEST_F(ActivityTextsTest, timeTellsTheDayUnlessItIsToday) {

@@ -245,6 +245,15 @@ TEST_P(AssistantsPageState, nextStepFitsEachAssistant) {
   EXPECT_EQ(sentences.removeDuplicates(), 7) << "four kinds";
 }
 
+/// A settings file and the paths in it are another program's.
+TEST(AssistantsTexts, showWhatWouldTurnTheTextAround) {
+  using Line = DifferenceLine;
+  const auto lines = AssistantsTexts::lines({{Line::Kind::same, "a \u202e b \u2066 c\td", 0}});
+  EXPECT_EQ(lines.at(0).text, QString::fromUtf8("a ‹U+202E› b ‹U+2066› c\td"));
+  EXPECT_EQ(AssistantsTexts::pathInSentence("a\u202eb\nc").remove(QChar(0x200B)),
+            QString::fromUtf8("a‹U+202E›b c"));
+}
+
 /// Each picture that a person can get, in turn.
 TEST_P(AssistantsPageState, nothingIsCutOff) {
   machine_[claudeCode].connection = Connection::elsewhere;

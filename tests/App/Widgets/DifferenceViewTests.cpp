@@ -88,6 +88,22 @@ TEST_F(DifferenceViewTest, linesHaveEnoughContrastInBothSchemes) {
   }
 }
 
+/// The style sheet gives the letters to the widgets when it is applied again.
+TEST_F(DifferenceViewTest, lettersGrowWithAllOthers) {
+  const QFont before = QApplication::font();
+  QFont larger = before;
+  larger.setPointSizeF(2 * before.pointSizeF());
+  const int height = view->height();
+  const qreal tab = view->tabStopDistance();
+  QApplication::setFont(larger);
+  applyTheme(*qApp, Scheme::dark);
+  EXPECT_EQ(view->font().pointSizeF(), larger.pointSizeF());
+  EXPECT_GT(view->height(), height * 3 / 2);
+  EXPECT_GT(view->tabStopDistance(), tab * 3 / 2);
+  QApplication::setFont(before);
+  applyTheme(*qApp, Scheme::light);
+}
+
 TEST_F(DifferenceViewTest, groundReachesFromEdgeToEdge) {
   const QImage picture = view->viewport()->grab().toImage();
   for (const int line : {2, 3}) {

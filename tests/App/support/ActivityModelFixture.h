@@ -30,7 +30,8 @@ class PlainWords : public ActivityWords {
         return "<" + entry.category + ">";
       case ActivityColumn::text:
         if (entry.call) {
-          return stateName(entry.call->state) + decisionName(entry.call->decision) + ": " + entry.original;
+          return QString(entry.call->isTrial ? "trial " : "") + stateName(entry.call->state) +
+                 decisionName(entry.call->decision) + ": " + entry.original;
         }
         return entry.text.phrase == LogPhrase::assistantLeft ? "Goodbye" + suffix : entry.original;
     }
@@ -41,7 +42,7 @@ class PlainWords : public ActivityWords {
 
  private:
   static QString stateName(ActivityCall::State state) {
-    return QStringList{"begun", "ended", "without", "broken off"}[static_cast<int>(state)];
+    return QStringList{"begun", "ended", "unusable", "unknown", "broken off"}[static_cast<int>(state)];
   }
   static QString decisionName(LogPhrase decision) {
     return decision == LogPhrase::other                   ? ""

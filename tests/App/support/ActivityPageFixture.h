@@ -112,13 +112,17 @@ struct ActivityPageTest : testing::Test {
   bool isAtEnd() const {
     return table()->verticalScrollBar()->value() == table()->verticalScrollBar()->maximum();
   }
-  /// The texts of all labels and notices that can be seen.
+  /// The texts of all labels and notices that can be seen, and the lines of the chosen entry.
   QStringList visibleTexts() const {
     QStringList result;
     for (const QLabel* const label : page.findChildren<QLabel*>()) {
       if (label->isVisible() && !label->text().isEmpty()) {
         result += label->text();
       }
+    }
+    const auto* const entry = only<ReadingText>();
+    if (entry->isVisible()) {
+      result += entry->toPlainText().split(u'\n');
     }
     return result;
   }
