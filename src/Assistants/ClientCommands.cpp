@@ -50,7 +50,8 @@ std::string searchPath(const Machine& machine, const std::filesystem::path& prog
   for (const std::filesystem::path& folder : programFolders(machine)) {
     std::error_code error;
     if (std::filesystem::is_directory(folder, error)) {
-      result += ":" + folder.string();
+      result += ':';
+      result += folder.string();
     }
   }
   return result;

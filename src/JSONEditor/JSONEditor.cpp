@@ -129,24 +129,25 @@ TextRange withBlanks(std::string_view text, TextRange range) {
 std::string without(std::string_view text, const ObjectPlace& object, const MemberPlace& member) {
   // A comma goes together with the member when only blanks stand between them, otherwise by itself.
   TextRange range = member.range;
-  std::optional<std::size_t> comma = member.commaAfter ? member.commaAfter : member.commaBefore;
-  if (member.commaAfter && isBlank(text, range.end, *comma)) {
-    range.end = *comma + 1;
-    comma.reset();
-  } else if (comma && *comma < range.begin && isBlankInLine(text, *comma + 1, range.begin)) {
-    range.begin = *comma;
-    comma.reset();
+  constexpr std::size_t none = std::string_view::npos;
+  std::size_t comma = member.commaAfter.value_or(member.commaBefore.value_or(none));
+  if (member.commaAfter && isBlank(text, range.end, comma)) {
+    range.end = comma + 1;
+    comma = none;
+  } else if (comma < range.begin && isBlankInLine(text, comma + 1, range.begin)) {
+    range.begin = comma;
+    comma = none;
   }
   const TextRange inner = {object.range.begin + 1, object.range.end - 1};
-  if (!comma && isBlank(text, inner.begin, range.begin) && isBlank(text, range.end, inner.end)) {
+  if (comma == none && isBlank(text, inner.begin, range.begin) && isBlank(text, range.end, inner.end)) {
     return replaced(text, inner, "");
   }
   std::string result = replaced(text, withBlanks(text, range), "");
-  if (!comma) {
+  if (comma == none) {
     return result;
   }
   // What goes after the comma does not move it.
-  const std::size_t place = *comma < range.begin ? *comma : *comma - (text.size() - result.size());
+  const std::size_t place = comma < range.begin ? comma : comma - (text.size() - result.size());
   return replaced(result, {place, place + 1}, "");
 }
 

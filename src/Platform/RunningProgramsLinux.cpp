@@ -23,7 +23,7 @@ std::optional<std::int64_t> number(std::string_view text) {
 /// The first number of a line such as "PPid:\t17". The name, which a program chooses, stands in the first
 /// line with its line feeds escaped, so it cannot pretend to be another line.
 std::optional<std::int64_t> field(std::string_view status, std::string_view name) {
-  const std::size_t place = status.find("\n" + std::string(name) + ":\t");
+  const std::size_t place = status.find(std::string("\n").append(name).append(":\t"));
   return place == status.npos ? std::nullopt : number(status.substr(place + name.size() + 3));
 }
 

@@ -1,10 +1,9 @@
 #include "App/Models/AboutModel.h"
 
-#include <QDir>
-
 #include <QSysInfo>
 #include <utility>
 
+#include "App/Models/ShownPath.h"
 #include "Core/BridgeConstants.h"
 
 namespace tarnwell {
@@ -23,11 +22,7 @@ void AboutModel::setLanguage(std::optional<AppLanguage> language) {
   }
 }
 
-QString AboutModel::settingsPath() const {
-  const QString path = settings_.path();
-  const QString home = QDir::homePath() + QLatin1Char('/');
-  return path.startsWith(home) ? QLatin1String("~/") + path.mid(home.size()) : path;
-}
+QString AboutModel::settingsPath() const { return shownPath(settings_.path()); }
 
 QString AboutModel::secretService() const { return QString::fromUtf8(BridgeConstants::keychainService); }
 

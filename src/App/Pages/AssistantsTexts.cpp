@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 
 #include "App/Models/HarmlessText.h"
+#include "App/Models/ShownPath.h"
 
 namespace tarnwell::AssistantsTexts {
 
@@ -20,7 +21,7 @@ using Goal = ConnectionPlan::Goal;
 
 QString name(const AssistantState& assistant) { return QString::fromStdString(assistant.name); }
 
-QString path(const std::filesystem::path& path) { return harmlessLine(path.string()); }
+QString path(const std::filesystem::path& path) { return shownPath(harmlessLine(path.string())); }
 
 /// Of itself a line ends at a slash only, and names of files can be longer than a line.
 QString pathInSentence(const std::filesystem::path& path) {

@@ -1,6 +1,6 @@
-/// tarnwell-app-pictures DIRECTORY ADDRESS HOST PORT: draws every page into DIRECTORY. Reads the password of
-/// the account from standard input. Makes the account with the same keys as a person would; so give it a home
-/// and a keyring of its own.
+/// tarnwell-app-pictures DIRECTORY ADDRESS HOST PORT HELPER: draws every page into DIRECTORY. Reads the
+/// password of the account from standard input. Makes the account with the same keys as a person would; so
+/// give it a home and a keyring of its own.
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -108,16 +108,21 @@ bool search(TryItModel& tryIt) {
 }
 
 int drawAll(int count, char** words) {
+  if (count != 6) {
+    std::cerr << "usage: tarnwell-app-pictures DIRECTORY ADDRESS HOST PORT HELPER\n";
+    return 1;
+  }
   QApplication application(count, words);
   SettingsFile settings(ConfigStore::shared());
   Language language;
   language.choose(AppLanguage::english);
   applyTheme(application, Scheme::light);
-  AppWindow app(settings, KeychainStore::shared());
+  Machine machine = Machine::thisOne();
+  machine.helper = words[5];
+  AppWindow app(settings, KeychainStore::shared(), machine);
   app.window().show();
-  if (count != 6 || !setUp(app.account(), words) || !work(QString::fromUtf8(words[5]))) {
-    std::cerr
-        << "usage: tarnwell-app-pictures DIRECTORY ADDRESS HOST PORT HELPER, with an account that works\n";
+  if (!setUp(app.account(), words) || !work(QString::fromUtf8(words[5]))) {
+    std::cerr << "the account or the helper does not work\n";
     return 1;
   }
   app.choose(AppWindow::PageName::activity);  // which reads the journal from now on
