@@ -7,11 +7,13 @@
 #include "App/DesktopScheme.h"
 #include "App/Models/Language.h"
 #include "App/SingleInstance.h"
+#include "App/Widgets/ScrollAreaAccess.h"
 #include "FirstFrame.h"
 
 int main(int count, char** words) {
   using namespace tarnwell;
   QApplication application(count, words);
+  makeScrollAreasSafeForScreenReaders();
   const SingleInstance instance;
   SettingsFile settings(ConfigStore::shared());
   Language language;
