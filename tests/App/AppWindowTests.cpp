@@ -48,7 +48,7 @@ class AppWindowTest : public testing::Test {
   }
 
   TemporaryDirectory directory;
-  InMemorySecretItems items;
+  InMemorySecretItems& items = InMemorySecretItems::kept();
   KeychainStore passwords{"service", std::nullopt, items};
   ConfigStore store{directory / "settings"};
   SettingsFile settings{store};

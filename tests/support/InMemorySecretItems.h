@@ -9,6 +9,7 @@
 ///     items.calls;                                    // {"copy shared user@example.org", ...}
 
 #include <deque>
+#include <list>
 #include <map>
 #include <optional>
 #include <string>
@@ -22,6 +23,13 @@ namespace tarnwell::test {
 class InMemorySecretItems : public SecretItems {
  public:
   using Key = std::tuple<std::string, std::string, std::string>;
+
+  /// New ones that stay until the program ends. For a model of the app: work that it has given up reads on by
+  /// itself, after the test.
+  static InMemorySecretItems& kept() {
+    static auto* const all = new std::list<InMemorySecretItems>;
+    return all->emplace_back();
+  }
 
   /// The statuses of the next calls, in order. A call with a given status changes nothing and returns no
   /// data. A call with an absent status, and every call after the last one, does its normal work.

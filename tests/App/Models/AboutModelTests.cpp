@@ -50,7 +50,7 @@ class AboutModelTest : public testing::Test {
 
   TemporaryDirectory directory_;
   ConfigStore store_{directory_ / "anna"};
-  InMemorySecretItems items_;
+  InMemorySecretItems& items_ = InMemorySecretItems::kept();
 };
 
 TEST_F(AboutModelTest, languageIsSavedAndMayBeTheSystems) {

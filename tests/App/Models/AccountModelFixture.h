@@ -63,7 +63,7 @@ class AccountModelTest : public testing::Test {
   }
 
   TemporaryDirectory directory;
-  InMemorySecretItems items;
+  InMemorySecretItems& items = InMemorySecretItems::kept();
   ConfigStore store{directory / "settings"};
   KeychainStore passwords{"service", std::nullopt, items};
   std::shared_ptr<KeyringOfTest> keyring = std::make_shared<KeyringOfTest>();

@@ -38,7 +38,7 @@ class AboutPageTest : public PageTest {
     return nullptr;
   }
 
-  InMemorySecretItems items_;
+  InMemorySecretItems& items_ = InMemorySecretItems::kept();
   std::optional<SettingsFile> settings_;
   std::optional<AboutModel> about_;
   std::optional<AboutPage> page_;

@@ -215,7 +215,7 @@ class AccountPageTest : public testing::TestWithParam<AppLanguage> {
   }
 
   TemporaryDirectory directory;
-  InMemorySecretItems items;
+  InMemorySecretItems& items = InMemorySecretItems::kept();
   ConfigStore store{directory.path()};
   KeychainStore passwords{"service", std::nullopt, items};
   std::shared_ptr<Keyring> keyring = std::make_shared<Keyring>();

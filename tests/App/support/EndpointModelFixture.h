@@ -40,7 +40,7 @@ class EndpointModelFixture {
   ~EndpointModelFixture() {
     gate->open();
     model.reset();
-    // What runs on refers to the secrets of this object.
+    // What runs on refers to the settings of this object.
     EXPECT_TRUE(until([this] { return toolsOfModel.expired(); }));
   }
 
@@ -97,7 +97,7 @@ class EndpointModelFixture {
   }
 
   TemporaryDirectory directory;
-  InMemorySecretItems items;
+  InMemorySecretItems& items = InMemorySecretItems::kept();
   ConfigStore store{directory / "settings"};
   KeychainStore passwords{"service", std::nullopt, items};
   std::shared_ptr<Gate> gate = std::make_shared<Gate>();
