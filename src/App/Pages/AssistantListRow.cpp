@@ -166,7 +166,7 @@ void AssistantListRow::showState(const AssistantState& assistant) {
   disconnect_->setAccessibleDescription(state);
   if (assistant.connection == Connection::unknown) {
     trouble_->tell(Notice::Kind::warning, AssistantsTexts::remedy(assistant),
-                   QString::fromStdString(assistant.problem));
+                   newsOf(assistant.problem).details);
   } else {
     trouble_->fallSilent();
   }

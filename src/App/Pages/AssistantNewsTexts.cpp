@@ -76,6 +76,11 @@ QString failure(const AssistantState& assistant, const AssistantNews& news) {
   switch (news.kind) {
     case Kind::notJSON:
       return notJSON(name, news);
+    case Kind::notTOML:
+      return Words::tr(
+                 "The settings of %1 cannot be read as TOML; the details say why. You can still add the "
+                 "entry by hand.")
+          .arg(name);
     case Kind::notAnObject:
       return Words::tr(
                  "The settings of %1 hold something else where its servers belong, so they stay as they "
@@ -98,7 +103,8 @@ QString failure(const AssistantState& assistant, const AssistantNews& news) {
           .arg(name);
     case Kind::fileUnreadable:
       return Words::tr(
-                 "The settings file of %1 cannot be read. The details say why; mend that and try again.")
+                 "The settings file of %1 cannot be read. Make sure that it is a file and that you may read "
+                 "it, and try again.")
           .arg(name);
     case Kind::notWritten:
       return Words::tr(
@@ -158,6 +164,11 @@ QString failure(const AssistantState& assistant, const AssistantNews& news) {
 }
 
 }  // namespace
+
+QString remedy(const AssistantState& assistant) {
+  return lineByLine({failure(assistant, newsOf(assistant.problem)),
+                     Words::tr("The file: %1").arg(pathInSentence(assistant.file))});
+}
 
 QString restart(const AssistantState& assistant) {
   switch (readsOf(assistant.id)) {

@@ -47,14 +47,9 @@ QString state(const AssistantState& assistant) {
                  ? Words::tr("Its entry for Tarnwell belongs to something else.")
                  : Words::tr("Connected to another program: %1").arg(pathInSentence(assistant.otherCommand));
     case Connection::unknown:
-      return Words::tr("Its settings cannot be read.");
+      return Words::tr("Tarnwell cannot tell whether it is connected.");
   }
   return Words::tr("Not connected.");
-}
-
-QString remedy(const AssistantState& assistant) {
-  return Words::tr("This file stays as it is. Mend it and look again: %1")
-      .arg(pathInSentence(assistant.file));
 }
 
 QString action(Action action) {

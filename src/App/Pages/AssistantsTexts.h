@@ -19,7 +19,7 @@ QString pathInSentence(const std::filesystem::path& path);
 
 /// Whether it is connected.
 QString state(const AssistantState& assistant);
-/// What to do about a file that cannot be read.
+/// For `unknown`: why, and what to do about it.
 QString remedy(const AssistantState& assistant);
 
 QString action(AssistantsModel::Action action);

@@ -145,19 +145,20 @@ TEST(AssistantNewsTexts, fitWhatWasDone) {
 
 TEST_F(AssistantsPageTest, fileThatCannotBeReadIsNamedWithTheReason) {
   machine_[cursor].connection = Connection::unknown;
-  machine_[cursor].problem = "line 3, column 5: no JSON";
+  machine_[cursor].problem = std::make_exception_ptr(JSONEditError(JSONEditError::Kind::notJSON, 3, 5));
   begin();
-  EXPECT_TRUE(shown().contains("Its settings cannot be read."));
-  EXPECT_TRUE(shown().contains("look again: /home/anna/.config/Cursor/mcp.json"));
-  EXPECT_FALSE(shown().contains("line 3, column 5"));
+  EXPECT_TRUE(shown().contains("Tarnwell cannot tell whether it is connected."));
+  EXPECT_TRUE(shown().contains("The settings of Cursor cannot be read as JSON: see line 3, column 5."));
+  EXPECT_TRUE(shown().contains("The file: /home/anna/.config/Cursor/mcp.json"));
+  EXPECT_FALSE(shown().contains("line 3, column 5: not JSON"));
   for (int steps = 0; steps < 20 && !qobject_cast<QToolButton*>(QApplication::focusWidget()); ++steps) {
     test::press(Qt::Key_Tab);
   }
   test::press(Qt::Key_Space);
-  EXPECT_TRUE(shown().contains("line 3, column 5: no JSON"));
+  EXPECT_TRUE(shown().contains("line 3, column 5: not JSON"));
   machine_[cursor].connection = Connection::none;
   ASSERT_TRUE(press("Cursor: Look again"));
-  EXPECT_FALSE(shown().contains("Its settings cannot be read."));
+  EXPECT_FALSE(shown().contains("Tarnwell cannot tell"));
 }
 
 TEST_F(AssistantsPageTest, runningAssistantIsNamedAndTriedAgain) {
@@ -261,7 +262,7 @@ TEST_P(AssistantsPageState, nothingIsCutOff) {
       "/home/anna/Downloads/a-folder-with-a-long-name/tarnwell-0.9/bin/tarnwell";
   machine_[zed].isInstalled = true;
   machine_[zed].connection = Connection::unknown;
-  machine_[zed].problem = "line 3, column 5: no JSON";
+  machine_[zed].problem = std::make_exception_ptr(JSONEditError(JSONEditError::Kind::notJSON, 3, 5));
   machine_[cursor].file =
       "/home/anna/.config/Code/User/globalStorage/saoudrizwan.claude-dev/settings/cline_mcp_settings.json";
   begin();
