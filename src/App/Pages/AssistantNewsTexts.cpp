@@ -191,7 +191,10 @@ QString news(const AssistantState& assistant, const AssistantProgress& progress)
       return {};
     case Kind::connected:
       return lineByLine(
-          {Words::tr("Connected. %1", "a sentence follows").arg(restart(assistant)), backup(progress)});
+          {assistant.isSwitchedOff
+               ? Words::tr("Connected, but switched off in %1. Switch it on there.").arg(name(assistant))
+               : Words::tr("Connected. %1", "a sentence follows").arg(restart(assistant)),
+           backup(progress)});
     case Kind::disconnected:
       return lineByLine(
           {Words::tr("Disconnected. %1 may use Tarnwell until it is restarted.").arg(name(assistant)),

@@ -120,5 +120,14 @@ TEST_F(AssistantsPageFile, fileThatOthersMayWriteIsNotCalledUnreadable) {
   EXPECT_TRUE(tabTo("Cursor: Connect"));
 }
 
+TEST_F(AssistantsPageFile, entryThatIsSwitchedOffStaysSo) {
+  machine_.put(".cursor/mcp.json",
+               "{\"mcpServers\": {\"tarnwell\": {\"command\": \"/old/tarnwell\", \"disabled\": true}}}");
+  begin();
+  ASSERT_TRUE(press("Cursor: Use this one"));
+  ASSERT_TRUE(press("Write the change"));
+  EXPECT_TRUE(shown(*page_).contains("Connected, but switched off in Cursor. Switch it on there."));
+}
+
 }  // namespace
 }  // namespace tarnwell::test
