@@ -167,11 +167,13 @@ QStringList steps(const AssistantState& assistant, const ConnectionPlan& plan) {
   const QString file = pathInSentence(plan.file);
   if (plan.goal == Goal::disconnect) {
     return {Words::tr("Open this file: %1").arg(file), Words::tr("Remove these lines and save it."),
-            restart(assistant)};
+            restartToStop(assistant)};
   }
   QStringList steps{Words::tr("Copy this text."), Words::tr("Open this file, or make it: %1").arg(file)};
   if (assistant.connection == Connection::elsewhere) {
     steps += Words::tr("Remove the lines of the entry “tarnwell” that is there.");
+  } else if (assistant.connection == Connection::unknown) {
+    steps += Words::tr("If there is an entry “tarnwell”, remove its lines.");
   }
   steps += Words::tr("Add the text at its end and save it.");
   steps += restart(assistant);

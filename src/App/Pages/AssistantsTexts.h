@@ -26,6 +26,8 @@ QString action(AssistantsModel::Action action);
 
 /// What makes the assistant see a change.
 QString restart(const AssistantState& assistant);
+/// What makes the assistant see that it is disconnected.
+QString restartToStop(const AssistantState& assistant);
 /// What came of it, and what to do next.
 QString news(const AssistantState& assistant, const AssistantProgress& progress);
 /// The button beside the news. Empty when they offer nothing.
