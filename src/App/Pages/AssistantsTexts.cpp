@@ -115,10 +115,12 @@ QString label(const AssistantState& assistant, const ConnectionPlan& plan) {
 QString commands(const ConnectionPlan& plan) {
   QStringList lines;
   for (const std::vector<std::string>& command : plan.commands) {
-    lines += QString::fromStdString(shellLine(command));
+    lines += harmlessText(shellLine(command));
   }
   return lines.join(QLatin1Char('\n'));
 }
+
+QString block(const ConnectionPlan& plan) { return harmlessText(plan.block); }
 
 std::vector<DifferenceView::Line> lines(const std::vector<DifferenceLine>& difference) {
   using Kind = DifferenceView::Line::Kind;

@@ -38,6 +38,7 @@ QString lead(const AssistantState& assistant, const ConnectionPlan& plan);
 /// What a screen reader calls the commands or the lines.
 QString label(const AssistantState& assistant, const ConnectionPlan& plan);
 QString commands(const ConnectionPlan& plan);
+QString block(const ConnectionPlan& plan);
 std::vector<DifferenceView::Line> lines(const std::vector<DifferenceLine>& difference);
 /// What happens to the file besides. Empty for other plans.
 QString caution(const ConnectionPlan& plan);

@@ -140,6 +140,12 @@ TEST(AssistantsTexts, showWhatWouldTurnTheTextAround) {
   EXPECT_EQ(lines.at(0).text, QString::fromUtf8("a ‹U+202E› b ‹U+2066› c\td"));
   EXPECT_EQ(AssistantsTexts::pathInSentence("a\u202eb\nc").remove(QChar(0x200B)),
             QString::fromUtf8("a‹U+202E›b c"));
+  ConnectionPlan plan;
+  plan.commands = {{"claude", "mcp", "add", "a\u202eb"}, {"c\u2066d"}};
+  EXPECT_TRUE(AssistantsTexts::commands(plan).contains(QString::fromUtf8("a‹U+202E›b")));
+  EXPECT_TRUE(AssistantsTexts::commands(plan).contains(QString::fromUtf8("c‹U+2066›d")));
+  plan.block = "command = \"a\u202eb\"\nargs = []\n";
+  EXPECT_EQ(AssistantsTexts::block(plan), QString::fromUtf8("command = \"a‹U+202E›b\"\nargs = []\n"));
 }
 
 }  // namespace
