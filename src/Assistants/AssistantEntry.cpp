@@ -90,7 +90,8 @@ AssistantReading readTOML(const AssistantRow& row, std::string_view text) {
   const std::variant<JSONValue, std::size_t> document = decodeTOML(text, &statements);
   AssistantReading reading;
   if (const std::size_t* line = std::get_if<std::size_t>(&document)) {
-    reading.problem = "line " + std::to_string(*line) + ": not TOML";
+    reading.problem =
+        text.size() > maximumTOMLSize ? "too large" : "line " + std::to_string(*line) + ": not TOML";
     return reading;
   }
   const JSONValue& entries = std::get<JSONValue>(document)[row.object];

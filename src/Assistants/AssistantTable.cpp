@@ -43,7 +43,7 @@ std::span<const AssistantRow> assistantRows() {
        .hasCommands = true,
        .programs = {"gemini"}},
       // Its command "code --add-mcp" can neither remove nor list, so disconnecting would need the file
-      // anyway. The editor notices a change of the file at once.
+      // anyway.
       {.id = AssistantID::visualStudioCode,
        .name = "Visual Studio Code",
        .places = {{settings, "Code/User", "Code/User/mcp.json"}},

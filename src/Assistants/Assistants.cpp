@@ -58,29 +58,40 @@ std::string otherCommandOf(const AssistantEntry& entry) {
   return shellLine(words);
 }
 
-AssistantReading readOrTell(const Machine& machine, const AssistantRow& row) {
+/// Absent when the file cannot be read. Says why in `problem`.
+std::optional<AssistantReading> readOrTell(const Machine& machine, const AssistantRow& row,
+                                           std::exception_ptr& problem) {
   try {
-    return readEntry(machine, row);
-  } catch (const JSONEditError& error) {
-    return {.problem = error.what()};
-  } catch (const ConfigurationFileError& error) {
-    return {.problem = error.reason()};
+    AssistantReading reading = readEntry(machine, row);
+    if (!reading.problem.empty()) {
+      problem =
+          std::make_exception_ptr(AssistantError(AssistantError::Kind::notTOML, row.id, reading.problem));
+    }
+    return reading;
+  } catch (const JSONEditError&) {
+    problem = std::current_exception();
+  } catch (const ConfigurationFileError&) {
+    problem = std::current_exception();
   }
+  return std::nullopt;
 }
 
 AssistantState stateOf(const Machine& machine, const AssistantRow& row) {
   AssistantState state{.id = row.id, .name = row.name};
   state.file = placeOf(machine, row).file;
   state.isInstalled = isInstalled(machine, row);
-  const AssistantReading reading = readOrTell(machine, row);
-  state.connection = connectionOf(machine, reading);
-  state.problem = reading.problem;
-  if (reading.entry) {
-    state.isSwitchedOff = reading.entry->isSwitchedOff;
-    state.otherCommand = state.connection == Connection::elsewhere ? otherCommandOf(*reading.entry) : "";
+  const std::optional<AssistantReading> reading = readOrTell(machine, row, state.problem);
+  if (!reading) {
+    state.connection = Connection::unknown;
+    return state;
+  }
+  state.connection = connectionOf(machine, *reading);
+  if (reading->entry) {
+    state.isSwitchedOff = reading->entry->isSwitchedOff;
+    state.otherCommand = state.connection == Connection::elsewhere ? otherCommandOf(*reading->entry) : "";
   }
   const bool isHere = state.connection == Connection::here;
-  state.way = wayTo(machine, row, reading, isHere ? Goal::disconnect : Goal::connect);
+  state.way = wayTo(machine, row, *reading, isHere ? Goal::disconnect : Goal::connect);
   state.isRunning = row.rewritesFile && state.way == ConnectingWay::file && isRunning(machine, row);
   return state;
 }

@@ -17,6 +17,7 @@
 /// thread that shows a window.
 
 #include <chrono>
+#include <exception>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -105,8 +106,9 @@ struct AssistantState {
   ConnectingWay way = ConnectingWay::file;
   /// Its configuration, as the client names it.
   std::filesystem::path file{};
-  /// For `unknown`: why, in English: "line 3, column 5: ...".
-  std::string problem{};
+  /// For `unknown`: a `JSONEditError`, `ConfigurationFileError` or `AssistantError` that says why. After the
+  /// last, which is `notTOML`, there is a plan all the same: a block.
+  std::exception_ptr problem{};
 };
 
 /// Throws nothing but for want of memory.
@@ -137,6 +139,9 @@ class AssistantError : public std::runtime_error {
     /// Its command succeeded, and yet the client is not connected, or not disconnected. `details` is what it
     /// printed.
     withoutEffect,
+    /// Its configuration is not understood as TOML. `details` is where: "line 3: ...". Only for
+    /// `AssistantState::problem`.
+    notTOML,
     /// Its configuration was changed: since the plan was made, so the commands would do something else, or
     /// since it was carried out, so undo would destroy that, or cannot put back what was there before.
     changed,

@@ -50,7 +50,7 @@ std::optional<std::string> textOf(const fs::path& path, const fs::path& target) 
     throw ConfigurationFileError(Kind::otherWriter, target, "another user may write it");
   }
   if (file->text.size() > maximumConfigurationFileSize) {
-    throw ConfigurationFileError(Kind::unreadable, target, "it is too large");
+    throw ConfigurationFileError(Kind::tooLarge, target, "it is too large");
   }
   return std::move(file->text);
 }

@@ -31,9 +31,10 @@ namespace tarnwell {
 class ConfigurationFileError : public std::runtime_error {
  public:
   enum class Kind {
-    /// May not be read, is no regular file, has more than `maximumConfigurationFileSize` bytes, or its links
-    /// lead in a circle.
+    /// May not be read, is no regular file, or its links lead in a circle.
     unreadable,
+    /// It has more than `maximumConfigurationFileSize` bytes.
+    tooLarge,
     /// It is not what it was when it was proposed (`write`) or written (`undo`). Nothing was written.
     changed,
     /// The system refused. The file is as it was.
@@ -80,7 +81,8 @@ struct WrittenFile {
 /// The new text of a file from the old one, which is empty when there is no file.
 using TextEdit = std::function<std::string(std::string_view)>;
 
-/// The text of the file; absent when there is none. Throws `unreadable` and `otherWriter`.
+/// The text of the file; absent when there is none. Throws `unreadable`, `tooLarge` and
+/// `otherWriter`.
 std::optional<std::string> readConfigurationFile(const std::filesystem::path& path);
 
 /// Throws as `readConfigurationFile`, and `notWritten` when there is neither the file nor its folder. What
@@ -88,12 +90,12 @@ std::optional<std::string> readConfigurationFile(const std::filesystem::path& pa
 FileChange proposeChange(const std::filesystem::path& path, const TextEdit& edit);
 
 /// Writes nothing when the change is nothing. Makes no folder: a program whose folder is missing is not
-/// installed. Throws `unreadable`, `otherWriter`, `changed`, `notWritten` and `notVerified`. A failure leaves
-/// no temporary file and no backup, except `notVerified`, which leaves the backup.
+/// installed. Throws `unreadable`, `tooLarge`, `otherWriter`, `changed`, `notWritten` and `notVerified`. A
+/// failure leaves no temporary file and no backup, except `notVerified`, which leaves the backup.
 WrittenFile write(const FileChange& change);
 
 /// Copies the file beside itself as `write` does, for a file that its own program is about to change. Absent
-/// when there is none. Throws `unreadable`, `otherWriter` and `notWritten`.
+/// when there is none. Throws `unreadable`, `tooLarge`, `otherWriter` and `notWritten`.
 std::optional<std::filesystem::path> backUp(const std::filesystem::path& path);
 
 /// Puts the text of before in place, or removes the file that `write` made. The backup stays. Throws as

@@ -14,7 +14,6 @@ namespace {
 constexpr std::size_t maximumDepth = 64;
 /// In bytes. A table takes a time that grows with the square of the number of its keys, so a text of four
 /// times the size would take sixteen times as long.
-constexpr std::size_t maximumSize = std::size_t{256} * 1024;
 using Keys = std::vector<std::string>;
 
 bool isBareKeyByte(char byte) {
@@ -288,7 +287,7 @@ std::variant<JSONValue, std::size_t> decodeTOML(std::string_view text,
                                                 std::vector<std::string_view>* statements) {
   TOMLReader reader(text);
   std::optional<JSONValue> document =
-      text.size() <= maximumSize && isValidUTF8(text) ? reader.document(statements) : std::nullopt;
+      text.size() <= maximumTOMLSize && isValidUTF8(text) ? reader.document(statements) : std::nullopt;
   if (!document) {
     return reader.line();
   }

@@ -20,10 +20,12 @@
 
 namespace tarnwell {
 
+/// In bytes. It bounds the time: a table takes the square of the number of its keys.
+constexpr std::size_t maximumTOMLSize = std::size_t{256} * 1024;
+
 /// The document, or the line (from 1) that cannot be read: line 1 for a text that is not UTF-8 or longer than
-/// 256 KiB, which bounds the time (a table takes the square of the number of its keys). Nesting beyond 64 is
-/// not read. `statements`, if given, gets each header and each member with its name, up to the end of its
-/// line.
+/// `maximumTOMLSize`. Nesting beyond 64 is not read. `statements`, if given, gets each header and each member
+/// with its name, up to the end of its line.
 std::variant<JSONValue, std::size_t> decodeTOML(std::string_view text,
                                                 std::vector<std::string_view>* statements = nullptr);
 

@@ -2,6 +2,7 @@
 
 #include "Assistants/AssistantTable.h"
 #include "Assistants/FakeMachine.h"
+#include "Assistants/TOMLReader.h"
 #include "JSONEditor/JSONEditError.h"
 #include "support/RowName.h"
 
@@ -79,10 +80,24 @@ std::string withHelper(std::string text, const std::filesystem::path& helper) {
   return place == text.npos ? text : text.replace(place, 6, helper.string());
 }
 
+/// What the state has as its problem, which must be of this type.
+template <class Error>
+Error problemOf(const AssistantState& state) {
+  try {
+    std::rethrow_exception(state.problem);
+  } catch (const Error& error) {
+    return error;
+  }
+}
+
 class Clients : public testing::TestWithParam<ClientRow> {
  protected:
   const ClientRow& row() const { return GetParam(); }
   AssistantState state() const { return fake.state(row().id); }
+  template <class Error>
+  Error problem() const {
+    return problemOf<Error>(state());
+  }
   bool isTOML() const { return row().id == AssistantID::codex; }
   std::string text(const std::filesystem::path& helper) const {
     return row().before + withHelper(row().entry, helper) + row().after;
@@ -123,7 +138,7 @@ TEST_P(Clients, withoutEntry) {
   fake.put(row().file, unconnected());
   EXPECT_TRUE(state().isInstalled);
   EXPECT_EQ(state().connection, Connection::none);
-  EXPECT_EQ(state().problem, "");
+  EXPECT_EQ(state().problem, nullptr);
 }
 
 TEST_P(Clients, connected) {
@@ -149,16 +164,31 @@ TEST_P(Clients, connectedElsewhere) {
 TEST_P(Clients, unreadableFile) {
   fake.put(row().file, "a = {\n  [}");
   EXPECT_EQ(state().connection, Connection::unknown);
-  EXPECT_EQ(state().problem, isTOML() ? "line 2: not TOML" : "line 1, column 1: not JSON");
-  if (!isTOML()) {
+  if (isTOML()) {
+    const AssistantError error = problem<AssistantError>();
+    EXPECT_EQ(error.kind(), AssistantError::Kind::notTOML);
+    EXPECT_EQ(error.details(), "line 2: not TOML");
+    EXPECT_EQ(state().way, ConnectingWay::block);
+  } else {
+    const JSONEditError error = problem<JSONEditError>();
+    EXPECT_EQ(error.kind(), JSONEditError::Kind::notJSON);
+    EXPECT_EQ(error.line(), 1U);
+    EXPECT_EQ(error.column(), 1U);
     EXPECT_THROW(plan(fake.machine, row().id, Goal::connect), JSONEditError);
   }
+}
+
+TEST_P(Clients, fileThatIsTooLarge) {
+  std::filesystem::resize_file(fake.put(row().file, unconnected()), maximumConfigurationFileSize + 1);
+  EXPECT_EQ(state().connection, Connection::unknown);
+  EXPECT_EQ(problem<ConfigurationFileError>().kind(), ConfigurationFileError::Kind::tooLarge);
 }
 
 TEST_P(Clients, fileThatEverybodyMayWrite) {
   ::chmod(fake.put(row().file, unconnected()).c_str(), 0666);
   EXPECT_EQ(state().connection, Connection::unknown);
-  EXPECT_NE(state().problem, "");
+  EXPECT_EQ(problem<ConfigurationFileError>().kind(), ConfigurationFileError::Kind::otherWriter);
+  EXPECT_EQ(state().way, ConnectingWay::file) << "there is no plan, not even of a block";
   EXPECT_THROW(plan(fake.machine, row().id, Goal::connect), ConfigurationFileError);
 }
 
@@ -210,6 +240,12 @@ TEST_P(Clients, fileIsChangedAndBroughtBack) {
     undo(fake.machine, done);
     EXPECT_EQ(fileContents(file), start);
   }
+}
+
+TEST(Codex, configurationThatIsTooLargeForTheReaderSaysSo) {
+  const FakeMachine fake;
+  fake.put(".codex/config.toml", std::string(maximumTOMLSize + 1, '\n'));
+  EXPECT_EQ(problemOf<AssistantError>(fake.state(AssistantID::codex)).details(), "too large");
 }
 
 INSTANTIATE_TEST_SUITE_P(all, Clients, testing::ValuesIn(clients()), rowName);

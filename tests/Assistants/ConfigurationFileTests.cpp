@@ -212,7 +212,7 @@ const RefusedRow refusedRows[] = {
        put(folder / "file", "");
        fs::resize_file(folder / "file", maximumConfigurationFileSize + 1);
      },
-     Kind::unreadable},
+     Kind::tooLarge},
     {"everybodyMayWriteIt",
      [](const fs::path& folder) {
        put(folder / "file", "text");

@@ -29,6 +29,8 @@ Kind kindOf(ConfigurationFileError::Kind kind) {
   switch (kind) {
     case ConfigurationFileError::Kind::unreadable:
       return Kind::fileUnreadable;
+    case ConfigurationFileError::Kind::tooLarge:
+      return Kind::tooLarge;
     case ConfigurationFileError::Kind::changed:
       return Kind::changedSince;
     case ConfigurationFileError::Kind::notWritten:
@@ -59,6 +61,8 @@ Kind kindOf(AssistantError::Kind kind) {
       return Kind::commandTooSlow;
     case AssistantError::Kind::withoutEffect:
       return Kind::commandWithoutEffect;
+    case AssistantError::Kind::notTOML:
+      return Kind::notTOML;
     case AssistantError::Kind::changed:
       return Kind::changedSince;
     case AssistantError::Kind::onlyByHand:

@@ -23,6 +23,7 @@ struct AssistantNews {
 
     /// The file cannot be edited, at `line` and `column` where they are known.
     notJSON,
+    notTOML,
     notAnObject,
     ambiguous,
     notUTF8,
@@ -60,7 +61,7 @@ struct AssistantNews {
   bool operator==(const AssistantNews&) const = default;
 };
 
-/// For what planning, carrying out or undoing ended with.
+/// For what looking, planning, carrying out or undoing ended with.
 AssistantNews newsOf(const std::exception_ptr& failure);
 
 }  // namespace tarnwell

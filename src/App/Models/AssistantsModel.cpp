@@ -202,7 +202,6 @@ void AssistantsModel::carriedOut(AssistantID assistant, Outcome<ConnectionDone> 
   if (AssistantState* const state = find(assistant)) {
     progress.before = *state;
     state->connection = goal == Goal::connect ? Connection::here : Connection::none;  // it was read again
-    state->isSwitchedOff = false;
   }
   finish(assistant, {goal == Goal::connect ? Kind::connected : Kind::disconnected}, Offer::undo);
 }

@@ -37,10 +37,11 @@ QString markOf(const AssistantState& assistant) {
   }
 }
 
-Notice::Kind noticeKind(AssistantNews::Kind kind) {
+Notice::Kind noticeKind(const AssistantState& assistant, AssistantNews::Kind kind) {
   using Kind = AssistantNews::Kind;
   switch (kind) {
     case Kind::connected:
+      return assistant.isSwitchedOff ? Notice::Kind::warning : Notice::Kind::success;
     case Kind::disconnected:
     case Kind::undone:
       return Notice::Kind::success;
@@ -166,7 +167,7 @@ void AssistantListRow::showState(const AssistantState& assistant) {
   disconnect_->setAccessibleDescription(state);
   if (assistant.connection == Connection::unknown) {
     trouble_->tell(Notice::Kind::warning, AssistantsTexts::remedy(assistant),
-                   QString::fromStdString(assistant.problem));
+                   newsOf(assistant.problem).details);
   } else {
     trouble_->fallSilent();
   }
@@ -186,7 +187,7 @@ void AssistantListRow::showNews(const AssistantState& assistant, const Assistant
     return;
   }
   const bool isNew = text != news_->text() || !news_->isVisibleTo(this);
-  news_->tell(noticeKind(news.kind), text, news.details);
+  news_->tell(noticeKind(assistant, news.kind), text, news.details);
   news_->setAction(offer);
   news_->action()->setAccessibleName(spoken(assistant, offer));
   if (isNew) {

@@ -76,6 +76,11 @@ QString failure(const AssistantState& assistant, const AssistantNews& news) {
   switch (news.kind) {
     case Kind::notJSON:
       return notJSON(name, news);
+    case Kind::notTOML:
+      return Words::tr(
+                 "The settings of %1 cannot be read as TOML; the details say why. You can still add the "
+                 "entry by hand.")
+          .arg(name);
     case Kind::notAnObject:
       return Words::tr(
                  "The settings of %1 hold something else where its servers belong, so they stay as they "
@@ -98,7 +103,8 @@ QString failure(const AssistantState& assistant, const AssistantNews& news) {
           .arg(name);
     case Kind::fileUnreadable:
       return Words::tr(
-                 "The settings file of %1 cannot be read. The details say why; mend that and try again.")
+                 "The settings file of %1 cannot be read. Make sure that it is a file and that you may read "
+                 "it, and try again.")
           .arg(name);
     case Kind::notWritten:
       return Words::tr(
@@ -106,7 +112,7 @@ QString failure(const AssistantState& assistant, const AssistantNews& news) {
                  "mend that and try again.")
           .arg(name);
     case Kind::notVerified:
-      return Words::tr("Another program wrote the settings of %1 at the same time. Close %1 and try again.")
+      return Words::tr("Another program wrote the settings of %1 at the same time. Quit %1 and try again.")
           .arg(name);
     case Kind::otherWriter:
       return Words::tr(
@@ -115,12 +121,12 @@ QString failure(const AssistantState& assistant, const AssistantNews& news) {
           .arg(name);
     case Kind::assistantRuns:
       return Words::tr(
-                 "%1 is running and would write its old settings over the change. Close it and try "
+                 "%1 is running and would write its old settings over the change. Quit it and try "
                  "again.")
           .arg(name);
     case Kind::neverStarted:
       return Words::tr(
-                 "%1 was never started here, so its settings have no place yet. Start it once, close it, "
+                 "%1 was never started here, so its settings have no place yet. Start it once, quit it, "
                  "and try again.")
           .arg(name);
     case Kind::noHelper:
@@ -147,7 +153,7 @@ QString failure(const AssistantState& assistant, const AssistantNews& news) {
                        "The command of %1 succeeded but changed nothing. The details are its own words.")
                        .arg(name)
                  : Words::tr(
-                       "The settings of %1 were written, but this changed nothing. Close %1 and try again.")
+                       "The settings of %1 were written, but this changed nothing. Quit %1 and try again.")
                        .arg(name);
     case Kind::onlyByHand:
       return Words::tr("Only you can change the settings of %1. Copy the entry into them.").arg(name);
@@ -158,6 +164,11 @@ QString failure(const AssistantState& assistant, const AssistantNews& news) {
 }
 
 }  // namespace
+
+QString remedy(const AssistantState& assistant) {
+  return lineByLine({failure(assistant, newsOf(assistant.problem)),
+                     Words::tr("The file: %1").arg(pathInSentence(assistant.file))});
+}
 
 QString restart(const AssistantState& assistant) {
   switch (readsOf(assistant.id)) {
@@ -173,6 +184,18 @@ QString restart(const AssistantState& assistant) {
              : Words::tr("Restart %1 to see it.").arg(name(assistant));
 }
 
+QString restartToStop(const AssistantState& assistant) {
+  switch (readsOf(assistant.id)) {
+    case Reads::withEachSession:
+      return Words::tr("End the open sessions of %1: they may use Tarnwell until then.").arg(name(assistant));
+    case Reads::whenItsEditorStarts:
+      return Words::tr("Restart Visual Studio Code: %1 may use Tarnwell until then.").arg(name(assistant));
+    case Reads::whenItStarts:
+      break;
+  }
+  return Words::tr("Restart %1: it may use Tarnwell until then.").arg(name(assistant));
+}
+
 QString news(const AssistantState& assistant, const AssistantProgress& progress) {
   using Kind = AssistantNews::Kind;
   switch (progress.news.kind) {
@@ -180,11 +203,13 @@ QString news(const AssistantState& assistant, const AssistantProgress& progress)
       return {};
     case Kind::connected:
       return lineByLine(
-          {Words::tr("Connected. %1", "a sentence follows").arg(restart(assistant)), backup(progress)});
-    case Kind::disconnected:
-      return lineByLine(
-          {Words::tr("Disconnected. %1 may use Tarnwell until it is restarted.").arg(name(assistant)),
+          {assistant.isSwitchedOff
+               ? Words::tr("Connected, but switched off in %1. Switch it on there.").arg(name(assistant))
+               : Words::tr("Connected. %1", "a sentence follows").arg(restart(assistant)),
            backup(progress)});
+    case Kind::disconnected:
+      return lineByLine({Words::tr("Disconnected. %1", "a sentence follows").arg(restartToStop(assistant)),
+                         backup(progress)});
     case Kind::undone:
       return assistant.way == ConnectingWay::ownCommand
                  ? Words::tr("Undone. The entry for Tarnwell in %1 is as it was.").arg(name(assistant))

@@ -76,7 +76,7 @@ void AssistantPlanView::showPlan(const AssistantState& assistant, const Assistan
     commands_->setPlainText(commands);
   }
   difference_->setLines(AssistantsTexts::lines(progress.difference));
-  block_->setText(QString::fromStdString(plan.block));
+  block_->setText(AssistantsTexts::block(plan), [text = plan.block] { return QString::fromStdString(text); });
   commands_->setAccessibleName(label);
   difference_->setAccessibleName(label);
   block_->setAccessibleLabel(label);

@@ -47,14 +47,9 @@ QString state(const AssistantState& assistant) {
                  ? Words::tr("Its entry for Tarnwell belongs to something else.")
                  : Words::tr("Connected to another program: %1").arg(pathInSentence(assistant.otherCommand));
     case Connection::unknown:
-      return Words::tr("Its settings cannot be read.");
+      return Words::tr("Tarnwell cannot tell whether it is connected.");
   }
   return Words::tr("Not connected.");
-}
-
-QString remedy(const AssistantState& assistant) {
-  return Words::tr("This file stays as it is. Mend it and look again: %1")
-      .arg(pathInSentence(assistant.file));
 }
 
 QString action(Action action) {
@@ -120,10 +115,12 @@ QString label(const AssistantState& assistant, const ConnectionPlan& plan) {
 QString commands(const ConnectionPlan& plan) {
   QStringList lines;
   for (const std::vector<std::string>& command : plan.commands) {
-    lines += QString::fromStdString(shellLine(command));
+    lines += harmlessText(shellLine(command));
   }
   return lines.join(QLatin1Char('\n'));
 }
+
+QString block(const ConnectionPlan& plan) { return harmlessText(plan.block); }
 
 std::vector<DifferenceView::Line> lines(const std::vector<DifferenceLine>& difference) {
   using Kind = DifferenceView::Line::Kind;
@@ -172,11 +169,13 @@ QStringList steps(const AssistantState& assistant, const ConnectionPlan& plan) {
   const QString file = pathInSentence(plan.file);
   if (plan.goal == Goal::disconnect) {
     return {Words::tr("Open this file: %1").arg(file), Words::tr("Remove these lines and save it."),
-            restart(assistant)};
+            restartToStop(assistant)};
   }
   QStringList steps{Words::tr("Copy this text."), Words::tr("Open this file, or make it: %1").arg(file)};
   if (assistant.connection == Connection::elsewhere) {
     steps += Words::tr("Remove the lines of the entry “tarnwell” that is there.");
+  } else if (assistant.connection == Connection::unknown) {
+    steps += Words::tr("If there is an entry “tarnwell”, remove its lines.");
   }
   steps += Words::tr("Add the text at its end and save it.");
   steps += restart(assistant);

@@ -19,13 +19,15 @@ QString pathInSentence(const std::filesystem::path& path);
 
 /// Whether it is connected.
 QString state(const AssistantState& assistant);
-/// What to do about a file that cannot be read.
+/// For `unknown`: why, and what to do about it.
 QString remedy(const AssistantState& assistant);
 
 QString action(AssistantsModel::Action action);
 
 /// What makes the assistant see a change.
 QString restart(const AssistantState& assistant);
+/// What makes the assistant see that it is disconnected.
+QString restartToStop(const AssistantState& assistant);
 /// What came of it, and what to do next.
 QString news(const AssistantState& assistant, const AssistantProgress& progress);
 /// The button beside the news. Empty when they offer nothing.
@@ -36,6 +38,7 @@ QString lead(const AssistantState& assistant, const ConnectionPlan& plan);
 /// What a screen reader calls the commands or the lines.
 QString label(const AssistantState& assistant, const ConnectionPlan& plan);
 QString commands(const ConnectionPlan& plan);
+QString block(const ConnectionPlan& plan);
 std::vector<DifferenceView::Line> lines(const std::vector<DifferenceLine>& difference);
 /// What happens to the file besides. Empty for other plans.
 QString caution(const ConnectionPlan& plan);

@@ -1097,24 +1097,8 @@
         <translation>%1 の設定が大きすぎるため、変更していません。下の「ほかのアシスタント」の項目を手動で追加してください。</translation>
     </message>
     <message>
-        <source>The settings file of %1 cannot be read. The details say why; mend that and try again.</source>
-        <translation>%1 の設定ファイルを読み取れません。理由は「詳細」にあります。原因を取り除いてから、もう一度お試しください。</translation>
-    </message>
-    <message>
         <source>The settings file of %1 could not be written and is as it was. The details say why; mend that and try again.</source>
         <translation>%1 の設定ファイルに書き込めませんでした。ファイルは元のままです。理由は「詳細」にあります。原因を取り除いてから、もう一度お試しください。</translation>
-    </message>
-    <message>
-        <source>Another program wrote the settings of %1 at the same time. Close %1 and try again.</source>
-        <translation>%1 の設定に、ほかのプログラムも同時に書き込みました。%1 を終了してから、もう一度お試しください。</translation>
-    </message>
-    <message>
-        <source>%1 is running and would write its old settings over the change. Close it and try again.</source>
-        <translation>%1 が実行中です。このままでは、変更が以前の設定で上書きされてしまいます。終了してから、もう一度お試しください。</translation>
-    </message>
-    <message>
-        <source>%1 was never started here, so its settings have no place yet. Start it once, close it, and try again.</source>
-        <translation>%1 が一度も起動されていないため、設定の保存場所がまだありません。一度起動して終了してから、もう一度お試しください。</translation>
     </message>
     <message>
         <source>The program “tarnwell” is not beside this app. Install Tarnwell again and try again.</source>
@@ -1153,10 +1137,6 @@
         <translation>接続済みです。</translation>
     </message>
     <message>
-        <source>Disconnected. %1 may use Tarnwell until it is restarted.</source>
-        <translation>接続を解除しました。%1 は再起動するまで Tarnwell を使うことがあります。</translation>
-    </message>
-    <message>
         <source>Undone. The settings of %1 are as they were.</source>
         <translation>元に戻しました。%1 の設定は変更前のとおりです。</translation>
     </message>
@@ -1185,16 +1165,8 @@
         <translation>別のプログラムに接続されています: %1</translation>
     </message>
     <message>
-        <source>Its settings cannot be read.</source>
-        <translation>設定を読み取れません。</translation>
-    </message>
-    <message>
         <source>Not connected.</source>
         <translation>未接続です。</translation>
-    </message>
-    <message>
-        <source>This file stays as it is. Mend it and look again: %1</source>
-        <translation>このファイルは変更しません。直してから、もう一度確認してください: %1</translation>
     </message>
     <message>
         <source>Disconnect</source>
@@ -1388,16 +1360,69 @@
         <translation>%1 のコマンドは正常に終了しましたが、何も変わっていません。「詳細」にコマンドの出力があります。</translation>
     </message>
     <message>
-        <source>The settings of %1 were written, but this changed nothing. Close %1 and try again.</source>
-        <translation>%1 の設定を書き込みましたが、接続の状態は変わっていません。%1 を終了してから、もう一度お試しください。</translation>
-    </message>
-    <message>
         <source>Undone. The entry for Tarnwell in %1 is as it was.</source>
         <translation>元に戻しました。%1 の Tarnwell の項目は変更前のとおりです。</translation>
     </message>
     <message>
         <source>The settings of %1 have changed meanwhile, so nothing was done. This is the new plan.</source>
         <translation>その間に %1 の設定が変わったため、何も実行していません。現在の設定に対する変更の内容は次のとおりです。</translation>
+    </message>
+    <message>
+        <source>The settings of %1 cannot be read as TOML; the details say why. You can still add the entry by hand.</source>
+        <translation>%1 の設定を TOML として読み取れません。理由は「詳細」にあります。項目は手動で追加できます。</translation>
+    </message>
+    <message>
+        <source>The settings file of %1 cannot be read. Make sure that it is a file and that you may read it, and try again.</source>
+        <translation>%1 の設定ファイルを読み取れません。通常のファイルであり、読み取る権限があることを確かめてから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>Another program wrote the settings of %1 at the same time. Quit %1 and try again.</source>
+        <translation>%1 の設定に、ほかのプログラムも同時に書き込みました。%1 を終了してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>%1 is running and would write its old settings over the change. Quit it and try again.</source>
+        <translation>%1 が実行中です。このままでは、変更が以前の設定で上書きされてしまいます。終了してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>%1 was never started here, so its settings have no place yet. Start it once, quit it, and try again.</source>
+        <translation>%1 が一度も起動されていないため、設定の保存場所がまだありません。一度起動して終了してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The settings of %1 were written, but this changed nothing. Quit %1 and try again.</source>
+        <translation>%1 の設定を書き込みましたが、接続の状態は変わっていません。%1 を終了してから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>The file: %1</source>
+        <translation>ファイル: %1</translation>
+    </message>
+    <message>
+        <source>End the open sessions of %1: they may use Tarnwell until then.</source>
+        <translation>開いている %1 のセッションを終了してください。それまでは Tarnwell を使うことがあります。</translation>
+    </message>
+    <message>
+        <source>Restart Visual Studio Code: %1 may use Tarnwell until then.</source>
+        <translation>Visual Studio Code を再起動してください。それまで %1 は Tarnwell を使うことがあります。</translation>
+    </message>
+    <message>
+        <source>Restart %1: it may use Tarnwell until then.</source>
+        <translation>%1 を再起動してください。それまでは Tarnwell を使うことがあります。</translation>
+    </message>
+    <message>
+        <source>Connected, but switched off in %1. Switch it on there.</source>
+        <translation>接続しましたが、%1 では無効になっています。そちらで有効にしてください。</translation>
+    </message>
+    <message>
+        <source>Disconnected. %1</source>
+        <comment>a sentence follows</comment>
+        <translation>接続を解除しました。%1</translation>
+    </message>
+    <message>
+        <source>Tarnwell cannot tell whether it is connected.</source>
+        <translation>接続されているかどうかを確認できません。</translation>
+    </message>
+    <message>
+        <source>If there is an entry “tarnwell”, remove its lines.</source>
+        <translation>項目「tarnwell」がすでにある場合は、その行を削除します。</translation>
     </message>
 </context>
 <context>

@@ -102,11 +102,31 @@ TEST_F(AssistantsPageFile, fileThatSomebodyWritesMeanwhileIsNotOverwritten) {
 TEST_F(AssistantsPageFile, fileThatIsNoJSONIsNeverTouched) {
   const fs::path file = machine_.put(".cursor/mcp.json", "{\n  'mcpServers': {}\n}\n");
   begin();
-  EXPECT_TRUE(shown(*page_).contains("Its settings cannot be read."));
+  EXPECT_TRUE(shown(*page_).contains("cannot be read as JSON: see line 2, column 3."));
   EXPECT_TRUE(tabTo("Cursor: Look again"));
   machine_.put(".cursor/mcp.json", "{}\n");
   ASSERT_TRUE(press("Cursor: Look again"));
   EXPECT_TRUE(tabTo("Cursor: Connect"));
+}
+
+TEST_F(AssistantsPageFile, fileThatOthersMayWriteIsNotCalledUnreadable) {
+  const fs::path file = machine_.put(".cursor/mcp.json", before);
+  fs::permissions(file, fs::perms(0666));
+  begin();
+  EXPECT_TRUE(shown(*page_).contains("Somebody else may write the settings file of Cursor"));
+  EXPECT_FALSE(shown(*page_).contains("cannot be read"));
+  fs::permissions(file, fs::perms(0600));
+  ASSERT_TRUE(press("Cursor: Look again"));
+  EXPECT_TRUE(tabTo("Cursor: Connect"));
+}
+
+TEST_F(AssistantsPageFile, entryThatIsSwitchedOffStaysSo) {
+  machine_.put(".cursor/mcp.json",
+               "{\"mcpServers\": {\"tarnwell\": {\"command\": \"/old/tarnwell\", \"disabled\": true}}}");
+  begin();
+  ASSERT_TRUE(press("Cursor: Use this one"));
+  ASSERT_TRUE(press("Write the change"));
+  EXPECT_TRUE(shown(*page_).contains("Connected, but switched off in Cursor. Switch it on there."));
 }
 
 }  // namespace

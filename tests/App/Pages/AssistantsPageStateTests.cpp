@@ -101,63 +101,22 @@ TEST_F(AssistantsPageTest, buttonThatGoesLeavesTheFocusToTheOther) {
   EXPECT_EQ(focused(), "Cursor: Connect");
 }
 
-struct TextRow {
-  const char* name;
-  ConnectingWay way;
-  AssistantNews news;
-  const char* text;
-};
-
-TEST(AssistantNewsTexts, fitWhatWasDone) {
-  using enum ConnectingWay;
-  const TextRow rows[] = {
-      {"command",
-       ownCommand,
-       {Kind::commandWithoutEffect},
-       "The command of Cursor succeeded but changed nothing. The details are its own words."},
-      {"file",
-       file,
-       {Kind::commandWithoutEffect},
-       "The settings of Cursor were written, but this changed nothing. Close Cursor and try again."},
-      {"copy",
-       file,
-       {Kind::notVerified, "mcp.json: changed; a copy is mcp.json.tarnwell-20261122T193000Z"},
-       "Another program wrote the settings of Cursor at the same time. Close Cursor and try again.\n"
-       "There is a copy of the file as it was; the details say where."},
-      {"noCopy",
-       file,
-       {Kind::notVerified, "mcp.json: changed"},
-       "Another program wrote the settings of Cursor at the same time. Close Cursor and try again."},
-      {"undoneByCommand",
-       ownCommand,
-       {Kind::undone},
-       "Undone. The entry for Tarnwell in Cursor is as it was."},
-      {"undone", file, {Kind::undone}, "Undone. The settings of Cursor are as they were."},
-  };
-  for (const TextRow& row : rows) {
-    AssistantState state = assistant(cursor, "Cursor");
-    state.way = row.way;
-    AssistantProgress progress;
-    progress.news = row.news;
-    EXPECT_EQ(AssistantsTexts::news(state, progress), row.text) << row.name;
-  }
-}
-
 TEST_F(AssistantsPageTest, fileThatCannotBeReadIsNamedWithTheReason) {
   machine_[cursor].connection = Connection::unknown;
-  machine_[cursor].problem = "line 3, column 5: no JSON";
+  machine_[cursor].problem = std::make_exception_ptr(JSONEditError(JSONEditError::Kind::notJSON, 3, 5));
   begin();
-  EXPECT_TRUE(shown().contains("Its settings cannot be read."));
-  EXPECT_TRUE(shown().contains("look again: /home/anna/.config/Cursor/mcp.json"));
-  EXPECT_FALSE(shown().contains("line 3, column 5"));
+  EXPECT_TRUE(shown().contains("Tarnwell cannot tell whether it is connected."));
+  EXPECT_TRUE(shown().contains("The settings of Cursor cannot be read as JSON: see line 3, column 5."));
+  EXPECT_TRUE(shown().contains("The file: /home/anna/.config/Cursor/mcp.json"));
+  EXPECT_FALSE(shown().contains("line 3, column 5: not JSON"));
   for (int steps = 0; steps < 20 && !qobject_cast<QToolButton*>(QApplication::focusWidget()); ++steps) {
     test::press(Qt::Key_Tab);
   }
   test::press(Qt::Key_Space);
-  EXPECT_TRUE(shown().contains("line 3, column 5: no JSON"));
+  EXPECT_TRUE(shown().contains("line 3, column 5: not JSON"));
   machine_[cursor].connection = Connection::none;
   ASSERT_TRUE(press("Cursor: Look again"));
-  EXPECT_FALSE(shown().contains("Its settings cannot be read."));
+  EXPECT_FALSE(shown().contains("Tarnwell cannot tell"));
 }
 
 TEST_F(AssistantsPageTest, runningAssistantIsNamedAndTriedAgain) {
@@ -168,7 +127,7 @@ TEST_F(AssistantsPageTest, runningAssistantIsNamedAndTriedAgain) {
   };
   ASSERT_TRUE(press("Cursor: Connect"));
   EXPECT_TRUE(shown().contains(
-      "Cursor is running and would write its old settings over the change. Close it and try again."));
+      "Cursor is running and would write its old settings over the change. Quit it and try again."));
   machine_->plan = planWell;
   ASSERT_TRUE(press("Cursor: Try again"));
   EXPECT_FALSE(code().isEmpty());
@@ -207,6 +166,28 @@ TEST_F(AssistantsPageTest, stepsNameAnEntryThatIsInTheWay) {
       << shown().toStdString();
 }
 
+/// The lines of a file that is not understood are the person's to look at.
+TEST_F(AssistantsPageTest, stepsNameAnEntryThatMayBeInTheWay) {
+  machine_[codex].connection = Connection::unknown;
+  machine_[codex].problem =
+      std::make_exception_ptr(AssistantError(AssistantError::Kind::notTOML, codex, "line 2: not TOML"));
+  begin();
+  EXPECT_TRUE(shown().contains("The settings of Codex cannot be read as TOML; the details say why."));
+  ASSERT_TRUE(press("Codex: Show what to add"));
+  EXPECT_TRUE(shown().contains("\n3. If there is an entry “tarnwell”, remove its lines.\n4. Add the text"))
+      << shown().toStdString();
+}
+
+TEST_F(AssistantsPageTest, entryThatIsSwitchedOffIsNotSaidToBeSeen) {
+  machine_[cursor].connection = Connection::elsewhere;
+  machine_[cursor].isSwitchedOff = true;
+  begin();
+  ASSERT_TRUE(press("Cursor: Use this one"));
+  ASSERT_TRUE(press("Write the change"));
+  EXPECT_TRUE(shown().contains("Connected, but switched off in Cursor. Switch it on there."));
+  EXPECT_FALSE(shown().contains("Restart Cursor"));
+}
+
 TEST_F(AssistantsPageTest, severalCommandsAreCounted) {
   machine_->plan = [](AssistantID id, Goal goal) {
     AssistantState state = assistant(id, "Claude Code");
@@ -222,38 +203,6 @@ TEST_F(AssistantsPageTest, severalCommandsAreCounted) {
   EXPECT_TRUE(tabTo("Run the 2 commands"));
 }
 
-/// Every news has a sentence of its own, with every name filled in.
-TEST_P(AssistantsPageState, everyNewsHasItsOwnSentence) {
-  QStringList sentences;
-  for (int kind = 1; kind <= static_cast<int>(Kind::failed); ++kind) {
-    AssistantProgress progress;
-    progress.news.kind = static_cast<Kind>(kind);
-    const QString sentence = AssistantsTexts::news(assistant(cursor, "Cursor"), progress);
-    EXPECT_FALSE(sentence.isEmpty()) << kind;
-    EXPECT_FALSE(sentence.contains('%')) << sentence.toStdString();
-    sentences.append(sentence);
-  }
-  EXPECT_EQ(sentences.removeDuplicates(), 0);
-}
-
-TEST_P(AssistantsPageState, nextStepFitsEachAssistant) {
-  QStringList sentences;
-  for (int id = 0; id <= static_cast<int>(AssistantID::roo); ++id) {
-    sentences.append(AssistantsTexts::restart(assistant(static_cast<AssistantID>(id), "X")));
-    EXPECT_FALSE(sentences.back().contains('%'));
-  }
-  EXPECT_EQ(sentences.removeDuplicates(), 7) << "four kinds";
-}
-
-/// A settings file and the paths in it are another program's.
-TEST(AssistantsTexts, showWhatWouldTurnTheTextAround) {
-  using Line = DifferenceLine;
-  const auto lines = AssistantsTexts::lines({{Line::Kind::same, "a \u202e b \u2066 c\td", 0}});
-  EXPECT_EQ(lines.at(0).text, QString::fromUtf8("a ‹U+202E› b ‹U+2066› c\td"));
-  EXPECT_EQ(AssistantsTexts::pathInSentence("a\u202eb\nc").remove(QChar(0x200B)),
-            QString::fromUtf8("a‹U+202E›b c"));
-}
-
 /// Each picture that a person can get, in turn.
 TEST_P(AssistantsPageState, nothingIsCutOff) {
   machine_[claudeCode].connection = Connection::elsewhere;
@@ -261,7 +210,7 @@ TEST_P(AssistantsPageState, nothingIsCutOff) {
       "/home/anna/Downloads/a-folder-with-a-long-name/tarnwell-0.9/bin/tarnwell";
   machine_[zed].isInstalled = true;
   machine_[zed].connection = Connection::unknown;
-  machine_[zed].problem = "line 3, column 5: no JSON";
+  machine_[zed].problem = std::make_exception_ptr(JSONEditError(JSONEditError::Kind::notJSON, 3, 5));
   machine_[cursor].file =
       "/home/anna/.config/Code/User/globalStorage/saoudrizwan.claude-dev/settings/cline_mcp_settings.json";
   begin();

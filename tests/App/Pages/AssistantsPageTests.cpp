@@ -72,6 +72,23 @@ TEST_P(AssistantsPageIn, keysCopyABlock) {
   EXPECT_EQ(focused(), button(codex));
 }
 
+/// An entry that is removed may hold anything.
+TEST_F(AssistantsPageTest, blockIsShownHarmlessAndCopiedAsItIs) {
+  machine_->plan = [](AssistantID id, Goal goal) {
+    AssistantState state = assistant(id, "Codex");
+    state.way = ConnectingWay::block;
+    ConnectionPlan plan = FakeAssistants::planFor(state, goal);
+    plan.block = "command = \"a\u202eb\"\n";
+    return plan;
+  };
+  begin();
+  ASSERT_TRUE(press("Codex: Show what to add"));
+  test::press(Qt::Key_Return);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromUtf8("command = \"a\u202eb\"\n"));
+  test::press(Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_EQ(code(), QString::fromUtf8("command = \"a‹U+202E›b\""));
+}
+
 TEST_P(AssistantsPageIn, escapeAndItsButtonCloseAPlan) {
   begin();
   for (const AssistantID id : {claudeCode, codex, cursor}) {
