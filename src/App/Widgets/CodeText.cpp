@@ -26,6 +26,20 @@ void CodeText::setMostLines(int lines) {
   fitHeight();
 }
 
+void CodeText::mark(QMimeData& copied) const {
+  if (isSecret_) {
+    // The histories of clipboards look for it.
+    copied.setData(QStringLiteral("x-kde-passwordManagerHint"), "secret");
+  }
+}
+
+/// For the key that copies, for what is dragged, and for the selection that the middle button pastes.
+QMimeData* CodeText::createMimeDataFromSelection() const {
+  QMimeData* const copied = FittedText::createMimeDataFromSelection();
+  mark(*copied);
+  return copied;
+}
+
 void CodeText::placeTabStops() {
   setTabStopDistance(QFontMetricsF(font()).horizontalAdvance(QLatin1Char(' ')) * 4);
 }

@@ -4,7 +4,6 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
-#include <QMimeData>
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -34,12 +33,12 @@ void CopyBlock::setText(const QString& shown, std::function<QString()> copied) {
 
 void CopyBlock::setSecretText(const QString& shown, std::function<QString()> copied) {
   setText(shown, std::move(copied));
-  isSecret_ = true;
+  code_->setSecret(true);
 }
 
 void CopyBlock::setText(const QString& text) {
   copied_ = {};
-  isSecret_ = false;
+  code_->setSecret(false);
   if (text == text_) {
     return;
   }
@@ -57,10 +56,7 @@ void CopyBlock::setAccessibleLabel(const QString& label) {
 void CopyBlock::copy() {
   auto* const copied = new QMimeData;
   copied->setText(copied_ ? copied_() : text_);
-  if (isSecret_) {
-    // The histories of clipboards look for it.
-    copied->setData(QStringLiteral("x-kde-passwordManagerHint"), "secret");
-  }
+  code_->mark(*copied);
   QGuiApplication::clipboard()->setMimeData(copied);
   sinceCopied_.start();
   setTexts();

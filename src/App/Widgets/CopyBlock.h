@@ -47,7 +47,6 @@ class CopyBlock : public QFrame {
   CodeText* code_;
   QPushButton* copy_;
   std::function<QString()> copied_;
-  bool isSecret_ = false;
   QString text_;  // a text field would give line ends back in another form
   QString label_;
   QTimer sinceCopied_;

@@ -76,6 +76,20 @@ TEST_F(CopyBlockTest, onlySecretTextsAreMarkedForTheHistoriesOfClipboards) {
   EXPECT_EQ(hint(), "");
 }
 
+TEST_F(CopyBlockTest, selectedSecretIsMarkedToo) {
+  const auto hintOfTheSelection = [this] {
+    block->code()->setFocus();
+    QTest::keyClick(block->code(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(block->code(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "token");
+    return QGuiApplication::clipboard()->mimeData()->data("x-kde-passwordManagerHint");
+  };
+  block->setSecretText("token", [] { return QStringLiteral("token"); });
+  EXPECT_EQ(hintOfTheSelection(), "secret");
+  block->setText("token");
+  EXPECT_EQ(hintOfTheSelection(), "");
+}
+
 TEST_F(CopyBlockTest, keyCopiesTheWholeTextByteForByte) {
   const QString text = "[mcp_servers.tarnwell]\r\ncommand = \"/opt/t arn\u3042well\"\n";
   block->setText(text);
