@@ -118,6 +118,7 @@ void EndpointPage::listen() {
 }
 
 void EndpointPage::startOrStop() {
+  start_->setFocus();  // a key or a screen reader may press it from the port, whose number counts now
   if (endpoint_.isRunning()) {
     endpoint_.stop();
   } else {

@@ -43,6 +43,7 @@ SafetyPage::SafetyPage(SafetyModel& safety, Questions& questions, QWidget* paren
   setTabOrder(switches_.back().control, back_);
 
   connect(back_, &QPushButton::clicked, this, [this] {
+    back_->setFocus();  // a number that is still typed counts before, and not after
     forgetFailure();
     safety_.backToSafeValues();
   });

@@ -175,6 +175,21 @@ TEST_F(EndpointPageTest, portIsTypedAndKept) {
   EXPECT_FALSE(tabStops(*page).contains("Port")) << "not while it runs";
 }
 
+/// The key leaves the focus in the field, and so would a screen reader.
+TEST_F(EndpointPageTest, portThatIsStillTypedCountsForTheStart) {
+  begin();
+  const int other = freePort();
+  ASSERT_TRUE(tabTo("Port"));
+  press(Qt::Key_A, Qt::ControlModifier);
+  type(QString::number(other));
+  press(Qt::Key_S, Qt::AltModifier);
+  ASSERT_TRUE(become(State::running));
+  EXPECT_EQ(model->port(), other);
+  EXPECT_TRUE(sees(QStringLiteral("http://127.0.0.1:%1/mcp").arg(other)));
+  ASSERT_TRUE(eventually([this] { return !settings->isSaving(); }));
+  EXPECT_EQ(store.load().httpPort, other);
+}
+
 TEST_P(EndpointPageIn, takenPortIsNamedAndTheFreeOneIsAKeyAway) {
   begin();
   MCPServer dispatcher(MCPTools::shared());

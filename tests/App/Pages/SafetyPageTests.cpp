@@ -122,6 +122,17 @@ TEST_P(SafetyPageIn, numberCountsWhenItIsComplete) {
   EXPECT_EQ(saved().safety.maxFetch, 51);
 }
 
+TEST_F(SafetyPageTest, safeValuesComeAfterANumberThatIsStillTyped) {
+  begin([](AppConfig& config) { config.safety.allowTrash = true; });
+  ASSERT_TRUE(tabTo(label(SafetyLimit::maxMessagesPerCall)));
+  press(Qt::Key_A, Qt::ControlModifier);
+  type("7");
+  press(Qt::Key_B, Qt::AltModifier);
+  ASSERT_TRUE(eventually([this] { return safety_->isAtSafeValues(); }));
+  press(Qt::Key_Tab);
+  EXPECT_TRUE(saved().safety == SafetySettings());
+}
+
 TEST_P(SafetyPageIn, numberKeepsToTheBoundsOfTheHelper) {
   begin();
   for (const SafetyLimit limit : SafetyItems::limits) {
