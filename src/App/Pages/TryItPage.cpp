@@ -183,7 +183,6 @@ void TryItPage::showSearch() {
                            : state == searching ? waiting
                            : state == found     ? results
                                                 : blank);
-  summary_->setText(TryItTexts::summary(static_cast<int>(tryIt_.messages().size()), tryIt_.withheldCount()));
   showAge();
   showProgress();
   showFailure();
@@ -191,6 +190,8 @@ void TryItPage::showSearch() {
 }
 
 void TryItPage::showAge() {
+  summary_->setText(TryItTexts::summary(static_cast<int>(tryIt_.messages().size()), tryIt_.withheldCount(),
+                                        tryIt_.isFromBefore()));
   if (tryIt_.isFromBefore()) {
     before_->tell(Notice::Kind::information, tr("The settings have changed since this search."));
     before_->setAction(tr("Search a&gain"));

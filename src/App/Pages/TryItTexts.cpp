@@ -85,13 +85,15 @@ QString allowed(const TriedOutcome& outcome) {
 
 }  // namespace
 
-QString summary(int messages, int withheld) {
+QString summary(int messages, int withheld, bool isFromBefore) {
   if (messages == 0) {
-    return Words::tr("No message was found. An assistant would find none either.");
+    return isFromBefore ? Words::tr("No message was found.")
+                        : Words::tr("No message was found. An assistant would find none either.");
   }
   const QString found = Words::tr("%n message(s)", "", messages);
   const QString kept = withheld == 0 ? Words::tr("none withheld") : Words::tr("%n withheld", "", withheld);
-  return Words::tr("%1, %2. An assistant sees exactly this.").arg(found, kept);
+  return (isFromBefore ? Words::tr("%1, %2.") : Words::tr("%1, %2. An assistant sees exactly this."))
+      .arg(found, kept);
 }
 
 QString progress(const TryItModel::Progress& progress) {

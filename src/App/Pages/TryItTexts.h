@@ -9,8 +9,8 @@
 
 namespace tarnwell::TryItTexts {
 
-/// What a search came to, in two sentences.
-QString summary(int messages, int withheld);
+/// What a search came to. And that an assistant sees the same, unless the settings have changed since.
+QString summary(int messages, int withheld, bool isFromBefore);
 /// How far a search came.
 QString progress(const TryItModel::Progress& progress);
 

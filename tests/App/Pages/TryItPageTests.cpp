@@ -30,7 +30,7 @@ TEST_F(TryItPageTest, beginsEmptyAndReadsNothing) {
 TEST_P(TryItPageIn, listShowsWhatIsWithheldAndByWhichWord) {
   begin();
   search();
-  EXPECT_TRUE(shown(*page).contains(TryItTexts::summary(3, 2))) << shown(*page).toStdString();
+  EXPECT_TRUE(shown(*page).contains(TryItTexts::summary(3, 2, false))) << shown(*page).toStdString();
   const QStringList rows = rowTexts();
   ASSERT_EQ(rows.size(), 3);
   EXPECT_TRUE(rows[0].startsWith("Al <al@example.org>. Tea at four. ")) << rows[0].toStdString();
@@ -45,15 +45,18 @@ TEST_P(TryItPageIn, listShowsWhatIsWithheldAndByWhichWord) {
 }
 
 TEST_F(TryItPageTest, sentencesOfASearchCountInBothLanguages) {
-  EXPECT_EQ(TryItTexts::summary(16, 5), "16 messages, 5 withheld. An assistant sees exactly this.");
-  EXPECT_EQ(TryItTexts::summary(1, 1), "1 message, 1 withheld. An assistant sees exactly this.");
-  EXPECT_EQ(TryItTexts::summary(2, 0), "2 messages, none withheld. An assistant sees exactly this.");
-  EXPECT_EQ(TryItTexts::summary(0, 0), "No message was found. An assistant would find none either.");
+  EXPECT_EQ(TryItTexts::summary(16, 5, false), "16 messages, 5 withheld. An assistant sees exactly this.");
+  EXPECT_EQ(TryItTexts::summary(1, 1, false), "1 message, 1 withheld. An assistant sees exactly this.");
+  EXPECT_EQ(TryItTexts::summary(2, 0, false), "2 messages, none withheld. An assistant sees exactly this.");
+  EXPECT_EQ(TryItTexts::summary(0, 0, false), "No message was found. An assistant would find none either.");
+  EXPECT_EQ(TryItTexts::summary(16, 5, true), "16 messages, 5 withheld.");
+  EXPECT_EQ(TryItTexts::summary(0, 0, true), "No message was found.");
   EXPECT_EQ(TryItTexts::progress({12, 20}), "12 of 20 messages are read.");
   EXPECT_EQ(TryItTexts::progress({}), "Asking the mail server…");
   language_.choose(AppLanguage::japanese);
-  EXPECT_EQ(TryItTexts::summary(16, 5),
+  EXPECT_EQ(TryItTexts::summary(16, 5, false),
             "メール 16 通、うち 5 通は渡しません。アシスタントからもこのとおりに見えます。");
+  EXPECT_EQ(TryItTexts::summary(16, 5, true), "メール 16 通、うち 5 通は渡しません。");
   EXPECT_EQ(TryItTexts::progress({12, 20}), "20 通のうち 12 通を読み取りました。");
 }
 
@@ -230,10 +233,12 @@ TEST_F(TryItPageTest, changedSettingsAreSaidAndTheSearchIsMadeAgain) {
   press(Qt::Key_Down);
   settings->change([](AppConfig& config) { config.strictWithholding = true; });
   EXPECT_TRUE(shown(*page).contains("The settings have changed since this search."));
+  EXPECT_FALSE(shown(*page).contains("An assistant sees exactly this."));
   EXPECT_GE(list()->currentIndex().row(), 0) << "who reads on keeps the place";
   pressButton("Search a&gain");
   ASSERT_TRUE(eventually([this] { return model->state() == TryItModel::State::found; }));
   EXPECT_FALSE(shown(*page).contains("The settings have changed since this search."));
+  EXPECT_TRUE(shown(*page).contains("An assistant sees exactly this."));
   EXPECT_EQ((*JSONValue::decode(model->calls().front()->request))["arguments"]["query"], JSONValue("tea"));
 }
 
