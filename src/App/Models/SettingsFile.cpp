@@ -53,6 +53,7 @@ void SettingsFile::writeWaiting() {
         }
         if (waiting_.empty()) {
           reload();
+          Q_EMIT settled();
         } else {
           writeWaiting();
         }

@@ -48,6 +48,8 @@ class SettingsFile : public QObject {
  Q_SIGNALS:
   /// What `config`, `state` or `reason` say has changed.
   void changed();
+  /// All changes are in the file, or could not be written.
+  void settled();
   /// The changes from this one on could not be written, for this reason. `config` shows the file again.
   void notSaved(const QString& reason, int first);
 

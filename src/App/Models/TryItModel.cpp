@@ -41,7 +41,13 @@ bool isSameForTools(const AppConfig& left, const AppConfig& right) {
 }  // namespace
 
 TryItModel::TryItModel(SettingsFile& settings, ReadOnlyTools tools, QObject* parent)
-    : QObject(parent), settings_(settings), tools_(std::move(tools)) {
+    : QObject(parent),
+      settings_(settings),
+      tools_(std::move(tools)),
+      search_(settings),
+      reading_(settings),
+      listing_(settings),
+      change_(settings) {
   moment_.setSingleShot(true);
   moment_.setInterval(moment);
   connect(&moment_, &QTimer::timeout, this, &TryItModel::readText);
@@ -97,10 +103,6 @@ void TryItModel::choose(std::optional<std::size_t> index) {
 }
 
 void TryItModel::readText() {
-  if (settings_.isSaving()) {
-    moment_.start();  // the tools read the settings from the file
-    return;
-  }
   reading_.begin(tools_, ToolName::getMessageBody, {{"uid", chosen()->uid}}, [this](ToolCall call) {
     text_ = triedText(call);
     textCall_ = std::move(call);
@@ -202,6 +204,9 @@ void TryItModel::takeSettings() {
   if (!isSameAccount(settings_.config(), config_)) {
     forget();
     return;
+  }
+  if (search_.isWaiting()) {
+    config_ = settings_.config();  // which it will be made with
   }
   seen_ = settings_.config();
   isFromBefore_ = !isSameForTools(seen_, config_);

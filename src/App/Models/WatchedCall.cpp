@@ -18,6 +18,14 @@ ToolCall failed(ToolName tool) {
 
 }  // namespace
 
+WatchedCall::WatchedCall(const SettingsFile& settings) : settings_(settings) {
+  QObject::connect(&settings_, &SettingsFile::settled, &receiver_, [this] {
+    if (const auto begin = std::exchange(waiting_, {})) {
+      begin();
+    }
+  });
+}
+
 void WatchedCall::begin(const ReadOnlyTools& tools, ToolName tool, JSONObject arguments,
                         std::function<void(ToolCall)> done, Progressed progressed) {
   giveUp();
@@ -29,14 +37,18 @@ void WatchedCall::begin(const ReadOnlyTools& tools, ToolName tool, JSONObject ar
       progressed(step.first, step.second);
     })](std::int64_t read, std::int64_t total) { report({read, total}); };
   }
-  task_.run([tools, tool, arguments = std::move(arguments),
-             watch = std::move(watch)] { return tools.call(tool, arguments, watch); },
-            [tool, done = std::move(done)](Outcome<ToolCall> outcome) {
-              done(outcome.value ? *std::move(outcome.value) : failed(tool));
-            });
+  waiting_ = [=, this, arguments = std::move(arguments), watch = std::move(watch), done = std::move(done)] {
+    task_.run(
+        [=] { return tools.call(tool, arguments, watch); },
+        [=](Outcome<ToolCall> outcome) { done(outcome.value ? *std::move(outcome.value) : failed(tool)); });
+  };
+  if (!settings_.isSaving()) {
+    std::exchange(waiting_, {})();
+  }
 }
 
 void WatchedCall::giveUp() {
+  waiting_ = {};
   cancellation_.cancel();
   task_.abandon();
 }

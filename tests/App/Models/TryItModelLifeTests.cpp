@@ -6,9 +6,11 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
+#include <thread>
 
 #include "App/Models/TryItModelFixture.h"
 #include "support/FakeIMAPServer.h"
+#include "support/Gate.h"
 
 namespace tarnwell::test {
 namespace {
@@ -129,6 +131,75 @@ TEST_F(TryItModelTest, textThatIsBeingReadIsReadAgainWhenTheSettingsChange) {
   mailbox.release();
   ASSERT_TRUE(until([this] { return model->text().has_value(); }));
   EXPECT_EQ(model->text()->kind, TriedText::Kind::withheld);
+}
+
+/// A change of the settings that takes its time to be written.
+class TryItModelWhileSaving : public TryItModelTest {
+ protected:
+  ~TryItModelWhileSaving() override { finishWriting(); }
+
+  void beginToWrite(const std::function<void(AppConfig&)>& edit) {
+    gate_ = std::make_shared<Gate>();
+    change([edit, gate = gate_, window = std::this_thread::get_id()](AppConfig& config) {
+      if (std::this_thread::get_id() != window) {
+        gate->pass();
+      }
+      edit(config);
+    });
+    ASSERT_TRUE(gate_->awaitArrivals(1));
+  }
+  /// As long as a call takes that does not wait.
+  void letACallPass() {
+    ReadOnlyTools(others_.tools(store)).call(ToolName::searchInbox, {}, {});
+    QCoreApplication::processEvents();
+  }
+  void finishWriting() {
+    gate_->open();
+    EXPECT_TRUE(!settings || until([this] { return !settings->isSaving(); }));
+  }
+
+  std::shared_ptr<Gate> gate_ = std::make_shared<Gate>();
+  FakeMailbox others_;
+};
+
+TEST_F(TryItModelWhileSaving, searchTakesTheNewSettings) {
+  open();
+  beginToWrite([](AppConfig& config) { config.safety.blockAuthCodeBodies = false; });
+  model->search({});
+  letACallPass();
+  EXPECT_EQ(model->state(), State::searching);
+  change([](AppConfig& config) { config.safety.maxFetch = 2; });
+  finishWriting();
+  ASSERT_TRUE(searched());
+  EXPECT_EQ(model->withheldCount(), 0);
+  EXPECT_EQ(model->messages().size(), 2u);
+  EXPECT_FALSE(model->isFromBefore());
+}
+
+TEST_F(TryItModelWhileSaving, triedChangeTakesTheNewSettings) {
+  open();
+  search();
+  choose(0);
+  beginToWrite([](AppConfig& config) { config.safety.readOnly = false; });
+  model->tryChange(TriedChange::markRead);
+  letACallPass();
+  EXPECT_TRUE(model->isTrying());
+  finishWriting();
+  ASSERT_TRUE(until([this] { return !model->isTrying(); }));
+  EXPECT_EQ(model->outcome()->kind, TriedOutcome::Kind::allowed);
+}
+
+TEST_F(TryItModelWhileSaving, whatWaitsCanBeStoppedAndForgotten) {
+  for (const auto giveUp : {&TryItModel::cancelSearch, &TryItModel::forget}) {
+    open();
+    beginToWrite([](AppConfig& config) { config.safety.readOnly = false; });
+    model->search({});
+    ((*model).*giveUp)();
+    finishWriting();
+    letACallPass();
+    EXPECT_NE(model->state(), State::found);
+    EXPECT_EQ(mailbox.commands(), std::vector<std::string>());
+  }
 }
 
 TEST_F(TryItModelTest, sameMessageIsReadAgainOnlyAfterAFailure) {
