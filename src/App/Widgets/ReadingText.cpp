@@ -11,7 +11,8 @@ ReadingText::ReadingText(int mostLines, QWidget* parent) : FittedText(parent), m
 }
 
 void ReadingText::setText(const QString& text) {
-  if (text != toPlainText()) {
+  if (text != text_) {
+    text_ = text;
     setPlainText(text);
   }
   fitHeight();

@@ -23,6 +23,7 @@ class ReadingText : public FittedText {
 
  private:
   int mostLines_;
+  QString text_;  // a text field would give some blanks and line ends back in another form
 };
 
 }  // namespace tarnwell

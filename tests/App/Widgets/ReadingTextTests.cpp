@@ -61,5 +61,17 @@ TEST(ReadingText, forgetsWhatWasThereBefore) {
   EXPECT_TRUE(text.isReadOnly());
 }
 
+/// News of the same message must not take the reader back to its beginning.
+TEST(ReadingText, sameTextLeavesThePlaceAlone) {
+  for (const QString& letters : {QStringLiteral("Tea\n"), QStringLiteral("100\u00a0km\n"),
+                                 QStringLiteral("Tea\u2028cake\n"), QStringLiteral("Tea\r\n")}) {
+    ReadingText text(5);
+    text.setText(letters.repeated(50));
+    text.moveCursor(QTextCursor::End);
+    text.setText(letters.repeated(50));
+    EXPECT_TRUE(text.textCursor().atEnd()) << letters.toStdString();
+  }
+}
+
 }  // namespace
 }  // namespace tarnwell::test
