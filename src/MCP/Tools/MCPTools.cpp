@@ -21,6 +21,11 @@ auto millisecondsSince(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration_cast<std::chrono::milliseconds>(spent).count();
 }
 
+/// What `ToolCallResult::error` was given.
+std::string errorText(const ToolCallResult& result) {
+  return result.structured["error"].stringValue().value_or("");
+}
+
 }  // namespace
 
 ToolCallResult ToolCallResult::error(std::string text) {
@@ -65,8 +70,9 @@ ToolCallResult MCPTools::handle(std::string_view name, const JSONValue& argument
   const auto start = std::chrono::steady_clock::now();
   try {
     ToolOutcome outcome = (this->*ToolRow::of(*tool).run)(arguments, watch);
-    // A call with unusable arguments gets no second line. The handlers below log what was thrown.
-    if (!outcome.result.isError) {
+    if (outcome.result.isError) {
+      AppLogger::error(Category::tool, label + " failed: " + loggable(errorText(outcome.result)));
+    } else {
       AppLogger::info(Category::tool, label + ": " + outcome.summary + " (" +
                                           std::to_string(millisecondsSince(start)) + " ms)");
     }

@@ -61,7 +61,22 @@ struct OutcomeRow {
   const char* email = testEmail;
 };
 
+using CallLogTest = ToolTest;
 class CallLog : public ToolTest, public ::testing::WithParamInterface<OutcomeRow> {};
+
+/// Also of a call that finds nothing, or that cannot be made.
+TEST_F(CallLogTest, tellsAnErrorAsTheClientGetsIt) {
+  serve(SessionScript().command(plain.fetchSummary(), "").withLogout());
+  for (const char* tool : {"get_message_body", "get_message_summary", "move_message", "mark_as_read"}) {
+    const char* const arguments = tool == std::string("get_message_body") ? R"({"uid": 7})" : "{}";
+    const ToolCallResult result = call(tool, *JSONValue::decode(arguments));
+    ASSERT_TRUE(result.isError);
+    const LogEntry last = LogBuffer::shared().snapshot().back();
+    EXPECT_EQ(last.level, LogLevel::error);
+    EXPECT_EQ(last.message,
+              "tool " + std::string(tool) + " failed: " + *result.structured["error"].stringValue());
+  }
+}
 
 TEST_P(CallLog, tellsCountsAndDecisions) {
   const OutcomeRow& row = GetParam();

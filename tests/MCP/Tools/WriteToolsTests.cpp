@@ -186,7 +186,9 @@ TEST_F(WriteTool, invalidUIDsAreErrorsWithoutADecisionOrAConnection) {
         LogBuffer::shared().clear();
         EXPECT_EQ(errorOf(call(tool.name, *JSONValue::decode(arguments))), "Missing or invalid 'uid'.")
             << tool.name << arguments;
-        EXPECT_THAT(toolLog(), ElementsAre("info: tool call: " + std::string(tool.name)));
+        EXPECT_THAT(toolLog(), ElementsAre("info: tool call: " + std::string(tool.name),
+                                           "error: tool " + std::string(tool.name) +
+                                               " failed: Missing or invalid 'uid'."));
       }
     }
   }
@@ -204,7 +206,8 @@ TEST_F(WriteTool, missingTargetIsAnErrorWithoutADecisionOrAConnection) {
       LogBuffer::shared().clear();
       EXPECT_EQ(errorOf(call("move_message", *JSONValue::decode(arguments))), "Missing 'targetFolder'.")
           << arguments;
-      EXPECT_THAT(toolLog(), ElementsAre("info: tool call: move_message"));
+      EXPECT_THAT(toolLog(), ElementsAre("info: tool call: move_message",
+                                         "error: tool move_message failed: Missing 'targetFolder'."));
     }
   }
   EXPECT_EQ(server.acceptCount(), 0);
@@ -235,7 +238,8 @@ TEST_F(WriteTool, moveToTheInboxIsRefusedWithoutAConnection) {
           "Refusing to move a message to INBOX (it is already there).");
       EXPECT_THAT(toolLog(), ElementsAre("info: tool call: move_message",
                                          isDryRun ? "notice: write move_message: dry-run"
-                                                  : "notice: write move_message: execute"));
+                                                  : "notice: write move_message: execute",
+                                         HasSubstr("failed: Refusing to move a message to INBOX")));
     }
   }
   EXPECT_EQ(server.acceptCount(), 0);
