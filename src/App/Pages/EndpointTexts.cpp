@@ -59,7 +59,7 @@ QString sentence(State state) {
     case State::failed:
       break;
   }
-  return Words::tr("Nothing listens. The endpoint never starts by itself.");
+  return Words::tr("The endpoint does not listen. It never starts by itself.");
 }
 
 QString news(const EndpointNews& news, int port) {
