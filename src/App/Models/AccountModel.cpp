@@ -27,7 +27,12 @@ AccountModel::AccountModel(SettingsFile& settings, KeychainStore passwords, Keyr
       draft_(shown_),
       keyring_(std::move(keyring)) {
   connect(&settings_, &SettingsFile::changed, this, &AccountModel::followFile);
-  connect(&keyring_, &Keyring::changed, this, &AccountModel::changed);
+  connect(&keyring_, &Keyring::changed, this, [this] {
+    if (news_.kind == AccountNews::Kind::keyringLocked && keyring_.state() == KeyringState::ready) {
+      news_ = {};  // it is unlocked
+    }
+    Q_EMIT changed();
+  });
   connect(&keyring_, &Keyring::unlockEnded, this, &AccountModel::end);
   connect(&keyring_, &Keyring::openedOtherwise, this, [this] { end({}); });
   refreshKeyring();

@@ -40,7 +40,10 @@ EndpointModel::EndpointModel(SettingsFile& settings, const KeychainStore& passwo
       tell({.kind = Kind::settingsNotSaved, .details = reason});
     }
   });
-  connect(&keyring_, &Keyring::changed, this, &EndpointModel::changed);
+  connect(&keyring_, &Keyring::changed, this, [this] {
+    const bool isOutdated = news_.kind == Kind::keyring && news_.keyring == AccountNews::Kind::keyringLocked;
+    tell(isOutdated && keyring_.state() == KeyringState::ready ? EndpointNews() : news_);
+  });
   connect(&keyring_, &Keyring::openedOtherwise, this, &EndpointModel::refresh);
   connect(&keyring_, &Keyring::unlockEnded, this, [this](const AccountNews& news) {
     tell({.kind = Kind::keyring, .details = news.details, .keyring = news.kind});

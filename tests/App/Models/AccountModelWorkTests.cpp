@@ -198,6 +198,7 @@ TEST_F(AccountWorkTest, keyringTroubleIsNamedAndNothingIsLost) {
   for (const KeyringRow& row : {KeyringRow{SecretStatus::notAvailable, Kind::keyringMissing},
                                 KeyringRow{SecretStatus::interactionNotAllowed, Kind::keyringLocked},
                                 KeyringRow{SecretStatus::internalError, Kind::keyringRefused}}) {
+    keyring->state = row.kind == Kind::keyringLocked ? KeyringState::locked : KeyringState::ready;
     open();
     type("anna@example.org", "imap.example.org", 993);
     typePassword();
@@ -212,6 +213,22 @@ TEST_F(AccountWorkTest, keyringTroubleIsNamedAndNothingIsLost) {
     EXPECT_EQ(model->obstacleToSave(), Obstacle::none);
     EXPECT_FALSE(fs::exists(store.configURL()));
   }
+}
+
+TEST_F(AccountWorkTest, lockedKeyringIsNoNewsOnceItIsUnlockedElsewhere) {
+  keyring->state = KeyringState::locked;
+  open();
+  type("anna@example.org", "imap.example.org", 993);
+  typePassword();
+  items.answers = {SecretStatus::interactionNotAllowed};
+  model->save(Secret("pass"));
+  ASSERT_TRUE(until([this] {
+    return model->news().kind == Kind::keyringLocked && model->keyring() == KeyringState::locked;
+  }));
+  keyring->state = KeyringState::ready;
+  model->refreshKeyring();
+  ASSERT_TRUE(until([this] { return model->keyring() == KeyringState::ready; }));
+  EXPECT_EQ(model->news().kind, Kind::none);
 }
 
 TEST_F(AccountWorkTest, newAddressTakesThePasswordWithIt) {
@@ -243,6 +260,7 @@ TEST_F(AccountWorkTest, removalEmptiesTheForm) {
 
 TEST_F(AccountWorkTest, removalThatTheKeyringRefusesKeepsTheAccount) {
   saveOutside("anna@example.org", "imap.example.org");
+  keyring->state = KeyringState::locked;
   open();
   items.answers = {SecretStatus::interactionNotAllowed};
   model->remove();

@@ -107,12 +107,14 @@ struct KeyringRow {
   const char* name;
   std::int32_t status;
   AccountNews::Kind kind;
+  KeyringState state;
 };
 
 class EndpointModelWithoutAKeyring : public EndpointModelToken,
                                      public testing::WithParamInterface<KeyringRow> {};
 
 TEST_P(EndpointModelWithoutAKeyring, saysWhatIsTheMatterAndListensNowhere) {
+  *keyring = GetParam().state;
   open();
   items.answers = {GetParam().status};
   model->start();
@@ -123,13 +125,29 @@ TEST_P(EndpointModelWithoutAKeyring, saysWhatIsTheMatterAndListensNowhere) {
   EXPECT_TRUE(start()) << "it can be tried again";
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Table, EndpointModelWithoutAKeyring,
-    testing::Values(KeyringRow{"locked", SecretStatus::interactionNotAllowed,
-                               AccountNews::Kind::keyringLocked},
-                    KeyringRow{"absent", SecretStatus::notAvailable, AccountNews::Kind::keyringMissing},
-                    KeyringRow{"refused", SecretStatus::internalError, AccountNews::Kind::keyringRefused}),
-    rowName);
+INSTANTIATE_TEST_SUITE_P(Table, EndpointModelWithoutAKeyring,
+                         testing::Values(KeyringRow{"locked", SecretStatus::interactionNotAllowed,
+                                                    AccountNews::Kind::keyringLocked, KeyringState::locked},
+                                         KeyringRow{"absent", SecretStatus::notAvailable,
+                                                    AccountNews::Kind::keyringMissing,
+                                                    KeyringState::noService},
+                                         KeyringRow{"refused", SecretStatus::internalError,
+                                                    AccountNews::Kind::keyringRefused, KeyringState::ready}),
+                         rowName);
+
+TEST_F(EndpointModelToken, lockedKeyringIsNoNewsOnceItIsUnlockedElsewhere) {
+  *keyring = KeyringState::locked;
+  open();
+  items.answers = {SecretStatus::interactionNotAllowed};
+  model->start();
+  ASSERT_TRUE(until([this] { return model->keyring() == KeyringState::locked; }));
+  EXPECT_EQ(model->news().keyring, AccountNews::Kind::keyringLocked);
+  *keyring = KeyringState::ready;
+  model->refresh();
+  ASSERT_TRUE(until([this] { return model->keyring() == KeyringState::ready; }));
+  EXPECT_EQ(model->news().kind, Kind::none);
+  EXPECT_EQ(model->state(), State::failed);
+}
 
 TEST_F(EndpointModelToken, stopWishedDuringAStartThatFailsIsForgotten) {
   open();
