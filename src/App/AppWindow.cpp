@@ -78,7 +78,7 @@ void AppWindow::finishWork(std::chrono::milliseconds longest) {
   QElapsedTimer timer;
   timer.start();
   while (assistants_.isWriting() || (isWorking() && timer.elapsed() < longest.count())) {
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::ExcludeUserInputEvents, 50);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 50);
     QThread::msleep(1);
   }
 }

@@ -2,9 +2,8 @@
 
 /// Recognises the texts that this program logs, so that the app can say them in the reader's language.
 ///
-///     recognised("tool search_inbox: 16 messages, 5 withheld (247 ms)")
-///         // .phrase = foundMessages, .name = "search_inbox", .count = 16, .withheld = 5, .milliseconds =
-///         247
+///     recognised("tool search_inbox: 16 messages, 5 withheld (247 ms)");
+///     // .phrase = foundMessages, .name = "search_inbox", .count = 16, .withheld = 5, .milliseconds = 247
 ///
 /// Threads: any.
 

@@ -1,6 +1,7 @@
 #include "App/Models/StartingProgram.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,10 +28,11 @@ const RunningProgram* find(std::int64_t processID, const std::vector<RunningProg
 /// The name that the program gave itself, or that of its file where the system cut the first one.
 QString ownName(const RunningProgram& program) {
   const std::string file = program.executable.filename().string();
-  for (const std::string_view carrier : carriers) {
-    if (program.name == carrier || file == carrier || file.starts_with("python3.")) {
-      return {};
-    }
+  const bool isCarrier = std::any_of(std::begin(carriers), std::end(carriers), [&](std::string_view carrier) {
+    return program.name == carrier || file == carrier;
+  });
+  if (isCarrier || file.starts_with("python3.")) {
+    return {};
   }
   return QString::fromStdString(file.starts_with(program.name) ? file : program.name);
 }

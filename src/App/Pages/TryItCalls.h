@@ -21,10 +21,10 @@ class TryItCalls : public QWidget {
 
   /// In the language of the window.
   void setTexts();
-  /// Takes the calls of the model. Stays at the call of the tool that is shown, unless there is a newer one.
-  void showCalls();
 
  private:
+  /// Takes the calls of the model. Stays at the call of the tool that is shown, unless there is a newer one.
+  void showCalls();
   void showCall();
 
   const TryItModel& tryIt_;

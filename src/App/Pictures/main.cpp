@@ -22,7 +22,7 @@ bool wait(const std::function<bool()>& condition) {
   QElapsedTimer timer;
   timer.start();
   while (!condition() && timer.elapsed() < 20'000) {
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
   }
   return condition();
 }
