@@ -70,7 +70,7 @@ bool AppWindow::mayClose() {
 bool AppWindow::isWorking() const {
   return settings_.isSaving() || account_.activity() == AccountModel::Activity::saving ||
          account_.activity() == AccountModel::Activity::removing || assistants_.isWriting() ||
-         endpoint_.isRunning() || endpoint_.isRenewing();
+         endpoint_.isRunning() || endpoint_.isRenewing() || activity_.isSaving();
 }
 
 void AppWindow::finishWork(std::chrono::milliseconds longest) {

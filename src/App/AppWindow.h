@@ -42,7 +42,7 @@ class AppWindow {
   AssistantsModel& assistants() { return assistants_; }
   TryItModel& tryIt() { return tryIt_; }
   EndpointModel& endpoint() { return endpoint_; }
-  const ActivityModel& activity() const { return activity_; }
+  ActivityModel& activity() { return activity_; }
   void choose(PageName page) { window_.choose(static_cast<int>(page)); }
 
  private:

@@ -76,6 +76,18 @@ TEST_F(AppWindowTest, closingRightAfterAChangeLosesNothing) {
   EXPECT_EQ(items.at({"service", "anna@example.org", std::nullopt}), "pass");
 }
 
+TEST_F(AppWindowTest, closingRightAfterSavingTheActivityLosesNothing) {
+  AppWindow app(settings, passwords, machine());
+  app.choose(AppWindow::PageName::activity);
+  app.window().show();
+  const std::filesystem::path file = directory / "activity.txt";
+  app.activity().save(QString::fromStdString(file.string()));
+  app.window().close();
+  app.finishWork();
+  EXPECT_FALSE(app.activity().isSaving());
+  EXPECT_TRUE(std::filesystem::exists(file));
+}
+
 /// Between two commands the assistant would be left without its entry.
 TEST_F(AppWindowTest, closingWaitsForTheCommandsOfAnAssistantWithoutALimit) {
   FakeMachine fake;

@@ -90,6 +90,7 @@ class ActivityModel : public QAbstractTableModel {
 
   /// Writes all lines into the file, off this thread.
   void save(const QString& path);
+  bool isSaving() const { return saving_.isRunning(); }
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
