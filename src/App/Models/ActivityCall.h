@@ -4,35 +4,19 @@
 ///
 /// Threads: plain values.
 
-#include <QString>
+#include <optional>
 
 #include "App/Models/LogText.h"
+#include "MCP/Tools/ToolName.h"
 
 namespace tarnwell {
-
-enum class CalledTool {
-  /// One that this app does not know.
-  other,
-  getStatus,
-  listFolders,
-  searchInbox,
-  getMessageSummary,
-  getMessageBody,
-  proposeInboxCleanup,
-  moveMessage,
-  markAsRead,
-  trashMessage,
-};
-
-/// By the name in the log, such as "search_inbox".
-CalledTool calledTool(const QString& name);
 
 struct ActivityCall {
   enum class State {
     begun,
     /// It came to an outcome.
     ended,
-    /// It is over without an outcome: the tool does not exist, or its arguments could not be used.
+    /// It is over, and the log tells no outcome: the tool does not exist, or the line is lost.
     unusable,
     /// Nobody knows: the log tells no outcome, and no reason for that.
     unknown,
@@ -40,7 +24,8 @@ struct ActivityCall {
     brokenOff,
   };
 
-  CalledTool tool = CalledTool::other;
+  /// Absent for one that this app does not know.
+  std::optional<ToolName> tool{};
   State state = State::begun;
   /// What the safety settings decided about a change: one of the phrases that begin with "write". `other`
   /// when the log tells no decision.

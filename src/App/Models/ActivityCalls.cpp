@@ -194,7 +194,7 @@ void ActivityCalls::addDetail(ActivityItem& row, ActivityItem& detail) {
 
 void ActivityCalls::makeRow(ActivityItem& item, State state) {
   item.call = std::make_unique<ActivityItem::Call>(ActivityItem::Call{item.line});
-  item.call->entry.call = {.tool = calledTool(item.line.text.name), .state = state};
+  item.call->entry.call = {.tool = toolName(item.line.text.name.toStdString()), .state = state};
 }
 
 void ActivityCalls::close(ActivityItem& row, State state) {

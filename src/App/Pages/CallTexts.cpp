@@ -28,9 +28,10 @@ QString CallTexts::words(const ActivityCall& call, const LogText& text) {
     case ActivityCall::State::ended:
       return outcome(call, text);
     case ActivityCall::State::unusable:
-      return call.tool == CalledTool::other ? tr("There is no tool with the name %1").arg(text.name)
-                                            : tr("%1 not done: the assistant's request was not usable")
-                                                  .arg(action(call.tool, text.name));
+      if (!call.tool) {
+        return tr("There is no tool with the name %1").arg(text.name);
+      }
+      [[fallthrough]];
     case ActivityCall::State::unknown:
       return tr("%1: no outcome in the log").arg(action(call.tool, text.name));
     case ActivityCall::State::brokenOff:
@@ -39,94 +40,95 @@ QString CallTexts::words(const ActivityCall& call, const LogText& text) {
   return {};
 }
 
-QString CallTexts::begun(CalledTool tool, const QString& name) {
-  switch (tool) {
-    case CalledTool::getStatus:
+QString CallTexts::begun(std::optional<ToolName> tool, const QString& name) {
+  if (!tool) {
+    return tr("Calling %1…").arg(name);
+  }
+  switch (*tool) {
+    case ToolName::getStatus:
       return tr("Giving the status…");
-    case CalledTool::listFolders:
+    case ToolName::listFolders:
       return tr("Listing the folders…");
-    case CalledTool::searchInbox:
+    case ToolName::searchInbox:
       return tr("Searching the inbox…");
-    case CalledTool::getMessageSummary:
+    case ToolName::getMessageSummary:
       return tr("Reading the summary of a message…");
-    case CalledTool::getMessageBody:
+    case ToolName::getMessageBody:
       return tr("Reading a message…");
-    case CalledTool::proposeInboxCleanup:
+    case ToolName::proposeInboxCleanup:
       return tr("Looking for what could be cleaned up…");
-    case CalledTool::moveMessage:
+    case ToolName::moveMessage:
       return tr("Moving a message…");
-    case CalledTool::markAsRead:
+    case ToolName::markAsRead:
       return tr("Marking a message as read…");
-    case CalledTool::trashMessage:
+    case ToolName::trashMessage:
       return tr("Putting a message into the trash…");
-    case CalledTool::other:
-      return tr("Calling %1…").arg(name);
   }
   return {};
 }
 
-QString CallTexts::done(CalledTool tool, const QString& name) {
-  switch (tool) {
-    case CalledTool::getStatus:
+QString CallTexts::done(std::optional<ToolName> tool, const QString& name) {
+  if (!tool) {
+    return tr("Called %1").arg(name);
+  }
+  switch (*tool) {
+    case ToolName::getStatus:
       return tr("Gave the status");
-    case CalledTool::listFolders:
+    case ToolName::listFolders:
       return tr("Listed the folders");
-    case CalledTool::searchInbox:
+    case ToolName::searchInbox:
       return tr("Searched the inbox");
-    case CalledTool::getMessageSummary:
+    case ToolName::getMessageSummary:
       return tr("Read the summary of a message");
-    case CalledTool::getMessageBody:
+    case ToolName::getMessageBody:
       return tr("Read a message");
-    case CalledTool::proposeInboxCleanup:
+    case ToolName::proposeInboxCleanup:
       return tr("Proposed what could be cleaned up");
-    case CalledTool::moveMessage:
+    case ToolName::moveMessage:
       return tr("Moved a message");
-    case CalledTool::markAsRead:
+    case ToolName::markAsRead:
       return tr("Marked a message as read");
-    case CalledTool::trashMessage:
+    case ToolName::trashMessage:
       return tr("Put a message into the trash");
-    case CalledTool::other:
-      return tr("Called %1").arg(name);
   }
   return {};
 }
 
 /// Only these three can be previewed.
-QString CallTexts::previewed(CalledTool tool, const QString& name) {
-  switch (tool) {
-    case CalledTool::moveMessage:
-      return tr("Previewed a move");
-    case CalledTool::markAsRead:
-      return tr("Previewed marking a message as read");
-    case CalledTool::trashMessage:
-      return tr("Previewed putting a message into the trash");
-    default:
-      return tr("Previewed %1").arg(name);
+QString CallTexts::previewed(std::optional<ToolName> tool, const QString& name) {
+  if (tool == ToolName::moveMessage) {
+    return tr("Previewed a move");
   }
+  if (tool == ToolName::markAsRead) {
+    return tr("Previewed marking a message as read");
+  }
+  return tool == ToolName::trashMessage ? tr("Previewed putting a message into the trash")
+                                        : tr("Previewed %1").arg(name);
 }
 
-QString CallTexts::action(CalledTool tool, const QString& name) {
-  switch (tool) {
-    case CalledTool::getStatus:
+QString CallTexts::action(std::optional<ToolName> tool, const QString& name) {
+  if (!tool) {
+    return name;
+  }
+  switch (*tool) {
+    case ToolName::getStatus:
       return tr("Status");
-    case CalledTool::listFolders:
+    case ToolName::listFolders:
       return tr("List of the folders");
-    case CalledTool::searchInbox:
+    case ToolName::searchInbox:
       return tr("Search");
-    case CalledTool::getMessageSummary:
+    case ToolName::getMessageSummary:
       return tr("Summary of a message");
-    case CalledTool::getMessageBody:
+    case ToolName::getMessageBody:
       return tr("Reading");
-    case CalledTool::proposeInboxCleanup:
+    case ToolName::proposeInboxCleanup:
       return tr("Clean-up proposal");
-    case CalledTool::moveMessage:
+    case ToolName::moveMessage:
       return tr("Move");
-    case CalledTool::markAsRead:
+    case ToolName::markAsRead:
       return tr("Marking as read");
-    case CalledTool::trashMessage:
+    case ToolName::trashMessage:
       return tr("Move into the trash");
-    case CalledTool::other:
-      return name;
   }
   return {};
 }
@@ -136,7 +138,7 @@ QString CallTexts::outcome(const ActivityCall& call, const LogText& text) {
   const QString time = seconds(text);
   switch (text.phrase) {
     case LogPhrase::foundMessages:
-      if (call.tool == CalledTool::getMessageSummary) {
+      if (call.tool == ToolName::getMessageSummary) {
         return tr("%1, %2").arg(did, time);
       }
       return text.withheld > 0 ? tr("%1: %Ln message(s), %2 withheld, %3", nullptr, count(text.count))

@@ -26,11 +26,11 @@ class CallTexts {
 
  private:
   static QString words(const ActivityCall& call, const LogText& text);
-  static QString begun(CalledTool tool, const QString& name);
-  static QString done(CalledTool tool, const QString& name);
-  static QString previewed(CalledTool tool, const QString& name);
+  static QString begun(std::optional<ToolName> tool, const QString& name);
+  static QString done(std::optional<ToolName> tool, const QString& name);
+  static QString previewed(std::optional<ToolName> tool, const QString& name);
   /// The same as a noun, for what was not done.
-  static QString action(CalledTool tool, const QString& name);
+  static QString action(std::optional<ToolName> tool, const QString& name);
   static QString outcome(const ActivityCall& call, const LogText& text);
   static QString refused(const QString& action, LogPhrase decision);
 };

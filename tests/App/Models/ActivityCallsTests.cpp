@@ -213,7 +213,7 @@ TEST_F(ActivityCallsTest, aRowTellsWhatTheCallCameTo) {
   EXPECT_EQ(row.date, now) << "its time is that of its beginning";
   EXPECT_EQ(row.text.phrase, LogPhrase::foundMessages);
   EXPECT_EQ(row.text.count, 16);
-  EXPECT_EQ(row.call->tool, CalledTool::searchInbox);
+  EXPECT_EQ(row.call->tool, ToolName::searchInbox);
 }
 
 TEST_F(ActivityCallsTest, aRowHasTheGravestLevelOfItsLines) {

@@ -99,10 +99,19 @@ const Row rows[] = {
       "tool move_message failed: Folder not found: %1 Attic"},
      "Move failed: Folder not found: %1 Attic",
      "移動に失敗しました: Folder not found: %1 Attic"},
-    {"moveWithUnusableArguments",
+    {"moveWhoseOutcomeIsLost",
      {"tool call: move_message", "tool call: get_status"},
-     "Move not done: the assistant's request was not usable",
-     "アシスタントの指定に誤りがあり、移動ができませんでした"},
+     "Move: no outcome in the log",
+     "移動: 結果の記録がありません"},
+    {"moveWithUnusableArguments",
+     {"tool call: move_message", "tool move_message failed: Missing 'targetFolder'."},
+     "Move failed: Missing 'targetFolder'.",
+     "移動に失敗しました: Missing 'targetFolder'."},
+    {"triedOnAMessageThatHasGone",
+     {"tried by the user: get_message_body", "tool call: get_message_body",
+      "tool get_message_body failed: No message with UID 9 in INBOX."},
+     "Try it: Reading failed: No message with UID 9 in INBOX.",
+     "お試し: メールの読み取りに失敗しました: No message with UID 9 in INBOX."},
     {"marked",
      {"tool call: mark_as_read", "write mark_as_read: execute", "tool mark_as_read: executed (59 ms)"},
      "Marked a message as read, 0.1 s",
@@ -185,7 +194,7 @@ INSTANTIATE_TEST_SUITE_P(, CallTextsOf, testing::ValuesIn(rows), rowName);
 
 TEST(CallTexts, aCallOfUnknownEndIsNotBlamedOnTheAssistant) {
   Language language;
-  const ActivityCall call{.tool = CalledTool::searchInbox, .state = ActivityCall::State::unknown};
+  const ActivityCall call{.tool = ToolName::searchInbox, .state = ActivityCall::State::unknown};
   language.choose(AppLanguage::english);
   EXPECT_EQ(CallTexts::row(call, {}), "Search: no outcome in the log");
   language.choose(AppLanguage::japanese);
@@ -199,10 +208,14 @@ TEST(CallTexts, eachToolHasWordsOfItsOwnInEachState) {
     language.choose(spoken);
     QSet<QString> said;
     int count = 0;
-    for (int tool = 0; tool <= static_cast<int>(CalledTool::trashMessage); ++tool) {
+    std::vector<std::optional<ToolName>> tools{std::nullopt};
+    for (const ToolName tool : allToolNames()) {
+      tools.emplace_back(tool);
+    }
+    for (const std::optional<ToolName> tool : tools) {
       using enum ActivityCall::State;
-      for (const auto state : {begun, unusable, unknown, brokenOff, ended}) {
-        const ActivityCall call{.tool = static_cast<CalledTool>(tool), .state = state};
+      for (const auto state : {begun, unknown, brokenOff, ended}) {
+        const ActivityCall call{.tool = tool, .state = state};
         said += CallTexts::row(call, {.phrase = LogPhrase::changeMade, .name = "x"});
         ++count;
       }
