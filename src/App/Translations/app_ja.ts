@@ -503,10 +503,6 @@
         <translation>お試し: %1</translation>
     </message>
     <message>
-        <source>%1 not done: the assistant&apos;s request was not usable</source>
-        <translation>アシスタントの指定に誤りがあり、%1ができませんでした</translation>
-    </message>
-    <message>
         <source>%1: no outcome in the log</source>
         <translation>%1: 結果の記録がありません</translation>
     </message>
@@ -1566,8 +1562,8 @@
         <translation>ポートは閉じました。実行中の呼び出しが終わるのを待っています（長くても 1 分ほどです）。</translation>
     </message>
     <message>
-        <source>Nothing listens. The endpoint never starts by itself.</source>
-        <translation>何も待ち受けていません。ローカル接続が自動で始まることはありません。</translation>
+        <source>The endpoint does not listen. It never starts by itself.</source>
+        <translation>ローカル接続は待ち受けていません。自動で始まることはありません。</translation>
     </message>
     <message>
         <source>Another program already uses port %1.</source>
@@ -2202,6 +2198,10 @@
         <translation>許可されています。アシスタントはこのメールを「%1」に移動できます。今は何も変更していません。</translation>
     </message>
     <message>
+        <source>No message was found.</source>
+        <translation>メールは見つかりませんでした。</translation>
+    </message>
+    <message>
         <source>No message was found. An assistant would find none either.</source>
         <translation>メールは見つかりませんでした。アシスタントにも見つかりません。</translation>
     </message>
@@ -2220,6 +2220,10 @@
         <translation>
             <numerusform>うち %n 通は渡しません</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>%1, %2.</source>
+        <translation>%1、%2。</translation>
     </message>
     <message>
         <source>%1, %2. An assistant sees exactly this.</source>
