@@ -13,8 +13,6 @@
 namespace tarnwell {
 namespace {
 
-constexpr const char* entryName = "tarnwell";
-
 std::vector<std::string> texts(const JSONValue& list) {
   std::vector<std::string> result;
   if (const JSONArray* elements = list.arrayValue()) {

@@ -11,6 +11,9 @@
 
 namespace tarnwell {
 
+/// Its name among the entries.
+constexpr const char* entryName = "tarnwell";
+
 struct AssistantEntry {
   /// Absent for an entry that starts no program.
   std::optional<std::string> command;

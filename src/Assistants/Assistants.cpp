@@ -92,7 +92,6 @@ AssistantState stateOf(const Machine& machine, const AssistantRow& row) {
   }
   const bool isHere = state.connection == Connection::here;
   state.way = wayTo(machine, row, *reading, isHere ? Goal::disconnect : Goal::connect);
-  state.isRunning = row.rewritesFile && state.way == ConnectingWay::file && isRunning(machine, row);
   return state;
 }
 
@@ -180,17 +179,9 @@ ConnectionPlan plan(const Machine& machine, AssistantID id, Goal goal) {
       planned.block = goal == Goal::disconnect && reading.entry
                           ? reading.lines
                           : connectionBlock(BlockFormat::codexTOML, machine.helper);
-      planned.blockFormat = "toml";
       break;
   }
   return planned;
-}
-
-void checkNotRunning(const Machine& machine, AssistantID id) {
-  const AssistantRow& row = assistantRow(id);
-  if (row.rewritesFile && isRunning(machine, row)) {
-    throw AssistantError(AssistantError::Kind::running, id, "");
-  }
 }
 
 }  // namespace tarnwell

@@ -94,9 +94,6 @@ struct AssistantState {
   std::string name{};
   /// Its program or its folder was found.
   bool isInstalled = false;
-  /// It runs and writes its file anew while it runs, so it has to be closed before its file is changed. Only
-  /// for clients that do so and have no command.
-  bool isRunning = false;
   Connection connection = Connection::none;
   /// Its entry is there, but switched off in the client.
   bool isSwitchedOff = false;
@@ -174,9 +171,8 @@ struct ConnectionPlan {
   std::optional<JSONValue> entryBefore{};
   /// For `file`.
   std::optional<FileChange> change{};
-  /// For `block`: the text to copy, or the lines to remove as they stand, and the format: "toml".
+  /// For `block`: the text to copy, or the lines to remove as they stand.
   std::string block{};
-  std::string blockFormat{};
   /// The configuration that changes, or that the block belongs in.
   std::filesystem::path file{};
 

@@ -28,7 +28,7 @@ fs::path targetOf(const fs::path& path) {
   return failed ? target : folder / target.filename();
 }
 
-/// Something is there, and nobody can know what it is, or it is known to be there.
+/// Also true when nobody can know.
 bool isThere(const fs::path& path) {
   std::error_code ignored;
   return fs::symlink_status(path, ignored).type() != fs::file_type::not_found;

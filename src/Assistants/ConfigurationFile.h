@@ -26,6 +26,8 @@
 #include <string>
 #include <string_view>
 
+#include "JSONEditor/JSONEditor.h"
+
 namespace tarnwell {
 
 class ConfigurationFileError : public std::runtime_error {
@@ -42,7 +44,8 @@ class ConfigurationFileError : public std::runtime_error {
     /// It was written, but is now something else: another program writes it at the same time. The reason
     /// names the copy of what it was.
     notVerified,
-    /// A user other than this one and root may write the file, or replace it in its folder.
+    /// A user other than this one and root owns the file, or every user may write it or replace it in its
+    /// folder.
     otherWriter,
   };
 
@@ -60,7 +63,7 @@ class ConfigurationFileError : public std::runtime_error {
 };
 
 /// In bytes.
-constexpr std::size_t maximumConfigurationFileSize = std::size_t{16} * 1024 * 1024;
+constexpr std::size_t maximumConfigurationFileSize = maximumJSONTextSize;
 
 struct FileChange {
   std::filesystem::path path;         // as the program names it
