@@ -67,9 +67,7 @@ void verifyText(const WrittenFile& written, const std::optional<std::string>& te
   try {
     requireText(written.change, text);
   } catch (const ConfigurationFileError& error) {
-    const std::string copy =
-        written.backup ? "; a copy of what it was before is " + written.backup->string() : "";
-    throw ConfigurationFileError(Kind::notVerified, written.change.target, error.reason() + copy);
+    throw ConfigurationFileError(Kind::notVerified, written.change.target, error.reason(), written.backup);
   }
 }
 
@@ -98,11 +96,13 @@ fs::path makeBackup(const fs::path& target, std::string_view text, const FileRig
 
 }  // namespace
 
-ConfigurationFileError::ConfigurationFileError(Kind kind, fs::path path, const std::string& reason)
+ConfigurationFileError::ConfigurationFileError(Kind kind, fs::path path, const std::string& reason,
+                                               std::optional<fs::path> backup)
     : std::runtime_error(path.string() + ": " + reason),
       kind_(kind),
       path_(std::move(path)),
-      reason_(reason) {}
+      reason_(reason),
+      backup_(std::move(backup)) {}
 
 std::optional<std::string> readConfigurationFile(const fs::path& path) {
   return textOf(path, targetOf(path));

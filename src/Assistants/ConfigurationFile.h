@@ -41,25 +41,29 @@ class ConfigurationFileError : public std::runtime_error {
     changed,
     /// The system refused. The file is as it was.
     notWritten,
-    /// It was written, but is now something else: another program writes it at the same time. The reason
-    /// names the copy of what it was.
+    /// It was written, but is now something else: another program writes it at the same time. `backup` is
+    /// the copy of what it was.
     notVerified,
     /// A user other than this one and root owns the file, or every user may write it or replace it in its
     /// folder.
     otherWriter,
   };
 
-  ConfigurationFileError(Kind kind, std::filesystem::path path, const std::string& reason);
+  ConfigurationFileError(Kind kind, std::filesystem::path path, const std::string& reason,
+                         std::optional<std::filesystem::path> backup = {});
 
   Kind kind() const { return kind_; }
   const std::filesystem::path& path() const { return path_; }
   /// A few English words, for example those of the system. `what` has them after the path.
   const std::string& reason() const { return reason_; }
+  /// The copy that stays. Absent when the file is as it was, or there was none.
+  const std::optional<std::filesystem::path>& backup() const { return backup_; }
 
  private:
   Kind kind_;
   std::filesystem::path path_;
   std::string reason_;
+  std::optional<std::filesystem::path> backup_;
 };
 
 /// In bytes.

@@ -61,7 +61,7 @@ TEST_F(CommandsOfClients, claudeCodeIsConnectedAndDisconnected) {
   willWrite(entry(helper()));
   ConnectionDone done = carryOut(fake.machine, planned);
   EXPECT_EQ(calls(), "mcp add --scope user tarnwell -- " + helper() + " serve\n");
-  EXPECT_FALSE(done.written) << "it writes its file at other times too";
+  EXPECT_FALSE(done.written.value().backup) << "there was no entry";
   EXPECT_TRUE(
       carryOut(fake.machine, plan(fake.machine, AssistantID::claudeCode, Goal::connect)).plan.isNothing());
 
@@ -129,16 +129,21 @@ class BytesOfClients : public CommandsOfClients, public testing::WithParamInterf
   std::string connected(const std::string& command) const {
     return GetParam().id == AssistantID::codex ? toml(command) : entry(command);
   }
+  std::string unconnected() const {
+    return GetParam().id == AssistantID::codex ? "model = 'x'\n# mine, which its command drops\n" : none;
+  }
+  std::string alone() const {
+    return GetParam().id == AssistantID::codex
+               ? "[mcp_servers.tarnwell]\ncommand = '" + helper() + "'\nargs = ['serve']\n"
+               : R"({"mcpServers":{"tarnwell":{"command":")" + helper() + R"(","args":["serve"]}}})";
+  }
   void put(const std::string& text) const { fake.put(GetParam().file, text); }
   std::string text() const { return fileContents(fake.home() / GetParam().file); }
 };
 
 TEST_P(BytesOfClients, comeBackWhenNobodyChangedTheFileSince) {
   putClient(GetParam().program, GetParam().file);
-  for (const std::string& start : {connected("/old/tarnwell"), std::string(), std::string("# \n")}) {
-    if (start.starts_with('#') && GetParam().id != AssistantID::codex) {
-      continue;
-    }
+  for (const std::string& start : {connected("/old/tarnwell"), unconnected(), unconnected() + "\n"}) {
     put(start);
     willWrite(connected(helper()));
     const ConnectionDone done = carryOut(fake.machine, plan(fake.machine, GetParam().id, Goal::connect));
@@ -155,10 +160,26 @@ TEST_P(BytesOfClients, fileThatWasNotThereGoesAgain) {
   putClient(GetParam().program, GetParam().file);
   put("");
   std::filesystem::remove(fake.home() / GetParam().file);
-  willWrite(connected(helper()));
+  willWrite(alone());
   const ConnectionDone done = carryOut(fake.machine, plan(fake.machine, GetParam().id, Goal::connect));
   undo(fake.machine, done);
   EXPECT_FALSE(std::filesystem::exists(fake.home() / GetParam().file));
+}
+
+/// Somebody else changed another setting at the same time.
+TEST_P(BytesOfClients, doNotTakeBackWhatCameWhileTheCommandRan) {
+  const bool isTOML = GetParam().id == AssistantID::codex;
+  putClient(GetParam().program, GetParam().file);
+  for (const std::string& since : {isTOML ? "model = 'y'\n" + alone() : alone(),
+                                   isTOML ? "model = 'x'\n[[a]]\nb = 1\n[[a]]\n" + alone()
+                                          : "{\"theme\":1," + connected(helper()).substr(1)}) {
+    put(isTOML ? "model = 'x'\n[[a]]\nb = 2\n[[a]]\n" : none);
+    willWrite(since);
+    const ConnectionDone done = carryOut(fake.machine, plan(fake.machine, GetParam().id, Goal::connect));
+    willWrite("");
+    undo(fake.machine, done);
+    EXPECT_EQ(text(), "") << "what the command wrote";
+  }
 }
 
 TEST_P(BytesOfClients, entryComesBackByCommandWhenTheFileWasChanged) {
@@ -242,7 +263,7 @@ TEST_F(CommandsOfClients, codexThatNeverRanIsConnected) {
   FakeMachine::putProgram(
       program("codex"),
       "/bin/mkdir -p \"$HOME/.codex\"; /bin/cat \"$HOME/next\" > \"$HOME/.codex/config.toml\"");
-  willWrite(toml(helper()));
+  willWrite("[mcp_servers.tarnwell]\ncommand = '" + helper() + "'\nargs = ['serve']\n");
   const ConnectionDone done = carryOut(fake.machine, plan(fake.machine, AssistantID::codex, Goal::connect));
   EXPECT_FALSE(done.written.value().backup);
   EXPECT_EQ(fake.state(AssistantID::codex).connection, Connection::here);
