@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Core/ISO8601.h"
+#include "Platform/FolderLock.h"
 #include "Platform/PrivateFiles.h"
 
 namespace tarnwell {
@@ -81,6 +82,15 @@ auto orNotWritten(const fs::path& path, const Write& write) {
   }
 }
 
+FolderLock lockFor(const fs::path& target, std::chrono::milliseconds patience) {
+  try {
+    return FolderLock(target.parent_path(), patience);
+  } catch (const fs::filesystem_error&) {
+    throw ConfigurationFileError(Kind::notWritten, target,
+                                 "another program has been changing files in its folder for too long");
+  }
+}
+
 /// Copies the text beside the target. A copy of the same second is not overwritten: the new one gets a
 /// number.
 fs::path makeBackup(const fs::path& target, std::string_view text, const FileRights& rights) {
@@ -118,12 +128,12 @@ FileChange proposeChange(const fs::path& path, const TextEdit& edit) {
   return change;
 }
 
-WrittenFile write(const FileChange& change) {
+WrittenFile write(const FileChange& change, std::chrono::milliseconds patience) {
   WrittenFile written{.change = change, .backup = {}};
   if (change.isNothing()) {
     return written;
   }
-  const FolderLock oneAtATime(change.target.parent_path());
+  const FolderLock oneAtATime = lockFor(change.target, patience);
   requireText(change, change.before);
   const FileRights rights = fileRights(change.target).value_or(FileRights{});
   if (change.before) {
@@ -153,12 +163,12 @@ std::optional<fs::path> backUp(const fs::path& path) {
   return orNotWritten(target, [&] { return makeBackup(target, *text, rights); });
 }
 
-void undo(const WrittenFile& written) {
+void undo(const WrittenFile& written, std::chrono::milliseconds patience) {
   const FileChange& change = written.change;
   if (change.isNothing()) {
     return;
   }
-  const FolderLock oneAtATime(change.target.parent_path());
+  const FolderLock oneAtATime = lockFor(change.target, patience);
   const auto look = [&] { requireText(change, change.after); };
   look();
   orNotWritten(change.target, [&] {

@@ -11,14 +11,16 @@
 /// a home directory names may lie in a directory of such files.
 ///
 /// A write reads the file again and compares it with what was proposed, copies it beside itself, puts the new
-/// text in its place in one step, and reads it once more. The new file has the mode of the old one, and, as
-/// far as the system lets this user give it, its owner and group. A file that was missing gets mode 0600.
+/// text in its place in one step, and reads it once more. The new file has the mode and the access list
+/// (Platform/AccessList.h) of the old one, and, as far as the system lets this user give it, its owner and
+/// group. A file that was missing gets mode 0600.
 ///
 /// Another program may write the file between the last look and the replacement; no system prevents that. Its
 /// text is then lost. Between two programs with this code the folder's lock prevents it.
 ///
 /// Threads: any.
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -97,9 +99,10 @@ std::optional<std::string> readConfigurationFile(const std::filesystem::path& pa
 FileChange proposeChange(const std::filesystem::path& path, const TextEdit& edit);
 
 /// Writes nothing when the change is nothing. Makes no folder: a program whose folder is missing is not
-/// installed. Throws `unreadable`, `tooLarge`, `otherWriter`, `changed`, `notWritten` and `notVerified`. A
-/// failure leaves no temporary file and no backup, except `notVerified`, which leaves the backup.
-WrittenFile write(const FileChange& change);
+/// installed. Waits this long for another write in the folder. Throws `unreadable`, `tooLarge`, `otherWriter`,
+/// `changed`, `notWritten` and `notVerified`. A failure leaves no temporary file and no backup, except
+/// `notVerified`, which leaves the backup.
+WrittenFile write(const FileChange& change, std::chrono::milliseconds patience = std::chrono::seconds(10));
 
 /// Copies the file beside itself as `write` does, for a file that its own program is about to change. Absent
 /// when there is none. Throws `unreadable`, `tooLarge`, `otherWriter` and `notWritten`.
@@ -107,6 +110,6 @@ std::optional<std::filesystem::path> backUp(const std::filesystem::path& path);
 
 /// Puts the text of before in place, or removes the file that `write` made. The backup stays. Throws as
 /// `write` does.
-void undo(const WrittenFile& written);
+void undo(const WrittenFile& written, std::chrono::milliseconds patience = std::chrono::seconds(10));
 
 }  // namespace tarnwell
