@@ -1,7 +1,8 @@
 #pragma once
 
 /// Reads and replaces files that belong to one user. A read has a size limit; a write replaces the whole
-/// file. An extended attribute or another name (hard link) of the old file does not come with it.
+/// file. An extended attribute (other than an access list) or another name (hard link) of the old file does
+/// not come with it.
 ///
 /// Threads: any. When two writers replace one file at the same time, it ends up with the whole text of one.
 
