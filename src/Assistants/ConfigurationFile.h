@@ -99,9 +99,9 @@ std::optional<std::string> readConfigurationFile(const std::filesystem::path& pa
 FileChange proposeChange(const std::filesystem::path& path, const TextEdit& edit);
 
 /// Writes nothing when the change is nothing. Makes no folder: a program whose folder is missing is not
-/// installed. Waits this long for another write in the folder. Throws `unreadable`, `tooLarge`, `otherWriter`,
-/// `changed`, `notWritten` and `notVerified`. A failure leaves no temporary file and no backup, except
-/// `notVerified`, which leaves the backup.
+/// installed. Waits this long for another write in the folder. Throws `unreadable`, `tooLarge`,
+/// `otherWriter`, `changed`, `notWritten` and `notVerified`. A failure leaves no temporary file and no
+/// backup, except `notVerified`, which leaves the backup.
 WrittenFile write(const FileChange& change, std::chrono::milliseconds patience = std::chrono::seconds(10));
 
 /// Copies the file beside itself as `write` does, for a file that its own program is about to change. Absent
