@@ -48,41 +48,53 @@ std::string runAll(const Machine& machine, AssistantID id, const std::vector<Cli
   return text;
 }
 
-void restoreInFile(const Machine& machine, const AssistantRow& row, const JSONValue& earlier) {
+/// Puts the earlier entry, or that there was none, in the place of this one.
+void restoreInFile(const Machine& machine, const AssistantRow& row, const std::optional<JSONValue>& now,
+                   const std::optional<JSONValue>& earlier) {
   if (row.shape == EntryShape::tomlTable) {
     throw AssistantError(Kind::changed, row.id, "");
   }
   checkNotRunning(machine, row.id);
   const JSONPath path = entryPath(row);
   write(proposeChange(placeOf(machine, row).file, [&](std::string_view text) {
-    return withJSONMember(withoutJSONMember(text, path), path, earlier);
+    if (!isSameEntry(jsonMember(text, path), now)) {
+      throw AssistantError(Kind::changed, row.id, "");
+    }
+    const std::string rest = withoutJSONMember(text, path);
+    return earlier ? withJSONMember(rest, path, *earlier) : rest;
   }));
 }
 
-/// Brings back the earlier entry, or that there was none. `isThereNow` tells whether there is another one.
+/// Brings back the earlier entry, or that there was none, in the place of this one.
 void restore(const Machine& machine, const AssistantRow& row, const std::filesystem::path& program,
-             const std::optional<JSONValue>& earlier, bool isThereNow) {
+             const std::optional<JSONValue>& now, const std::optional<JSONValue>& earlier) {
   const std::optional<AssistantEntry> entry = earlier ? std::optional(entryOf(*earlier)) : std::nullopt;
-  const std::vector<ClientCommand> commands = restoreCommands(row, program, entry, isThereNow);
+  const std::vector<ClientCommand> commands = restoreCommands(row, program, entry, now.has_value());
   if (commands.empty() && earlier) {
-    restoreInFile(machine, row, *earlier);
+    restoreInFile(machine, row, now, earlier);
     return;
   }
   const std::string text = runAll(machine, row.id, commands);
-  const AssistantReading now = readEntry(machine, row);
-  if (!now.problem.empty() || !isSameEntry(now.value(), earlier)) {
+  const AssistantReading reached = readEntry(machine, row);
+  if (!reached.problem.empty() || !isSameEntry(reached.value(), earlier)) {
     throw AssistantError(Kind::withoutEffect, row.id, text);
   }
 }
 
-/// After a failure: one command may have removed the entry before another one failed. When this fails too,
-/// the first failure is the one to tell.
+/// After a failure: one command may have removed the entry before another one failed. The commands that bring
+/// it back may fail for the same reason; then its file is edited. When that fails too, the first failure is
+/// the one to tell, and the copy of the file is left.
 void bringBack(const Machine& machine, const AssistantRow& row, const std::filesystem::path& program,
                const std::optional<JSONValue>& earlier) {
   try {
     const AssistantReading now = readEntry(machine, row);
-    if (!isSameEntry(now.value(), earlier)) {
-      restore(machine, row, program, earlier, now.entry.has_value());
+    if (isSameEntry(now.value(), earlier)) {
+      return;
+    }
+    try {
+      restore(machine, row, program, now.value(), earlier);
+    } catch (const AssistantError&) {
+      restoreInFile(machine, row, readEntry(machine, row).value(), earlier);
     }
   } catch (const std::exception&) {
     return;
@@ -108,10 +120,8 @@ bool isWithoutCopy(const std::optional<std::filesystem::path>& backup, const std
   }
 }
 
-/// The failure, which also names the copy.
-AssistantError withCopy(const AssistantError& failure, const std::filesystem::path& backup) {
-  const std::string printed = failure.details().empty() ? "" : failure.details() + "\n";
-  return {failure.kind(), failure.assistant(), printed + "A copy of the file as it was: " + backup.string()};
+AssistantError withCopy(const AssistantError& failure, const std::optional<std::filesystem::path>& backup) {
+  return {failure.kind(), failure.assistant(), failure.details(), backup};
 }
 
 /// The user agreed to what the commands do to the entry that was there, not to another one.
@@ -136,8 +146,9 @@ ConnectionDone runPlanned(const Machine& machine, const ConnectionPlan& planned)
   const AssistantRow& row = assistantRow(planned.id);
   const std::filesystem::path program = planned.commands.front().front();
   std::optional<std::string> before = readConfigurationFile(planned.file);
-  // Claude Code keeps copies of its file itself.
-  const std::optional<std::filesystem::path> backup = row.rewritesFile ? std::nullopt : backUp(planned.file);
+  // A file that its client rewrites all the time needs no copy for the sake of its bytes.
+  const bool needsCopy = planned.entryBefore || !row.rewritesFile;
+  const std::optional<std::filesystem::path> backup = needsCopy ? backUp(planned.file) : std::nullopt;
   try {
     const std::string text = runAll(machine, planned.id, planned.commands);
     checkReached(machine, planned, text);
@@ -145,29 +156,44 @@ ConnectionDone runPlanned(const Machine& machine, const ConnectionPlan& planned)
     bringBack(machine, row, program, planned.entryBefore);
     const bool isAsBefore = isWithoutCopy(backup, planned.file, before);
     if (const auto* error = dynamic_cast<const AssistantError*>(&failure); error && !isAsBefore) {
-      throw withCopy(*error, *backup);
+      throw withCopy(*error, backup);
     }
     throw;
   }
-  ConnectionDone done{.plan = planned, .entryAfter = readEntry(machine, row).value()};
-  if (!row.rewritesFile) {
-    done.written = changeOf(planned, std::move(before), backup);
-  }
-  return done;
+  return {.plan = planned,
+          .written = changeOf(planned, std::move(before), backup),
+          .entryAfter = readEntry(machine, row).value()};
 }
 
-/// No entry where the commands left one comes from an earlier try that failed halfway, or from the user; then
-/// nothing is destroyed.
-void undoCommands(const Machine& machine, const ConnectionDone& done) {
-  const AssistantRow& row = assistantRow(done.plan.id);
+/// A command may have taken its time, in which somebody else changed the rest of the file.
+bool mayUndoBytes(const AssistantRow& row, const ConnectionDone& done) {
+  if (!done.written || done.plan.way == ConnectingWay::file) {
+    return done.written.has_value();
+  }
+  const FileChange& change = done.written->change;
+  return !row.rewritesFile && isSameBesidesEntry(row, change.before.value_or(""), change.after);
+}
+
+/// No entry where one was left comes from an earlier try that failed halfway, or from the user; then nothing
+/// is destroyed.
+void undoEntry(const Machine& machine, const AssistantRow& row, const ConnectionDone& done) {
   const AssistantReading now = readEntry(machine, row);
-  if (now.problem.empty() && isSameEntry(now.value(), done.plan.entryBefore)) {
+  const std::optional<JSONValue>& earlier = done.plan.entryBefore;
+  if (now.problem.empty() && isSameEntry(now.value(), earlier)) {
     return;
   }
   if (!now.problem.empty() || now.hasComments || (now.entry && !isSameEntry(now.value(), done.entryAfter))) {
     throw AssistantError(Kind::changed, row.id, "");
   }
-  restore(machine, row, done.plan.commands.front().front(), done.plan.entryBefore, now.entry.has_value());
+  if (done.plan.way == ConnectingWay::file) {
+    restoreInFile(machine, row, now.value(), earlier);
+    return;
+  }
+  try {
+    restore(machine, row, done.plan.commands.front().front(), now.value(), earlier);
+  } catch (const AssistantError& failure) {
+    throw withCopy(failure, done.written ? done.written->backup : std::nullopt);
+  }
 }
 
 }  // namespace
@@ -181,7 +207,9 @@ ConnectionDone carryOut(const Machine& machine, const ConnectionPlan& planned) {
       throw AssistantError(Kind::onlyByHand, planned.id, "");
     case ConnectingWay::file:
       checkNotRunning(machine, planned.id);
-      return {.plan = planned, .written = write(*planned.change)};
+      return {.plan = planned,
+              .written = write(*planned.change),
+              .entryAfter = jsonMember(planned.change->after, entryPath(assistantRow(planned.id)))};
     case ConnectingWay::ownCommand:
       break;
   }
@@ -189,23 +217,24 @@ ConnectionDone carryOut(const Machine& machine, const ConnectionPlan& planned) {
 }
 
 void undo(const Machine& machine, const ConnectionDone& done) {
-  const AssistantID id = done.plan.id;
-  if (done.plan.way == ConnectingWay::file) {
-    checkNotRunning(machine, id);
+  const AssistantRow& row = assistantRow(done.plan.id);
+  if (done.plan.isNothing()) {
+    return;
   }
-  if (done.written) {
+  if (done.plan.way == ConnectingWay::file) {
+    checkNotRunning(machine, row.id);
+  }
+  if (mayUndoBytes(row, done)) {
     try {
       undo(*done.written);
       return;
     } catch (const ConfigurationFileError& error) {
-      if (error.kind() != ConfigurationFileError::Kind::changed || done.plan.way == ConnectingWay::file) {
+      if (error.kind() != ConfigurationFileError::Kind::changed) {
         throw;
       }
     }
   }
-  if (done.plan.way == ConnectingWay::ownCommand && !done.plan.isNothing()) {
-    undoCommands(machine, done);
-  }
+  undoEntry(machine, row, done);
 }
 
 std::string shellLine(const std::vector<std::string>& command) {

@@ -13,8 +13,6 @@
 namespace tarnwell {
 namespace {
 
-constexpr const char* entryName = "tarnwell";
-
 std::vector<std::string> texts(const JSONValue& list) {
   std::vector<std::string> result;
   if (const JSONArray* elements = list.arrayValue()) {
@@ -130,6 +128,39 @@ JSONValue valueFor(EntryShape shape, const std::string& helper) {
   return value;
 }
 
+JSONObject without(const JSONObject& members, std::string_view key) {
+  std::vector<JSONMember> rest;
+  std::ranges::copy_if(members, std::back_inserter(rest),
+                       [&](const JSONMember& member) { return member.first != key; });
+  return JSONObject(std::move(rest));
+}
+
+/// The document. Absent when it cannot be read whole: of an array of tables ([[name]]) only one is.
+std::optional<JSONValue> documentOf(const AssistantRow& row, std::string_view text) {
+  if (row.shape != EntryShape::tomlTable) {
+    return jsonDocument(text).value_or(JSONObject{});
+  }
+  std::variant<JSONValue, std::size_t> document = decodeTOML(text);
+  JSONValue* value = text.find("[[") == text.npos ? std::get_if<JSONValue>(&document) : nullptr;
+  return value != nullptr ? std::optional(std::move(*value)) : std::nullopt;
+}
+
+/// The document without the entry.
+std::optional<JSONValue> restOf(const AssistantRow& row, std::string_view text) {
+  std::optional<JSONValue> document = documentOf(row, text);
+  JSONObject* members = document ? document->objectValue() : nullptr;
+  JSONValue* entries = members != nullptr ? members->find(row.object) : nullptr;
+  if (entries == nullptr || entries->objectValue() == nullptr) {
+    return document;
+  }
+  JSONObject others = without(*entries->objectValue(), entryName);
+  if (others.size() > 0) {
+    *entries = std::move(others);
+    return document;
+  }
+  return without(*members, row.object);
+}
+
 }  // namespace
 
 AssistantEntry entryOf(JSONValue value) {
@@ -165,6 +196,11 @@ bool hasSecrets(const AssistantEntry& entry) {
 bool isSameEntry(const std::optional<JSONValue>& one, const std::optional<JSONValue>& other) {
   return one && other ? withoutDefaults(*one) == withoutDefaults(*other)
                       : one.has_value() == other.has_value();
+}
+
+bool isSameBesidesEntry(const AssistantRow& row, std::string_view one, std::string_view other) {
+  const std::optional<JSONValue> rest = restOf(row, one);
+  return rest && rest == restOf(row, other);
 }
 
 JSONPath entryPath(const AssistantRow& row) { return {row.object, entryName}; }

@@ -4,12 +4,16 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Assistants/AssistantTable.h"
 #include "JSONEditor/JSONEditor.h"
 
 namespace tarnwell {
+
+/// Its name among the entries.
+constexpr const char* entryName = "tarnwell";
 
 struct AssistantEntry {
   /// Absent for an entry that starts no program.
@@ -49,6 +53,10 @@ struct AssistantReading {
 AssistantReading readEntry(const Machine& machine, const AssistantRow& row);
 
 JSONPath entryPath(const AssistantRow& row);
+
+/// Both texts of a configuration say the same apart from the entry, and from an object without entries. False
+/// when a TOML text cannot be read whole. Throws `JSONEditError`.
+bool isSameBesidesEntry(const AssistantRow& row, std::string_view one, std::string_view other);
 
 /// Starts the helper of this machine, and with the right argument.
 bool startsHelper(const Machine& machine, const AssistantEntry& entry);

@@ -189,6 +189,13 @@ bool isRunning(const Machine& machine, const AssistantRow& row) {
   });
 }
 
+void checkNotRunning(const Machine& machine, AssistantID id) {
+  const AssistantRow& row = assistantRow(id);
+  if (row.rewritesFile && isRunning(machine, row)) {
+    throw AssistantError(AssistantError::Kind::running, id, "");
+  }
+}
+
 std::optional<std::string> assistantName(const RunningProgram& program) {
   for (const AssistantRow& row : assistantRows()) {
     if (belongsTo(program, row)) {

@@ -92,7 +92,6 @@ AssistantState stateOf(const Machine& machine, const AssistantRow& row) {
   }
   const bool isHere = state.connection == Connection::here;
   state.way = wayTo(machine, row, *reading, isHere ? Goal::disconnect : Goal::connect);
-  state.isRunning = row.rewritesFile && state.way == ConnectingWay::file && isRunning(machine, row);
   return state;
 }
 
@@ -126,12 +125,14 @@ FileChange proposedChange(const Machine& machine, const AssistantRow& row, Goal 
 
 }  // namespace
 
-AssistantError::AssistantError(Kind kind, AssistantID assistant, std::string details)
+AssistantError::AssistantError(Kind kind, AssistantID assistant, std::string details,
+                               std::optional<std::filesystem::path> backup)
     : std::runtime_error(std::string("cannot change the configuration of ") + assistantRow(assistant).name +
                          (details.empty() ? "" : ": " + details)),
       kind_(kind),
       assistant_(assistant),
-      details_(std::move(details)) {}
+      details_(std::move(details)),
+      backup_(std::move(backup)) {}
 
 bool ConnectionPlan::isNothing() const {
   return commands.empty() && block.empty() && (!change || change->isNothing());
@@ -163,12 +164,12 @@ ConnectionPlan plan(const Machine& machine, AssistantID id, Goal goal) {
   if (connectionOf(machine, reading) == wanted) {
     return planned;
   }
+  planned.entryBefore = reading.value();
   switch (planned.way) {
     case ConnectingWay::ownCommand: {
       const std::filesystem::path program = commandProgram(machine, row).value();
       planned.commands = goal == Goal::connect ? connectCommands(machine, row, program, reading.entry)
                                                : disconnectCommands(row, program);
-      planned.entryBefore = reading.value();
       break;
     }
     case ConnectingWay::file:
@@ -180,17 +181,9 @@ ConnectionPlan plan(const Machine& machine, AssistantID id, Goal goal) {
       planned.block = goal == Goal::disconnect && reading.entry
                           ? reading.lines
                           : connectionBlock(BlockFormat::codexTOML, machine.helper);
-      planned.blockFormat = "toml";
       break;
   }
   return planned;
-}
-
-void checkNotRunning(const Machine& machine, AssistantID id) {
-  const AssistantRow& row = assistantRow(id);
-  if (row.rewritesFile && isRunning(machine, row)) {
-    throw AssistantError(AssistantError::Kind::running, id, "");
-  }
 }
 
 }  // namespace tarnwell

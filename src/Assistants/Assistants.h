@@ -94,9 +94,6 @@ struct AssistantState {
   std::string name{};
   /// Its program or its folder was found.
   bool isInstalled = false;
-  /// It runs and writes its file anew while it runs, so it has to be closed before its file is changed. Only
-  /// for clients that do so and have no command.
-  bool isRunning = false;
   Connection connection = Connection::none;
   /// Its entry is there, but switched off in the client.
   bool isSwitchedOff = false;
@@ -131,8 +128,7 @@ class AssistantError : public std::runtime_error {
     neverStarted,
     /// Its command cannot be started. `details` is the system's reason.
     notStarted,
-    /// Its command failed. `details` is what it printed, and which copy of its file was kept, if the command
-    /// changed that; also for the next two.
+    /// Its command failed. `details` is what it printed, also for the next two.
     failed,
     /// Its command took too long and was ended. `details` is what it had printed.
     tookTooLong,
@@ -149,16 +145,20 @@ class AssistantError : public std::runtime_error {
     onlyByHand
   };
 
-  AssistantError(Kind kind, AssistantID assistant, std::string details);
+  AssistantError(Kind kind, AssistantID assistant, std::string details,
+                 std::optional<std::filesystem::path> backup = {});
 
   Kind kind() const { return kind_; }
   AssistantID assistant() const { return assistant_; }
   const std::string& details() const { return details_; }
+  /// After a command that may have changed the file: the copy of what that was.
+  const std::optional<std::filesystem::path>& backup() const { return backup_; }
 
  private:
   Kind kind_;
   AssistantID assistant_;
   std::string details_;
+  std::optional<std::filesystem::path> backup_;
 };
 
 /// What will be done. Made first, shown, then carried out.
@@ -170,13 +170,12 @@ struct ConnectionPlan {
   ConnectingWay way = ConnectingWay::file;
   /// For `ownCommand`: program and arguments of each command, in order.
   std::vector<std::vector<std::string>> commands{};
-  /// For `ownCommand`: the entry as it is now. Absent: there is none.
+  /// The entry as it is now. Absent: there is none.
   std::optional<JSONValue> entryBefore{};
   /// For `file`.
   std::optional<FileChange> change{};
-  /// For `block`: the text to copy, or the lines to remove as they stand, and the format: "toml".
+  /// For `block`: the text to copy, or the lines to remove as they stand.
   std::string block{};
-  std::string blockFormat{};
   /// The configuration that changes, or that the block belongs in.
   std::filesystem::path file{};
 
@@ -189,19 +188,21 @@ ConnectionPlan plan(const Machine& machine, AssistantID id, ConnectionPlan::Goal
 
 struct ConnectionDone {
   ConnectionPlan plan;
-  /// The file before and after, and the copy of what it was. For `ownCommand` as the command left it; absent
-  /// for Claude Code, whose file changes by itself.
+  /// The file before and after, and the copy of what it was. For `ownCommand` as the command left it. A
+  /// client that rewrites its file has a copy only if there was an entry.
   std::optional<WrittenFile> written{};
-  /// For `ownCommand`: the entry as the commands left it. Absent: there was none.
+  /// The entry as it was left. Absent: there was none.
   std::optional<JSONValue> entryAfter{};
 };
 
 /// Does what the plan says, and makes sure of it. Throws as `plan` does. After a failed command the entry
-/// that was there before is back as far as that is possible.
+/// that was there before is put back, by the client's commands, else in its JSON file while the client does
+/// not run. The error has the copy of the file when that is not byte for byte what it was.
 ConnectionDone carryOut(const Machine& machine, const ConnectionPlan& planned);
 
-/// Brings back what was there before: the bytes of the file if nobody has changed it since, else the entry if
-/// nobody has changed that. Throws as `carryOut` does. After a failure it can be called again.
+/// Brings back what was there before: the bytes of the file if nobody has changed it since, and a command
+/// changed nothing but the entry; else the entry, if nobody has put another one there. Throws as `carryOut`
+/// does. After a failure it can be called again.
 void undo(const Machine& machine, const ConnectionDone& done);
 
 /// The command as a person would type it in a shell.

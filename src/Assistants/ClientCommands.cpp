@@ -8,8 +8,6 @@
 namespace tarnwell {
 namespace {
 
-constexpr const char* entryName = "tarnwell";
-
 ClientCommand joined(ClientCommand command, const std::vector<std::string>& rest) {
   command.insert(command.end(), rest.begin(), rest.end());
   return command;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Core/ISO8601.h"
+#include "Platform/FolderLock.h"
 #include "Platform/PrivateFiles.h"
 
 namespace tarnwell {
@@ -28,7 +29,7 @@ fs::path targetOf(const fs::path& path) {
   return failed ? target : folder / target.filename();
 }
 
-/// Something is there, and nobody can know what it is, or it is known to be there.
+/// Also true when nobody can know.
 bool isThere(const fs::path& path) {
   std::error_code ignored;
   return fs::symlink_status(path, ignored).type() != fs::file_type::not_found;
@@ -67,9 +68,7 @@ void verifyText(const WrittenFile& written, const std::optional<std::string>& te
   try {
     requireText(written.change, text);
   } catch (const ConfigurationFileError& error) {
-    const std::string copy =
-        written.backup ? "; a copy of what it was before is " + written.backup->string() : "";
-    throw ConfigurationFileError(Kind::notVerified, written.change.target, error.reason() + copy);
+    throw ConfigurationFileError(Kind::notVerified, written.change.target, error.reason(), written.backup);
   }
 }
 
@@ -80,6 +79,15 @@ auto orNotWritten(const fs::path& path, const Write& write) {
     return write();
   } catch (const fs::filesystem_error& error) {
     throw ConfigurationFileError(Kind::notWritten, path, error.code().message());
+  }
+}
+
+FolderLock lockFor(const fs::path& target, std::chrono::milliseconds patience) {
+  try {
+    return FolderLock(target.parent_path(), patience);
+  } catch (const fs::filesystem_error&) {
+    throw ConfigurationFileError(Kind::notWritten, target,
+                                 "another program has been changing files in its folder for too long");
   }
 }
 
@@ -98,11 +106,13 @@ fs::path makeBackup(const fs::path& target, std::string_view text, const FileRig
 
 }  // namespace
 
-ConfigurationFileError::ConfigurationFileError(Kind kind, fs::path path, const std::string& reason)
+ConfigurationFileError::ConfigurationFileError(Kind kind, fs::path path, const std::string& reason,
+                                               std::optional<fs::path> backup)
     : std::runtime_error(path.string() + ": " + reason),
       kind_(kind),
       path_(std::move(path)),
-      reason_(reason) {}
+      reason_(reason),
+      backup_(std::move(backup)) {}
 
 std::optional<std::string> readConfigurationFile(const fs::path& path) {
   return textOf(path, targetOf(path));
@@ -118,12 +128,12 @@ FileChange proposeChange(const fs::path& path, const TextEdit& edit) {
   return change;
 }
 
-WrittenFile write(const FileChange& change) {
+WrittenFile write(const FileChange& change, std::chrono::milliseconds patience) {
   WrittenFile written{.change = change, .backup = {}};
   if (change.isNothing()) {
     return written;
   }
-  const FolderLock oneAtATime(change.target.parent_path());
+  const FolderLock oneAtATime = lockFor(change.target, patience);
   requireText(change, change.before);
   const FileRights rights = fileRights(change.target).value_or(FileRights{});
   if (change.before) {
@@ -153,12 +163,12 @@ std::optional<fs::path> backUp(const fs::path& path) {
   return orNotWritten(target, [&] { return makeBackup(target, *text, rights); });
 }
 
-void undo(const WrittenFile& written) {
+void undo(const WrittenFile& written, std::chrono::milliseconds patience) {
   const FileChange& change = written.change;
   if (change.isNothing()) {
     return;
   }
-  const FolderLock oneAtATime(change.target.parent_path());
+  const FolderLock oneAtATime = lockFor(change.target, patience);
   const auto look = [&] { requireText(change, change.after); };
   look();
   orNotWritten(change.target, [&] {

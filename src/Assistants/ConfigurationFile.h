@@ -11,20 +11,24 @@
 /// a home directory names may lie in a directory of such files.
 ///
 /// A write reads the file again and compares it with what was proposed, copies it beside itself, puts the new
-/// text in its place in one step, and reads it once more. The new file has the mode of the old one, and, as
-/// far as the system lets this user give it, its owner and group. A file that was missing gets mode 0600.
+/// text in its place in one step, and reads it once more. The new file has the mode and the access list
+/// (Platform/AccessList.h) of the old one, and, as far as the system lets this user give it, its owner and
+/// group. A file that was missing gets mode 0600.
 ///
 /// Another program may write the file between the last look and the replacement; no system prevents that. Its
 /// text is then lost. Between two programs with this code the folder's lock prevents it.
 ///
 /// Threads: any.
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+
+#include "JSONEditor/JSONEditor.h"
 
 namespace tarnwell {
 
@@ -39,28 +43,33 @@ class ConfigurationFileError : public std::runtime_error {
     changed,
     /// The system refused. The file is as it was.
     notWritten,
-    /// It was written, but is now something else: another program writes it at the same time. The reason
-    /// names the copy of what it was.
+    /// It was written, but is now something else: another program writes it at the same time. `backup` is
+    /// the copy of what it was.
     notVerified,
-    /// A user other than this one and root may write the file, or replace it in its folder.
+    /// A user other than this one and root owns the file, or every user may write it or replace it in its
+    /// folder.
     otherWriter,
   };
 
-  ConfigurationFileError(Kind kind, std::filesystem::path path, const std::string& reason);
+  ConfigurationFileError(Kind kind, std::filesystem::path path, const std::string& reason,
+                         std::optional<std::filesystem::path> backup = {});
 
   Kind kind() const { return kind_; }
   const std::filesystem::path& path() const { return path_; }
   /// A few English words, for example those of the system. `what` has them after the path.
   const std::string& reason() const { return reason_; }
+  /// The copy that stays. Absent when the file is as it was, or there was none.
+  const std::optional<std::filesystem::path>& backup() const { return backup_; }
 
  private:
   Kind kind_;
   std::filesystem::path path_;
   std::string reason_;
+  std::optional<std::filesystem::path> backup_;
 };
 
 /// In bytes.
-constexpr std::size_t maximumConfigurationFileSize = std::size_t{16} * 1024 * 1024;
+constexpr std::size_t maximumConfigurationFileSize = maximumJSONTextSize;
 
 struct FileChange {
   std::filesystem::path path;         // as the program names it
@@ -90,9 +99,10 @@ std::optional<std::string> readConfigurationFile(const std::filesystem::path& pa
 FileChange proposeChange(const std::filesystem::path& path, const TextEdit& edit);
 
 /// Writes nothing when the change is nothing. Makes no folder: a program whose folder is missing is not
-/// installed. Throws `unreadable`, `tooLarge`, `otherWriter`, `changed`, `notWritten` and `notVerified`. A
-/// failure leaves no temporary file and no backup, except `notVerified`, which leaves the backup.
-WrittenFile write(const FileChange& change);
+/// installed. Waits this long for another write in the folder. Throws `unreadable`, `tooLarge`,
+/// `otherWriter`, `changed`, `notWritten` and `notVerified`. A failure leaves no temporary file and no
+/// backup, except `notVerified`, which leaves the backup.
+WrittenFile write(const FileChange& change, std::chrono::milliseconds patience = std::chrono::seconds(10));
 
 /// Copies the file beside itself as `write` does, for a file that its own program is about to change. Absent
 /// when there is none. Throws `unreadable`, `tooLarge`, `otherWriter` and `notWritten`.
@@ -100,6 +110,6 @@ std::optional<std::filesystem::path> backUp(const std::filesystem::path& path);
 
 /// Puts the text of before in place, or removes the file that `write` made. The backup stays. Throws as
 /// `write` does.
-void undo(const WrittenFile& written);
+void undo(const WrittenFile& written, std::chrono::milliseconds patience = std::chrono::seconds(10));
 
 }  // namespace tarnwell

@@ -8,6 +8,7 @@
 
 #include "Core/AppLogger.h"
 #include "Core/BridgeConstants.h"
+#include "Platform/FolderLock.h"
 #include "Platform/PrivateFiles.h"
 #include "Platform/UserDirectories.h"
 

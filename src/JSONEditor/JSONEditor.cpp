@@ -155,6 +155,14 @@ std::optional<JSONValue> decoded(std::string_view text, const MemberPlace& membe
   return JSONValue::decode(plainJSON(textOf(text, member.value, member.range.end)));
 }
 
+/// For a value that begins at this place.
+std::optional<JSONValue> orNotJSON(std::optional<JSONValue> value, std::string_view text, std::size_t place) {
+  if (!value) {
+    throw JSONEditError::at(JSONEditError::Kind::notJSON, text, place);
+  }
+  return value;
+}
+
 std::string merged(std::string_view text, const JSONPath& path, const JSONObject& members) {
   std::string result(text);
   JSONPath inner = path;
@@ -198,11 +206,12 @@ std::optional<JSONValue> jsonMember(std::string_view text, const JSONPath& path)
   if (!way || !way->object.found) {
     return std::nullopt;
   }
-  std::optional<JSONValue> value = decoded(text, *way->object.found);
-  if (!value) {
-    throw JSONEditError::at(JSONEditError::Kind::notJSON, text, way->object.found->value);
-  }
-  return value;
+  return orNotJSON(decoded(text, *way->object.found), text, way->object.found->value);
+}
+
+std::optional<JSONValue> jsonDocument(std::string_view text) {
+  const std::optional<std::size_t> root = placeOfRoot(text);
+  return root ? orNotJSON(JSONValue::decode(plainJSON(text.substr(*root))), text, *root) : std::nullopt;
 }
 
 std::string withJSONMember(std::string_view text, const JSONPath& path, const JSONValue& value) {

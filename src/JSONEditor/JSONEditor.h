@@ -52,6 +52,10 @@ using JSONPath = std::vector<std::string>;
 /// such as the number 1e999.
 std::optional<JSONValue> jsonMember(std::string_view text, const JSONPath& path);
 
+/// The value of the whole text. Absent for an empty text, or one of blanks and comments only. Throws as
+/// `jsonMember` does.
+std::optional<JSONValue> jsonDocument(std::string_view text);
+
 /// The text with this value at the path. Makes the objects that are missing on the way. An existing member
 /// keeps its place. If the old and the new value are objects, they are merged: only members that differ
 /// change, and members that only the old one has stay. So a second call with the same value changes nothing.

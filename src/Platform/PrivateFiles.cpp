@@ -1,18 +1,16 @@
 #include "Platform/PrivateFiles.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#ifdef __linux__
-#include <sys/xattr.h>
-#endif
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <system_error>
 #include <utility>
+
+#include "Platform/AccessList.h"
 
 namespace tarnwell {
 namespace {
@@ -51,28 +49,19 @@ void writeAll(int descriptor, std::string_view text, const std::filesystem::path
 /// The bits of a mode that say what the owner may do.
 constexpr unsigned ofOwner = 0700;
 
-/// With an access list, the bits of the group say what everybody on the list may do at most. Lists of other
-/// systems leave those bits alone.
-#ifdef __linux__
-bool hasAccessList(int descriptor) {
-  return ::fgetxattr(descriptor, "system.posix_acl_access", nullptr, 0) > 0;
+/// The group of a new file is the wanted one. Others may not be given, and a list is about its group too.
+bool hasItsGroup(int file, const FileRights& rights) {
+  struct stat status{};
+  return rights.group && ::fstat(file, &status) == 0 && status.st_gid == *rights.group;
 }
-
-bool hasAccessList(const std::filesystem::path& path) {
-  return ::getxattr(path.c_str(), "system.posix_acl_access", nullptr, 0) > 0;
-}
-#else
-bool hasAccessList(const auto&) { return false; }
-#endif
 
 /// The mode for a new file with the owner and group that it got. In another group than the wanted one, group
 /// and others may do what both were to do: the members of either group may have been the others of before.
 mode_t modeOf(int file, const FileRights& rights) {
-  struct stat status{};
-  if (::fstat(file, &status) < 0 || hasAccessList(file)) {  // a folder may give each new file a list
+  if (hasAccessList(file)) {  // a folder may give each new file a list
     return rights.mode & ofOwner;
   }
-  if (!rights.group || status.st_gid == *rights.group) {
+  if (!rights.group || hasItsGroup(file, rights)) {
     return rights.mode;
   }
   const unsigned ofBoth = (rights.mode >> 3U) & rights.mode & 07U;
@@ -110,7 +99,10 @@ class NewFile {
     if (rights.owner && rights.group && ::fchown(descriptor_.number(), *rights.owner, *rights.group) < 0) {
       (void)!::fchown(descriptor_.number(), static_cast<uid_t>(-1), *rights.group);
     }
-    (void)::fchmod(descriptor_.number(), modeOf(descriptor_.number(), rights));
+    if (!rights.accessList || !hasItsGroup(descriptor_.number(), rights) ||
+        !giveAccessList(descriptor_.number(), *rights.accessList)) {
+      (void)::fchmod(descriptor_.number(), modeOf(descriptor_.number(), rights));
+    }
     writeAll(descriptor_.number(), text, target_);
     if (::fsync(descriptor_.number()) < 0 || descriptor_.close() < 0) {
       fail("cannot write", target_);
@@ -243,8 +235,10 @@ std::optional<FileRights> fileRights(const std::filesystem::path& path) {
   if (::stat(path.c_str(), &status) < 0) {
     return std::nullopt;
   }
-  const unsigned counting = hasAccessList(path) ? ofOwner : 0777U;
-  return FileRights{.mode = status.st_mode & counting, .owner = status.st_uid, .group = status.st_gid};
+  FileRights rights{.owner = status.st_uid, .group = status.st_gid, .accessList = accessListOf(path)};
+  // With an access list, the bits of the group say what everybody on the list may do at most.
+  rights.mode = status.st_mode & (rights.accessList ? ofOwner : 0777U);
+  return rights;
 }
 
 bool everybodyMayReplaceFilesIn(const std::filesystem::path& folder) {
@@ -281,19 +275,6 @@ bool createFile(const std::filesystem::path& path, std::string_view text, const 
   file.keep();
   syncDirectory(path.parent_path());
   return true;
-}
-
-/// A lock belongs to the open file, so it ends with the descriptor, also when the process is killed.
-FolderLock::FolderLock(const std::filesystem::path& folder)
-    : descriptor_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-  while (descriptor_ >= 0 && ::flock(descriptor_, LOCK_EX) != 0 && errno == EINTR) {
-  }
-}
-
-FolderLock::~FolderLock() {
-  if (descriptor_ >= 0) {
-    ::close(descriptor_);
-  }
 }
 
 }  // namespace tarnwell

@@ -1,7 +1,8 @@
 #pragma once
 
 /// Reads and replaces files that belong to one user. A read has a size limit; a write replaces the whole
-/// file. An extended attribute or another name (hard link) of the old file does not come with it.
+/// file. An extended attribute (other than an access list) or another name (hard link) of the old file does
+/// not come with it.
 ///
 /// Threads: any. When two writers replace one file at the same time, it ends up with the whole text of one.
 
@@ -38,34 +39,23 @@ std::optional<FilePrefix> readFilePrefix(const std::filesystem::path& path, std:
 /// are. Throws `std::filesystem::filesystem_error` naming the path that could not be made.
 void createPrivateDirectories(const std::filesystem::path& directory);
 
-/// While it lives, other locks of the same folder wait, in this process and in others. A folder that cannot
-/// be locked, such as one on some network file systems, is not: its changes are then as they were without
-/// locks.
-class FolderLock {
- public:
-  explicit FolderLock(const std::filesystem::path& folder);
-  ~FolderLock();
-  FolderLock(const FolderLock&) = delete;
-  FolderLock& operator=(const FolderLock&) = delete;
-
- private:
-  int descriptor_;
-};
-
 /// True when every user may replace a file of the folder: all may write the folder, and it is not sticky.
 bool everybodyMayReplaceFilesIn(const std::filesystem::path& folder);
 
 /// Who may do what with a file, by default the user alone.
 struct FileRights {
   unsigned mode = 0600;  // read, write and execute of owner, group and others
-  std::optional<unsigned> owner;
-  std::optional<unsigned> group;
+  std::optional<unsigned> owner{};
+  std::optional<unsigned> group{};
+  /// Of a file with one (Platform/AccessList.h). A new file gets it, with the bits of a mode that it says,
+  /// if it gets the group too. Otherwise it gets `mode`.
+  std::optional<std::string> accessList{};
 
   bool operator==(const FileRights&) const = default;
 };
 
-/// Absent when there is no file, or it is out of reach. Follows links. For a file with an access list (Linux)
-/// the mode is that of the owner alone: it does not say what others may do.
+/// Absent when there is no file, or it is out of reach. Follows links. For a file with an access list the
+/// mode is that of the owner alone: its other bits do not say what others may do.
 std::optional<FileRights> fileRights(const std::filesystem::path& path);
 
 /// Puts a file with this text at `path` in one step. Replaces a link, does not follow it. Returns when the

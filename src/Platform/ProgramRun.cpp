@@ -23,6 +23,9 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds tick{20};
 /// What a program has to end in order after it was asked to.
 constexpr std::chrono::seconds grace{2};
+/// What is read before the time is looked at again. Far more than a pipe holds (pipe(7)), so that nothing is
+/// left in it when the program has ended.
+constexpr std::size_t bytesInOneTurn = std::size_t{1024} * 1024;
 
 /// The pipe of one output stream of the program.
 class Capture {
@@ -48,12 +51,14 @@ class Capture {
   bool isOpen() const { return ends_[0] >= 0; }
   void programHasIt() { close(ends_[1]); }
 
-  /// Reads what is there. Bytes beyond the limit are dropped, so that the program does not wait for a reader.
+  /// Reads what is there, or as much as one turn may. Bytes beyond the limit are dropped, so that the program
+  /// does not wait for a reader.
   void readSome(std::size_t limit) {
     char block[16 * 1024];
-    while (isOpen()) {
+    for (std::size_t total = 0; isOpen() && total < bytesInOneTurn;) {
       const ssize_t count = ::read(ends_[0], block, sizeof block);
       if (count > 0) {
+        total += static_cast<std::size_t>(count);
         text_.append(block, std::min(static_cast<std::size_t>(count), limit - text_.size()));
       } else if (count == 0 || (errno != EAGAIN && errno != EINTR)) {
         close(ends_[0]);

@@ -186,7 +186,7 @@ TEST_P(LocksOfClients, tellThatItRuns) {
   fake.machine.hostName = "my-host";
   fake.running = {{4711, 1, "x", GetParam().executable}};
   std::filesystem::create_symlink(GetParam().link, fake.home() / ".config/Claude/SingletonLock");
-  EXPECT_EQ(fake.state(AssistantID::claudeDesktop).isRunning, GetParam().isRunning);
+  EXPECT_EQ(isRunning(fake.machine, assistantRow(AssistantID::claudeDesktop)), GetParam().isRunning);
 }
 
 INSTANTIATE_TEST_SUITE_P(all, LocksOfClients,

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "Assistants/FakeMachine.h"
+#include "Assistants/ClientCommandsFixture.h"
 #include "MCP/JSON/JSONValue.h"
 #include "support/RowName.h"
 
@@ -12,44 +12,6 @@ namespace {
 using Connection = AssistantState::Connection;
 using Goal = ConnectionPlan::Goal;
 using testing::ElementsAre;
-
-/// A client whose command notes its words and then does what the test wants: it copies "next", a file in the
-/// home directory, over its configuration.
-class CommandsOfClients : public testing::Test {
- protected:
-  std::filesystem::path program(const std::string& name) const { return fake.home() / ".local/bin" / name; }
-  void putClient(const std::string& name, const std::string& file, const std::string& script = "") const {
-    FakeMachine::putProgram(
-        program(name), "echo \"$*\" >> \"$HOME/calls\"\n" + script +
-                           "\n[ ! -e \"$HOME/next\" ] || /bin/cat \"$HOME/next\" > \"$HOME/" + file + "\"");
-  }
-  /// What the next command leaves behind.
-  void willWrite(const std::string& text) const { fake.put("next", text); }
-  std::string calls() const { return fileContents(fake.home() / "calls"); }
-  std::string helper() const { return fake.machine.helper.string(); }
-  std::string entry(const std::string& command, const std::string& more = "") const {
-    return R"({"mcpServers":{"a":{"command":"b"},"tarnwell":{"command":")" + command +
-           R"(","args":["serve"])" + more + "}}}";
-  }
-  std::string toml(const std::string& command, const std::string& more = "") const {
-    return "# mine\nmodel = 'x'\n[mcp_servers.tarnwell]\ncommand = \"" + command +
-           "\"\nargs = [\"serve\"]\n" + more;
-  }
-  AssistantError::Kind errorOf(const std::function<void()>& work) const {
-    try {
-      work();
-    } catch (const AssistantError& error) {
-      details = error.details();
-      return error.kind();
-    }
-    throw std::runtime_error("nothing was thrown");
-  }
-
-  FakeMachine fake;
-  mutable std::string details;
-};
-
-constexpr const char* none = R"({"mcpServers":{"a":{"command":"b"}}})";
 
 TEST_F(CommandsOfClients, claudeCodeIsConnectedAndDisconnected) {
   putClient("claude", ".claude.json");
@@ -61,7 +23,7 @@ TEST_F(CommandsOfClients, claudeCodeIsConnectedAndDisconnected) {
   willWrite(entry(helper()));
   ConnectionDone done = carryOut(fake.machine, planned);
   EXPECT_EQ(calls(), "mcp add --scope user tarnwell -- " + helper() + " serve\n");
-  EXPECT_FALSE(done.written) << "it writes its file at other times too";
+  EXPECT_FALSE(done.written.value().backup) << "there was no entry";
   EXPECT_TRUE(
       carryOut(fake.machine, plan(fake.machine, AssistantID::claudeCode, Goal::connect)).plan.isNothing());
 
@@ -110,94 +72,12 @@ TEST_F(CommandsOfClients, oldEntryOfClaudeCodeComesBackWhenTheNewOneFails) {
 TEST_F(CommandsOfClients, claudeCodeWithoutItsProgramHasToBeClosed) {
   fake.put(".claude.json", none);
   fake.running = {{5, 1, "claude", "/x/2.1.0"}};
-  EXPECT_TRUE(fake.state(AssistantID::claudeCode).isRunning);
   EXPECT_EQ(errorOf([&] { plan(fake.machine, AssistantID::claudeCode, Goal::connect); }),
             AssistantError::Kind::running);
   putClient("claude", ".claude.json");
-  EXPECT_FALSE(fake.state(AssistantID::claudeCode).isRunning) << "its command may run beside it";
+  EXPECT_NO_THROW(plan(fake.machine, AssistantID::claudeCode, Goal::connect))
+      << "its command may run beside it";
 }
-
-struct BytesRow {
-  const char* name;
-  AssistantID id;
-  const char* program;
-  const char* file;
-};
-
-class BytesOfClients : public CommandsOfClients, public testing::WithParamInterface<BytesRow> {
- protected:
-  std::string connected(const std::string& command) const {
-    return GetParam().id == AssistantID::codex ? toml(command) : entry(command);
-  }
-  void put(const std::string& text) const { fake.put(GetParam().file, text); }
-  std::string text() const { return fileContents(fake.home() / GetParam().file); }
-};
-
-TEST_P(BytesOfClients, comeBackWhenNobodyChangedTheFileSince) {
-  putClient(GetParam().program, GetParam().file);
-  for (const std::string& start : {connected("/old/tarnwell"), std::string(), std::string("# \n")}) {
-    if (start.starts_with('#') && GetParam().id != AssistantID::codex) {
-      continue;
-    }
-    put(start);
-    willWrite(connected(helper()));
-    const ConnectionDone done = carryOut(fake.machine, plan(fake.machine, GetParam().id, Goal::connect));
-    EXPECT_EQ(text(), connected(helper()));
-    EXPECT_EQ(fileContents(done.written.value().backup.value()), start);
-    const std::string before = calls();
-    undo(fake.machine, done);
-    EXPECT_EQ(text(), start);
-    EXPECT_EQ(calls(), before) << "no command is needed";
-  }
-}
-
-TEST_P(BytesOfClients, fileThatWasNotThereGoesAgain) {
-  putClient(GetParam().program, GetParam().file);
-  put("");
-  std::filesystem::remove(fake.home() / GetParam().file);
-  willWrite(connected(helper()));
-  const ConnectionDone done = carryOut(fake.machine, plan(fake.machine, GetParam().id, Goal::connect));
-  undo(fake.machine, done);
-  EXPECT_FALSE(std::filesystem::exists(fake.home() / GetParam().file));
-}
-
-TEST_P(BytesOfClients, entryComesBackByCommandWhenTheFileWasChanged) {
-  putClient(GetParam().program, GetParam().file);
-  put(connected("/old/tarnwell"));
-  willWrite(connected(helper()));
-  const ConnectionDone done = carryOut(fake.machine, plan(fake.machine, GetParam().id, Goal::connect));
-  put(connected(helper()) + "\n");
-  willWrite(connected("/old/tarnwell"));
-  undo(fake.machine, done);
-  EXPECT_THAT(calls(), testing::EndsWith(GetParam().id == AssistantID::codex
-                                             ? "\nmcp add tarnwell -- /old/tarnwell serve\n"
-                                             : "\nmcp add --scope user tarnwell /old/tarnwell serve\n"));
-}
-
-/// JSON is edited instead. TOML is left to the user.
-TEST_P(BytesOfClients, entryThatNoCommandCanWriteComesBackInTheFile) {
-  putClient(GetParam().program, GetParam().file);
-  put(GetParam().id == AssistantID::codex ? toml("/old/tarnwell", "startup_timeout_sec = 9\n")
-                                          : entry("/old/tarnwell", ",\"trust\":true"));
-  willWrite(GetParam().id == AssistantID::codex ? "" : none);
-  const ConnectionDone done = carryOut(fake.machine, plan(fake.machine, GetParam().id, Goal::disconnect));
-  put(GetParam().id == AssistantID::codex ? "a = 1\n" : "{ }");
-  const std::string before = calls();
-  if (GetParam().id == AssistantID::codex) {
-    EXPECT_EQ(errorOf([&] { undo(fake.machine, done); }), AssistantError::Kind::changed);
-  } else {
-    undo(fake.machine, done);
-    EXPECT_EQ(fake.state(GetParam().id).otherCommand, "/old/tarnwell");
-    EXPECT_THAT(text(), testing::HasSubstr("\"trust\": true"));
-  }
-  EXPECT_EQ(calls(), before);
-}
-
-INSTANTIATE_TEST_SUITE_P(all, BytesOfClients,
-                         testing::Values(BytesRow{"codex", AssistantID::codex, "codex", ".codex/config.toml"},
-                                         BytesRow{"gemini", AssistantID::geminiCLI, "gemini",
-                                                  ".gemini/settings.json"}),
-                         rowName);
 
 /// Their commands would drop what else the entry has.
 TEST_F(CommandsOfClients, entryWithMoreMembersIsNotReplacedByACommand) {
@@ -242,7 +122,7 @@ TEST_F(CommandsOfClients, codexThatNeverRanIsConnected) {
   FakeMachine::putProgram(
       program("codex"),
       "/bin/mkdir -p \"$HOME/.codex\"; /bin/cat \"$HOME/next\" > \"$HOME/.codex/config.toml\"");
-  willWrite(toml(helper()));
+  willWrite("[mcp_servers.tarnwell]\ncommand = '" + helper() + "'\nargs = ['serve']\n");
   const ConnectionDone done = carryOut(fake.machine, plan(fake.machine, AssistantID::codex, Goal::connect));
   EXPECT_FALSE(done.written.value().backup);
   EXPECT_EQ(fake.state(AssistantID::codex).connection, Connection::here);

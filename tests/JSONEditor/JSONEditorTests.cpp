@@ -156,6 +156,15 @@ TEST(JSONMember, isReadWithoutCommentsAndTrailingCommas) {
   EXPECT_THROW((void)jsonMember("{\"a\": \"\\ud83d\"}", {"a"}), JSONEditError);
 }
 
+TEST(JSONDocument, isReadWithoutCommentsAndTrailingCommas) {
+  EXPECT_EQ(jsonDocument("\xEF\xBB\xBF// one\n {\"a\": [1, /* two */],} // three\n"),
+            JSONValue(JSONObject{{"a", JSONArray{1}}}));
+  EXPECT_EQ(jsonDocument(" 7 "), JSONValue(7));
+  EXPECT_EQ(jsonDocument(" // nothing"), std::nullopt);
+  EXPECT_THROW((void)jsonDocument("{} {}"), JSONEditError);
+  EXPECT_THROW((void)jsonDocument("{\"a\": 1e999}"), JSONEditError);
+}
+
 TEST(JSONEditor, refusesWhatNoJSONHolds) {
   JSONValue deep;
   for (std::size_t depth = 0; depth < JSONValue::maximumDepth; ++depth) {

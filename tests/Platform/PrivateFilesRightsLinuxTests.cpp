@@ -21,6 +21,11 @@ namespace fs = std::filesystem;
 
 constexpr unsigned stranger = 54'321;
 
+/// A user who is in no group but one of her own.
+bool isNowTheStranger() {
+  return ::setgroups(0, nullptr) == 0 && ::setgid(stranger) == 0 && ::setuid(stranger) == 0;
+}
+
 struct GroupRow {
   const char* name;
   unsigned wanted;
@@ -39,7 +44,6 @@ INSTANTIATE_TEST_SUITE_P(Table, GroupThatCannotBeGiven,
                                          GroupRow{"groupAloneMayNot", 0604, 0600}),
                          rowName);
 
-/// As a user who is in no group but one of her own.
 TEST_P(GroupThatCannotBeGiven, letsNobodyDoMore) {
   TemporaryDirectory directory;
   const bool isRoot = ::geteuid() == 0;
@@ -47,16 +51,16 @@ TEST_P(GroupThatCannotBeGiven, letsNobodyDoMore) {
     ASSERT_EQ(::chown(directory.path().c_str(), stranger, stranger), 0);
   }
   const unsigned otherGroup = stranger + 1;
-  EXPECT_EQ(
-      inForkedProcess([&] {
-        fs::current_path(directory.path());
-        if (isRoot && (::setgroups(0, nullptr) != 0 || ::setgid(stranger) != 0 || ::setuid(stranger) != 0)) {
-          return std::string("still root");
-        }
-        replaceFile("file", "text", {GetParam().wanted, ::geteuid(), otherGroup});
-        return std::string("written");
-      }),
-      "written");
+  EXPECT_EQ(inForkedProcess([&] {
+              fs::current_path(directory.path());
+              if (isRoot && !isNowTheStranger()) {
+                return std::string("still root");
+              }
+              replaceFile("file", "text",
+                          {.mode = GetParam().wanted, .owner = ::geteuid(), .group = otherGroup});
+              return std::string("written");
+            }),
+            "written");
   EXPECT_EQ(fileMode(directory / "file"), GetParam().given);
   EXPECT_NE(fileRights(directory / "file")->group, otherGroup);
 }
@@ -72,15 +76,60 @@ void giveAccessList(const fs::path& path, const char* kind) {
   ASSERT_EQ(::setxattr(path.c_str(), kind, list, sizeof list, 0), 0) << path;
 }
 
-/// The bits of its group look as if the group might read and write.
-TEST(AccessList, thatDoesNotComeWithTheFileOpensItToNobody) {
+class AccessListOfAFile : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::ofstream(file) << "old";
+    giveAccessList(file, "system.posix_acl_access");
+    ASSERT_EQ(fileMode(file), 0660U);
+    rights = fileRights(file).value();
+    ASSERT_TRUE(rights.accessList);
+  }
+
   TemporaryDirectory directory;
   const fs::path file = directory / "file";
-  std::ofstream(file) << "old";
-  giveAccessList(file, "system.posix_acl_access");
-  ASSERT_EQ(fileMode(file), 0660U);
-  EXPECT_EQ(fileRights(file)->mode, 0600U);
-  replaceFile(file, "new", *fileRights(file));
+  FileRights rights;
+};
+
+TEST_F(AccessListOfAFile, comesWithItsText) {
+  giveAccessList(directory.path(), "system.posix_acl_default");
+  replaceFile(file, "new", rights);
+  EXPECT_TRUE(createFile(directory / "copy", "old", rights));
+  for (const fs::path& made : {file, directory / "copy"}) {
+    EXPECT_EQ(fileRights(made), rights);
+    EXPECT_EQ(fileMode(made), 0660U);
+  }
+}
+
+/// The bits of its group look as if the group might read and write.
+TEST_F(AccessListOfAFile, opensItToNobodyWhereItCannotBeGiven) {
+  EXPECT_EQ(rights.mode, 0600U);
+  for (const char* list : {"", "no list"}) {
+    rights.accessList = list;
+    replaceFile(file, "new", rights);
+    EXPECT_EQ(fileMode(file), 0600U);
+    EXPECT_EQ(fileRights(file)->accessList, std::nullopt);
+  }
+}
+
+/// It says what the members of its group may do, and this is another group.
+TEST_F(AccessListOfAFile, doesNotComeWithAnotherGroup) {
+  const std::optional<std::string> list = rights.accessList;
+  const FileRights wanted{.mode = 0640, .owner = ::geteuid(), .group = stranger + 1, .accessList = list};
+  const bool isRoot = ::geteuid() == 0;
+  if (isRoot) {
+    ASSERT_EQ(::chown(directory.path().c_str(), stranger, stranger), 0);
+  }
+  EXPECT_EQ(inForkedProcess([&] {
+              fs::current_path(directory.path());
+              if (isRoot && !isNowTheStranger()) {
+                return std::string("still root");
+              }
+              replaceFile("file", "new", wanted);
+              return std::string("written");
+            }),
+            "written");
+  EXPECT_EQ(fileRights(file)->accessList, std::nullopt);
   EXPECT_EQ(fileMode(file), 0600U);
 }
 

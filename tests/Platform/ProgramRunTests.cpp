@@ -83,6 +83,17 @@ TEST(ProgramRun, programThatRefusesToEndIsForced) {
   EXPECT_EQ(outcome.end, End::tookTooLong);
 }
 
+TEST(ProgramRun, programThatPrintsWithoutEndIsEnded) {
+  const auto begin = std::chrono::steady_clock::now();
+  const ProgramOutcome outcome =
+      runProgram({.command = {"/bin/sh", "-c", "for one in 1 2 3 4 5 6; do cat /dev/zero & done; wait"},
+                  .environment = {"PATH=/usr/bin:/bin"},
+                  .limit = 100ms});
+  EXPECT_EQ(outcome.end, End::tookTooLong);
+  EXPECT_EQ(outcome.output.size(), ProgramRun{}.outputLimit);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 30s);
+}
+
 TEST(ProgramRun, doesNotWaitForWhatTheProgramLeavesBehind) {
   const TemporaryDirectory directory;
   const auto begin = std::chrono::steady_clock::now();

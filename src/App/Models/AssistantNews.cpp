@@ -79,9 +79,12 @@ AssistantNews newsOf(const std::exception_ptr& failure) {
   } catch (const JSONEditError& error) {
     return {kindOf(error.kind()), QString::fromUtf8(error.what()), error.line(), error.column()};
   } catch (const ConfigurationFileError& error) {
-    return {kindOf(error.kind()), QString::fromUtf8(error.what())};
+    return {
+        .kind = kindOf(error.kind()), .details = QString::fromUtf8(error.what()), .backup = error.backup()};
   } catch (const AssistantError& error) {
-    return {kindOf(error.kind()), QString::fromStdString(error.details()).trimmed()};
+    return {.kind = kindOf(error.kind()),
+            .details = QString::fromStdString(error.details()).trimmed(),
+            .backup = error.backup()};
   } catch (const std::exception& error) {
     return {Kind::failed, QString::fromUtf8(error.what())};
   } catch (...) {

@@ -5,6 +5,8 @@
 #include <QString>
 #include <cstddef>
 #include <exception>
+#include <filesystem>
+#include <optional>
 
 namespace tarnwell {
 
@@ -55,6 +57,8 @@ struct AssistantNews {
   QString details{};
   std::size_t line = 0;
   std::size_t column = 0;
+  /// The copy of the file as it was, when a failure left one.
+  std::optional<std::filesystem::path> backup{};
 
   bool isFailure() const { return kind >= Kind::notJSON; }
 

@@ -42,11 +42,12 @@ QString lineByLine(const QStringList& sentences) {
   return all.join(QLatin1Char('\n'));
 }
 
+QString copyAt(const std::optional<std::filesystem::path>& backup) {
+  return backup ? Words::tr("The file as it was: %1").arg(pathInSentence(*backup)) : QString();
+}
+
 QString backup(const AssistantProgress& progress) {
-  if (!progress.done || !progress.done->written || !progress.done->written->backup) {
-    return {};
-  }
-  return Words::tr("The file as it was: %1").arg(pathInSentence(*progress.done->written->backup));
+  return progress.done && progress.done->written ? copyAt(progress.done->written->backup) : QString();
 }
 
 QString notJSON(const QString& name, const AssistantNews& news) {
@@ -61,13 +62,6 @@ QString notJSON(const QString& name, const AssistantNews& news) {
              "Mend the file and try again.")
       .arg(name, QLocale().toString(static_cast<qulonglong>(news.line)),
            QLocale().toString(static_cast<qulonglong>(news.column)));
-}
-
-/// Where a failure leaves a copy, its details name it.
-QString copyOf(const AssistantNews& news) {
-  return news.details.contains(QLatin1String(".tarnwell-"))
-             ? Words::tr("There is a copy of the file as it was; the details say where.")
-             : QString();
 }
 
 QString failure(const AssistantState& assistant, const AssistantNews& news) {
@@ -227,7 +221,7 @@ QString news(const AssistantState& assistant, const AssistantProgress& progress)
           {Words::tr("The settings of %1 have changed since, so they stay as they are.").arg(name(assistant)),
            backup(progress)});
     default:
-      return lineByLine({failure(assistant, progress.news), copyOf(progress.news)});
+      return lineByLine({failure(assistant, progress.news), copyAt(progress.news.backup)});
   }
 }
 

@@ -1344,10 +1344,6 @@
         <translation>すでにある項目「tarnwell」の行を削除します。</translation>
     </message>
     <message>
-        <source>There is a copy of the file as it was; the details say where.</source>
-        <translation>変更前のファイルのコピーがあります。場所は「詳細」をご覧ください。</translation>
-    </message>
-    <message>
         <source>Somebody else may write the settings file of %1, so it stays as it is. Make sure that only you can write the file and its folder, and try again.</source>
         <translation>%1 の設定ファイルにはほかのユーザーも書き込めるため、変更していません。ファイルとフォルダーを自分だけが書き込めるようにしてから、もう一度お試しください。</translation>
     </message>

@@ -31,18 +31,24 @@ std::function<void()> throwing(Arguments... arguments) {
   return [=] { throw Error(arguments...); };
 }
 
+const std::filesystem::path copy = "/home/anna/mcp.json.tarnwell-20261122T193000Z";
+
 Failure json(const char* name, JSONEditError::Kind kind, Kind expected) {
   const JSONEditError error(kind, 3, 5);
   return {name, [=] { throw error; }, {expected, QString::fromUtf8(error.what()), 3, 5}};
 }
 
 Failure file(const char* name, ConfigurationFileError::Kind kind, Kind expected) {
-  const ConfigurationFileError error(kind, "/home/anna/mcp.json", "No space left on device");
-  return {name, [=] { throw error; }, {expected, QString::fromUtf8(error.what())}};
+  const ConfigurationFileError error(kind, "/home/anna/mcp.json", "No space left on device", copy);
+  return {name,
+          [=] { throw error; },
+          {.kind = expected, .details = QString::fromUtf8(error.what()), .backup = copy}};
 }
 
 Failure client(const char* name, AssistantError::Kind kind, Kind expected) {
-  return {name, throwing<AssistantError>(kind, cursor, "its words\n"), {expected, "its words"}};
+  return {name,
+          throwing<AssistantError>(kind, cursor, "its words\n", copy),
+          {.kind = expected, .details = "its words", .backup = copy}};
 }
 
 const Failure failures[] = {

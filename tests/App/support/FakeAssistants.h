@@ -140,7 +140,6 @@ class FakeAssistants {
       }
       case ConnectingWay::block:
         plan.block = "[mcp_servers.tarnwell]\ncommand = \"/opt/tarnwell/bin/tarnwell\"\nargs = [\"serve\"]\n";
-        plan.blockFormat = "toml";
         break;
     }
     return plan;
