@@ -205,9 +205,7 @@ QString news(const AssistantState& assistant, const AssistantProgress& progress)
       return lineByLine({Words::tr("Disconnected. %1", "a sentence follows").arg(restartToStop(assistant)),
                          backup(progress)});
     case Kind::undone:
-      return assistant.way == ConnectingWay::ownCommand
-                 ? Words::tr("Undone. The entry for Tarnwell in %1 is as it was.").arg(name(assistant))
-                 : Words::tr("Undone. The settings of %1 are as they were.").arg(name(assistant));
+      return Words::tr("Undone. The entry for Tarnwell in %1 is as it was.").arg(name(assistant));
     case Kind::alreadyConnected:
       return Words::tr("%1 was connected already, so nothing was changed.").arg(name(assistant));
     case Kind::alreadyDisconnected:

@@ -1133,10 +1133,6 @@
         <translation>接続済みです。</translation>
     </message>
     <message>
-        <source>Undone. The settings of %1 are as they were.</source>
-        <translation>元に戻しました。%1 の設定は変更前のとおりです。</translation>
-    </message>
-    <message>
         <source>%1 was connected already, so nothing was changed.</source>
         <translation>%1 はすでに接続されていたため、何も変更していません。</translation>
     </message>

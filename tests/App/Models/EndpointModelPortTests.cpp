@@ -89,7 +89,7 @@ TEST_F(EndpointModelPort, portChangesOnlyWhileItDoesNotRun) {
 TEST_F(EndpointModelPort, portsBeyondTheRangeMeanTheUsualOne) {
   const std::pair<std::int64_t, int> rows[] = {{70000, 8765}, {0, 8765}, {-1, 8765}, {65535, 65535}, {1, 1}};
   for (const auto& [inFile, shown] : rows) {
-    store.update([&](AppConfig& config) { config.httpPort = inFile; });
+    store.update([port = inFile](AppConfig& config) { config.httpPort = port; });
     EXPECT_EQ(open().port(), shown);
   }
 }

@@ -48,7 +48,7 @@ TEST(AssistantNewsTexts, fitWhatWasDone) {
        ownCommand,
        {Kind::undone},
        "Undone. The entry for Tarnwell in Cursor is as it was."},
-      {"undone", file, {Kind::undone}, "Undone. The settings of Cursor are as they were."},
+      {"undone", file, {Kind::undone}, "Undone. The entry for Tarnwell in Cursor is as it was."},
   };
   for (const NewsRow& row : rows) {
     AssistantState state = assistant(cursor, "Cursor");
