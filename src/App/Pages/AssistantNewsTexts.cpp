@@ -64,7 +64,7 @@ QString notJSON(const QString& name, const AssistantNews& news) {
            QLocale().toString(static_cast<qulonglong>(news.column)));
 }
 
-QString failure(const AssistantState& assistant, const AssistantNews& news) {
+QString sentenceOf(const AssistantState& assistant, const AssistantNews& news) {
   const QString name = AssistantsTexts::name(assistant);
   using Kind = AssistantNews::Kind;
   switch (news.kind) {
@@ -160,7 +160,7 @@ QString failure(const AssistantState& assistant, const AssistantNews& news) {
 }  // namespace
 
 QString remedy(const AssistantState& assistant) {
-  return lineByLine({failure(assistant, newsOf(assistant.problem)),
+  return lineByLine({sentenceOf(assistant, newsOf(assistant.problem)),
                      Words::tr("The file: %1").arg(pathInSentence(assistant.file))});
 }
 
@@ -219,7 +219,7 @@ QString news(const AssistantState& assistant, const AssistantProgress& progress)
           {Words::tr("The settings of %1 have changed since, so they stay as they are.").arg(name(assistant)),
            backup(progress)});
     default:
-      return lineByLine({failure(assistant, progress.news), copyAt(progress.news.backup)});
+      return lineByLine({sentenceOf(assistant, progress.news), copyAt(progress.news.backup)});
   }
 }
 
