@@ -7,6 +7,7 @@
 
 #include <fstream>
 #include <map>
+#include <memory>
 
 #include "Assistants/Assistants.h"
 #include "support/Files.h"
@@ -15,6 +16,13 @@
 namespace tarnwell::test {
 
 class FakeMachine {
+  /// Shared with the machine: a look that the app has given up goes on by itself, after the test.
+  struct Surroundings {
+    std::map<std::string, std::string> variables;
+    std::vector<RunningProgram> running;
+  };
+  std::shared_ptr<Surroundings> surroundings_ = std::make_shared<Surroundings>();
+
  public:
   FakeMachine() {
     std::filesystem::create_directories(home());
@@ -22,11 +30,11 @@ class FakeMachine {
     machine.systemRoot = root_ / "system";
     machine.layout = FolderLayout::linuxDesktop;
     machine.helper = putProgram(root_ / "app" / "tarnwell", "exit 0");
-    machine.environment = [this](const char* name) {
-      const auto found = variables.find(name);
-      return found != variables.end() ? std::optional(found->second) : std::nullopt;
+    machine.environment = [around = surroundings_](const char* name) {
+      const auto found = around->variables.find(name);
+      return found != around->variables.end() ? std::optional(found->second) : std::nullopt;
     };
-    machine.runningPrograms = [this] { return running; };
+    machine.runningPrograms = [around = surroundings_] { return around->running; };
   }
   FakeMachine(const FakeMachine&) = delete;
 
@@ -52,8 +60,8 @@ class FakeMachine {
   AssistantState state(AssistantID id) const { return assistantState(machine, id); }
 
   Machine machine;
-  std::map<std::string, std::string> variables;
-  std::vector<RunningProgram> running;
+  std::map<std::string, std::string>& variables = surroundings_->variables;
+  std::vector<RunningProgram>& running = surroundings_->running;
 
  private:
   TemporaryDirectory directory_;
