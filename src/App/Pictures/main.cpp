@@ -65,7 +65,7 @@ bool work(const QString& helper) {
   call("list_folders", "{}");
   call("search_inbox", "{}");
   call("get_message_body", R"({"uid": 1})");
-  call("move_message", R"({"uid": 1, "destination": "Archive"})");
+  call("move_message", R"({"uid": 1, "targetFolder": "Archive"})");
   call("propose_inbox_cleanup", "{}");
   process.closeWriteChannel();
   return process.waitForFinished() && process.exitCode() == 0;
