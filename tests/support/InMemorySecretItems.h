@@ -7,10 +7,13 @@
 ///     items.answers = {SecretStatus::itemNotFound};   // the first call; later ones behave as usual
 ///     ...
 ///     items.calls;                                    // {"copy shared user@example.org", ...}
+///
+/// Threads: as the real ones, any. `answers`, `calls` and `messages` are for a test that waits for no call.
 
 #include <deque>
 #include <list>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <tuple>
@@ -44,14 +47,19 @@ class InMemorySecretItems : public SecretItems {
   /// When true, an item that is found has no data.
   bool withholdsData = false;
 
-  void put(const SecretItemQuery& query, std::string bytes) { items_[key(query)] = std::move(bytes); }
+  void put(const SecretItemQuery& query, std::string bytes) {
+    const std::lock_guard lock(mutex_);
+    items_[key(query)] = std::move(bytes);
+  }
 
   std::optional<std::string> at(const SecretItemQuery& query) const {
+    const std::lock_guard lock(mutex_);
     auto found = items_.find(key(query));
     return found == items_.end() ? std::nullopt : std::optional<std::string>(found->second);
   }
 
   std::int32_t copyMatching(const SecretItemQuery& query, Receiver& receiver) override {
+    const std::lock_guard lock(mutex_);
     if (auto status = begin("copy", query)) {
       return *status;
     }
@@ -66,6 +74,7 @@ class InMemorySecretItems : public SecretItems {
   }
 
   std::int32_t add(const SecretItemQuery& query, std::string_view data) override {
+    const std::lock_guard lock(mutex_);
     if (auto status = begin("add", query)) {
       return *status;
     }
@@ -73,6 +82,7 @@ class InMemorySecretItems : public SecretItems {
   }
 
   std::int32_t remove(const SecretItemQuery& query) override {
+    const std::lock_guard lock(mutex_);
     if (auto status = begin("remove", query)) {
       return *status;
     }
@@ -99,6 +109,7 @@ class InMemorySecretItems : public SecretItems {
     return answer;
   }
 
+  mutable std::mutex mutex_;
   std::map<Key, std::string> items_;
 };
 
