@@ -47,6 +47,12 @@ class InMemorySecretItems : public SecretItems {
   /// When true, an item that is found has no data.
   bool withholdsData = false;
 
+  /// For a test that waits for a call of another thread.
+  std::size_t callCount() const {
+    const std::lock_guard lock(mutex_);
+    return calls.size();
+  }
+
   void put(const SecretItemQuery& query, std::string bytes) {
     const std::lock_guard lock(mutex_);
     items_[key(query)] = std::move(bytes);

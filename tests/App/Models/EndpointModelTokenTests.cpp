@@ -165,7 +165,7 @@ TEST_F(EndpointModelToken, unlockingTellsWhatItCameToAndReadsTheToken) {
   items.answers = {SecretStatus::interactionNotAllowed};
   open();
   model->refresh();
-  ASSERT_TRUE(until([this] { return model->keyring() == KeyringState::locked && items.calls.size() == 1; }));
+  ASSERT_TRUE(until([this] { return model->keyring() == KeyringState::locked && items.callCount() == 1; }));
   *keyring = KeyringState::ready;
   model->unlockKeyring();
   ASSERT_TRUE(until([this] { return model->token().has_value(); }));

@@ -209,7 +209,7 @@ TEST_P(EndpointPageIn, lockedKeyringIsNamedAndUnlockedByAKey) {
   *keyring = KeyringState::locked;
   items.answers = {SecretStatus::interactionNotAllowed, SecretStatus::interactionNotAllowed};
   begin();
-  ASSERT_TRUE(eventually([this] { return model->keyring().has_value() && items.calls.size() == 1; }));
+  ASSERT_TRUE(eventually([this] { return model->keyring().has_value() && items.callCount() == 1; }));
   EXPECT_TRUE(sees(AccountTexts::keyring(KeyringState::locked)));
   model->start();
   ASSERT_TRUE(become(State::failed));
