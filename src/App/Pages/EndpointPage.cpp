@@ -107,8 +107,8 @@ void EndpointPage::listen() {
   connect(show_, &QPushButton::clicked, this, [this] { setTokenShown(!isTokenShown_); });
   connect(renew_, &QPushButton::clicked, this, &EndpointPage::renew);
   connect(news_, &Notice::acted, this, [this] {
-    start_->setFocus();  // the notice goes
-    endpoint_.startAtFreePort();
+    endpoint_.startAtFreePort();  // first: what is typed into the port counts no more
+    start_->setFocus();           // the notice goes
   });
   connect(keyringNotice_, &Notice::acted, &endpoint_, &EndpointModel::unlockKeyring);
   auto* const cancel = new QShortcut(QKeySequence(Qt::Key_Escape), this);
