@@ -21,8 +21,6 @@ namespace {
 namespace fs = std::filesystem;
 using Kind = ConfigurationFileError::Kind;
 
-void put(const fs::path& path, std::string_view text) { std::ofstream(path, std::ios::binary) << text; }
-
 std::size_t countOf(const fs::path& directory) {
   return static_cast<std::size_t>(std::distance(fs::directory_iterator(directory), {}));
 }
@@ -48,8 +46,8 @@ struct MeanwhileRow {
 };
 
 const MeanwhileRow meanwhileRows[] = {
-    {"otherText", [](const fs::path& file) { put(file, "other"); }, Kind::changed},
-    {"oneByteMore", [](const fs::path& file) { put(file, fileContents(file) + "\n"); }, Kind::changed},
+    {"otherText", [](const fs::path& file) { writeFile(file, "other"); }, Kind::changed},
+    {"oneByteMore", [](const fs::path& file) { writeFile(file, fileContents(file) + "\n"); }, Kind::changed},
     {"removed", [](const fs::path& file) { fs::remove(file); }, Kind::changed},
     {"linkToTheSameText",
      [](const fs::path& file) {
@@ -71,7 +69,7 @@ class ConfigurationFileMeanwhile : public testing::TestWithParam<MeanwhileRow> {
 
 TEST_P(ConfigurationFileMeanwhile, changedAfterTheProposalIsNotWritten) {
   const TemporaryDirectory directory;
-  put(directory / "file", "text ");
+  writeFile(directory / "file", "text ");
   const FileChange change = proposeChange(directory / "file", withMore);
   GetParam().meanwhile(directory / "file");
   const std::string text = textAt(directory / "file");
@@ -85,7 +83,7 @@ TEST_P(ConfigurationFileMeanwhile, changedAfterTheWriteIsNotTakenBack) {
   for (const char* before : {"text ", ""}) {
     const TemporaryDirectory directory;
     if (*before != '\0') {
-      put(directory / "file", before);
+      writeFile(directory / "file", before);
     }
     const WrittenFile written = write(proposeChange(directory / "file", withMore));
     GetParam().meanwhile(directory / "file");
@@ -102,7 +100,7 @@ INSTANTIATE_TEST_SUITE_P(Files, ConfigurationFileMeanwhile, testing::ValuesIn(me
 TEST(ConfigurationFileMeanwhile, fileThatAppearedIsNotReplaced) {
   const TemporaryDirectory directory;
   const FileChange change = proposeChange(directory / "file", withMore);
-  put(directory / "file", "");
+  writeFile(directory / "file", "");
   EXPECT_EQ(failureOf([&] { write(change); }), Kind::changed);
   EXPECT_EQ(countOf(directory.path()), 1U);
 }
@@ -110,7 +108,7 @@ TEST(ConfigurationFileMeanwhile, fileThatAppearedIsNotReplaced) {
 /// Here it cannot be read back, because it is too large.
 TEST(ConfigurationFileMeanwhile, fileThatIsNotAsWrittenIsToldWithItsCopy) {
   const TemporaryDirectory directory;
-  put(directory / "file", "text ");
+  writeFile(directory / "file", "text ");
   const FileChange change = proposeChange(directory / "file", [](std::string_view) {
     return std::string(maximumConfigurationFileSize + 1, 'x');
   });
@@ -134,7 +132,7 @@ class ConfigurationFileOnAFullDisk : public testing::TestWithParam<DiskRow> {};
 TEST_P(ConfigurationFileOnAFullDisk, staysAsItIs) {
   const TemporaryDirectory directory;
   const std::string before(GetParam().before, 'o');
-  put(directory / "file", before);
+  writeFile(directory / "file", before);
   const std::string report = inForkedProcess([&] {
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{4000, 4000};
@@ -168,7 +166,7 @@ std::string asNobody(const std::function<std::string()>& function) {
 
 TEST(ConfigurationFileRights, folderThatMayNotBeWrittenStaysAsItIs) {
   const TemporaryDirectory directory;
-  put(directory / "file", "text ");
+  writeFile(directory / "file", "text ");
   if (::geteuid() == 0) {
     ASSERT_EQ(::chown((directory / "file").c_str(), 65534, 65534), 0);
   }
@@ -185,7 +183,7 @@ TEST(ConfigurationFileRights, folderThatMayNotBeWrittenStaysAsItIs) {
 
 TEST(ConfigurationFileRights, groupStays) {
   const TemporaryDirectory directory;
-  put(directory / "file", "text ");
+  writeFile(directory / "file", "text ");
   const gid_t group = ::geteuid() == 0 ? 65534 : ::getegid();
   ASSERT_EQ(::chown((directory / "file").c_str(), static_cast<uid_t>(-1), group), 0);
   fs::permissions(directory / "file", fs::perms(0640));
@@ -200,8 +198,8 @@ TEST(ConfigurationFileRights, groupStays) {
 TEST(ConfigurationFileRights, fileThatMayNotBeReadIsNoMissingFile) {
   const TemporaryDirectory directory;
   fs::create_directory(directory / "closed");
-  put(directory / "closed" / "file", "text");
-  put(directory / "file", "text");
+  writeFile(directory / "closed" / "file", "text");
+  writeFile(directory / "file", "text");
   fs::permissions(directory / "file", fs::perms(0000));
   fs::permissions(directory / "closed", fs::perms(0000));
   fs::permissions(directory.path(), fs::perms(0755));

@@ -19,17 +19,6 @@ using Kind = ConfigurationFileError::Kind;
 using testing::ElementsAre;
 using testing::MatchesRegex;
 
-void put(const fs::path& path, std::string_view text) { std::ofstream(path, std::ios::binary) << text; }
-
-std::vector<std::string> entries(const fs::path& directory) {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(directory)) {
-    names.push_back(entry.path().filename().string());
-  }
-  std::ranges::sort(names);
-  return names;
-}
-
 std::string withMore(std::string_view text) { return std::string(text) + "more"; }
 
 /// The kind of the error that the function throws; absent when it throws none.
@@ -48,7 +37,7 @@ constexpr const char* backupName = "file\\.tarnwell-[0-9]{8}T[0-9]{6}Z";
 
 TEST(ConfigurationFile, aProposalChangesNothing) {
   const TemporaryDirectory directory;
-  put(directory / "file", "text ");
+  writeFile(directory / "file", "text ");
   const FileChange change = proposeChange(directory / "file", withMore);
   EXPECT_EQ(change.path, directory / "file");
   EXPECT_EQ(change.target, fs::canonical(directory / "file"));
@@ -56,18 +45,18 @@ TEST(ConfigurationFile, aProposalChangesNothing) {
   EXPECT_EQ(change.after, "text more");
   EXPECT_FALSE(change.isNothing());
   EXPECT_EQ(fileContents(directory / "file"), "text ");
-  EXPECT_THAT(entries(directory.path()), ElementsAre("file"));
+  EXPECT_THAT(entryNames(directory.path()), ElementsAre("file"));
 }
 
 TEST(ConfigurationFile, isWrittenWithABackupAndTakenBack) {
   for (const unsigned mode : {0600U, 0640U, 0644U, 0664U, 0700U, 0400U}) {
     const TemporaryDirectory directory;
-    put(directory / "file", "text ");
+    writeFile(directory / "file", "text ");
     fs::permissions(directory / "file", fs::perms(mode));
     const WrittenFile written = write(proposeChange(directory / "file", withMore));
     EXPECT_EQ(fileContents(directory / "file"), "text more");
     EXPECT_EQ(fileMode(directory / "file"), mode);
-    EXPECT_THAT(entries(directory.path()), ElementsAre("file", MatchesRegex(backupName)));
+    EXPECT_THAT(entryNames(directory.path()), ElementsAre("file", MatchesRegex(backupName)));
     ASSERT_TRUE(written.backup);
     EXPECT_EQ(fileContents(*written.backup), "text ");
     EXPECT_EQ(fileMode(*written.backup), mode);
@@ -75,19 +64,19 @@ TEST(ConfigurationFile, isWrittenWithABackupAndTakenBack) {
     undo(written);
     EXPECT_EQ(fileContents(directory / "file"), "text ");
     EXPECT_EQ(fileMode(directory / "file"), mode);
-    EXPECT_THAT(entries(directory.path()), ElementsAre("file", MatchesRegex(backupName)));
+    EXPECT_THAT(entryNames(directory.path()), ElementsAre("file", MatchesRegex(backupName)));
   }
 }
 
 TEST(ConfigurationFile, nothingIsWrittenWhenNothingChanges) {
   const TemporaryDirectory directory;
-  put(directory / "file", "text");
+  writeFile(directory / "file", "text");
   const WrittenFile written =
       write(proposeChange(directory / "file", [](std::string_view text) { return std::string(text); }));
   EXPECT_TRUE(written.change.isNothing());
   EXPECT_EQ(written.backup, std::nullopt);
   undo(written);
-  EXPECT_THAT(entries(directory.path()), ElementsAre("file"));
+  EXPECT_THAT(entryNames(directory.path()), ElementsAre("file"));
 }
 
 TEST(ConfigurationFile, missingFileIsMadeForTheUserAloneAndRemovedAgain) {
@@ -101,23 +90,23 @@ TEST(ConfigurationFile, missingFileIsMadeForTheUserAloneAndRemovedAgain) {
   EXPECT_EQ(fileContents(directory / "file"), "more");
   EXPECT_EQ(fileMode(directory / "file"), 0600U);
   EXPECT_EQ(written.backup, std::nullopt);
-  EXPECT_THAT(entries(directory.path()), ElementsAre("file"));
+  EXPECT_THAT(entryNames(directory.path()), ElementsAre("file"));
   undo(written);
-  EXPECT_THAT(entries(directory.path()), ElementsAre());
+  EXPECT_THAT(entryNames(directory.path()), ElementsAre());
 }
 
 TEST(ConfigurationFile, backupsOfTheSameSecondStayBesideEachOther) {
   const TemporaryDirectory directory;
-  put(directory / "file", "0");
+  writeFile(directory / "file", "0");
   for (int count = 0; count < 20; ++count) {
     write(proposeChange(directory / "file", withMore));
   }
-  EXPECT_EQ(entries(directory.path()).size(), 21U);
+  EXPECT_EQ(entryNames(directory.path()).size(), 21U);
 }
 
 TEST(ConfigurationFile, theEditMayRefuse) {
   const TemporaryDirectory directory;
-  put(directory / "file", "text");
+  writeFile(directory / "file", "text");
   EXPECT_THROW((void)proposeChange(directory / "file",
                                    [](std::string_view) -> std::string { throw std::out_of_range("no"); }),
                std::out_of_range);
@@ -139,7 +128,7 @@ TEST_P(LinkedConfigurationFile, changesAtTheEndOfItsLinks) {
   fs::create_directory(directory / "dotfiles");
   const fs::path target = directory / row.target;
   if (row.isThere) {
-    put(target, "text ");
+    writeFile(target, "text ");
     fs::permissions(target, fs::perms(0644));
   }
   for (const auto& [name, end] : row.links) {
@@ -154,7 +143,7 @@ TEST_P(LinkedConfigurationFile, changesAtTheEndOfItsLinks) {
   EXPECT_TRUE(fs::is_symlink(path));
   EXPECT_EQ(written.backup ? written.backup->parent_path() : change.target.parent_path(),
             change.target.parent_path());
-  EXPECT_EQ(entries(directory / "home").size(), row.links.size());
+  EXPECT_EQ(entryNames(directory / "home").size(), row.links.size());
   undo(written);
   EXPECT_EQ(fs::exists(target), row.isThere);
   EXPECT_EQ(fileContents(target), row.isThere ? "text " : "");
@@ -187,9 +176,9 @@ class RefusedConfigurationFile : public testing::TestWithParam<RefusedRow> {};
 TEST_P(RefusedConfigurationFile, isNotProposed) {
   const TemporaryDirectory directory;
   GetParam().prepare(directory.path());
-  const std::vector<std::string> before = entries(directory.path());
+  const std::vector<std::string> before = entryNames(directory.path());
   EXPECT_EQ(failureOf([&] { (void)proposeChange(directory / "file", withMore); }), GetParam().kind);
-  EXPECT_EQ(entries(directory.path()), before);
+  EXPECT_EQ(entryNames(directory.path()), before);
   fs::permissions(directory.path(), fs::perms::owner_all);
 }
 
@@ -209,19 +198,19 @@ const RefusedRow refusedRows[] = {
      Kind::unreadable},
     {"moreThanTheLimit",
      [](const fs::path& folder) {
-       put(folder / "file", "");
+       writeFile(folder / "file", "");
        fs::resize_file(folder / "file", maximumConfigurationFileSize + 1);
      },
      Kind::tooLarge},
     {"everybodyMayWriteIt",
      [](const fs::path& folder) {
-       put(folder / "file", "text");
+       writeFile(folder / "file", "text");
        fs::permissions(folder / "file", fs::perms(0666));
      },
      Kind::otherWriter},
     {"everybodyMayWriteInItsFolder",
      [](const fs::path& folder) {
-       put(folder / "file", "text");
+       writeFile(folder / "file", "text");
        fs::permissions(folder, fs::perms(0777));
      },
      Kind::otherWriter},
@@ -235,7 +224,7 @@ INSTANTIATE_TEST_SUITE_P(Files, RefusedConfigurationFile, testing::ValuesIn(refu
 
 TEST(ConfigurationFile, atTheLimitIsRead) {
   const TemporaryDirectory directory;
-  put(directory / "file", "");
+  writeFile(directory / "file", "");
   fs::resize_file(directory / "file", maximumConfigurationFileSize);
   EXPECT_EQ(readConfigurationFile(directory / "file").value_or("").size(), maximumConfigurationFileSize);
 }
@@ -244,7 +233,7 @@ TEST(ConfigurationFile, missingFolderIsNotMade) {
   const TemporaryDirectory directory;
   EXPECT_EQ(readConfigurationFile(directory / "client/file"), std::nullopt);
   EXPECT_EQ(failureOf([&] { (void)proposeChange(directory / "client/file", withMore); }), Kind::notWritten);
-  EXPECT_THAT(entries(directory.path()), ElementsAre());
+  EXPECT_THAT(entryNames(directory.path()), ElementsAre());
 }
 
 }  // namespace

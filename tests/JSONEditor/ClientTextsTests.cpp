@@ -5,8 +5,6 @@
 namespace tarnwell::test {
 namespace {
 
-const JSONPath servers = {"mcpServers", "tarnwell"};
-
 class ClientTexts : public testing::TestWithParam<TextRow> {};
 
 TEST_P(ClientTexts, takesTheEntryAndLosesItAgain) { expectAddedAndRemoved(GetParam(), helperEntry); }

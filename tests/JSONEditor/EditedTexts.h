@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 
 #include "JSONEditor/JSONEditor.h"
 #include "MarkedText.h"
@@ -14,6 +15,19 @@ namespace tarnwell::test {
 
 inline const JSONValue helperEntry =
     JSONObject{{"command", "/opt/tarnwell"}, {"args", JSONValue::strings({"serve"})}};
+
+/// Where most clients have the entry.
+inline const JSONPath servers = {"mcpServers", "tarnwell"};
+
+/// With CR LF for each LF.
+inline std::string withCRLF(std::string_view text) {
+  std::string result;
+  for (const char byte : text) {
+    result += byte == '\n' ? "\r" : "";
+    result += byte;
+  }
+  return result;
+}
 
 struct TextRow {
   const char* name;

@@ -6,8 +6,6 @@
 namespace tarnwell::test {
 namespace {
 
-const JSONPath servers = {"mcpServers", "tarnwell"};
-
 class EditorTexts : public testing::TestWithParam<TextRow> {};
 
 TEST_P(EditorTexts, takesTheEntryAndLosesItAgain) { expectAddedAndRemoved(GetParam(), helperEntry); }

@@ -7,7 +7,6 @@ namespace tarnwell::test {
 namespace {
 
 using Kind = JSONEditError::Kind;
-const JSONPath servers = {"mcpServers", "tarnwell"};
 
 struct RefusedRow {
   const char* name;

@@ -5,18 +5,6 @@
 namespace tarnwell::test {
 namespace {
 
-const JSONPath servers = {"mcpServers", "tarnwell"};
-
-/// With CR LF for each LF.
-std::string withCRLF(std::string_view text) {
-  std::string result;
-  for (const char byte : text) {
-    result += byte == '\n' ? "\r" : "";
-    result += byte;
-  }
-  return result;
-}
-
 class LayoutTexts : public testing::TestWithParam<TextRow> {};
 
 TEST_P(LayoutTexts, takesTheEntryAndLosesItAgain) { expectAddedAndRemoved(GetParam(), helperEntry); }

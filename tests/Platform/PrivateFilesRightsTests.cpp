@@ -15,20 +15,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void write(const fs::path& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
-
-std::vector<std::string> entries(const fs::path& directory) {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(directory)) {
-    names.push_back(entry.path().filename().string());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
 TEST(ReplaceFile, givesTheNewFileItsRights) {
   TemporaryDirectory directory;
-  write(directory / "file", "old");
+  writeFile(directory / "file", "old");
   const unsigned group = ::geteuid() == 0 ? 65534 : ::getegid();  // only root may give any group
   for (const unsigned mode : {0400U, 0644U, 0777U}) {
     const FileRights rights{.mode = mode, .owner = ::geteuid(), .group = group};
@@ -43,7 +32,7 @@ TEST(ReplaceFile, givesTheNewFileItsRights) {
 
 TEST(ReplaceFile, theLastLookMayRefuse) {
   TemporaryDirectory directory;
-  write(directory / "file", "old");
+  writeFile(directory / "file", "old");
   std::string seen;
   const auto look = [&] {
     seen = fileContents(directory / "file");
@@ -52,7 +41,7 @@ TEST(ReplaceFile, theLastLookMayRefuse) {
   EXPECT_THROW(replaceFile(directory / "file", "new", {}, look), std::runtime_error);
   EXPECT_EQ(seen, "old");
   EXPECT_EQ(fileContents(directory / "file"), "old");
-  EXPECT_THAT(entries(directory.path()), testing::ElementsAre("file"));
+  EXPECT_THAT(entryNames(directory.path()), testing::ElementsAre("file"));
 }
 
 TEST(CreateFile, makesOnlyANewFile) {
@@ -63,7 +52,7 @@ TEST(CreateFile, makesOnlyANewFile) {
   EXPECT_FALSE(createFile(directory / "link", "second", {}));
   EXPECT_EQ(fileContents(directory / "file"), "first");
   EXPECT_EQ(fileMode(directory / "file"), 0640U);
-  EXPECT_THAT(entries(directory.path()), testing::ElementsAre("file", "link"));
+  EXPECT_THAT(entryNames(directory.path()), testing::ElementsAre("file", "link"));
 }
 
 TEST(CreateFile, fullDiskLeavesNothing) {
@@ -76,7 +65,7 @@ TEST(CreateFile, fullDiskLeavesNothing) {
     return std::string("made");
   });
   EXPECT_THAT(report, testing::HasSubstr("threw: "));
-  EXPECT_THAT(entries(directory.path()), testing::ElementsAre());
+  EXPECT_THAT(entryNames(directory.path()), testing::ElementsAre());
 }
 
 TEST(EverybodyMayReplaceFilesIn, foldersThatAreOpenAndNotSticky) {

@@ -16,23 +16,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void write(const fs::path& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
-
-std::vector<std::string> entries(const fs::path& directory) {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(directory)) {
-    names.push_back(entry.path().filename().string());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
 TEST(ReadFilePrefix, givesAtMostTheLimit) {
   TemporaryDirectory directory;
   fs::path path = directory / "file";
   std::string text(40'000, 'x');
   text[39'999] = 'y';
-  write(path, text);
+  writeFile(path, text);
   for (std::size_t limit : {0U, 1U, 16'384U, 39'999U, 40'000U, 50'000U}) {
     EXPECT_EQ(readFilePrefix(path, limit), FilePrefix{text.substr(0, limit)}) << limit;
   }
@@ -41,9 +30,9 @@ TEST(ReadFilePrefix, givesAtMostTheLimit) {
 TEST(ReadFilePrefix, bytesAreNotChanged) {
   TemporaryDirectory directory;
   std::string bytes("\0\r\n\xFF\x1A end", 9);
-  write(directory / "file", bytes);
+  writeFile(directory / "file", bytes);
   EXPECT_EQ(readFilePrefix(directory / "file", 100), FilePrefix{bytes});
-  write(directory / "empty", "");
+  writeFile(directory / "empty", "");
   EXPECT_EQ(readFilePrefix(directory / "empty", 100), FilePrefix{});
 }
 
@@ -62,7 +51,7 @@ TEST(ReadFilePrefix, whatIsNoRegularFileIsAbsentWithoutWaiting) {
 
 TEST(ReadFilePrefix, symbolicLinkToAFileIsFollowed) {
   TemporaryDirectory directory;
-  write(directory / "file", "text");
+  writeFile(directory / "file", "text");
   fs::create_symlink(directory / "file", directory / "link");
   EXPECT_EQ(readFilePrefix(directory / "link", 100), FilePrefix{"text"});
 }
@@ -90,7 +79,7 @@ TEST(ReadFilePrefix, tellsWhoElseMayHaveWrittenTheFile) {
   const fs::path link = directory / "links" / "file";
   fs::create_directory(file.parent_path());
   fs::create_directory(link.parent_path());
-  write(file, "text");
+  writeFile(file, "text");
   fs::create_symlink(file, link);
   const auto expected = [](OtherWriter other) { return FilePrefix{other == none ? "text" : "", other}; };
   for (const auto& row : rows) {
@@ -106,7 +95,7 @@ TEST(ReadFilePrefix, tellsWhoElseMayHaveWrittenTheFile) {
 
 TEST(ReadFilePrefix, relativePathIsReadInTheWorkingDirectory) {
   TemporaryDirectory directory;
-  write(directory / "file", "text");
+  writeFile(directory / "file", "text");
   EXPECT_EQ(inForkedProcess([&] {
               fs::current_path(directory.path());
               return readFilePrefix("file", 100).value_or(FilePrefix{"absent"}).text;
@@ -137,7 +126,7 @@ TEST(CreatePrivateDirectories, whatExistsStaysAsItIs) {
 
 TEST(CreatePrivateDirectories, failureNamesThePath) {
   TemporaryDirectory directory;
-  write(directory / "file", "text");
+  writeFile(directory / "file", "text");
   for (const fs::path& path : {directory / "file", directory / "file" / "inner"}) {
     try {
       createPrivateDirectories(path);
@@ -161,17 +150,17 @@ TEST(ReplacePrivateFile, newFileBelongsToTheUserAlone) {
 
 TEST(ReplacePrivateFile, nothingStaysBesideTheFile) {
   TemporaryDirectory directory;
-  write(directory / "file", std::string(100'000, 'o'));
+  writeFile(directory / "file", std::string(100'000, 'o'));
   fs::permissions(directory / "file", fs::perms(0644));
   replacePrivateFile(directory / "file", "new");
   EXPECT_EQ(fileContents(directory / "file"), "new");
   EXPECT_EQ(fileMode(directory / "file"), 0600U);
-  EXPECT_THAT(entries(directory.path()), testing::ElementsAre("file"));
+  EXPECT_THAT(entryNames(directory.path()), testing::ElementsAre("file"));
 }
 
 TEST(ReplacePrivateFile, readerOfTheOldFileKeepsReadingTheOldText) {
   TemporaryDirectory directory;
-  write(directory / "file", "old");
+  writeFile(directory / "file", "old");
   std::ifstream reader(directory / "file");
   replacePrivateFile(directory / "file", "new");
   std::string text;
@@ -181,7 +170,7 @@ TEST(ReplacePrivateFile, readerOfTheOldFileKeepsReadingTheOldText) {
 
 TEST(ReplacePrivateFile, fullDiskLeavesTheOldFileByteForByte) {
   TemporaryDirectory directory;
-  write(directory / "file", "old text");
+  writeFile(directory / "file", "old text");
   std::string report = inForkedProcess([&] {
     std::signal(SIGXFSZ, SIG_IGN);
     rlimit limit{4000, 4000};
@@ -192,12 +181,12 @@ TEST(ReplacePrivateFile, fullDiskLeavesTheOldFileByteForByte) {
   EXPECT_THAT(report, testing::HasSubstr("threw: "));
   EXPECT_THAT(report, testing::HasSubstr((directory / "file").string()));
   EXPECT_EQ(fileContents(directory / "file"), "old text");
-  EXPECT_THAT(entries(directory.path()), testing::ElementsAre("file"));
+  EXPECT_THAT(entryNames(directory.path()), testing::ElementsAre("file"));
 }
 
 TEST(ReplacePrivateFile, processThatIsKilledLeavesTheOldFile) {
   TemporaryDirectory directory;
-  write(directory / "file", "old text");
+  writeFile(directory / "file", "old text");
   std::string report = inForkedProcess([&] {
     rlimit limit{4000, 4000};  // the write past the limit kills the process
     ::setrlimit(RLIMIT_FSIZE, &limit);
@@ -215,7 +204,7 @@ struct FailureRow {
 
 TEST(ReplacePrivateFile, failureNamesThePathAndLeavesNothing) {
   TemporaryDirectory directory;
-  write(directory / "file", "old text");
+  writeFile(directory / "file", "old text");
   fs::create_directories(directory / "full" / "inner");
   const FailureRow rows[] = {
       {"no directory", "missing/file"},
@@ -231,7 +220,7 @@ TEST(ReplacePrivateFile, failureNamesThePathAndLeavesNothing) {
     }
   }
   EXPECT_EQ(fileContents(directory / "file"), "old text");
-  EXPECT_THAT(entries(directory.path()), testing::ElementsAre("file", "full"));
+  EXPECT_THAT(entryNames(directory.path()), testing::ElementsAre("file", "full"));
 }
 
 }  // namespace
