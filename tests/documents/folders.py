@@ -27,6 +27,7 @@ def links_of_folders(text):
         lists.setdefault(name, []).extend(values.split())
     folders = {}
     for call in re.findall(r"^ *tarnwell_module\(([^)]*)\)", text, re.MULTILINE):
+        call = call.split("HEADERS")[0]  # what is compiled once is not linked; it stands last
         folder, *words = re.sub(r"\$\{(\w+)\}", lambda list_: " ".join(lists[list_[1]]), call).split()
         links = {"PUBLIC": [], "PRIVATE": []}
         for word in words:
