@@ -190,7 +190,7 @@ bool hasSecrets(const AssistantEntry& entry) {
     const JSONValue& value = entry.value[key];
     return !value.isNull() && (value.objectValue() == nullptr || value.objectValue()->size() > 0);
   };
-  return hasMembers("env") || hasMembers("headers");
+  return hasMembers("env") || hasMembers("headers") || entry.address.find_first_of("@?") != std::string::npos;
 }
 
 bool isSameEntry(const std::optional<JSONValue>& one, const std::optional<JSONValue>& other) {

@@ -29,8 +29,9 @@ struct AssistantEntry {
 
 AssistantEntry entryOf(JSONValue value);
 
-/// Has variables or headers. A user's passwords are often there, so they never become words of a command,
-/// which every user of the machine can read while it runs.
+/// Has variables, headers, or an address with a user or a query (RFC 3986, sections 3.2.1 and 3.4). A user's
+/// passwords are often there, so they never become words of a command, which every user of the machine can
+/// read while it runs.
 bool hasSecrets(const AssistantEntry& entry);
 
 /// Both have the same meaning for the client, or both are absent.
