@@ -202,8 +202,11 @@ QString news(const AssistantState& assistant, const AssistantProgress& progress)
                : Words::tr("Connected. %1", "a sentence follows").arg(restart(assistant)),
            backup(progress)});
     case Kind::disconnected:
-      return lineByLine({Words::tr("Disconnected. %1", "a sentence follows").arg(restartToStop(assistant)),
-                         backup(progress)});
+      return lineByLine(
+          {assistant.id == AssistantID::claudeDesktop
+               ? Words::tr("Disconnected.")  // it was closed for the change
+               : Words::tr("Disconnected. %1", "a sentence follows").arg(restartToStop(assistant)),
+           backup(progress)});
     case Kind::undone:
       return Words::tr("Undone. The entry for Tarnwell in %1 is as it was.").arg(name(assistant));
     case Kind::alreadyConnected:

@@ -1400,6 +1400,10 @@
         <translation>接続しましたが、%1 では無効になっています。そちらで有効にしてください。</translation>
     </message>
     <message>
+        <source>Disconnected.</source>
+        <translation>接続を解除しました。</translation>
+    </message>
+    <message>
         <source>Disconnected. %1</source>
         <comment>a sentence follows</comment>
         <translation>接続を解除しました。%1</translation>

@@ -102,6 +102,8 @@ TEST(AssistantNewsTexts, nameTheProgramThatHasToBeRestarted) {
             "Disconnected. Restart Visual Studio Code: Cline may use Tarnwell until then.");
   EXPECT_EQ(AssistantsTexts::news(assistant(cursor, "Cursor"), progress),
             "Disconnected. Restart Cursor: it may use Tarnwell until then.");
+  EXPECT_EQ(AssistantsTexts::news(assistant(claudeDesktop, "Claude Desktop"), progress), "Disconnected.")
+      << "it was closed for the change";
 }
 
 /// Every news has a sentence of its own, with every name filled in.
