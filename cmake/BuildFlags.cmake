@@ -51,9 +51,3 @@ endif()
 # Most files include these, and reading them takes longer than the rest of such a file.
 set(STANDARD_HEADERS
   <algorithm> <chrono> <filesystem> <functional> <memory> <optional> <string> <string_view> <utility> <vector>)
-
-# GCC cleans up its memory as soon as that is larger than 128 MB, which it is with the headers of GoogleTest and Qt.
-# It compiles a tenth faster when it waits for 1 GB.
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT CMAKE_BUILD_TYPE STREQUAL "Release")
-  target_compile_options(tarnwell_flags INTERFACE --param=ggc-min-heapsize=1000000)
-endif()
